@@ -1,0 +1,70 @@
+#include "engine/core/core.h"
+
+#include "engine/core/GLExtensions.h"
+#include "engine/core/logmanager.h"
+
+namespace Vell {
+
+namespace {
+
+// The near plane is the float 0.1 widened to double, not the double 0.1.
+constexpr double kNearPlane = 0.1f;
+constexpr double kFarPlane = 25000.0;
+
+ivec2 m_size;         // pixels
+float m_fovy = 70.0f; // degrees
+float m_ratio = 0.0f; // width / height
+
+void RebuildProjection() {
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    gluPerspective(m_fovy, m_ratio, kNearPlane, kFarPlane);
+    glMatrixMode(GL_MODELVIEW);
+}
+
+} // namespace
+
+bool InitEngine(const ivec2& size) {
+    SetScreen(size);
+    glEnable(GL_DEPTH_TEST);
+    if (!InitGLEXT()) {
+        // This spelling is intended.
+        Log::GetInstance().Write("InitEngine", "ERROR", "GLExtentions");
+        return false;
+    }
+    Log::GetInstance().Write("InitEngine", "OK", Log::GetDate());
+    return true;
+}
+
+void SetScreen(const ivec2& size) {
+    m_size = size;
+    // Divided as integers on purpose, see the header.
+    const int ratio = size.x / size.y;
+    m_ratio = static_cast<float>(ratio);
+    glViewport(0, 0, size.x, size.y);
+    RebuildProjection();
+}
+
+void SetFovy(float degrees) {
+    m_fovy = degrees;
+    RebuildProjection();
+}
+
+void SetRatio(float ratio) {
+    m_ratio = ratio;
+    RebuildProjection();
+}
+
+float GetFov() {
+    return m_fovy;
+}
+
+float GetRatio() {
+    return m_ratio;
+}
+
+ivec2 GetScreen() {
+    return m_size;
+}
+
+} // namespace Vell

@@ -1,0 +1,133 @@
+#include "engine/core/logmanager.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <ctime>
+
+namespace Vell {
+
+namespace {
+
+constexpr char kFileName[] = "Vell_log.html";
+
+constexpr char kHeader[] =
+    R"(<html>
+<head>
+    <meta http-equiv="Content-Type" content="text/html; charset=UTF-8"  />
+    <title>Vell Engine</title>
+</head>
+
+
+<body bgcolor="#000000">
+    <center><b><font color="#FFFFFF" size="+1">Vell Engine - Logger </font></b></center><br>
+    <table border bgcolor="#666666" cellspacing="0" cellpadding="2">
+    <tr align=LEFT valign=TOP>
+    <th><font color="#FFFFFF">Section</font></th>
+    <th><font color="#FFFFFF">Status</font></th>
+    <th><font color="#FFFFFF">File</font></th>
+    </tr>
+)";
+
+constexpr char kFooter[] = R"(    </table>
+</body>
+</html>
+)";
+
+// Row colour, section; row colour, status colour, status; row colour, file.
+constexpr char kRow[] = R"(    <tr>
+    <td bgcolor="%s" width ="15%%">%s</td>
+    <td bgcolor="%s" width ="5%%"><font color="%s">%s</font></td>
+    <td bgcolor="%s" width ="80%%">%s</td>
+    </tr>
+)";
+
+constexpr char kLightRow[] = "#CCCCC"; // five digits on purpose
+constexpr char kDarkRow[] = "#999999";
+
+struct StatusColour {
+    const char* status;
+    const char* colour;
+};
+
+constexpr StatusColour kStatusColours[] = {
+    {"LOADED", "#006600"},
+    {"FREE", "#006600"},
+    {"OK", "#006600"},
+    {"ERROR", "#660000"},
+};
+constexpr char kOtherStatusColour[] = "#000000";
+
+constexpr std::size_t kRowBytes = 2048;
+constexpr std::size_t kRowTextBytes = 1800;
+// The template with its four colours and a terminator fits beside the texts, so no row loses its
+// closing tags. (Each of the seven "%s" and three "%%" makes room rather than taking it.)
+static_assert(sizeof(kRow) + 4 * sizeof(kDarkRow) + kRowTextBytes <= kRowBytes);
+
+const char* ColourOf(const std::string& status) {
+    for (const StatusColour& entry : kStatusColours)
+        if (status == entry.status)
+            return entry.colour;
+    return kOtherStatusColour;
+}
+
+/// As much of `text` as `room` holds; takes its length off `room`.
+std::string Fit(const std::string& text, std::size_t& room) {
+    std::string fitting = text.substr(0, room);
+    room -= fitting.size();
+    return fitting;
+}
+
+std::string FormatRow(const char* colour, const std::string& section, const std::string& status,
+                      const std::string& file) {
+    std::size_t room = kRowTextBytes;
+    const std::string fittingSection = Fit(section, room);
+    const std::string fittingStatus = Fit(status, room);
+    const std::string fittingFile = Fit(file, room);
+    char row[kRowBytes];
+    std::snprintf(row, sizeof(row), kRow, colour, fittingSection.c_str(), colour, ColourOf(status),
+                  fittingStatus.c_str(), colour, fittingFile.c_str());
+    return row;
+}
+
+} // namespace
+
+Log& Log::GetInstance() {
+    static Log instance;
+    return instance;
+}
+
+Log::Log() {
+    Put(kHeader, std::ios::trunc);
+}
+
+Log::~Log() {
+    Put(kFooter, std::ios::app);
+}
+
+void Log::Write(const std::string& section, const std::string& status, const std::string& file) {
+    // The second line feed leaves an empty line after every row.
+    Put(FormatRow(darkRow ? kDarkRow : kLightRow, section, status, file) + "\n", std::ios::app);
+    darkRow = !darkRow;
+}
+
+Log& Log::operator<<(const std::string& text) {
+    Put(text + "\n", std::ios::app);
+    return *this;
+}
+
+std::string Log::GetDate() {
+    const std::time_t now = std::time(nullptr);
+    char date[24] = "";
+    std::strftime(date, sizeof(date), "%d/%m/%Y", std::localtime(&now));
+    return date;
+}
+
+void Log::Put(const std::string& text, std::ios::openmode mode) {
+    page.open(kFileName, std::ios::out | mode);
+    page << text;
+    page.close();
+    // An open that failed must not silence the writes after it.
+    page.clear();
+}
+
+} // namespace Vell

@@ -1,0 +1,30 @@
+#pragma once
+
+namespace Vell {
+
+/// Which texture unit carries what, by role: the one place where these numbers are written.
+///
+/// The same number is made active and sent to the sampler uniform that reads it, so several roles
+/// share a unit where their passes never meet. Every pass leaves unit 0 active.
+namespace TextureUnit {
+
+constexpr int surface = 0;    ///< a surface's own texture; also a full-screen pass's input image
+constexpr int reflection = 1; ///< water: the mirrored scene
+constexpr int refraction = 2; ///< water: the scene as the camera sees it
+
+constexpr int noise = surface;     ///< water: the scrolling normal map
+constexpr int heightmap = surface; ///< terrain: the height map, read by both shader stages
+constexpr int ground = 1;          ///< terrain: the ground texture
+constexpr int sceneDepth = 1;      ///< shadow composite: the scene target's depth texture
+
+constexpr int lightmap = 6;  ///< static meshes: the baked light map
+constexpr int shadowmap = 6; ///< shadow pass and water: the light's depth texture
+
+/// Makes `unit` active and switches 2D texturing on for it, ready for a texture to be bound.
+void Enable(int unit);
+
+/// Makes `unit` active and switches 2D texturing off for it; what is bound there stays bound.
+void Disable(int unit);
+
+} // namespace TextureUnit
+} // namespace Vell

@@ -1,0 +1,38 @@
+#include "engine/math/plane.h"
+
+namespace Vell {
+
+Plane::Plane(const vec3& newNormal, float distance) : normal(newNormal), d(distance) {}
+
+void Plane::Set(float a, float b, float c, float distance) {
+    Set(vec3(a, b, c), distance);
+}
+
+void Plane::Set(const vec3& newNormal, float distance) {
+    normal = newNormal;
+    d = distance;
+}
+
+Plane& Plane::SetFromTri(const vec3& p1, const vec3& p2, const vec3& p3) {
+    normal = p3 - p1;
+    normal.CrossProduct(p2 - p1);
+    normal.Normalize();
+    d = static_cast<float>(-normal.DotProduct(p1));
+    return *this;
+}
+
+void Plane::Normalize() {
+    // d first, while the normal still has its length.
+    d = d / normal.Length();
+    normal.Normalize();
+}
+
+vec4 Plane::Get() const {
+    return vec4(normal.x, normal.y, normal.z, d);
+}
+
+bool Plane::PointIn(const vec3& p) const {
+    return normal.DotProduct(p) + d > 0.0;
+}
+
+} // namespace Vell

@@ -1,0 +1,73 @@
+#include "engine/core/ressourcemanager.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+using Vell::RessourceManager;
+
+namespace {
+
+// The registry is one for the process and forgets nothing: every test uses names of its own.
+RessourceManager& registry = RessourceManager::GetInstance();
+
+TEST(RessourceManager, Is_one_instance) {
+    EXPECT_EQ(&RessourceManager::GetInstance(), &registry);
+}
+
+TEST(RessourceManager, Finds_what_was_registered_under_its_exact_name) {
+    int object = 0;
+    registry.Register(&object, "Data/Gfx/found.png");
+    EXPECT_TRUE(registry.Exist("Data/Gfx/found.png"));
+    EXPECT_EQ(registry.Get("Data/Gfx/found.png"), &object);
+}
+
+TEST(RessourceManager, Returns_null_for_an_unknown_name_and_makes_no_entry) {
+    EXPECT_FALSE(registry.Exist("Data/Gfx/unknown.png"));
+    EXPECT_EQ(registry.Get("Data/Gfx/unknown.png"), nullptr);
+    EXPECT_FALSE(registry.Exist("Data/Gfx/unknown.png"));
+}
+
+TEST(RessourceManager, Replaces_the_object_of_a_known_name) {
+    int first = 0;
+    int second = 0;
+    registry.Register(&first, "replaced");
+    registry.Register(&second, "replaced");
+    EXPECT_EQ(registry.Get("replaced"), &second);
+}
+
+TEST(RessourceManager, Takes_two_spellings_of_one_path_for_two_names) {
+    int object = 0;
+    registry.Register(&object, "Data/spelling.png");
+    for (const char* other : {"data/spelling.png", "./Data/spelling.png", "Data//spelling.png",
+                              "Data/spelling.pn", "Data/spelling.png "})
+        EXPECT_FALSE(registry.Exist(other)) << other;
+}
+
+TEST(RessourceManager, Compares_names_byte_by_byte) {
+    int plain = 0;
+    int withNull = 0;
+    registry.Register(&plain, "bytes");
+    registry.Register(&withNull, std::string("bytes\0more", 10));
+    EXPECT_EQ(registry.Get("bytes"), &plain);
+    EXPECT_EQ(registry.Get(std::string("bytes\0more", 10)), &withNull);
+}
+
+TEST(RessourceManager, Tells_an_entry_that_is_null_from_no_entry) {
+    registry.Register(nullptr, "null");
+    EXPECT_TRUE(registry.Exist("null"));
+    EXPECT_EQ(registry.Get("null"), nullptr);
+}
+
+TEST(RessourceManager, Keeps_the_entry_of_an_object_that_is_gone) {
+    auto object = std::make_unique<int>(0);
+    const auto address = reinterpret_cast<std::uintptr_t>(object.get());
+    registry.Register(object.get(), "stale");
+    object.reset();
+    EXPECT_TRUE(registry.Exist("stale"));
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(registry.Get("stale")), address);
+}
+
+} // namespace

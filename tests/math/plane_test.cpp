@@ -1,0 +1,77 @@
+#include "engine/math/plane.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+using namespace Vell;
+
+namespace {
+
+constexpr float floatPrecision = 1e-6f;
+
+void ExpectNear(const vec4& actual, const vec4& expected) {
+    for (int i = 0; i < 4; ++i)
+        EXPECT_NEAR(actual[i], expected[i], floatPrecision) << "component " << i;
+}
+
+TEST(Plane, Starts_empty_with_nothing_inside) {
+    const Plane plane;
+    EXPECT_EQ(plane.Get(), vec4(0, 0, 0, 0));
+    EXPECT_FALSE(plane.PointIn(vec3(0, 0, 0)));
+    EXPECT_FALSE(plane.PointIn(vec3(1, 2, 3)));
+}
+
+TEST(Plane, Takes_normal_and_distance_in_every_form) {
+    EXPECT_EQ(Plane(vec3(1, 2, 3), 4).Get(), vec4(1, 2, 3, 4));
+    Plane fromNumbers, fromVector;
+    fromNumbers.Set(1, 2, 3, 4);
+    fromVector.Set(vec3(5, 6, 7), 8);
+    EXPECT_EQ(fromNumbers.Get(), vec4(1, 2, 3, 4));
+    EXPECT_EQ(fromVector.Get(), vec4(5, 6, 7, 8));
+}
+
+TEST(Plane, Has_its_inside_where_the_normal_points_and_never_on_itself) {
+    // y = 2, inside above.
+    const Plane plane(vec3(0, 1, 0), -2);
+    EXPECT_TRUE(plane.PointIn(vec3(7, 2.001f, -9)));
+    EXPECT_FALSE(plane.PointIn(vec3(7, 2, -9)));
+    EXPECT_FALSE(plane.PointIn(vec3(7, 1.999f, -9)));
+}
+
+TEST(Plane, Divides_distance_and_normal_by_the_length_of_the_normal) {
+    Plane plane(vec3(0, 3, 4), 10);
+    plane.Normalize();
+    ExpectNear(plane.Get(), vec4(0, 0.6f, 0.8f, 2)); // length 5
+}
+
+TEST(Plane, Keeps_a_zero_normal_and_divides_d_by_zero_when_normalised) {
+    Plane positive(vec3(0, 0, 0), 1);
+    positive.Normalize();
+    EXPECT_EQ(positive.Get().x, 0.0f);
+    EXPECT_EQ(positive.Get().y, 0.0f);
+    EXPECT_EQ(positive.Get().z, 0.0f);
+    EXPECT_TRUE(std::isinf(positive.Get().w));
+    Plane empty;
+    empty.Normalize();
+    EXPECT_TRUE(std::isnan(empty.Get().w));
+}
+
+TEST(Plane, Takes_its_normal_from_a_triangle_by_the_in_place_cross_product) {
+    // normal = p3 - p1 = (0, 1, 0), crossed in place with p2 - p1 = (0, 0, 1):
+    // x = 1 * 1 - 0 * 0 = 1, y = 0 * 0 - 1 * 1 = -1, z = 1 * 0 - (-1) * 0 = 0.
+    // Normalised by root 2; d = -((1 * 3 - 1 * 1) / root 2) = -root 2 for p1 = (3, 1, 5).
+    const float half = static_cast<float>(std::sqrt(0.5));
+    Plane plane;
+    EXPECT_EQ(&plane.SetFromTri(vec3(3, 1, 5), vec3(3, 1, 6), vec3(3, 2, 5)), &plane);
+    ExpectNear(plane.Get(), vec4(half, -half, 0, static_cast<float>(-std::sqrt(2.0))));
+}
+
+TEST(Plane, Has_a_zero_normal_for_a_triangle_that_the_in_place_product_makes_vanish) {
+    // (1, 0, 0) crossed in place with (0, 1, 0) is zero, although the triangle is not degenerate.
+    Plane plane(vec3(1, 1, 1), 1);
+    plane.SetFromTri(vec3(2, 2, 2), vec3(2, 3, 2), vec3(3, 2, 2));
+    EXPECT_EQ(plane.Get(), vec4(0, 0, 0, 0));
+}
+
+} // namespace
