@@ -1,0 +1,82 @@
+#pragma once
+
+#include "engine/core/GLExtensions.h"
+#include "engine/math/vec2.h"
+
+#include <string>
+
+namespace Vell {
+
+/// A picture from a ".png" or ".jpg" file: its pixels in memory and one OpenGL texture of them.
+///
+/// Pixels: rows bottom-up without gaps, 3 (RGB) or 4 (RGBA) bytes each. A PNG keeps left and
+/// right; a JPEG is turned by 180 degrees, so it is mirrored as well.
+/// Shared: a path that was loaded before is not read again. The later image points at the texture
+/// and pixels of the first, owns nothing, and must not outlive it.
+/// Needs:  a current context on which InitEngine() succeeded.
+class Image {
+public:
+    Image();
+
+    /// Releases texture and pixels and logs "FREE"; a shared image does neither.
+    ~Image();
+
+    Image(const Image&) = delete;
+    Image& operator=(const Image&) = delete;
+
+    /// Loads the file, or shares what is registered under `path`; to be called once an image (a
+    /// second file would forget the first without releasing it: others may share it).
+    /// The ending decides the format and is case-sensitive: ".png" or ".jpg", anything else is
+    /// refused. Registers the path even when loading fails. Leaves the texture bound.
+    /// True when there is a texture afterwards; false, with texture 0 and size (0, 0), otherwise.
+    /// Logs "LOADED", or "ERROR" for a wrong ending, an unreadable file, a grey, CMYK or damaged
+    /// JPEG, no PNG signature, and a picture larger than the driver's textures; other unsuitable
+    /// PNG files (grey, damaged) fail without a row.
+    bool Load(const std::string& path);
+
+    /// What Load calls by ending: decode and upload, without registry or "LOADED" row.
+    /// JPEG: colour only (the file's three components end as RGB).
+    bool LoadJPG(const std::string& path);
+    /// PNG: RGB, RGBA and palette pictures of any depth; transparency given as a colour or with
+    /// the palette becomes alpha.
+    bool LoadPNG(const std::string& path);
+
+    /// Stores and applies the filter: 0 nearest, 1 linear, other values keep OpenGL's present one.
+    /// `mipmap` lets OpenGL make mip-maps at every upload. Wrapping stays at OpenGL's repeat.
+    /// Before Load this chooses what the loader applies. Leaves the texture bound.
+    void SetParameter(int newFilter, bool newMipmap);
+
+    /// Uploads the pixels again after a caller changed them through GetData(); leaves the texture
+    /// bound. To be called on the image that loaded the file, not on one that shares it.
+    void Update();
+
+    /// Binds the texture on the active texture unit.
+    void Bind() const;
+
+    /// Texture name; 0 when nothing was loaded.
+    GLuint GetID() const { return texture; }
+    /// The path given to Load.
+    const std::string& GetName() const { return name; }
+    /// The pixels, to read or to change; null when nothing was loaded. Owned by the first image.
+    unsigned char* GetData() const { return data; }
+    /// Width and height in pixels.
+    ivec2 GetSize() const { return size; }
+
+private:
+    friend struct ImageProbe; // tests read filter, format and sharing
+
+    bool LoadByEnding(const std::string& path);
+    void Share(const Image& other);
+    void Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFormat);
+
+    bool shared; // copied from the registry: owns nothing
+    std::string name;
+    int filter; // 0 nearest, 1 linear
+    bool mipmap;
+    ivec2 size;    // pixels
+    GLenum format; // GL_RGB or GL_RGBA, inside and outside the texture
+    GLuint texture;
+    unsigned char* data; // new[]; size.x * size.y pixels
+};
+
+} // namespace Vell

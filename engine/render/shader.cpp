@@ -1,0 +1,213 @@
+#include "engine/render/shader.h"
+
+#include "engine/core/logmanager.h"
+#include "engine/core/ressourcemanager.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Vell {
+
+namespace {
+
+const char* const memoryName = "Internal"; // stands for both paths of a shader built from memory
+
+// 0 for a file that cannot be opened, below 0 for one that has no size.
+off_t FileSize(const char* path) {
+    const int file = open(path, O_RDONLY);
+    if (file < 0)
+        return 0;
+    const off_t size = lseek(file, 0, SEEK_END);
+    close(file);
+    return size;
+}
+
+// Reads up to `size` bytes and ends them with a NUL. Null when the bytes cannot be had, as with a
+// folder, which opens like a file.
+char* ReadText(FILE* file, size_t size) {
+    char* text = static_cast<char*>(std::malloc(size + 1));
+    if (text == nullptr)
+        return nullptr;
+    text[std::fread(text, 1, size, file)] = '\0';
+    if (std::ferror(file) == 0)
+        return text;
+    std::free(text);
+    return nullptr;
+}
+
+} // namespace
+
+Shader::Shader() : vertexObject(0), fragmentObject(0), program(0) {}
+
+Shader::~Shader() {
+    DeleteObjects();
+    // This entry point deletes programs of the older assembly extension and leaves GLSL programs
+    // alone, on purpose: others may share the handle.
+    glDeletePrograms(1, &program);
+    if (vertexName != memoryName)
+        Log::GetInstance().Write("Shader", "FREE", vertexName + " " + fragmentName);
+}
+
+void Shader::Load(const std::string& vertPath, const std::string& fragPath) {
+    RessourceManager& registry = RessourceManager::GetInstance();
+    if (registry.Exist(vertPath) && registry.Exist(fragPath)) {
+        Share(*static_cast<Shader*>(registry.Get(vertPath)));
+        return;
+    }
+    vertexName = vertPath;
+    fragmentName = fragPath;
+    registry.Register(this, vertexName);
+    registry.Register(this, fragmentName);
+
+    char* vertSrc = textFileRead(vertPath.c_str());
+    char* fragSrc = textFileRead(fragPath.c_str());
+    if (Build(vertSrc, fragSrc))
+        Log::GetInstance().Write("Shader", "LOADED", vertPath + " " + fragPath);
+    std::free(vertSrc);
+    std::free(fragSrc);
+}
+
+void Shader::LoadToChar(const char* vertSrc, const char* fragSrc) {
+    vertexName = memoryName;
+    fragmentName = memoryName;
+    Build(vertSrc, fragSrc);
+}
+
+char* Shader::textFileRead(const char* path) {
+    const off_t size = path != nullptr ? FileSize(path) : 0;
+    FILE* file = path != nullptr ? std::fopen(path, "rt") : nullptr;
+    // Sizes no buffer can have come from folders on some file systems.
+    const bool readable = file != nullptr && size < std::numeric_limits<int>::max();
+    char* text = readable && size > 0 ? ReadText(file, size_t(size)) : nullptr;
+    if (!readable || (size > 0 && text == nullptr))
+        Log::GetInstance().Write("Shader", "ERROR", path != nullptr ? path : "");
+    if (file != nullptr)
+        std::fclose(file);
+    return text;
+}
+
+void Shader::Enable() {
+    glUseProgramObject(program);
+}
+
+void Shader::Disable() {
+    glUseProgramObject(0);
+}
+
+// Without a program there is nobody to ask for a location, and asking program 0 would leave an
+// OpenGL error behind in every frame of a scene whose shader is missing.
+void Shader::Send(const std::string& name, float value) {
+    if (program != 0)
+        glUniform1f(Location(name), value);
+}
+
+void Shader::Send(const std::string& name, int value) {
+    if (program != 0)
+        glUniform1i(Location(name), value);
+}
+
+void Shader::Send(const std::string& name, const vec2& value) {
+    if (program != 0)
+        glUniform2f(Location(name), value.x, value.y);
+}
+
+void Shader::Send(const std::string& name, const ivec2& value) {
+    if (program != 0)
+        glUniform2i(Location(name), value.x, value.y);
+}
+
+void Shader::Send(const std::string& name, const vec3& value) {
+    if (program != 0)
+        glUniform3f(Location(name), value.x, value.y, value.z);
+}
+
+void Shader::Send(const std::string& name, const ivec3& value) {
+    if (program != 0)
+        glUniform3i(Location(name), value.x, value.y, value.z);
+}
+
+void Shader::Send(const std::string& name, const vec4& value) {
+    if (program != 0)
+        glUniform4f(Location(name), value.x, value.y, value.z, value.w);
+}
+
+void Shader::Send(const std::string& name, const ivec4& value) {
+    if (program != 0)
+        glUniform4i(Location(name), value.x, value.y, value.z, value.w);
+}
+
+GLint Shader::Location(const std::string& name) const {
+    return glGetUniformLocation(program, name.c_str());
+}
+
+void Shader::Share(const Shader& other) {
+    vertexName = other.vertexName;
+    fragmentName = other.fragmentName;
+    vertexObject = other.vertexObject;
+    fragmentObject = other.fragmentObject;
+    program = other.program;
+}
+
+// Compiles both texts and links them; the new program is left bound, so that the caller can send
+// the first uniforms. False, with the program as it was, when one of the two does not compile.
+bool Shader::Build(const char* vertSrc, const char* fragSrc) {
+    vertexObject = glCreateShaderObject(GL_VERTEX_SHADER);
+    fragmentObject = glCreateShaderObject(GL_FRAGMENT_SHADER);
+    const bool vertexCompiled = Compile(vertexObject, vertSrc);
+    const bool fragmentCompiled = Compile(fragmentObject, fragSrc);
+    if (!vertexCompiled || !fragmentCompiled) {
+        LogFailure(vertexCompiled ? "Pixel Shader" : "Vertex Shader");
+        DeleteObjects();
+        return false;
+    }
+    program = glCreateProgramObject();
+    glAttachObject(program, vertexObject);
+    glAttachObject(program, fragmentObject);
+    glLinkProgram(program);
+    glUseProgramObject(program);
+    return true;
+}
+
+// A shader without a text (a missing or empty file) counts as one that does not compile: drivers
+// disagree about an object that was never given a source.
+bool Shader::Compile(GLuint object, const char* source) {
+    if (source == nullptr)
+        return false;
+    GLint status = 1;
+    glShaderSource(object, 1, &source, nullptr);
+    glCompileShader(object);
+    glGetObjectParameteriv(object, GL_COMPILE_STATUS, &status);
+    return status == 1;
+}
+
+// Attached to a program, an object outlives its deletion for as long as the program does, so every
+// sharer may delete it. One that did not compile is gone at once, and deleting it again would be an
+// OpenGL error: nothing is kept of it.
+void Shader::DeleteObjects() {
+    glDeleteObject(vertexObject);
+    glDeleteObject(fragmentObject);
+    vertexObject = 0;
+    fragmentObject = 0;
+}
+
+// Names the vertex shader and shows the vertex shader's message even when the fragment shader
+// failed; that is intended.
+void Shader::LogFailure(const char* section) {
+    Log& log = Log::GetInstance();
+    log.Write(section, "ERROR", vertexName);
+    GLint length = 0;
+    glGetShaderiv(vertexObject, GL_INFO_LOG_LENGTH, &length);
+    // `length` counts the terminator, so one more than the buffer holds may be offered; with no
+    // message at all the terminator still needs its place.
+    char* message = new char[length > 0 ? size_t(length) : 1];
+    message[0] = '\0';
+    glGetShaderInfoLog(vertexObject, length + 1, nullptr, message);
+    log << "\n" << message << "\n\n";
+    delete[] message;
+}
+
+} // namespace Vell

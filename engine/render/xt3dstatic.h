@@ -1,0 +1,114 @@
+#pragma once
+
+#include "engine/core/GLExtensions.h"
+#include "engine/core/clock.h"
+#include "engine/math/vec2.h"
+#include "engine/math/vec3.h"
+#include "engine/render/image.h"
+#include "engine/render/shader.h"
+#include "engine/scene/mesh.h"
+
+#include <iosfwd>
+#include <string>
+
+namespace Vell {
+
+/// One part of a static mesh: a plain list of triangles, three vertices each, with its textures.
+/// Plain data; the mesh that loaded it creates and releases everything in it.
+struct XT3DSubMesh {
+    int vertexCount = 0;
+
+    Image* texture0 = nullptr; // null where the file says "NULL"
+    Image* texture1 = nullptr;
+    Image* texture2 = nullptr;
+
+    // Buffer names; 0 when the driver offers no vertex buffer objects.
+    GLuint positionBuffer = 0;
+    GLuint texcoordBuffer = 0;
+    GLuint lightmapTexcoordBuffer = 0;
+    GLuint normalBuffer = 0;
+
+    // vertexCount elements each, kept beside the buffers.
+    vec3* positions = nullptr;
+    vec3* normals = nullptr;
+    vec2* texcoords = nullptr;
+    vec2* lightmapTexcoords = nullptr; // all zero without a light map
+};
+
+/// A mesh that does not move in itself, read from an ".xt3dstatic" text file.
+///
+/// Units:  texture 0 to 2 on texture units 0 to 2, the light map on unit 6; texture coordinate set
+///         0 carries the textures' coordinates, set 1 the light map's.
+/// Shared: a path that was loaded before is not read again. The later mesh points at the
+/// sub-meshes,
+///         material and light map of the first, owns nothing, and must not outlive it; it has its
+///         own blend flag, and its bounding box stays all zero.
+/// Needs:  a current context on which InitEngine() succeeded.
+class XT3DStatic : public Mesh {
+public:
+    XT3DStatic();
+
+    /// Releases buffers, arrays, material and light map and logs "FREE"; a shared mesh does
+    /// neither. The sub-meshes' textures stay, for others find them in the registry, and so do,
+    /// without a light map, the unused light map coordinates.
+    ~XT3DStatic() override;
+
+    XT3DStatic(const XT3DStatic&) = delete;
+    XT3DStatic& operator=(const XT3DStatic&) = delete;
+
+    /// Reads the file, its textures and light map, and fills the buffers; to be called once a mesh.
+    /// Registers the path even when loading fails. Logs "LOADED", or "ERROR" and stays empty when
+    /// the file is missing, is none of this format, or asks for more memory than a mesh may have.
+    /// Anything wrong further on is forgiven: what cannot be read stays zero, and negative counts
+    /// are taken as 0.
+    void Load(const std::string& path) override;
+
+    /// Draws every sub-mesh, with the material when there is one, cut by texture alpha at 0.5.
+    /// Nothing while hidden. Leaves texturing off on units 0, 1, 2 and 6, unit 0 active, blending
+    /// and alpha test off, the depth buffer writable and the fixed-function pipeline current.
+    void Draw() override;
+
+    /// Draws the depth of every sub-mesh, cut by the alpha of texture 0; no material, no blending.
+    void DrawShadow() override;
+
+    /// Builds the material from a vertex and a fragment shader file and gives its samplers
+    /// (texture0 to texture3, lightmap) their units. Only the first call of a mesh counts.
+    /// Returns the material, which the mesh owns.
+    Shader* SetMaterialShader(const std::string& vertPath, const std::string& fragPath);
+    /// Null when none was set.
+    Shader* GetMaterialShader() { return materialShader; }
+
+    /// Additive blending, which also leaves the depth buffer unwritten; off at first.
+    void SetBlend(bool on) { blend = on; }
+    bool GetBlend() const { return blend; }
+
+private:
+    friend struct XT3DStaticProbe; // tests read the sub-meshes
+
+    void Share(const XT3DStatic& other);
+    bool Read(std::istream& in);
+    bool ReadHeader(std::istream& in);
+    bool ReadSubMesh(std::istream& in, XT3DSubMesh& subMesh);
+    Image* ReadTexture(std::istream& in);
+    void ReadVertices(std::istream& in, XT3DSubMesh& subMesh);
+    void LoadLightmap();
+    void ComputeBBox();
+    void ReleaseSubMeshes();
+
+    void BeginDraw();
+    void DrawSubMesh(const XT3DSubMesh& subMesh);
+    void EndDraw();
+
+    std::string name;
+    int subMeshCount;
+    std::string textureDirectory; // glued in front of every texture's file name
+    XT3DSubMesh* subMeshes;       // new[]; subMeshCount elements
+    Shader* materialShader;       // owned
+    Clock clock;                  // runs the material's "time" since construction
+    Image* lightmap;              // owned
+    bool shared;                  // copied from the registry: owns nothing
+    bool hasLightmap;
+    bool blend;
+};
+
+} // namespace Vell

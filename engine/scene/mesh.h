@@ -1,0 +1,41 @@
+#pragma once
+
+#include "engine/math/bbox.h"
+
+#include <string>
+
+namespace Vell {
+
+/// Anything with a bounding box that a scene node can place and draw.
+///
+/// Space: the mesh's own; the node's transform is on the model-view matrix while it draws.
+class Mesh {
+public:
+    virtual ~Mesh();
+
+    /// Fills the mesh from a file; a mesh without files does nothing.
+    virtual void Load(const std::string& path);
+
+    /// The colour pass.
+    virtual void Draw() = 0;
+    /// The depth-only pass of shadow mapping; a mesh that casts no shadow does nothing.
+    virtual void DrawShadow();
+
+    /// Whether Draw() also shows the bounding box.
+    virtual void SetDebug(bool on);
+    /// Whether the mesh is drawn, and with it whether it casts a shadow: one flag for both.
+    virtual void SetShow(bool on);
+    virtual bool GetDebug() const;
+    /// What SetShow() stored.
+    virtual bool GetShadow() const;
+
+    /// The box to cull by, all zero until a loader sets it. Owned by the mesh, never null.
+    BoundingBox* GetBBox() { return &bbox; }
+
+protected:
+    BoundingBox bbox;
+    bool debug = false;
+    bool show = true;
+};
+
+} // namespace Vell
