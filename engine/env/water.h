@@ -1,0 +1,119 @@
+#pragma once
+
+#include "engine/core/clock.h"
+#include "engine/core/fbo.h"
+#include "engine/math/vec2.h"
+#include "engine/render/image.h"
+#include "engine/render/shader.h"
+#include "engine/scene/mesh.h"
+
+#include <string>
+
+namespace Vell {
+
+class Camera;
+
+/// Flat water at world height y = 0 that mirrors the scene above it.
+///
+/// Each frame, when the previous frame saw the surface, the scene manager renders the mirrored
+/// scene and the plain scene into two 512 x 512 targets; Draw() mixes both in screen space, bent by
+/// a scrolling normal map, fogged with the fixed-function fog, and halves the light where the
+/// shadow map says so.
+///
+/// Space:   world; +y is up, units are the scene's.
+/// Texture: unit 0 normal map, 1 reflection, 2 refraction, 6 shadow map (bound by ShadowMapping).
+/// Needs:   a current context on which InitEngine() succeeded.
+///
+/// Every setter of a shader parameter sends its uniform at once, so parameters may change at any
+/// time outside a draw; each one leaves no program bound.
+class Water : public Mesh {
+public:
+    /// A surface from (-1024, -1024) to (1024, 1024) with its defaults: blend 0.5, deform 0.035,
+    /// speed (1, 1), UV repeat (1, 1), no normal map.
+    Water();
+    ~Water() override;
+    Water(const Water&) = delete;
+    Water& operator=(const Water&) = delete;
+
+    /// Sets how far the surface reaches along +x (`s.x`) and +z (`s.y`), in units.
+    /// The edges at -x and -z stay where construction put them, on purpose. The box that decides
+    /// about visibility becomes (-s.x, -0.1, -s.y) to (2 s.x, 0.1, 2 s.y).
+    void SetSize(const ivec2& s);
+    ivec2 GetSize() const { return size; }
+
+    /// 0 shows the reflection alone, 1 the refraction alone.
+    void SetBlend(float b);
+    float GetBlend() const { return blend; }
+
+    /// How far the normal map bends the two images, in screen widths (0.02 is a fiftieth).
+    void SetDeform(float d);
+    float GetDeform() const { return deform; }
+
+    /// How fast the normal map scrolls, in repeats per second along x and z.
+    void SetSpeed(const vec2& v);
+    vec2 GetSpeed() const { return speed; }
+
+    /// How often the normal map repeats: a repeat is 200 / v.x units of x long, and 200 / v.y of z.
+    void SetUVRepeat(const vec2& v);
+    vec2 GetUVRepeat() const { return uvrep; }
+
+    /// Loads the normal map from a ".jpg" or ".png" file; failures are logged by Image::Load().
+    void SetNormalMap(const std::string& path);
+    Image& GetNormalMap() { return normalMap; }
+
+    /// Whether the last Draw() found the surface in view; false before the first one. The scene
+    /// manager renders the two images only when it is, so the first frame in view shows old ones.
+    bool GetInFrustum() const { return inFrustum; }
+
+    /// Binds the cleared reflection target and loads the camera's view. With the camera strictly
+    /// above the surface the world is mirrored about y = 0 and clip plane 0 keeps what lies above
+    /// it; at or below the surface the scene is taken unmirrored and unclipped.
+    void BeginReflection(Camera& cam);
+
+    /// Switches clip plane 0 off and returns to the screen and to the matrix before.
+    void EndReflection();
+
+    /// Binds the cleared refraction target and loads the camera's view; nothing is clipped.
+    void BeginRefraction(Camera& cam);
+
+    /// Returns to the screen and to the matrix before.
+    void EndRefraction();
+
+    /// Draws the surface when its box is in the view frustum, else nothing. Unit 0 is active
+    /// afterwards; the vertex and texture-coordinate arrays stay enabled.
+    void Draw() override;
+
+    /// Draws the bare quad, whatever the frustum says and with whatever program is bound; the
+    /// vertex and texture-coordinate arrays stay enabled.
+    void DrawShadow() override;
+
+private:
+    friend struct WaterProbe; // lets the tests look at the quad, the targets and the program
+
+    static constexpr int quadFloats = 4 * 5;
+
+    template <typename T>
+    void SendParameter(const char* name, const T& value);
+    void BuildShader();
+    void SizeTargets();
+    void WriteQuad();
+    void DrawQuad();
+    void BindTextures();
+    void UnbindTextures();
+    void BeginPass(FBO& target, Camera& cam);
+
+    float quad[quadFloats] = {}; // four vertices of s, t, x, y, z as a triangle strip
+    FBO reflection;
+    FBO refraction;
+    Clock clock; // drives the scrolling; never reset
+    Shader shader;
+    Image normalMap;
+    float blend = 0.5f;
+    float deform = 0.035f;
+    vec2 speed;
+    vec2 uvrep;
+    ivec2 size;
+    bool inFrustum = false;
+};
+
+} // namespace Vell
