@@ -1,0 +1,301 @@
+#include "demo/scene1.h"
+
+#include "demo/post_rgb.h"
+#include "demo/post_water.h"
+#include "demo/timeline.h"
+
+#include "engine/core/GLExtensions.h"
+#include "engine/core/core.h"
+#include "engine/env/water.h"
+#include "engine/math/vec2.h"
+#include "engine/post/post_bloom.h"
+#include "engine/post/postprocess.h"
+#include "engine/render/shader.h"
+#include "engine/render/xt3dstatic.h"
+#include "engine/scene/camera.h"
+#include "engine/scene/scenemanager.h"
+#include "engine/scene/scenenode.h"
+
+using Timeline::Segment;
+using Timeline::WispView;
+using Vell::ivec2;
+using Vell::SceneNode;
+using Vell::vec2;
+using Vell::vec3;
+using Vell::XT3DStatic;
+
+namespace {
+
+// One and one and a half times the music's phrase: every cut falls on the beat.
+constexpr float phrase = 13.912f;
+constexpr float longPhrase = 20.868f;
+
+struct Flight {
+    vec3 start;
+    vec3 end;
+    float duration; // seconds
+};
+
+// Played one after the other; together they last as long as the demo.
+const Flight flights[] = {
+    {vec3(0, 1, 0), vec3(0, 1, -10), phrase},          // out over the open sea
+    {vec3(50, 1, -50), vec3(50, 10, -100), phrase},    // away from the rising city
+    {vec3(30, -4, -100), vec3(30, -2, -50), phrase},   // under water
+    {vec3(40, 8, 5), vec3(40, 10, 15), phrase},        // between the towers
+    {vec3(25, 0.5f, 34), vec3(10, 3, 58), longPhrase}, // low along the canal
+    {vec3(7, 2, -5), vec3(17, 2, 4), phrase},          // towards the basin
+    {vec3(5, 8, 12), vec3(25, 5, 12), phrase},         // over the roofs
+    {vec3(20, 6, 5), vec3(30, 6, 4), phrase},          // along the basin's edge
+};
+
+const vec3 riseTarget(0, 0, 0);
+const vec3 splitTarget(50, 11, 11);
+const vec3 approachTarget(30, 2, 14);
+const vec3 finaleTarget(25, 3, 13);
+
+// Far above the scene, out of sight and out of reach of the city's shading.
+const vec3 wispParking(0, 1000, 0);
+const vec3 fishParking(10000);
+
+/// Calls `visit(column, row, number)` for the whole school, column by column.
+template <class Visit>
+void ForEachFish(Visit visit) {
+    for (int column = 0; column < Timeline::fishColumns; ++column)
+        for (int row = 0; row < Timeline::fishRows; ++row)
+            for (int number = 0; number < Timeline::fishPerCell; ++number)
+                visit(column, row, number);
+}
+
+/// The one object that the scene never deletes; the leak checker knows it by this function's name.
+PostWater* NewRipple() {
+    return new PostWater;
+}
+
+XT3DStatic* LoadMesh(Vell::SceneManager& manager, const char* path) {
+    return static_cast<XT3DStatic*>(manager.GetMesh(path));
+}
+
+} // namespace
+
+Scene1::Scene1() {
+    manager = new Vell::SceneManager;
+    viewCamera = manager->AddCamera(vec3(50, 50, 50), vec3(0, 0, 0));
+    Vell::PostProcess& chain = *manager->GetPostProcess();
+    bloom = new Vell::PostBloom;
+    bloom->SetThreshold(0.0f);
+    bloom->SetIntensity(0.25f);
+    chain.AddPostEffect(bloom);
+    rgb = new PostRGB;
+    rgb->SetOffset(0.0f);
+    chain.AddPostEffect(rgb);
+    ripple = NewRipple();
+    chain.AddPostEffect(ripple);
+    ripple->SetEnable(false);
+    fish = new SceneNode*[Timeline::fishCount]();
+}
+
+Scene1::~Scene1() {
+    spectrum = nullptr;
+    delete manager;
+    delete bloom;
+    delete rgb;
+    // The ripple effect is not deleted: intended, nothing frees it before the process ends.
+    delete[] fish;
+}
+
+void Scene1::Load() {
+    LoadCity();
+    LoadWisps();
+    // The red light's z of 1 is intended; the parked wisps themselves stand at z = 0.
+    SendWispLights(vec3(0, 1000, 1), vec3(0, 1000, 0), vec3(0, 1000, 0));
+    LoadFish();
+    LoadSky();
+    LoadWater();
+    sceneClock.Reset();
+    logo.SetTexture("Data/Gfx/Logo/logo.jpg");
+    Vell::SetFovy(25.0f);
+    AddFlights();
+    // The flights and demo time start together, after everything that takes time.
+    path.Reset();
+    sceneClock.Reset();
+}
+
+void Scene1::SetSpectrum(float* newSpectrum) {
+    spectrum = newSpectrum;
+}
+
+void Scene1::Draw(float dt) {
+    const float t = sceneClock.GetElapsedTime();
+    FollowFlight();
+    ripple->SetEnable(false); // the fish school switches it on again
+    PlaySegment(t, dt);
+    manager->Draw();
+    if (t < Timeline::logoEnd)
+        DrawLogo(t);
+}
+
+void Scene1::LoadCity() {
+    XT3DStatic* mesh = LoadMesh(*manager, "Data/Gfx/City/city.xt3dstatic");
+    cityShader = mesh->SetMaterialShader("Data/Gfx/City/shader.vert", "Data/Gfx/City/shader.frag");
+    city = manager->AddSceneNode(mesh, vec3(0));
+    city->SetPosition(vec3(0, -20, 0)); // sunk; the timeline raises it
+}
+
+void Scene1::LoadWisps() {
+    greenWisp = AddWisp("Data/Gfx/Wisp/green.xt3dstatic");
+    redWisp = AddWisp("Data/Gfx/Wisp/red.xt3dstatic");
+    blueWisp = AddWisp("Data/Gfx/Wisp/blue.xt3dstatic");
+}
+
+SceneNode* Scene1::AddWisp(const char* meshPath) {
+    XT3DStatic* mesh = LoadMesh(*manager, meshPath);
+    mesh->SetMaterialShader("Data/Gfx/Wisp/billboard.vert", "Data/Gfx/Wisp/billboard.frag");
+    mesh->SetBlend(true);
+    SceneNode* node = manager->AddSceneNode(mesh, vec3(0));
+    node->SetPosition(wispParking);
+    return node;
+}
+
+void Scene1::SendWispLights(const vec3& red, const vec3& green, const vec3& blue) {
+    cityShader->Enable();
+    cityShader->Send("posred", red);
+    cityShader->Send("posgreen", green);
+    cityShader->Send("posblue", blue);
+    cityShader->Disable();
+}
+
+void Scene1::LoadFish() {
+    XT3DStatic* mesh = LoadMesh(*manager, "Data/Gfx/Fish/fish.xt3dstatic");
+    ForEachFish([&](int column, int row, int number) {
+        SceneNode* node = manager->AddSceneNode(mesh, vec3(0));
+        node->SetPosition(fishParking);
+        node->SetScale(vec3(0.1f));
+        fish[Timeline::FishIndex(column, row, number)] = node;
+    });
+}
+
+void Scene1::LoadSky() {
+    manager->AddSkyBox("Data/Gfx/City/sky/xpos.jpg", "Data/Gfx/City/sky/xneg.jpg",
+                       "Data/Gfx/City/sky/ypos.jpg", "Data/Gfx/City/sky/yneg.jpg",
+                       "Data/Gfx/City/sky/zpos.jpg", "Data/Gfx/City/sky/zneg.jpg");
+}
+
+void Scene1::LoadWater() {
+    Vell::Water* water = manager->AddWater();
+    water->SetNormalMap("Data/Gfx/water.jpg");
+    water->SetBlend(0.0f);
+    water->SetDeform(0.02f);
+    water->SetSize(ivec2(25000));
+    water->SetUVRepeat(vec2(10.0f, 10.0f));
+    water->SetSpeed(vec2(0.01f, 0.0f));
+}
+
+void Scene1::AddFlights() {
+    for (const Flight& flight : flights)
+        path.AddPath(flight.start, flight.end, flight.duration);
+}
+
+void Scene1::FollowFlight() {
+    // Target before position: the first query notices the end of a flight and starts the next.
+    const vec3 target = path.GetTarget();
+    const vec3 position = path.GetPos();
+    viewCamera->Set(position, target);
+}
+
+void Scene1::LookAt(const vec3& target) {
+    viewCamera->Set(path.GetPos(), target);
+}
+
+void Scene1::PlaySegment(float t, float dt) {
+    switch (Timeline::SegmentAt(t)) {
+    case Segment::Plain:
+        break;
+    case Segment::CityRise:
+        PlayCityRise(t);
+        break;
+    case Segment::FishSchool:
+        PlayFishSchool(t);
+        break;
+    case Segment::ColourSplit:
+        PlayColourSplit(dt);
+        break;
+    case Segment::Glow:
+        PlayGlow(dt);
+        break;
+    case Segment::Wisps:
+        PlayWisps(t);
+        break;
+    }
+}
+
+void Scene1::PlayCityRise(float t) {
+    LookAt(riseTarget);
+    city->SetPosition(vec3(0, Timeline::CityHeight(t), 0));
+}
+
+void Scene1::PlayFishSchool(float t) {
+    ripple->SetEnable(true);
+    // The eye is asked for anew for each fish: the flight goes on while the school is placed.
+    ForEachFish([&](int column, int row, int number) {
+        const vec3 place = Timeline::FishPosition(path.GetPos(), t, column, row);
+        fish[Timeline::FishIndex(column, row, number)]->SetPosition(place);
+    });
+}
+
+void Scene1::PlayColourSplit(float dt) {
+    LookAt(splitTarget);
+    pulse = Timeline::NextLevel(pulse, spectrum[0], dt, Timeline::splitPulse);
+    rgb->SetOffset(pulse);
+}
+
+void Scene1::PlayGlow(float dt) {
+    rgb->SetOffset(0.0f);
+    pulse = Timeline::NextLevel(pulse, spectrum[0], dt, Timeline::glowPulse);
+    bloom->SetIntensity(pulse);
+}
+
+void Scene1::PlayWisps(float t) {
+    AimAtWisps(t);
+    MoveWisps(t);
+}
+
+void Scene1::AimAtWisps(float t) {
+    switch (Timeline::WispViewAt(t)) {
+    case WispView::Approach:
+        bloom->SetIntensity(0.0f);
+        LookAt(approachTarget);
+        break;
+    case WispView::Flight:
+        break;
+    case WispView::Finale:
+        LookAt(finaleTarget);
+        break;
+    }
+}
+
+void Scene1::MoveWisps(float t) {
+    const vec3 red = Timeline::RedWispPosition(t);
+    const vec3 green = Timeline::GreenWispPosition(t);
+    const vec3 blue = Timeline::BlueWispPosition(t);
+    redWisp->SetPosition(red);
+    greenWisp->SetPosition(green);
+    blueWisp->SetPosition(blue);
+    SendWispLights(red, green, blue);
+}
+
+void Scene1::DrawLogo(float t) {
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glOrtho(0, 1, 0, 1, -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity(); // not restored: every frame starts from the identity
+    glDisable(GL_DEPTH_TEST);
+    glColor4f(1, 1, 1, Timeline::LogoAlpha(t));
+    logo.Draw();
+    glColor4f(1, 1, 1, 1);
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glEnable(GL_DEPTH_TEST);
+}

@@ -1,0 +1,242 @@
+// The tools that watch the production (tools/capture): they must see what is wrong, and say so.
+
+#include "tests/support/pixels.h"
+#include "tests/system/nimbrel_test.h"
+
+#include "engine/core/GLExtensions.h"
+
+#include <SDL.h>
+#include <png.h>
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <sys/time.h>
+
+using ::testing::HasSubstr;
+
+namespace {
+
+constexpr int width = 8;
+constexpr int height = 4;
+
+/// The frame of the subject program: a colour that tells its number and a marked lower left corner.
+void DrawFrame(int number) {
+    glClearColor(0.0f, float(number) / 10.0f, 1.0f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(0, 0, 1, 1);
+    glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glDisable(GL_SCISSOR_TEST);
+}
+
+/// The clock as a program without the tests' own gettimeofday() sees it: the probe's, or the real.
+double ClockSeconds() {
+    using Function = int(timeval*, void*);
+    timeval now{};
+    reinterpret_cast<Function*>(dlsym(RTLD_NEXT, "gettimeofday"))(&now, nullptr);
+    return double(now.tv_sec) + double(now.tv_usec) * 1e-6;
+}
+
+/// A PPM whose every byte is `value`.
+std::string Ppm(int pictureWidth, int pictureHeight, char value) {
+    return "P6\n" + std::to_string(pictureWidth) + " " + std::to_string(pictureHeight) + "\n255\n" +
+           std::string(size_t(pictureWidth) * size_t(pictureHeight) * 3, value);
+}
+
+class Capture : public NimbrelTest {
+protected:
+    /// Runs the subject below, with the probe, and reads its report.
+    void RunSubject(Environment probe) {
+        probe.insert({{"DISPLAY", display->Name()},
+                      {"LD_PRELOAD", NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so"},
+                      {"NIMBREL_PROBE_REPORT", reportFile},
+                      {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}});
+        const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+        run = std::make_unique<ProgramRun>(
+            std::vector<std::string>{self, "--gtest_also_run_disabled_tests",
+                                     "--gtest_filter=Subject.DISABLED_*"},
+            probe);
+        end = run->Wait(60.0);
+        report = ReadReport(reportFile);
+    }
+
+    /// Runs the program that stacks pictures.
+    void Stack(const std::vector<std::string>& arguments) {
+        std::vector<std::string> command = {NIMBREL_BINARY_DIR "/tools/capture/nimbrel_stack"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        run = std::make_unique<ProgramRun>(command, Environment());
+        end = run->Wait(60.0);
+    }
+
+    Outcome end;
+};
+
+/// A PNG as RGBA bytes, top row first.
+struct Sheet {
+    explicit Sheet(const std::string& path) {
+        image.version = PNG_IMAGE_VERSION;
+        EXPECT_NE(png_image_begin_read_from_file(&image, path.c_str()), 0) << path;
+        image.format = PNG_FORMAT_RGBA;
+        bytes.resize(PNG_IMAGE_SIZE(image));
+        EXPECT_NE(png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr), 0) << path;
+    }
+    int At(int x, int y) const { return bytes[(size_t(y) * image.width + size_t(x)) * 4]; }
+
+    png_image image{};
+    std::vector<unsigned char> bytes;
+};
+
+} // namespace
+
+// Not a test: the program that the tests of the probe run. Five frames; the third and every later
+// one make an OpenGL error. The clock as each frame saw it goes to standard output.
+TEST(Subject, DISABLED_Shows_five_frames) {
+    ASSERT_EQ(SDL_Init(SDL_INIT_VIDEO), 0);
+    ASSERT_NE(SDL_SetVideoMode(width, height, 32, SDL_OPENGL), nullptr);
+    SDL_WM_SetCaption("subject", nullptr);
+    SDL_Event event;
+    for (int frame = 1; frame <= 5; ++frame) {
+        SDL_PollEvent(&event);
+        std::printf("frame %d at %.3f\n", frame, ClockSeconds());
+        DrawFrame(frame);
+        if (frame == 3)
+            glEnable(GL_TRIANGLES); // not a capability: invalid enumeration
+        if (frame > 3)
+            glPopMatrix(); // nothing was pushed: stack underflow
+        SDL_GL_SwapBuffers();
+    }
+    SDL_Quit();
+}
+
+TEST_F(Capture, Probe_counts_frames_and_finds_the_first_error) {
+    RunSubject({});
+    EXPECT_EQ(end.exitStatus, 0) << end.output;
+    EXPECT_EQ(Reported("frames"), 5);
+    EXPECT_EQ(Reported("polls"), 5);
+    EXPECT_EQ(Reported("errors"), 3);
+    EXPECT_EQ(report["first_error"], "0x500"); // GL_INVALID_ENUM
+    EXPECT_EQ(Reported("first_error_frame"), 3);
+}
+
+TEST_F(Capture, Probe_sees_the_window_and_the_cursor) {
+    RunSubject({});
+    EXPECT_EQ(Reported("width"), width);
+    EXPECT_EQ(Reported("height"), height);
+    EXPECT_EQ(Reported("full_screen"), 0);
+    EXPECT_EQ(Reported("cursor_shown"), 1);
+    EXPECT_EQ(report["caption"], "subject");
+}
+
+TEST_F(Capture, Probe_moves_time_by_the_step_from_frame_to_frame) {
+    RunSubject({{"NIMBREL_PROBE_STEP", "0.25"}});
+    EXPECT_THAT(end.output, HasSubstr("frame 1 at 0.000\n"));
+    EXPECT_THAT(end.output, HasSubstr("frame 2 at 0.250\n"));
+    EXPECT_THAT(end.output, HasSubstr("frame 5 at 1.000\n"));
+    EXPECT_EQ(Reported("last_frame_time"), 1.0);
+}
+
+TEST_F(Capture, Probe_plays_a_list_of_times_and_then_lets_time_run_out) {
+    RunSubject({{"NIMBREL_PROBE_TIMES", "0,13.9,13.925"}});
+    EXPECT_THAT(end.output, HasSubstr("frame 2 at 13.900\n"));
+    EXPECT_THAT(end.output, HasSubstr("frame 3 at 13.925\n"));
+    EXPECT_THAT(end.output, HasSubstr("frame 4 at 1013.925\n"));
+}
+
+TEST_F(Capture, Probe_leaves_real_time_alone_without_a_step) {
+    const double before = ClockSeconds();
+    RunSubject({});
+    const size_t place = end.output.find("frame 1 at ");
+    ASSERT_NE(place, std::string::npos);
+    EXPECT_NEAR(std::stod(end.output.substr(place + 11)), before, 30.0);
+}
+
+TEST_F(Capture, Probe_takes_each_picture_at_the_first_frame_that_is_due) {
+    RunSubject({{"NIMBREL_PROBE_STEP", "1"},
+                {"NIMBREL_PROBE_SHOTS", "0,1.5"},
+                {"NIMBREL_PROBE_SHOT_DIR", "."}});
+    const std::string header = "P6\n8 4\n255\n";
+    const std::string first = ReadFile("frame_0000.000.ppm");
+    const std::string later = ReadFile("frame_0001.500.ppm"); // frame 3, at 2 s
+    ASSERT_EQ(first.size(), header.size() + size_t(width * height * 3));
+    ASSERT_EQ(first.substr(0, header.size()), header);
+    const auto green = [&](const std::string& file, int x, int row) {
+        return int((unsigned char)file[header.size() + size_t((row * width + x) * 3 + 1)]);
+    };
+    EXPECT_NEAR(green(first, 4, 2), 26, 1); // a tenth of 255
+    EXPECT_NEAR(green(later, 4, 2), 77, 1); // three tenths
+    EXPECT_EQ(green(first, 0, height - 1), 255) << "the lower left corner is in the last row";
+}
+
+TEST_F(Capture, Probe_refuses_what_is_no_number) {
+    RunSubject({{"NIMBREL_PROBE_STEP", "fast"}});
+    EXPECT_NE(end.exitStatus, 0);
+    EXPECT_THAT(end.complaint, HasSubstr("NIMBREL_PROBE_STEP: expected a number, found \"fast\""));
+}
+
+TEST_F(Capture, Stack_puts_pictures_under_each_other_with_their_times_beside) {
+    WriteFile("frame_0001.000.ppm", Ppm(40, 20, char(50)));
+    WriteFile("frame_0013.900.ppm", Ppm(40, 20, char(120)));
+    Stack({"sheet.png", "frame_0001.000.ppm", "frame_0013.900.ppm"});
+    ASSERT_EQ(end.exitStatus, 0) << end.complaint;
+    const Sheet sheet("sheet.png");
+    constexpr int label = 84;
+    EXPECT_EQ(sheet.image.width, unsigned(label + 40));
+    EXPECT_EQ(sheet.image.height, 20u + 2u + 20u);
+    EXPECT_EQ(sheet.At(label, 0), 50);
+    EXPECT_EQ(sheet.At(label + 39, 19), 50);
+    EXPECT_EQ(sheet.At(label, 20), 0) << "a gap";
+    EXPECT_EQ(sheet.At(label, 22), 120);
+    // "1.000" is drawn in two columns of dots a stroke, ending at the picture: its 1 stands over
+    // the fourth and fifth dot of five letters of twelve dots, from row 3 on.
+    EXPECT_EQ(sheet.At(label - 5 * 12 + 4, 3), 200);
+    EXPECT_EQ(sheet.At(label - 5 * 12, 3), 0);
+}
+
+TEST_F(Capture, Stack_names_what_is_wrong_with_its_input) {
+    WriteFile("text.ppm", "no picture");
+    Stack({"sheet.png", "text.ppm"});
+    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
+    EXPECT_THAT(end.complaint,
+                HasSubstr("text.ppm: expected a binary PPM of 8 bits, found \"no\""));
+    WriteFile("short.ppm", Ppm(40, 20, 1).substr(0, 100));
+    Stack({"sheet.png", "short.ppm"});
+    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
+    EXPECT_THAT(end.complaint, HasSubstr("short.ppm: expected 2400 bytes of pixels, found 87"));
+    WriteFile("wide.ppm", Ppm(41, 20, 1));
+    WriteFile("good.ppm", Ppm(40, 20, 1));
+    Stack({"sheet.png", "good.ppm", "wide.ppm"});
+    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
+    EXPECT_THAT(end.complaint, HasSubstr("wide.ppm: expected 40 x 20 pixels, found 41 x 20"));
+    Stack({"sheet.png"});
+    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
+    EXPECT_THAT(end.complaint, HasSubstr("usage: nimbrel_stack"));
+}
+
+TEST_F(Capture, Sheet_takes_as_many_pictures_of_the_production_as_asked) {
+    const Environment environment = {{"DISPLAY", display->Name()},
+                                     {"ALSA_CONFIG_PATH", "/dev/null"},
+                                     {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}};
+    run = std::make_unique<ProgramRun>(
+        std::vector<std::string>{NIMBREL_SOURCE_DIR "/tools/capture/sheet", "sheet.png", "3", "1",
+                                 "14", "--build", NIMBREL_BINARY_DIR, "--data", RealData(),
+                                 "--keep", "single"},
+        environment);
+    end = run->Wait(120.0);
+    ASSERT_EQ(end.exitStatus, 0) << end.complaint;
+    const Sheet sheet("sheet.png");
+    EXPECT_EQ(sheet.image.width, 84u + 960u);
+    EXPECT_EQ(sheet.image.height, 3u * 89u + 2u * 2u);
+    for (const char* name : {"frame_0001.000.ppm", "frame_0007.500.ppm", "frame_0014.000.ppm"})
+        EXPECT_TRUE(std::filesystem::exists(std::filesystem::path("single") / name)) << name;
+}
+
+TEST_F(Capture, Sheet_refuses_a_range_that_runs_backwards) {
+    run = std::make_unique<ProgramRun>(std::vector<std::string>{NIMBREL_SOURCE_DIR
+                                                                "/tools/capture/sheet",
+                                                                "sheet.png", "3", "14", "1"},
+                                       Environment());
+    end = run->Wait(60.0);
+    EXPECT_NE(end.exitStatus, 0);
+    EXPECT_THAT(end.complaint, HasSubstr("0 <= START <= END"));
+}

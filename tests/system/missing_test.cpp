@@ -1,0 +1,98 @@
+// The production with files missing: it plays to its end without them, and the log names them.
+
+#include "tests/support/demo_data.h"
+#include "tests/support/log_page.h"
+#include "tests/system/nimbrel_test.h"
+
+#include <algorithm>
+#include <set>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr double step = 3.0;      // seconds a frame: every part of the show gets four frames
+constexpr double patience = 60.0; // for a run that draws forty frames
+
+/// What the log can name: the kinds of file that the engine loads.
+const std::set<std::string> kinds = {".xt3dstatic", ".vert", ".frag", ".jpg", ".png"};
+
+/// Every data file of the production, as "Data/..."; the tiny data's in the sanitizer build.
+std::vector<std::string> DataFiles() {
+    if (sanitized)
+        return DemoFiles();
+    const char* other = std::getenv("NIMBREL_TEST_DATA");
+    const fs::path folder = other ? other : NIMBREL_SOURCE_DIR "/Data";
+    std::vector<std::string> files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+        const std::string kind = entry.path().extension();
+        if (entry.is_regular_file() && (kinds.count(kind) || kind == ".mp3"))
+            files.push_back("Data" / fs::relative(entry.path(), folder));
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+std::string TestName(const ::testing::TestParamInfo<std::string>& file) {
+    std::string name = file.param.substr(std::string("Data/").size());
+    std::replace_if(
+        name.begin(), name.end(), [](char letter) { return !std::isalnum(letter); }, '_');
+    return name;
+}
+
+class Missing : public NimbrelTest {
+protected:
+    /// Whether a row says ERROR and names exactly this file.
+    static bool IsReported(const std::string& file) {
+        const std::vector<LogRow> rows = ReadLogRows();
+        return std::any_of(rows.begin(), rows.end(), [&](const LogRow& row) {
+            return row.status == "ERROR" && row.file == file;
+        });
+    }
+
+    /// Fails unless the run ends in order and only at the demo's own end.
+    void ExpectPlaysToTheEnd() {
+        StartStepped(step);
+        WaitForOrderlyEnd(patience);
+        EXPECT_GT(Reported("last_frame_time"), runningTime - step);
+        EXPECT_EQ(Reported("errors"), 0)
+            << report["first_error"] << " in frame " << report["first_error_frame"];
+        EXPECT_NE(ReadLogText().find("</html>\n"), std::string::npos) << "the log has no footer";
+    }
+};
+
+class MissingFile : public Missing, public ::testing::WithParamInterface<std::string> {
+protected:
+    /// The data folder, file by file, without the one.
+    static void MakeDataWithout(const std::string& file) {
+        if (sanitized)
+            MakeDemoData();
+        else
+            for (const std::string& name : DataFiles()) {
+                fs::create_directories(fs::path(name).parent_path());
+                fs::create_symlink(RealData() / fs::relative(name, "Data"), name);
+            }
+        fs::remove(file);
+    }
+};
+
+} // namespace
+
+TEST_P(MissingFile, Is_named_in_the_log_and_the_show_goes_on) {
+    MakeDataWithout(GetParam());
+    ExpectPlaysToTheEnd();
+    // The music is not the engine's: no row, and no sound.
+    const bool music = fs::path(GetParam()).extension() == ".mp3";
+    EXPECT_EQ(IsReported(GetParam()), !music);
+}
+
+INSTANTIATE_TEST_SUITE_P(EachOf, MissingFile, ::testing::ValuesIn(DataFiles()), TestName);
+
+TEST_F(Missing, Data_folder_is_no_reason_to_stop) {
+    ExpectPlaysToTheEnd();
+    for (const std::string& file : DemoFiles()) {
+        if (file != "Data/Musics/Quorrel.mp3") {
+            EXPECT_TRUE(IsReported(file)) << file;
+        }
+    }
+}

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "tests/support/program_run.h"
+#include "tests/support/scratch.h"
+#include "tests/support/virtual_display.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <thread>
+
+/// True when this test, and with it the program it runs, is built with the address sanitizer:
+/// such runs are stepped and use small data, so that they end in time.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
+/// Runs the real program, as a viewer does, in a scratch directory on a display of its own, with
+/// the probe of tools/capture preloaded. There is never a sound device.
+class NimbrelTest : public ::testing::Test {
+protected:
+    static constexpr const char* caption = "Halvorn :: Nimbrel";
+    static constexpr const char* reportFile = "report.txt";
+    static constexpr double runningTime = 118.252; // seconds
+
+    static void SetUpTestSuite() { display = std::make_unique<VirtualDisplay>(); }
+    static void TearDownTestSuite() { display.reset(); }
+
+    /// The folder of the real assets; the environment variable NIMBREL_TEST_DATA names another.
+    static std::filesystem::path RealData() {
+        const char* other = std::getenv("NIMBREL_TEST_DATA");
+        return other ? other : NIMBREL_SOURCE_DIR "/Data";
+    }
+
+    /// Puts a link "Data" to the real assets into the scratch directory.
+    static void LinkData() { std::filesystem::create_directory_symlink(RealData(), "Data"); }
+
+    /// Starts the program; `probe` adds the probe's own variables.
+    void Start(Environment probe = {}) {
+        probe.insert({{"DISPLAY", display->Name()},
+                      {"LD_PRELOAD", NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so"},
+                      {"NIMBREL_PROBE_REPORT", reportFile},
+                      {"ALSA_CONFIG_PATH", "/dev/null"},
+                      {"ASAN_OPTIONS", Extended("ASAN_OPTIONS", "verify_asan_link_order=0")},
+                      {"LSAN_OPTIONS",
+                       std::getenv("LSAN_OPTIONS") ? std::getenv("LSAN_OPTIONS") : suppressions}});
+        run = std::make_unique<ProgramRun>(
+            std::vector<std::string>{NIMBREL_BINARY_DIR "/demo/nimbrel"}, probe);
+    }
+
+    /// Starts it with time moving `step` seconds a frame.
+    void StartStepped(double step) { Start({{"NIMBREL_PROBE_STEP", std::to_string(step)}}); }
+
+    /// Waits until the first frame has been shown.
+    void WaitForPlaying() {
+        constexpr int patience = 60; // seconds for loading
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(patience);
+        while (run->Running() && ReadReport(reportFile).empty() &&
+               std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        ASSERT_TRUE(run->Running()) << "ended before it played: " << run->Wait(0).complaint;
+        ASSERT_FALSE(ReadReport(reportFile).empty()) << "does not play";
+    }
+
+    /// Waits for the end, fails unless it is an orderly one, and returns it.
+    Outcome WaitForOrderlyEnd(double seconds) {
+        Outcome end = run->Wait(seconds);
+        report = ReadReport(reportFile);
+        EXPECT_TRUE(end.ended) << "still running after " << seconds << " s";
+        EXPECT_EQ(end.signal, 0);
+        EXPECT_EQ(end.exitStatus, 0);
+        EXPECT_EQ(end.output, "");
+        EXPECT_EQ(Complaint(end), "");
+        return end;
+    }
+
+    /// What the program said on standard error, without what the line counters of the sanitizer
+    /// build say there when they meet the counts of an older build.
+    static std::string Complaint(const Outcome& end) {
+        if (!sanitized)
+            return end.complaint;
+        std::istringstream lines(end.complaint);
+        std::string kept;
+        for (std::string line; std::getline(lines, line);)
+            if (line.rfind("libgcov profiling error", 0) != 0)
+                kept += line + "\n";
+        return kept;
+    }
+
+    /// A number of the probe's final report.
+    double Reported(const std::string& name) const {
+        const auto found = report.find(name);
+        if (found != report.end())
+            return std::stod(found->second);
+        ADD_FAILURE() << "the report has no \"" << name << '"';
+        return 0.0;
+    }
+
+    static inline std::unique_ptr<VirtualDisplay> display;
+    std::unique_ptr<ProgramRun> run;
+    std::map<std::string, std::string> report;
+
+private:
+    static constexpr const char* suppressions =
+        "print_suppressions=0:suppressions=" NIMBREL_SOURCE_DIR "/tests/support/lsan.supp";
+
+    static std::string Extended(const char* variable, const std::string& addition) {
+        const char* value = std::getenv(variable);
+        return value ? std::string(value) + ":" + addition : addition;
+    }
+
+    ScratchDir scratch;
+};
