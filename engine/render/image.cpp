@@ -147,7 +147,7 @@ void AskForTransforms(png_structp png, png_infop info) {
         png_set_strip_16(png);
     else if (depth < 8)
         png_set_packing(png);
-    png_set_interlace_handling(png); // before the update below, or interlaced rows come in pieces
+    png_set_interlace_handling(png); // libpng wants to know before the update
     png_read_update_info(png, info);
 }
 

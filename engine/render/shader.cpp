@@ -80,8 +80,8 @@ void Shader::LoadToChar(const char* vertSrc, const char* fragSrc) {
 char* Shader::textFileRead(const char* path) {
     const off_t size = path != nullptr ? FileSize(path) : 0;
     FILE* file = path != nullptr ? std::fopen(path, "rt") : nullptr;
-    // Sizes no buffer can have come from folders on some file systems.
-    const bool readable = file != nullptr && size < std::numeric_limits<int>::max();
+    // A folder opens as well; file systems give it no size, or one that no buffer could have.
+    const bool readable = file != nullptr && size >= 0 && size < std::numeric_limits<int>::max();
     char* text = readable && size > 0 ? ReadText(file, size_t(size)) : nullptr;
     if (!readable || (size > 0 && text == nullptr))
         Log::GetInstance().Write("Shader", "ERROR", path != nullptr ? path : "");

@@ -40,7 +40,13 @@ double TimeOf(PostWater& water) {
 
 } // namespace
 
-class PostWaterTest : public EffectStage {};
+class PostWaterTest : public EffectStage {
+protected:
+    void TearDown() override {
+        ClearFakeTime();
+        EffectStage::TearDown();
+    }
+};
 
 TEST_F(PostWaterTest, Program_is_clean_and_left_unbound) {
     PostWater water;
@@ -52,7 +58,7 @@ TEST_F(PostWaterTest, Program_is_clean_and_left_unbound) {
 }
 
 TEST_F(PostWaterTest, Bends_the_picture_sideways_and_tints_it_moving_with_the_seconds) {
-    const FakeTimeScope start(5000.0);
+    SetFakeTime(5000.0);
     PostWater water;
     for (double seconds : {0.0, 1.0, 2.5, 27.75}) {
         SCOPED_TRACE(seconds);

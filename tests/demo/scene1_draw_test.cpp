@@ -142,7 +142,7 @@ TEST_F(SceneTimeline, Five_fish_of_a_cell_share_one_spot) {
     DrawAt(33.0);
     for (int number = 1; number < 5; ++number)
         EXPECT_EQ(FishAt(45 + number), FishAt(45)); // column 1, row 2
-    EXPECT_FALSE(FishAt(45) == FishAt(40));
+    EXPECT_NE(FishAt(45), FishAt(40));
 }
 
 TEST_F(SceneTimeline, School_asks_for_the_eye_anew_for_each_fish) {
@@ -302,7 +302,7 @@ TEST_F(SceneTimeline, Seventh_flight_looks_ahead_while_the_wisps_move_on) {
         const vec3 before = Red();
         DrawAt(t);
         ExpectView(t, TargetAt(t));
-        EXPECT_FALSE(Red() == before);
+        EXPECT_NE(Red(), before);
         EXPECT_EQ(Glow(), 0.0f) << "the glow stays out";
     }
 }

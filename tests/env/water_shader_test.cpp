@@ -52,6 +52,11 @@ protected:
         LookFrom(vec3(0, 4, 10), ahead);
     }
 
+    void TearDown() override {
+        ClearFakeTime();
+        WaterStage::TearDown();
+    }
+
     // A surface at z < 0 is never in shadow, see the strip's tests.
     void LookAtLitWater(float x, float z) { LookFrom(vec3(x, 4, z), ahead); }
 
@@ -256,7 +261,7 @@ TEST_F(WaterShader, Noise_drifts_by_a_thousandth_of_the_time_on_top_of_its_speed
 }
 
 TEST_F(WaterShader, Time_is_the_seconds_since_construction) {
-    const FakeTimeScope start(5000.0);
+    SetFakeTime(5000.0);
     Vell::Water water;
     for (float seconds : {0.0f, 0.5f, 118.25f}) {
         SetFakeTime(5000.0 + double(seconds));

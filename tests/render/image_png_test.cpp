@@ -163,7 +163,9 @@ TEST_F(PngImageTest, Reads_interlaced_files_like_any_other) {
             pixels.push_back(static_cast<unsigned char>((4 - row) * 15 + i));
         }
     picture.interlace = PNG_INTERLACE_ADAM7;
+    testing::internal::CaptureStderr();
     ExpectLoads(picture, GL_RGB, pixels);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "libpng was not told in time";
 }
 
 TEST_F(PngImageTest, Refuses_grey_without_a_row) {

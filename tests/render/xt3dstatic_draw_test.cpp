@@ -1,5 +1,6 @@
 #include "engine/render/xt3dstatic.h"
 
+#include "engine/core/textureunits.h"
 #include "tests/render/xt3dstatic_probe.h"
 #include "tests/support/fake_time.h"
 #include "tests/support/gl_state.h"
@@ -222,11 +223,12 @@ TEST_F(XT3DStaticDrawTest, Looks_up_the_light_map_on_unit_6_with_coordinates_of_
 }
 
 TEST_F(XT3DStaticDrawTest, Tells_its_material_the_seconds_since_it_was_made) {
-    const FakeTimeScope start(1000.0);
+    SetFakeTime(1000.0);
     const auto mesh = LoadUntextured();
     SetMaterial(*mesh, FragmentSource("uniform float time;", "vec4(time * 0.1, 0.0, 0.0, 1.0)"));
     SetFakeTime(1002.0);
     mesh->Draw();
+    ClearFakeTime();
     EXPECT_EQ(Middle(), (Rgba{51, 0, 0, 255})); // 2 s * 0.1 * 255
 }
 
@@ -330,7 +332,30 @@ TEST_F(XT3DStaticDrawTest, Casts_shadows_through_what_unit_0_holds_where_it_has_
     ClearTo(black);
     mesh->Draw();
     EXPECT_EQ(Middle(), white) << "the colour pass takes it off";
+    GLint bound = -1;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+    EXPECT_EQ(bound, 0);
     glDeleteTextures(1, &texture);
+}
+
+TEST_F(XT3DStaticDrawTest, Switches_texturing_off_on_every_unit_of_the_pass) {
+    const std::string prefix = NewPrefix();
+    const std::string file = PlainTexture(prefix, "plain.png", white) + " ";
+    const auto mesh = LoadParts(prefix, {file + file + file + Rectangle(0, 0, 1, 1)});
+    const auto unitsOnAfter = [&](void (XT3DStatic::*pass)()) {
+        std::vector<int> units;
+        for (const int unit : {6, 3, 2, 1, 0})
+            TextureUnit::Enable(unit);
+        (mesh.get()->*pass)();
+        for (const int unit : {0, 1, 2, 3, 6}) {
+            glActiveTexture(GL_TEXTURE0 + GLenum(unit));
+            if (glIsEnabled(GL_TEXTURE_2D))
+                units.push_back(unit);
+        }
+        return units;
+    };
+    EXPECT_EQ(unitsOnAfter(&XT3DStatic::Draw), (std::vector<int>{3}));
+    EXPECT_EQ(unitsOnAfter(&XT3DStatic::DrawShadow), (std::vector<int>{3, 6}));
 }
 
 TEST_F(XT3DStaticDrawTest, Leaves_no_state_behind_but_its_bindings_and_blend_factors) {

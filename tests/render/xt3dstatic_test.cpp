@@ -1,13 +1,8 @@
 #include "engine/render/xt3dstatic.h"
 
-#include "engine/core/core.h"
 #include "engine/core/ressourcemanager.h"
 #include "tests/render/xt3dstatic_probe.h"
-
-#include <array>
-#include <filesystem>
-
-#include <GL/glx.h>
+#include "tests/support/buffers.h"
 
 using namespace Vell;
 
@@ -15,29 +10,15 @@ namespace {
 
 const char* const noTextures = "NULL NULL NULL ";
 
-template <class Function>
-Function EntryPoint(const char* name) {
-    return reinterpret_cast<Function>(glXGetProcAddress(reinterpret_cast<const GLubyte*>(name)));
-}
+using Floats = std::vector<float>;
 
 bool IsBuffer(GLuint buffer) {
     return EntryPoint<PFNGLISBUFFERPROC>("glIsBuffer")(buffer) == GL_TRUE;
 }
 
-/// What OpenGL holds in a buffer.
-std::vector<float> BufferFloats(GLuint buffer) {
-    GLint bytes = 0;
-    glBindBuffer(GL_ARRAY_BUFFER, buffer);
-    EntryPoint<PFNGLGETBUFFERPARAMETERIVPROC>("glGetBufferParameteriv")(GL_ARRAY_BUFFER,
-                                                                        GL_BUFFER_SIZE, &bytes);
-    std::vector<float> floats(size_t(bytes) / sizeof(float));
-    EntryPoint<PFNGLGETBUFFERSUBDATAPROC>("glGetBufferSubData")(GL_ARRAY_BUFFER, 0, bytes,
-                                                                floats.data());
-    glBindBuffer(GL_ARRAY_BUFFER, 0);
-    return floats;
+Floats BufferFloats(GLuint buffer) {
+    return BufferContent<float>(GL_ARRAY_BUFFER, buffer);
 }
-
-using Floats = std::vector<float>;
 
 class XT3DStaticTest : public GlTest {
 protected:

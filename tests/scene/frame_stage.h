@@ -68,7 +68,7 @@ protected:
     // Water without bending that shows the reflection alone.
     static Vell::Water* AddMirror(Vell::SceneManager& scene) {
         Vell::Water* water = scene.AddWater();
-        water->SetSize(ivec2(1024, 1024));
+        water->SetSize(Vell::ivec2(1024, 1024));
         water->SetBlend(0.0f);
         water->SetDeform(0.0f);
         return water;

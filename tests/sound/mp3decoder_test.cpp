@@ -43,10 +43,11 @@ std::size_t LoudestFrame(const Track& track, int side) {
 /// of which the latter is taken `shift` frames later.
 double Error(const Track& track, const Music& music, int shift) {
     double sum = 0.0;
-    for (int frame = 1; frame + 1 < static_cast<int>(track.Frames()); ++frame) {
-        const auto index = static_cast<std::size_t>((frame + shift) * music.channels);
-        const double error =
-            At(track, static_cast<std::size_t>(frame), left) - music.samples[index];
+    const auto last = static_cast<std::size_t>(track.Frames()) - 1;
+    const auto step = static_cast<std::size_t>(music.channels);
+    for (std::size_t frame = 1; frame < last; ++frame) {
+        const std::size_t shifted = frame + static_cast<std::size_t>(shift); // wraps to earlier
+        const double error = At(track, frame, left) - music.samples[shifted * step];
         sum += error * error;
     }
     return sum;

@@ -38,6 +38,7 @@ void Redirect(const char* file, int descriptor) {
     Redirect(outputFile, STDOUT_FILENO);
     Redirect(complaintFile, STDERR_FILENO);
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& word : command)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);

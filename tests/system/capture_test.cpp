@@ -69,6 +69,13 @@ protected:
         end = run->Wait(60.0);
     }
 
+    /// Runs the script that plays the production and stacks its pictures.
+    void RunSheet(std::vector<std::string> arguments, const Environment& environment) {
+        arguments.insert(arguments.begin(), NIMBREL_SOURCE_DIR "/tools/capture/sheet");
+        run = std::make_unique<ProgramRun>(arguments, environment);
+        end = run->Wait(120.0);
+    }
+
     Outcome end;
 };
 
@@ -217,12 +224,9 @@ TEST_F(Capture, Sheet_takes_as_many_pictures_of_the_production_as_asked) {
     const Environment environment = {{"DISPLAY", display->Name()},
                                      {"ALSA_CONFIG_PATH", "/dev/null"},
                                      {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}};
-    run = std::make_unique<ProgramRun>(
-        std::vector<std::string>{NIMBREL_SOURCE_DIR "/tools/capture/sheet", "sheet.png", "3", "1",
-                                 "14", "--build", NIMBREL_BINARY_DIR, "--data", RealData(),
-                                 "--keep", "single"},
-        environment);
-    end = run->Wait(120.0);
+    RunSheet({"sheet.png", "3", "1", "14", "--build", NIMBREL_BINARY_DIR, "--data", RealData(),
+              "--keep", "single"},
+             environment);
     ASSERT_EQ(end.exitStatus, 0) << end.complaint;
     const Sheet sheet("sheet.png");
     EXPECT_EQ(sheet.image.width, 84u + 960u);
@@ -232,11 +236,7 @@ TEST_F(Capture, Sheet_takes_as_many_pictures_of_the_production_as_asked) {
 }
 
 TEST_F(Capture, Sheet_refuses_a_range_that_runs_backwards) {
-    run = std::make_unique<ProgramRun>(std::vector<std::string>{NIMBREL_SOURCE_DIR
-                                                                "/tools/capture/sheet",
-                                                                "sheet.png", "3", "14", "1"},
-                                       Environment());
-    end = run->Wait(60.0);
+    RunSheet({"sheet.png", "3", "14", "1"}, {});
     EXPECT_NE(end.exitStatus, 0);
     EXPECT_THAT(end.complaint, HasSubstr("0 <= START <= END"));
 }

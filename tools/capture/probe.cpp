@@ -21,6 +21,7 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -105,7 +106,7 @@ public:
     /// What gettimeofday() tells the program, in microseconds.
     std::int64_t ClockMicroseconds() const {
         const double seconds = Stepped() ? stepped : Seconds(CLOCK_REALTIME);
-        return std::int64_t(seconds * double(microsecondsPerSecond) + 0.5);
+        return std::llround(seconds * double(microsecondsPerSecond));
     }
 
 private:

@@ -1,0 +1,218 @@
+#include "engine/render/shader.h"
+
+#include "engine/core/textureunits.h"
+#include "engine/math/vec3.h"
+#include "tests/support/gl_test.h"
+#include "tests/support/pixels.h"
+#include "tests/support/scratch.h"
+
+#include <GL/glu.h>
+
+#include <string>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+const std::string kVertexPath = NIMBREL_SOURCE_DIR "/Data/Gfx/City/shader.vert";
+const std::string kFragmentPath = NIMBREL_SOURCE_DIR "/Data/Gfx/City/shader.frag";
+const Vell::vec3 kParked(0, 1000, 0);
+
+/// What one drawing shows: a square wall of 2 units that faces +z.
+struct View {
+    Vell::vec3 eye{0, 3, 4};
+    Vell::vec3 wall{0, 3, 0}; ///< its middle
+    Vell::vec3 red = kParked;
+    float texcoordShift = 0;
+    float normalZ = 1;
+    bool mirrored = false;
+};
+
+/// The material on grey stone (half bright, not glowing unless `surface` says so) under a light
+/// map of full white.
+class CityMaterial : public GlTest {
+protected:
+    void SetUp() override {
+        GlTest::SetUp();
+        shader.Load(kVertexPath, kFragmentPath);
+        shader.Enable();
+        shader.Send("texture0", 0);
+        shader.Send("lightmap", kLightmapUnit);
+        shader.Send("time", 0.0f);
+        for (const char* wisp : {"posred", "posgreen", "posblue"})
+            shader.Send(wisp, kParked);
+        lightmap = Bind(kLightmapUnit, {128, 128, 128, 255});
+        surface = Bind(0, {128, 128, 128, 255});
+    }
+
+    void TearDown() override {
+        shader.Disable();
+        glDeleteTextures(1, &lightmap);
+        glDeleteTextures(1, &surface);
+        GlTest::TearDown();
+    }
+
+    /// The middle pixel of the picture; black when nothing is drawn there.
+    Rgba Middle(const View& view) {
+        shader.Send("posred", view.red);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        gluPerspective(25, 1, 0.1, 1000);
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        // In the mirror pass the eye stands above the water and the world hangs below it.
+        const float up = view.mirrored ? -1.0f : 1.0f;
+        gluLookAt(view.eye.x, view.eye.y, view.eye.z, view.wall.x, up * view.wall.y, view.wall.z, 0,
+                  1, 0);
+        glScalef(1, up, 1);
+        DrawWall(view);
+        return ReadScreen(screenSize, screenSize).At(screenSize / 2, screenSize / 2);
+    }
+
+    /// Replaces the surface's one colour.
+    void Paint(Rgba colour) {
+        glDeleteTextures(1, &surface);
+        surface = Bind(0, colour);
+    }
+
+private:
+    static constexpr int kLightmapUnit = 6;
+
+    static GLuint Bind(int unit, Rgba colour) {
+        glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+        const GLuint texture = UploadTexture(Picture(1, 1, colour));
+        glBindTexture(GL_TEXTURE_2D, texture);
+        glActiveTexture(GL_TEXTURE0);
+        return texture;
+    }
+
+    static void DrawWall(const View& view) {
+        glBegin(GL_TRIANGLE_STRIP);
+        for (int i = 0; i < 4; ++i) {
+            const float x = i % 2 == 0 ? -1.0f : 1.0f;
+            const float y = i < 2 ? -1.0f : 1.0f;
+            glNormal3f(0, 0, view.normalZ);
+            glMultiTexCoord2f(GL_TEXTURE0, 0.5f + view.texcoordShift, 0.5f);
+            glMultiTexCoord2f(GL_TEXTURE1, 0.5f, 0.5f);
+            glVertex3f(view.wall.x + x, view.wall.y + y, view.wall.z);
+        }
+        glEnd();
+    }
+
+    Vell::Shader shader;
+    GLuint lightmap = 0;
+    GLuint surface = 0;
+};
+
+/// What the compiler says about a source; empty when it has nothing to say.
+std::string CompilerMessages(GLenum kind, const std::string& path) {
+    const std::string source = ReadFile(path);
+    const char* text = source.c_str();
+    const GLuint object = glCreateShaderObject(kind);
+    glShaderSource(object, 1, &text, nullptr);
+    glCompileShader(object);
+    char messages[2048] = "";
+    glGetShaderInfoLog(object, sizeof messages, nullptr, messages);
+    glDeleteObject(object);
+    return messages;
+}
+
+TEST_F(CityMaterial, Compiles_without_a_word_from_the_compiler) {
+    EXPECT_EQ(CompilerMessages(GL_VERTEX_SHADER, kVertexPath), "");
+    EXPECT_EQ(CompilerMessages(GL_FRAGMENT_SHADER, kFragmentPath), "");
+}
+
+TEST_F(CityMaterial, Shows_surface_times_light_near_the_eye) {
+    // 0.5 x (2 x 0.5) = 0.5, then the grade at level 0.5: halfway from the cold to the warm
+    // tint, (0.97, 0.975, 1.02). At 4 units the haze takes 1.2 % of it and adds a little.
+    EXPECT_TRUE(Near(Middle({}), {124, 124, 130, 255}, 3));
+}
+
+TEST_F(CityMaterial, A_parked_wisp_changes_nothing) {
+    View far;
+    far.red = Vell::vec3(0, 100000, 0);
+    EXPECT_EQ(Middle({}), Middle(far));
+}
+
+TEST_F(CityMaterial, A_wisp_in_front_of_a_wall_reddens_it_and_one_behind_hardly_does) {
+    View near;
+    near.red = Vell::vec3(0, 3, 3);
+    View behind;
+    behind.red = Vell::vec3(0, 3, -3);
+    const Rgba plain = Middle({});
+    EXPECT_GT(Middle(near).r, plain.r + 60);
+    EXPECT_LT(Middle(near).b, plain.b + 20);
+    EXPECT_LT(Middle(behind).r, plain.r + 3);
+}
+
+TEST_F(CityMaterial, What_glows_is_brighter_and_still_opaque) {
+    const Rgba dull = Middle({});
+    Paint({128, 128, 128, 0});
+    const Rgba bright = Middle({});
+    EXPECT_GT(bright.g, dull.g + 80);
+}
+
+TEST_F(CityMaterial, A_wall_that_looks_away_is_not_drawn) {
+    View away;
+    away.normalZ = -1;
+    EXPECT_EQ(Middle(away), (Rgba{0, 0, 0, Middle(away).a}));
+    EXPECT_NE(Middle({}).r, 0);
+}
+
+TEST_F(CityMaterial, What_lies_under_water_shows_only_to_an_eye_under_water) {
+    View drowned;
+    drowned.wall = Vell::vec3(0, -5, 0);
+    drowned.eye = Vell::vec3(0, 1, 10);
+    EXPECT_EQ(Middle(drowned).b, 0);
+    drowned.eye = Vell::vec3(0, -4, 10);
+    EXPECT_GT(Middle(drowned).b, 60);
+}
+
+TEST_F(CityMaterial, Marked_inner_town_shows_only_to_an_eye_above_water) {
+    View marked;
+    marked.texcoordShift = 64;
+    EXPECT_NE(Middle(marked).b, 0);
+    marked.eye = Vell::vec3(0, -1, 4);
+    EXPECT_EQ(Middle(marked).b, 0);
+}
+
+TEST_F(CityMaterial, Distance_under_water_fades_into_the_colour_of_the_sea) {
+    View far;
+    far.wall = Vell::vec3(0, -3, -90);
+    far.eye = Vell::vec3(0, -3, 4);
+    const Rgba colour = Middle(far);
+    EXPECT_GT(colour.b, colour.r + 80);
+    EXPECT_GT(colour.g, colour.r + 60);
+}
+
+TEST_F(CityMaterial, The_mirror_image_has_the_colour_of_the_thing) {
+    View mirrored;
+    mirrored.mirrored = true;
+    mirrored.eye = Vell::vec3(0, 0.5f, 6);
+    mirrored.wall = Vell::vec3(0, 1.5f, 0);
+    View plain = mirrored;
+    plain.mirrored = false;
+    // Nearly the same distance, so nearly the same haze; the colour of the sea would be blue.
+    EXPECT_TRUE(Near(Middle(mirrored), Middle(plain), 2));
+}
+
+TEST_F(CityMaterial, The_mirror_pass_clips_what_is_under_water) {
+    const GLdouble above[] = {0, 1, 0, 0};
+    View mirrored;
+    mirrored.mirrored = true;
+    mirrored.eye = Vell::vec3(0, 2, 6);
+    // Half the wall stands in the water; the middle of the picture is just below it.
+    mirrored.wall = Vell::vec3(0, -0.03f, 0);
+    EXPECT_NE(Middle(mirrored).b, 0);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    gluLookAt(0, 2, 6, 0, 0.03, 0, 0, 1, 0);
+    glScalef(1, -1, 1);
+    glClipPlane(GL_CLIP_PLANE0, above);
+    glEnable(GL_CLIP_PLANE0);
+    EXPECT_EQ(Middle(mirrored).b, 0);
+    glDisable(GL_CLIP_PLANE0);
+}
+
+} // namespace

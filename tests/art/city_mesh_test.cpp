@@ -1,0 +1,129 @@
+#include "art/city/meshing.h"
+#include "art/city/ordering.h"
+#include "art/city/plan.h"
+#include "art/lightmap/texels.h"
+
+#include <algorithm>
+#include <map>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace Art;
+
+struct Made {
+    MeshReport report;
+    MeshFile mesh = MeshCity(BuildCity(kCitySeed), report);
+};
+
+const Made& City() {
+    static const Made made;
+    return made;
+}
+
+TEST(Mesh, Fits_the_format_and_the_budget) {
+    EXPECT_EQ(WhyNotWritable(City().mesh), "");
+    EXPECT_LE(VertexCount(City().mesh), 60000u);
+    EXPECT_EQ(VertexCount(City().mesh), City().report.vertices);
+    EXPECT_TRUE(City().mesh.hasLightmap);
+    EXPECT_EQ(City().mesh.textureDirectory, "Data/Gfx/City/");
+}
+
+TEST(Mesh, No_two_charts_share_a_texel) {
+    // A texel whose middle is strictly inside triangles of two different planes would be both.
+    std::map<std::pair<int, int>, Vec3> normals;
+    int shared = 0;
+    for (const SubMesh& sub : City().mesh.subMeshes) {
+        for (size_t i = 0; i < sub.vertices.size(); i += 3) {
+            const MeshVertex* v = &sub.vertices[i];
+            const Vec2 middle =
+                (v[0].lightmap + v[1].lightmap + v[2].lightmap) * (kLightmapSize / 3.0f);
+            const auto key = std::pair{static_cast<int>(middle.x), static_cast<int>(middle.y)};
+            const auto found = normals.emplace(key, v[0].normal).first;
+            shared += Length(found->second - v[0].normal) > 0.05f ? 1 : 0;
+        }
+    }
+    EXPECT_EQ(shared, 0);
+}
+
+/// Texels a unit of a triangle: the root of the ratio of its areas in map and world.
+float DensityOf(const MeshVertex* v) {
+    const float map =
+        std::abs(Cross(v[1].lightmap - v[0].lightmap, v[2].lightmap - v[0].lightmap)) *
+        kLightmapSize * kLightmapSize;
+    const float world = Length(Cross(v[1].position - v[0].position, v[2].position - v[0].position));
+    return std::sqrt(map / std::max(world, 1e-6f));
+}
+
+TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three) {
+    const Builder city = BuildCity(kCitySeed);
+    const std::vector<Sight> sights = MeasureSights(city.surfaces);
+    std::map<std::tuple<float, float, float>, bool> seen;
+    for (size_t i = 0; i < city.surfaces.size(); ++i)
+        if (sights[i].rays > 0) {
+            const Vec3 p = city.surfaces[i].World(city.surfaces[i].polygons[0][0]);
+            seen[{p.x, p.y, p.z}] = true;
+        }
+    std::vector<float> densities;
+    for (const SubMesh& sub : City().mesh.subMeshes)
+        for (size_t i = 0; i < sub.vertices.size(); i += 3) {
+            const Vec3 p = sub.vertices[i].position;
+            // Charts of a few texels are rounded up to whole ones; only real areas count.
+            const float area =
+                Length(Cross(sub.vertices[i + 1].position - p, sub.vertices[i + 2].position - p)) /
+                2;
+            if (area > 1 && seen.contains({p.x, p.y, p.z}))
+                densities.push_back(DensityOf(&sub.vertices[i]));
+        }
+    ASSERT_GT(densities.size(), 500u);
+    std::sort(densities.begin(), densities.end());
+    const float low = densities[densities.size() / 200];
+    const float high = densities[densities.size() - 1 - densities.size() / 200];
+    EXPECT_LE(high / low, 3.05f) << low << " to " << high << " texels a unit";
+}
+
+TEST(Mesh, What_hides_others_tends_to_come_first) {
+    const Builder city = BuildCity(kCitySeed);
+    const std::vector<Sight> sights = MeasureSights(city.surfaces);
+    std::map<std::tuple<float, float, float>, float> turns;
+    for (size_t i = 0; i < city.surfaces.size(); ++i) {
+        const Vec3 p = city.surfaces[i].World(city.surfaces[i].polygons[0][0]);
+        turns[{p.x, p.y, p.z}] = sights[i].Turn();
+    }
+    double early = 0;
+    double late = 0;
+    size_t place = 0;
+    size_t counts[2] = {};
+    for (const SubMesh& sub : City().mesh.subMeshes)
+        for (size_t i = 0; i < sub.vertices.size(); i += 3, place += 3) {
+            const Vec3 p = sub.vertices[i].position;
+            const auto found = turns.find({p.x, p.y, p.z});
+            if (found == turns.end())
+                continue;
+            const bool first = place < City().report.vertices / 2;
+            (first ? early : late) += found->second;
+            ++counts[first ? 0 : 1];
+        }
+    EXPECT_LT(early / static_cast<double>(counts[0]), late / static_cast<double>(counts[1]) - 0.3);
+}
+
+TEST(Mesh, Enclosed_surfaces_are_found_and_open_ones_kept) {
+    Builder b;
+    const auto box = [&](float half) {
+        const Paint stone = Plain(Material::Stone);
+        b.Rect({-half, -half, half}, {1, 0, 0}, {0, 1, 0}, 2 * half, 2 * half, stone);
+        b.Rect({half, -half, -half}, {-1, 0, 0}, {0, 1, 0}, 2 * half, 2 * half, stone);
+        b.Rect({half, -half, half}, {0, 0, -1}, {0, 1, 0}, 2 * half, 2 * half, stone);
+        b.Rect({-half, -half, -half}, {0, 0, 1}, {0, 1, 0}, 2 * half, 2 * half, stone);
+        b.Rect({-half, half, half}, {1, 0, 0}, {0, 0, -1}, 2 * half, 2 * half, stone);
+        b.Rect({-half, -half, -half}, {1, 0, 0}, {0, 0, 1}, 2 * half, 2 * half, stone);
+    };
+    box(5);
+    box(1);
+    const std::vector<bool> open = FindOpenSurfaces(b.surfaces);
+    for (size_t i = 0; i < 12; ++i)
+        EXPECT_EQ(open[i], i < 6) << "surface " << i;
+}
+
+} // namespace

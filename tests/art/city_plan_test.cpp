@@ -1,0 +1,202 @@
+#include "art/city/flights.h"
+#include "art/city/houses.h"
+#include "art/city/ordering.h"
+#include "art/city/plan.h"
+#include "art/city/waterfront.h"
+#include "art/lightmap/raytracer.h"
+
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace Art;
+
+/// The whole city, built once for all tests.
+const Builder& City() {
+    static const Builder city = BuildCity(kCitySeed);
+    return city;
+}
+
+struct Solid {
+    std::vector<int> owner;
+    std::vector<Vec3> corners = Corners(City().surfaces, owner);
+    RayTracer rays{corners};
+};
+
+const Solid& CitySolid() {
+    static const Solid solid;
+    return solid;
+}
+
+/// Distance from p to the segment a-b.
+float ToSegment(Vec3 p, Vec3 a, Vec3 b) {
+    const Vec3 along = b - a;
+    const float t = Clamp01(Dot(p - a, along) / std::max(Dot(along, along), 1e-12f));
+    return Length(p - (a + along * t));
+}
+
+/// Distance from p to a triangle: to its plane when p stands over it, else to its edges.
+float ToTriangle(Vec3 p, const Vec3* c) {
+    const Vec3 normal = Normalize(Cross(c[1] - c[0], c[2] - c[0]));
+    bool over = true;
+    float edges = 1e9f;
+    for (int i = 0; i < 3; ++i) {
+        const Vec3 a = c[i];
+        const Vec3 b = c[(i + 1) % 3];
+        over = over && Dot(Cross(normal, b - a), p - a) >= 0;
+        edges = std::min(edges, ToSegment(p, a, b));
+    }
+    return over ? std::abs(Dot(p - c[0], normal)) : edges;
+}
+
+float Clearance(Vec3 eye) {
+    float nearest = 1e9f;
+    const std::vector<Vec3>& corners = CitySolid().corners;
+    for (size_t i = 0; i < corners.size(); i += 3)
+        nearest = std::min(nearest, ToTriangle(eye, &corners[i]));
+    return nearest;
+}
+
+struct ClearRow {
+    int flight;
+    float clear; ///< least distance of the eye to any surface, units
+};
+
+class EyePath : public ::testing::TestWithParam<ClearRow> {};
+
+TEST_P(EyePath, Keeps_clear_of_every_wall) {
+    const Flight& flight = Flights()[static_cast<size_t>(GetParam().flight - 1)];
+    for (int i = 0; i <= 80; ++i) {
+        const Eye eye = EyeAt(flight, static_cast<float>(i) / 80);
+        ASSERT_GE(Clearance(eye.position), GetParam().clear)
+            << "eye " << eye.position.x << " " << eye.position.y << " " << eye.position.z;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Plan, EyePath,
+                         ::testing::Values(ClearRow{1, 1.5f}, ClearRow{2, 1.5f}, ClearRow{3, 1.5f},
+                                           ClearRow{4, 2.0f}, ClearRow{5, 1.5f}, ClearRow{6, 1.5f},
+                                           ClearRow{7, 1.5f}, ClearRow{8, 1.5f}),
+                         [](const auto& info) {
+                             return "flight_" + std::to_string(info.param.flight);
+                         });
+
+TEST(Plan, The_clearance_test_would_see_a_wall) {
+    const std::vector<Vec3> wall{{-5, -5, 0}, {5, -5, 0}, {0, 5, 0}};
+    EXPECT_FLOAT_EQ(ToTriangle({0, 0, 1.25f}, wall.data()), 1.25f);
+    EXPECT_FLOAT_EQ(ToTriangle({0, 8, 0}, wall.data()), 3);
+}
+
+TEST(Plan, Sixty_buildings_and_more_stand_around_the_basin) {
+    int near = 0;
+    for (const Vec2 at : City().buildings)
+        near += Length(at - Vec2{26, 14}) < 40 ? 1 : 0;
+    EXPECT_GE(near, 60);
+}
+
+/// The highest thing over a ground point, or -100.
+float HeightAt(Vec2 p) {
+    Hit hit;
+    return CitySolid().rays.Closest({p.x, 90, p.y}, {0, -1, 0}, 190, hit) ? 90 - hit.distance
+                                                                          : -100;
+}
+
+TEST(Plan, The_basin_is_open_water_nine_units_round) {
+    // Stairs and boats may reach in by two units; nothing else stands inside.
+    for (float radius = 0; radius < 7; radius += 0.25f)
+        for (int i = 0; i < 64; ++i) {
+            const float angle = 2 * kPi * static_cast<float>(i) / 64;
+            const Vec2 p{26 + radius * std::cos(angle), 14 + radius * std::sin(angle)};
+            ASSERT_LT(HeightAt(p), 0) << p.x << " " << p.y;
+        }
+}
+
+TEST(Plan, Land_covers_the_strip_that_the_water_darkens) {
+    // The water is drawn at half brightness over 0 <= x <= 1, z > 0; as far as it can be made
+    // out there must be something on it.
+    for (float z = 0.5f; z < 104; z += 0.5f)
+        for (const float x : {0.02f, 0.5f, 0.98f})
+            ASSERT_GT(HeightAt({x, z}), 0) << "x " << x << " z " << z;
+}
+
+TEST(Plan, Four_or_five_towers_stand_out_of_the_skyline) {
+    std::vector<float> heights;
+    for (float x = -12; x < 72; x += 0.5f)
+        for (float z = -42; z < 72; z += 0.5f)
+            if (HeightAt({x, z}) > 23.9f)
+                heights.push_back(HeightAt({x, z}));
+    ASSERT_FALSE(heights.empty());
+    EXPECT_LE(*std::max_element(heights.begin(), heights.end()), 32.5f);
+}
+
+TEST(Plan, Tower_tips_stand_out_of_the_sea_on_both_sides_of_the_first_flight) {
+    // The city is 20 units low then; the eye looks along -z from x = 0.
+    bool left = false;
+    bool right = false;
+    for (float x = -40; x < 60; x += 0.5f)
+        for (float z = -42; z < -12; z += 0.5f)
+            if (HeightAt({x, z}) > 21) {
+                left = left || x < -2;
+                right = right || x > 2;
+            }
+    EXPECT_TRUE(left);
+    EXPECT_TRUE(right);
+}
+
+TEST(Plan, Nothing_reaches_the_second_flights_eye) {
+    for (float x = 40; x < 60; x += 0.5f)
+        for (float z = -110; z < -45; z += 0.5f)
+            ASSERT_LT(HeightAt({x, z}), 0);
+}
+
+TEST(Plan, The_low_roofs_stay_under_the_seventh_flight) {
+    for (float x = 0; x < 20; x += 0.25f)
+        ASSERT_LT(HeightAt({x, 12}), 6.5f) << "x " << x;
+}
+
+TEST(Plan, The_city_reaches_twelve_units_below_the_water) {
+    float lowest = 0;
+    for (const Surface& surface : City().surfaces)
+        if (surface.paint.material == Material::Stone)
+            for (const Vec2 p : surface.polygons[0])
+                lowest = std::min(lowest, surface.World(p).y);
+    EXPECT_LE(lowest, -12);
+}
+
+TEST(Plan, No_triangle_crosses_the_line_under_the_water) {
+    // The material drops what lies under water while the eye is above; half a triangle
+    // cannot be dropped.
+    const std::vector<Vec3>& corners = CitySolid().corners;
+    constexpr float kSplit = (Builder::kSplitHigh + Builder::kSplitLow) / 2;
+    for (size_t i = 0; i < corners.size(); i += 3) {
+        const bool first = corners[i].y < kSplit;
+        ASSERT_EQ(first, corners[i + 1].y < kSplit) << "at " << corners[i].x << " " << corners[i].z;
+        ASSERT_EQ(first, corners[i + 2].y < kSplit) << "at " << corners[i].x << " " << corners[i].z;
+    }
+}
+
+TEST(Plan, The_same_seed_builds_the_same_city_and_another_does_not) {
+    const Builder again = BuildCity(kCitySeed);
+    const Builder other = BuildCity(kCitySeed + 1);
+    ASSERT_EQ(again.surfaces.size(), City().surfaces.size());
+    for (size_t i = 0; i < again.surfaces.size(); ++i)
+        ASSERT_TRUE(again.surfaces[i].origin == City().surfaces[i].origin);
+    EXPECT_NE(other.surfaces.size(), City().surfaces.size());
+}
+
+TEST(Plan, Every_surface_is_flat_convex_and_faces_outwards) {
+    for (const Surface& surface : City().surfaces) {
+        ASSERT_NEAR(Length(surface.Normal()), 1, 1e-3f);
+        for (const auto& polygon : surface.polygons)
+            for (size_t i = 0; i < polygon.size(); ++i) {
+                const Vec2 a = polygon[i];
+                const Vec2 b = polygon[(i + 1) % polygon.size()];
+                const Vec2 c = polygon[(i + 2) % polygon.size()];
+                ASSERT_GE(Cross(b - a, c - b), -1e-3f);
+            }
+    }
+}
+
+} // namespace

@@ -1,0 +1,143 @@
+#include "art/fish/fish.h"
+#include "art/fish/fishskin.h"
+
+#include <algorithm>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int fishInMesh = 5;
+
+const std::string fishFolder = NIMBREL_SOURCE_DIR "/Data/Gfx/Fish/";
+
+std::vector<Art::MeshVertex> Vertices() {
+    return Art::FishMesh().subMeshes[0].vertices;
+}
+
+/// The vertices of one of the five fish.
+std::vector<Art::MeshVertex> FishNumber(size_t index) {
+    const std::vector<Art::MeshVertex> all = Vertices();
+    const size_t each = all.size() / fishInMesh;
+    return {all.begin() + long(index * each), all.begin() + long((index + 1) * each)};
+}
+
+struct Extent {
+    float low = 1e9f;
+    float high = -1e9f;
+
+    void Hold(float value) {
+        low = std::min(low, value);
+        high = std::max(high, value);
+    }
+    float Size() const { return high - low; }
+};
+
+/// Height of what lies within a slice of the fish; `from` and `to` are shares of its length.
+Extent HeightBetween(const std::vector<Art::MeshVertex>& fish, float from, float to) {
+    Extent length;
+    for (const Art::MeshVertex& v : fish)
+        length.Hold(v.position.x);
+    Extent height;
+    for (const Art::MeshVertex& v : fish) {
+        const float share = (v.position.x - length.low) / length.Size();
+        if (share >= from && share <= to)
+            height.Hold(v.position.y);
+    }
+    return height;
+}
+
+} // namespace
+
+TEST(NatureFish, Stays_within_the_budget_of_a_school) {
+    const size_t count = Art::VertexCount(Art::FishMesh());
+    EXPECT_GE(count, 300U);
+    EXPECT_LE(count, 900U);
+    EXPECT_EQ(count % fishInMesh, 0U);
+}
+
+TEST(NatureFish, Stored_mesh_is_the_drawn_one) {
+    Art::MeshFile stored;
+    std::string error;
+    ASSERT_TRUE(Art::ReadMesh(fishFolder + "fish.xt3dstatic", stored, error)) << error;
+    const Art::MeshFile drawn = Art::FishMesh();
+    ASSERT_EQ(Art::VertexCount(stored), Art::VertexCount(drawn));
+    EXPECT_EQ(stored.textureDirectory, "Data/Gfx/Fish/");
+    EXPECT_EQ(stored.subMeshes[0].textures[0], "fish.png");
+    for (size_t i = 0; i < drawn.subMeshes[0].vertices.size(); ++i) {
+        const Art::MeshVertex& a = stored.subMeshes[0].vertices[i];
+        const Art::MeshVertex& b = drawn.subMeshes[0].vertices[i];
+        ASSERT_LT(Art::Length(a.position - b.position), 1e-3f) << "vertex " << i;
+        ASSERT_LT(Art::Length(a.texcoord - b.texcoord), 1e-4f) << "vertex " << i;
+    }
+}
+
+TEST(NatureFish, Swims_towards_minus_x_nose_first) {
+    for (size_t i = 0; i < fishInMesh; ++i) {
+        const std::vector<Art::MeshVertex> fish = FishNumber(i);
+        const float nose = HeightBetween(fish, 0, 0.05f).Size();
+        const float root = HeightBetween(fish, 0.72f, 0.78f).Size();
+        const float tail = HeightBetween(fish, 0.88f, 1).Size();
+        EXPECT_LT(nose, 1.0f) << "fish " << i << ": the end at -x is a point";
+        EXPECT_GT(tail, 2 * root) << "fish " << i << ": the end at +x is a fork";
+    }
+}
+
+TEST(NatureFish, Shows_its_side_to_a_viewer_who_looks_along_z) {
+    for (size_t i = 0; i < fishInMesh; ++i) {
+        Extent x;
+        Extent y;
+        Extent z;
+        for (const Art::MeshVertex& v : FishNumber(i)) {
+            x.Hold(v.position.x);
+            y.Hold(v.position.y);
+            z.Hold(v.position.z);
+        }
+        // Scaled by 0.1 in the scene: 15 units of mesh are 1.5 in the world. The next fish of its
+        // row is 2 away, so nobody may be longer.
+        EXPECT_GT(x.Size(), 15.0f) << "fish " << i;
+        EXPECT_LT(x.Size(), 20.0f) << "fish " << i;
+        EXPECT_GT(y.Size(), 0.3f * x.Size()) << "fish " << i;
+        EXPECT_LT(z.Size(), y.Size()) << "fish " << i << ": thinner than high";
+    }
+}
+
+TEST(NatureFish, Keeps_the_whole_school_below_the_surface_while_it_is_in_view) {
+    // The top row of cells lies 4 above the camera, which rises from -4 by 2 in 13.912 s; the last
+    // fish leaves the view after some 8 s, when the camera is at -4 + 8 / 13.912 * 2 = -2.85.
+    Extent height;
+    for (const Art::MeshVertex& v : Vertices())
+        height.Hold(v.position.y * 0.1f);
+    EXPECT_LT(-2.85f + 4 + height.high, 0);
+}
+
+TEST(NatureFish, Has_no_two_fish_of_a_cell_on_one_spot) {
+    for (size_t i = 0; i < fishInMesh; ++i)
+        for (size_t j = i + 1; j < fishInMesh; ++j) {
+            const Art::Vec3 a = FishNumber(i)[0].position;
+            const Art::Vec3 b = FishNumber(j)[0].position;
+            EXPECT_GT(Art::Length(a - b), 30) << "fish " << i << " and " << j;
+        }
+}
+
+TEST(NatureFish, Skin_covers_every_vertex) {
+    for (const Art::MeshVertex& v : Art::OneFish()) {
+        EXPECT_GE(v.texcoord.x, 0);
+        EXPECT_LE(v.texcoord.x, 1);
+        EXPECT_GE(v.texcoord.y, 0);
+        EXPECT_LE(v.texcoord.y, 1);
+    }
+}
+
+TEST(NatureFish, Skin_is_dark_above_and_bright_below) {
+    const Art::Picture skin = Art::FishSkin(128);
+    const auto at = [&](float x, float y) {
+        const Art::Rgba p =
+            skin.Sample((x - Art::kSkinLow.x) / (Art::kSkinHigh.x - Art::kSkinLow.x),
+                        (y - Art::kSkinLow.y) / (Art::kSkinHigh.y - Art::kSkinLow.y));
+        return (p.r + p.g + p.b) / 3;
+    };
+    EXPECT_GT(at(0.5f, -0.12f), at(0.5f, 0.16f) + 0.4f);
+    EXPECT_LT(at(0.115f, 0.030f), 0.2f) << "pupil";
+}
