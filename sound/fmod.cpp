@@ -133,10 +133,11 @@ FMOD_RESULT FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* values, int c
         return FMOD_FAILED_ARGUMENT;
     std::fill_n(values, count, 0.0f);
     if (!channel || channelOffset < 0 || channelOffset >= Vell::Sound::sides ||
-        windowType != FMOD_DSP_FFT_WINDOW_TRIANGLE)
+        !Vell::Sound::Spectrum::OffersWindow(windowType))
         return FMOD_FAILED_ARGUMENT;
     return Guarded([&] {
-        ChannelOf(channel)->GetSpectrum(channelOffset, {values, static_cast<std::size_t>(count)});
+        ChannelOf(channel)->GetSpectrum(channelOffset, {values, static_cast<std::size_t>(count)},
+                                        static_cast<Vell::Sound::Window>(windowType));
         return FMOD_OK;
     });
 }

@@ -55,7 +55,8 @@ enum { FMOD_CHANNEL_FREE = -1 };
 
 /*
  * Triangular window over a block of L samples, numbered n = 0 .. L - 1:
- * w(n) = 1 - |n - L/2| / (L/2).
+ * w(n) = 1 - |n - L/2| / (L/2). The other usual windows are taken by their numbers: 0 none
+ * (rectangle), 2 Hamming, 3 Hann, 4 Blackman.
  */
 enum { FMOD_DSP_FFT_WINDOW_TRIANGLE = 1 };
 

@@ -20,9 +20,9 @@ bool Channel::IsPlaying() const {
     return output && output->FramesHeard() < track->Frames();
 }
 
-void Channel::GetSpectrum(int side, std::span<float> values) {
+void Channel::GetSpectrum(int side, std::span<float> values, Window window) {
     if (output)
-        spectrum.Measure(*track, output->FramesHeard(), side, values);
+        spectrum.Measure(*track, output->FramesHeard(), side, values, window);
     else
         std::fill(values.begin(), values.end(), 0.0f);
 }

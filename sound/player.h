@@ -23,7 +23,7 @@ public:
 
     /// Spectrum of one side (0 or 1) of what is heard now; all zero when nothing plays.
     /// See Spectrum::Measure().
-    void GetSpectrum(int side, std::span<float> values);
+    void GetSpectrum(int side, std::span<float> values, Window window);
 
 private:
     std::shared_ptr<const Track> track;

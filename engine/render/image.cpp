@@ -65,6 +65,9 @@ void LeaveDecoder(j_common_ptr jpeg) {
     std::longjmp(reinterpret_cast<JpegErrors*>(jpeg->err)->wayBack, 1);
 }
 
+/// What there is to say stands in the log; the terminal is not ours to write on.
+void SayNothing(j_common_ptr) {}
+
 /// Decodes top row first. libjpeg may jump back into this function, so nothing in it has a
 /// destructor to skip.
 Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors, Decoded& picture) {
@@ -92,6 +95,7 @@ Outcome ReadJpeg(FILE* file, Decoded& picture) {
     JpegErrors errors{};
     jpeg.err = jpeg_std_error(&errors.manager);
     errors.manager.error_exit = LeaveDecoder;
+    errors.manager.output_message = SayNothing;
     const Outcome outcome = DecodeJpeg(file, jpeg, errors, picture);
     jpeg_destroy_decompress(&jpeg);
     return outcome;
@@ -122,9 +126,16 @@ bool HasPngSignature(FILE* file) {
            png_sig_cmp(signature, 0, signatureBytes) == 0;
 }
 
+/// libpng's own handlers, but for what they would print.
+void LeavePngDecoder(png_structp png, png_const_charp) {
+    png_longjmp(png, 1);
+}
+void IgnorePngWarning(png_structp, png_const_charp) {}
+
 /// libpng's two structures, released together.
 struct PngReader {
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+    png_structp png =
+        png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeavePngDecoder, IgnorePngWarning);
     png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
 
     PngReader() = default;

@@ -139,7 +139,7 @@ TEST(Baker, The_sun_counts_by_its_height) {
 TEST(Baker, A_broad_sun_makes_a_soft_shadow_edge) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
-    AddQuad(scene.mesh, {-50, 4, 50}, {50, 0, 0}, {0, 0, -100}, {30, 4, 8});
+    AddQuad(scene.mesh, {-50, 4, -50}, {50, 0, 0}, {0, 0, 100}, {30, 4, 8});
     scene.sun = {{0, 1, 0}, {kPi, kPi, kPi}, 0.1f};
     const Picture light = BakeLight(scene, Fine());
     // The lid covers x < 0, 4 over the floor: the shadow's edge is 2 * 4 * 0.1 = 0.8 wide.

@@ -34,7 +34,9 @@ class CityMaterial : public GlTest {
 protected:
     void SetUp() override {
         GlTest::SetUp();
-        shader.Load(kVertexPath, kFragmentPath);
+        if (!loaded)
+            shader.Load(kVertexPath, kFragmentPath);
+        loaded = true;
         shader.Enable();
         shader.Send("texture0", 0);
         shader.Send("lightmap", kLightmapUnit);
@@ -100,7 +102,10 @@ private:
         glEnd();
     }
 
-    Vell::Shader shader;
+    // One for all tests, as for all frames of the demo: a second Load would share the first one's
+    // program, which must then outlive it.
+    static inline Vell::Shader shader;
+    static inline bool loaded = false;
     GLuint lightmap = 0;
     GLuint surface = 0;
 };

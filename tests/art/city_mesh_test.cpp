@@ -4,6 +4,7 @@
 #include "art/lightmap/texels.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 #include <gmock/gmock.h>
@@ -47,6 +48,16 @@ TEST(Mesh, No_two_charts_share_a_texel) {
     EXPECT_EQ(shared, 0);
 }
 
+/// What tells surfaces apart: a corner and, in case several meet there, where they look.
+using Corner = std::array<float, 6>;
+Corner CornerOf(Vec3 p, Vec3 normal) {
+    const auto coarse = [](float x) { return std::round(x * 1000); };
+    return {p.x, p.y, p.z, coarse(normal.x), coarse(normal.y), coarse(normal.z)};
+}
+Corner CornerOf(const Surface& surface) {
+    return CornerOf(surface.World(surface.polygons[0][0]), surface.Normal());
+}
+
 /// Texels a unit of a triangle: the root of the ratio of its areas in map and world.
 float DensityOf(const MeshVertex* v) {
     const float map =
@@ -59,12 +70,10 @@ float DensityOf(const MeshVertex* v) {
 TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three) {
     const Builder city = BuildCity(kCitySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
-    std::map<std::tuple<float, float, float>, bool> seen;
+    std::map<Corner, bool> seen;
     for (size_t i = 0; i < city.surfaces.size(); ++i)
-        if (sights[i].rays > 0) {
-            const Vec3 p = city.surfaces[i].World(city.surfaces[i].polygons[0][0]);
-            seen[{p.x, p.y, p.z}] = true;
-        }
+        if (sights[i].rays > 0)
+            seen[CornerOf(city.surfaces[i])] = true;
     std::vector<float> densities;
     for (const SubMesh& sub : City().mesh.subMeshes)
         for (size_t i = 0; i < sub.vertices.size(); i += 3) {
@@ -73,7 +82,7 @@ TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three
             const float area =
                 Length(Cross(sub.vertices[i + 1].position - p, sub.vertices[i + 2].position - p)) /
                 2;
-            if (area > 1 && seen.contains({p.x, p.y, p.z}))
+            if (area > 1 && seen.contains(CornerOf(p, sub.vertices[i].normal)))
                 densities.push_back(DensityOf(&sub.vertices[i]));
         }
     ASSERT_GT(densities.size(), 500u);
@@ -86,10 +95,9 @@ TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three
 TEST(Mesh, What_hides_others_tends_to_come_first) {
     const Builder city = BuildCity(kCitySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
-    std::map<std::tuple<float, float, float>, float> turns;
+    std::map<Corner, float> turns;
     for (size_t i = 0; i < city.surfaces.size(); ++i) {
-        const Vec3 p = city.surfaces[i].World(city.surfaces[i].polygons[0][0]);
-        turns[{p.x, p.y, p.z}] = sights[i].Turn();
+        turns[CornerOf(city.surfaces[i])] = sights[i].Turn();
     }
     double early = 0;
     double late = 0;
@@ -97,8 +105,8 @@ TEST(Mesh, What_hides_others_tends_to_come_first) {
     size_t counts[2] = {};
     for (const SubMesh& sub : City().mesh.subMeshes)
         for (size_t i = 0; i < sub.vertices.size(); i += 3, place += 3) {
-            const Vec3 p = sub.vertices[i].position;
-            const auto found = turns.find({p.x, p.y, p.z});
+            const auto found =
+                turns.find(CornerOf(sub.vertices[i].position, sub.vertices[i].normal));
             if (found == turns.end())
                 continue;
             const bool first = place < City().report.vertices / 2;

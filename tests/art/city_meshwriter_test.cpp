@@ -101,7 +101,7 @@ TEST_P(MeshRefusal, Says_why_and_writes_nothing) {
 }
 
 INSTANTIATE_TEST_SUITE_P(MeshWriter, MeshRefusal, ::testing::ValuesIn(refusals),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 struct BrokenFile {
     const char* name;
@@ -131,7 +131,7 @@ TEST_P(BrokenMesh, Is_refused_with_place_expected_and_found) {
 }
 
 INSTANTIATE_TEST_SUITE_P(MeshWriter, BrokenMesh, ::testing::ValuesIn(brokenFiles),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 TEST(MeshReader, Says_so_when_there_is_no_file) {
     const ScratchDir scratch;

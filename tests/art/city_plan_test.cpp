@@ -79,8 +79,8 @@ INSTANTIATE_TEST_SUITE_P(Plan, EyePath,
                          ::testing::Values(ClearRow{1, 1.5f}, ClearRow{2, 1.5f}, ClearRow{3, 1.5f},
                                            ClearRow{4, 2.0f}, ClearRow{5, 1.5f}, ClearRow{6, 1.5f},
                                            ClearRow{7, 1.5f}, ClearRow{8, 1.5f}),
-                         [](const auto& info) {
-                             return "flight_" + std::to_string(info.param.flight);
+                         [](const auto& row) {
+                             return "flight_" + std::to_string(row.param.flight);
                          });
 
 TEST(Plan, The_clearance_test_would_see_a_wall) {
@@ -194,7 +194,8 @@ TEST(Plan, Every_surface_is_flat_convex_and_faces_outwards) {
                 const Vec2 a = polygon[i];
                 const Vec2 b = polygon[(i + 1) % polygon.size()];
                 const Vec2 c = polygon[(i + 2) % polygon.size()];
-                ASSERT_GE(Cross(b - a, c - b), -1e-3f);
+                ASSERT_GE(Cross(b - a, c - b), -1e-3f)
+                    << surface.World(a).x << " " << surface.World(a).y << " " << surface.World(a).z;
             }
     }
 }

@@ -87,7 +87,7 @@ TEST_P(Painting, Has_sides_that_are_powers_of_two) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Textures, Painting, ::testing::ValuesIn(paintings),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 TEST(Textures, A_seam_would_be_found) {
     Picture broken(64, 64);

@@ -10,3 +10,15 @@ foreach(subject wavetable filter effects loudness score instrument beatpulse fil
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES LABELS art TIMEOUT 300)
 endforeach()
+
+# The programs refuse what they cannot use, and say why.
+add_test(NAME art_music_make_refuses
+    COMMAND make_music ${PROJECT_SOURCE_DIR}/.clang-format refused.wav)
+set_tests_properties(art_music_make_refuses PROPERTIES LABELS art
+    PASS_REGULAR_EXPRESSION "clang-format:1: unknown word 'BasedOnStyle:'")
+add_test(NAME art_music_measure_refuses
+    COMMAND measure_music ${PROJECT_SOURCE_DIR}/art/music/quorrel.score missing.wav)
+add_test(NAME art_music_chart_refuses
+    COMMAND chart_music ${PROJECT_SOURCE_DIR}/art/music/quorrel.score missing.wav .)
+set_tests_properties(art_music_measure_refuses art_music_chart_refuses PROPERTIES LABELS art
+    PASS_REGULAR_EXPRESSION "missing.wav.*no stereo WAV")

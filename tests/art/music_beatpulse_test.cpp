@@ -59,8 +59,8 @@ TEST(BeatPulse, Silences_the_low_end_before_every_beat) {
     Music::Stereo signal = Music6s();
     pulse.OpenGaps(signal);
     for (int beat : {0, 1, 2, 3, 5, 6, 7}) {
-        // The 3 ms that the band looks at must lie in the gap of -30..-3 ms.
-        for (double before = 0.028; before >= 0.0085; before -= 0.0005) {
+        // The 3 ms that the band looks at must lie in the gap of -34..-3 ms.
+        for (double before = 0.032; before >= 0.0085; before -= 0.0005) {
             EXPECT_LT(ReadingAt(signal, pulse.TimeOf(beat) - before), 0.015F)
                 << "beat " << beat << ", " << before << " s before";
         }

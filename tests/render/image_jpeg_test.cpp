@@ -189,7 +189,7 @@ TEST_F(JpegImageTest, Survives_every_truncated_file) {
     const int beginnings = int(ReadFile(good).size());
     // libjpeg fills up pixels that are missing, so a file that breaks off there still loads; one
     // without a whole header does not.
-    const Quiet quiet;
+    const ExpectSilence silence;
     const int loaded = LoadEveryBeginning(good, ".jpg", ivec2(16, 32));
     EXPECT_GT(loaded, 0);
     EXPECT_LT(loaded, beginnings);
@@ -198,7 +198,7 @@ TEST_F(JpegImageTest, Survives_every_truncated_file) {
 TEST_F(JpegImageTest, Survives_any_changed_byte) {
     const std::string good = TiledJpeg(1, {red});
     const std::string bytes = ReadFile(good);
-    const Quiet quiet;
+    const ExpectSilence silence;
     for (size_t i = 0; i < bytes.size(); ++i) {
         SCOPED_TRACE(i);
         std::string damaged = bytes;

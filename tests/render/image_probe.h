@@ -43,13 +43,14 @@ inline void ExpectEmpty(const Vell::Image& image) {
     EXPECT_EQ(image.GetSize(), Vell::ivec2(0, 0));
 }
 
-/// Keeps the libraries' hundreds of complaints about damaged files off the test's output.
-class Quiet {
+/// Expects that nothing is written to the terminal, where the libraries would complain about
+/// damaged files.
+class ExpectSilence {
 public:
-    Quiet() { testing::internal::CaptureStderr(); }
-    ~Quiet() { testing::internal::GetCapturedStderr(); }
-    Quiet(const Quiet&) = delete;
-    Quiet& operator=(const Quiet&) = delete;
+    ExpectSilence() { testing::internal::CaptureStderr(); }
+    ~ExpectSilence() { EXPECT_EQ(testing::internal::GetCapturedStderr(), ""); }
+    ExpectSilence(const ExpectSilence&) = delete;
+    ExpectSilence& operator=(const ExpectSilence&) = delete;
 };
 
 /// Loads every beginning of the file, from no byte to all but the last: whatever comes of it, the

@@ -13,6 +13,7 @@ using ::testing::FloatNear;
 using ::testing::Pointwise;
 using Vell::Sound::Spectrum;
 using Vell::Sound::Track;
+using Vell::Sound::Window;
 
 namespace {
 
@@ -211,6 +212,53 @@ TEST(Spectrum, Takes_memory_in_the_first_call_only) {
     for (std::int64_t heard = -100; heard < 2100; ++heard)
         spectrum.Measure(track, heard, left, values);
     EXPECT_EQ(Allocations(), first);
+}
+
+struct WindowCase {
+    Window window;
+    double next;   // what a sine of full scale leaks one bin away
+    double second; // and two bins away
+};
+
+// w(n) = a - b cos(2 pi n / L) + c cos(4 pi n / L) moves half of b one bin away and half of c two
+// bins away; all relative to a, to which the sine's own bin is scaled.
+TEST(Spectrum, Reads_one_on_a_bin_through_every_window_and_leaks_as_that_window_does) {
+    const WindowCase cases[] = {
+        {Window::rectangle, 0.0, 0.0},
+        {Window::hamming, 0.23 / 0.54, 0.0},
+        {Window::hann, 0.25 / 0.5, 0.0},
+        {Window::blackman, 0.25 / 0.42, 0.04 / 0.42},
+    };
+    const Track sine = SineOnBin(16);
+    for (const WindowCase& expected : cases) {
+        SCOPED_TRACE(static_cast<int>(expected.window));
+        std::vector<float> values(count, -1.0f);
+        Spectrum().Measure(sine, 1000, left, values, expected.window);
+        EXPECT_NEAR(values[16], 1.0, 2.0 * rounding);
+        for (const int side : {-1, 1}) {
+            EXPECT_NEAR(values[static_cast<std::size_t>(16 + side)], expected.next, 2.0 * rounding);
+            EXPECT_NEAR(values[static_cast<std::size_t>(16 + 2 * side)], expected.second,
+                        2.0 * rounding);
+        }
+    }
+}
+
+TEST(Spectrum, Can_change_its_window_from_call_to_call) {
+    const Track sine = SineOnBin(16);
+    Spectrum spectrum;
+    std::vector<float> values(count);
+    spectrum.Measure(sine, 1000, left, values, Window::hann);
+    spectrum.Measure(sine, 1000, left, values, Window::rectangle);
+    EXPECT_NEAR(values[17], 0.0, 2.0 * rounding);
+    spectrum.Measure(sine, 1000, left, values, Window::hann);
+    EXPECT_NEAR(values[17], 0.5, 2.0 * rounding);
+}
+
+TEST(Spectrum, Offers_the_windows_0_to_4) {
+    for (int number = 0; number <= 4; ++number)
+        EXPECT_TRUE(Spectrum::OffersWindow(number)) << number;
+    EXPECT_FALSE(Spectrum::OffersWindow(-1));
+    EXPECT_FALSE(Spectrum::OffersWindow(5));
 }
 
 TEST(Spectrum, Offers_powers_of_two_from_2_to_8192) {

@@ -93,8 +93,9 @@ TEST_F(FullRun, Lasts_118_252_seconds) {
 }
 
 TEST_F(FullRun, Plays_moving_pictures) {
-    // A slide show would be over 118 s too.
-    EXPECT_GT(Reported("frames"), sanitized ? 400 : 1000);
+    // A slide show would last 118 s too. A software renderer beside other tests still makes 9
+    // frames a second on two cores; the stepped run draws 473 frames, whatever the machine.
+    EXPECT_GT(Reported("frames"), 400);
     EXPECT_EQ(Reported("frames"), Reported("polls")) << "one event is polled in every frame";
 }
 
