@@ -1,4 +1,5 @@
 #include "art/common/picture.h"
+#include "art/lightmap/baker.h"
 
 #include "engine/render/image.h"
 #include "tests/support/gl_test.h"
@@ -52,6 +53,41 @@ TEST_F(ArtPicture, Reading_as_the_engine_does_undoes_the_mirroring) {
     EXPECT_LT(read.At(4, 4).g, 0.03f);
     const Art::Picture raw = Art::ReadPicture("chart.jpg");
     EXPECT_GT(raw.At(27, 4).r, 0.97f) << "in the file left and right are exchanged";
+}
+
+/// A square of 1 x 1 on the ground whose chart is `side` texels from (x, y), counted from the
+/// light map's lower left.
+Art::SubMesh Square(float at, int x, int y, int side, float size) {
+    const auto corner = [&](float u, float v) {
+        const auto place = [&](int from, float t) {
+            return (static_cast<float>(from) + 0.5f + t * static_cast<float>(side - 1)) / size;
+        };
+        return Art::MeshVertex{{at + u, 0, -v}, {0, 1, 0}, {u, v}, {place(x, u), place(y, v)}};
+    };
+    Art::SubMesh sub;
+    for (const Art::Vec2 p : {Art::Vec2{0, 0}, Art::Vec2{1, 0}, Art::Vec2{1, 1}, Art::Vec2{0, 0},
+                              Art::Vec2{1, 1}, Art::Vec2{0, 1}})
+        sub.vertices.push_back(corner(p.x, p.y));
+    return sub;
+}
+
+TEST_F(ArtPicture, A_baked_chart_lies_where_its_coordinates_say) {
+    // Two squares far apart; only the second is veiled. Its chart lies at the lower right, the
+    // other's at the upper left.
+    constexpr int kSize = 64;
+    Art::BakeScene scene;
+    scene.mesh = {"Data/", true, {Square(0, 4, 44, 16, kSize), Square(100, 40, 6, 16, kSize)}};
+    scene.sky = [](Art::Vec3) { return Art::Vec3{1, 1, 1}; };
+    scene.veil = [](Art::Vec3 p) { return p.x > 50 ? Art::Vec3{0, 1, 0} : Art::Vec3{1, 0, 0}; };
+    const Art::Picture light = Art::BakeLight(scene, {kSize, 1, 16, 64, 0, 1});
+    ASSERT_TRUE(Art::WriteEngineJpeg("lightmap.jpg", Art::EncodeLight(light), 95));
+    Vell::Image image;
+    ASSERT_TRUE(image.Load("lightmap.jpg"));
+    const Picture texture = ReadTexture(image.GetID());
+    // Full light is half of full scale.
+    constexpr int kJpegError = 5;
+    EXPECT_TRUE(Near(texture.At(12, 52), {128, 0, 0, 255}, kJpegError));
+    EXPECT_TRUE(Near(texture.At(48, 14), {0, 128, 0, 255}, kJpegError));
 }
 
 TEST(Picture, Keeps_alpha_in_a_png) {

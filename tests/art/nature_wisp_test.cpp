@@ -15,7 +15,7 @@
 
 namespace {
 
-const std::filesystem::path source = NIMBREL_SOURCE_DIR;
+const std::filesystem::path sourceTree = NIMBREL_SOURCE_DIR;
 const std::string wispFolder = NIMBREL_SOURCE_DIR "/Data/Gfx/Wisp/";
 
 std::vector<Art::MeshVertex> Vertices(const Art::WispKind& kind) {
@@ -84,7 +84,7 @@ TEST(NatureWisp, Stored_meshes_are_the_drawn_ones) {
     for (const Art::WispKind& kind : Art::WispKinds()) {
         Art::MeshFile stored;
         std::string error;
-        const std::string path = source / "Data/Gfx/Wisp" / (kind.name + ".xt3dstatic");
+        const std::string path = sourceTree / "Data/Gfx/Wisp" / (kind.name + ".xt3dstatic");
         ASSERT_TRUE(Art::ReadMesh(path, stored, error)) << error;
         const Art::MeshFile drawn = Art::WispMesh(kind);
         ASSERT_EQ(Art::VertexCount(stored), Art::VertexCount(drawn));
@@ -104,7 +104,7 @@ protected:
         GlTest::SetUp();
         Vell::SetFovy(60.0f);
         // The mesh names its texture relative to the program's working directory.
-        std::filesystem::current_path(source);
+        std::filesystem::current_path(sourceTree);
     }
 
     /// The wisp, loaded once a process: the registry hands the first mesh of a path to all later
@@ -149,6 +149,22 @@ TEST_F(NatureWispLight, Material_compiles_without_a_complaint) {
     EXPECT_EQ(log.NewRows(), (std::vector<LogRow>{{"Shader", "LOADED",
                                                    wispFolder + "billboard.vert " + wispFolder +
                                                        "billboard.frag"}}));
+}
+
+TEST_F(NatureWispLight, Shaders_compile_without_a_warning) {
+    const std::pair<GLenum, const char*> stages[] = {{GL_VERTEX_SHADER, "billboard.vert"},
+                                                     {GL_FRAGMENT_SHADER, "billboard.frag"}};
+    for (const auto& [stage, file] : stages) {
+        const std::string text = ReadFile(wispFolder + file);
+        const char* source = text.c_str();
+        const auto shader = glCreateShaderObject(stage);
+        glShaderSource(shader, 1, &source, nullptr);
+        glCompileShader(shader);
+        char message[1024] = "";
+        glGetShaderInfoLog(shader, sizeof message, nullptr, message);
+        EXPECT_STREQ(message, "") << file;
+        glDeleteObject(shader);
+    }
 }
 
 TEST_F(NatureWispLight, Faces_the_eye_from_every_side_and_in_the_mirror) {

@@ -9,3 +9,12 @@ void SetTickingTime(double seconds, double tick);
 
 /// Gives gettimeofday() the real time back.
 void ClearFakeTime();
+
+/// Holds the time as SetFakeTime() does, until the end of a block.
+class FakeTimeScope {
+public:
+    explicit FakeTimeScope(double seconds) { SetFakeTime(seconds); }
+    ~FakeTimeScope() { ClearFakeTime(); }
+    FakeTimeScope(const FakeTimeScope&) = delete;
+    FakeTimeScope& operator=(const FakeTimeScope&) = delete;
+};

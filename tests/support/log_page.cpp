@@ -3,7 +3,35 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
-#include <regex>
+
+namespace {
+
+/// Whether `text` stands in `page` at `at`; a '?' stands for any character.
+bool StandsAt(const std::string& page, size_t at, const std::string& text) {
+    if (at + text.size() > page.size())
+        return false;
+    for (size_t i = 0; i < text.size(); ++i)
+        if (text[i] != '?' && text[i] != page[at + i])
+            return false;
+    return true;
+}
+
+/// Finds the next `opening` from `at` on and takes what follows it up to `closing`; moves `at`
+/// behind that. False when there is none.
+bool TakeCell(const std::string& page, size_t& at, const std::string& opening,
+              const std::string& closing, std::string& text) {
+    while (at < page.size() && !StandsAt(page, at, opening))
+        ++at;
+    const size_t begin = at + opening.size();
+    const size_t end = begin < page.size() ? page.find(closing, begin) : std::string::npos;
+    if (end == std::string::npos)
+        return false;
+    text = page.substr(begin, end - begin);
+    at = end;
+    return true;
+}
+
+} // namespace
 
 void PrintTo(const LogRow& row, std::ostream* out) {
     *out << '(' << row.section << " | " << row.status << " | " << row.file << ')';
@@ -15,13 +43,14 @@ std::string ReadLogText() {
 }
 
 std::vector<LogRow> ParseLogRows(const std::string& page) {
-    static const std::regex row("<td bgcolor=\"[^\"]*\" width =\"15%\">([^\n]*)</td>\\s*"
-                                "<td bgcolor=\"[^\"]*\" width =\"5%\"><font color=\"[^\"]*\">"
-                                "([^\n]*)</font></td>\\s*"
-                                "<td bgcolor=\"[^\"]*\" width =\"80%\">([^\n]*)</td>");
     std::vector<LogRow> rows;
-    for (std::sregex_iterator it(page.begin(), page.end(), row), end; it != end; ++it)
-        rows.push_back({(*it)[1], (*it)[2], (*it)[3]});
+    size_t at = 0;
+    LogRow row;
+    while (
+        TakeCell(page, at, "width =\"15%\">", "</td>", row.section) &&
+        TakeCell(page, at, "width =\"5%\"><font color=\"#??????\">", "</font></td>", row.status) &&
+        TakeCell(page, at, "width =\"80%\">", "</td>", row.file))
+        rows.push_back(row);
     return rows;
 }
 

@@ -1,0 +1,209 @@
+#include "art/logo/logo.h"
+
+#include "art/common/noise.h"
+#include "art/common/progress.h"
+#include "art/logo/letters.h"
+#include "art/sky/dusk.h"
+
+#include <array>
+
+namespace Art {
+namespace {
+
+constexpr float kWaterline = kLogoHeight / 2.0f; // the horizon of a level camera
+constexpr float kCapHeight = 29;
+constexpr int kSamples = 6; // per side of a pixel
+
+// ---- What is drawn, in pixels with y up from the waterline -------------------------------------
+
+/// A tower of the ornament: an upright wedge with a pointed top.
+struct Tower {
+    float x;
+    float half;   ///< half its width at the foot
+    float height; ///< of its point above the water
+};
+
+constexpr std::array<Tower, 7> kTowers = {{
+    {480, 3.6f, 37},
+    {469.5f, 2.9f, 27},
+    {490.5f, 2.9f, 27},
+    {460, 2.4f, 19.5f},
+    {500, 2.4f, 19.5f},
+    {451.5f, 2.0f, 13},
+    {508.5f, 2.0f, 13},
+}};
+
+bool InTower(const Tower& tower, Vec2 p) {
+    const float up = p.y / tower.height;
+    if (up < 0 || up > 1)
+        return false;
+    const float body = 1 - 0.22f * up;
+    const float spire = std::min(1.0f, (1 - up) / 0.30f);
+    return std::abs(p.x - tower.x) <= tower.half * body * spire;
+}
+
+const std::vector<PlacedLetter>& Letters() {
+    static const std::vector<PlacedLetter> letters = [] {
+        std::vector<PlacedLetter> both = SetWord("HALVORN", 62, 408, 1.5f, kCapHeight);
+        const std::vector<PlacedLetter> second = SetWord("NIMBREL", 552, 898, 1.5f, kCapHeight);
+        both.insert(both.end(), second.begin(), second.end());
+        return both;
+    }();
+    return letters;
+}
+
+bool IsInk(Vec2 p) {
+    const auto holds = [&](const auto& part) { return part.Contains(p); };
+    return std::any_of(Letters().begin(), Letters().end(), holds) ||
+           std::any_of(kTowers.begin(), kTowers.end(),
+                       [&](const Tower& tower) { return InTower(tower, p); });
+}
+
+/// Share of a pixel-sized square with its upper left corner at `p` that is ink.
+float Coverage(Vec2 p) {
+    int inside = 0;
+    for (int row = 0; row < kSamples; ++row)
+        for (int column = 0; column < kSamples; ++column) {
+            const float right = (static_cast<float>(column) + 0.5f) / kSamples;
+            const float down = (static_cast<float>(row) + 0.5f) / kSamples;
+            inside += IsInk({p.x + right, p.y - down}) ? 1 : 0;
+        }
+    return static_cast<float>(inside) / (kSamples * kSamples);
+}
+
+// ---- Layers: one value a pixel
+// -------------------------------------------------------------------
+
+using Layer = std::vector<float>;
+
+size_t Place(int x, int y) {
+    return static_cast<size_t>(y) * kLogoWidth + x;
+}
+
+Layer Filled(const std::function<float(int, int)>& value) {
+    Layer layer(static_cast<size_t>(kLogoWidth) * kLogoHeight);
+    ForEachIndex(kLogoHeight, 0, [&](int y) {
+        for (int x = 0; x < kLogoWidth; ++x)
+            layer[Place(x, y)] = value(x, y);
+    });
+    return layer;
+}
+
+/// The ink upside down under the waterline, bent sideways by ripples and fading with depth.
+float MirroredInk(int x, int y) {
+    const float depth = static_cast<float>(y) + 0.5f - kWaterline;
+    if (depth <= 0)
+        return 0;
+    const float ripple = Noise2({static_cast<float>(x) * 0.035f, depth * 0.42f}, 21);
+    const float shift = ripple * (0.8f + 0.14f * depth);
+    const float fade = std::exp(-depth / 17);
+    const float gleam = 0.62f + 0.38f * Noise2({static_cast<float>(x) * 0.02f, depth * 0.8f}, 22);
+    return fade * gleam * Coverage({static_cast<float>(x) + shift, depth * 1.06f + 0.5f});
+}
+
+/// One horizontal or vertical run of a box blur; three of them each way are close to a Gaussian.
+Layer Blurred(const Layer& layer, int reach, bool sideways) {
+    return Filled([&](int x, int y) {
+        float sum = 0;
+        for (int i = -reach; i <= reach; ++i) {
+            const int sx = std::clamp(sideways ? x + i : x, 0, kLogoWidth - 1);
+            const int sy = std::clamp(sideways ? y : y + i, 0, kLogoHeight - 1);
+            sum += layer[Place(sx, sy)];
+        }
+        return sum / static_cast<float>(2 * reach + 1);
+    });
+}
+
+Layer Glow(Layer layer, int reach) {
+    for (int i = 0; i < 3; ++i)
+        layer = Blurred(Blurred(layer, reach, true), reach, false);
+    return layer;
+}
+
+// ---- Colours ---------------------------------------------------------------------------------
+
+/// What the opening shot's camera sees at a pixel: it stands just above the sea and looks along -z.
+Vec3 OpeningShot(int x, int y) {
+    const float high = std::tan(12.5f * kPi / 180); // half the vertical field of view of 25 degrees
+    const float wide = high * 10;
+    const float right = (2 * (static_cast<float>(x) + 0.5f) / kLogoWidth - 1) * wide;
+    const float up = std::abs(1 - 2 * (static_cast<float>(y) + 0.5f) / kLogoHeight) * high;
+    return DuskColour(Normalize({right, up, -1}));
+}
+
+Vec3 Ground(int x, int y) {
+    const float depth = std::abs(static_cast<float>(y) + 0.5f - kWaterline) / kWaterline;
+    const float water = static_cast<float>(y) + 0.5f > kWaterline ? 0.82f : 1.0f;
+    const Vec3 shot = OpeningShot(x, y);
+    const Vec3 night = {0.030f, 0.045f, 0.105f};
+    return Mix(shot, night, 0.46f + 0.22f * depth) * water;
+}
+
+/// The lettering takes the light of the sky behind it: warm on the left, cool on the right.
+Vec3 GlowColour(int x) {
+    const float across = static_cast<float>(x) / kLogoWidth;
+    return Mix(Vec3{1.0f, 0.58f, 0.26f}, Vec3{0.42f, 0.60f, 1.0f},
+               SmoothStep(0.25f, 0.85f, across));
+}
+
+Vec3 InkColour(int x, int y) {
+    const float up = Clamp01((kWaterline - static_cast<float>(y)) / (kCapHeight + 2));
+    const Vec3 pale = Mix(Vec3{1.0f, 0.97f, 0.90f}, Vec3{0.93f, 0.96f, 1.0f},
+                          SmoothStep(0.3f, 0.9f, static_cast<float>(x) / kLogoWidth));
+    return Mix(Mix(pale, GlowColour(x), 0.38f), pale, SmoothStep(0.0f, 0.75f, up));
+}
+
+/// The line on which both names stand; it thins out towards the edges of the picture.
+float Waterline(int x, int y) {
+    const float away = std::abs(static_cast<float>(y) + 0.5f - kWaterline);
+    const float across =
+        std::abs(static_cast<float>(x) + 0.5f - kLogoWidth / 2.0f) / (kLogoWidth / 2.0f);
+    return std::exp(-away * away * 1.6f) * (1 - SmoothStep(0.55f, 0.98f, across));
+}
+
+/// The three lights that will circle the basin, over the ornament, and fainter in the water.
+Vec3 Wisps(int x, int y) {
+    struct Light {
+        Vec2 at;
+        Vec3 colour;
+    };
+    constexpr Light kLights[] = {{{437.5f, 25}, {1.0f, 0.20f, 0.12f}},
+                                 {{480.5f, 41}, {0.16f, 1.0f, 0.42f}},
+                                 {{522.5f, 25}, {0.22f, 0.48f, 1.0f}}};
+    const float up = kWaterline - (static_cast<float>(y) + 0.5f);
+    const Vec2 p = {static_cast<float>(x) + 0.5f, std::abs(up)};
+    Vec3 sum;
+    for (const Light& light : kLights) {
+        const float away = Length(p - light.at);
+        sum += light.colour * (0.75f * std::exp(-away * away / 14) + 0.30f * std::exp(-away / 5)) +
+               Vec3{1, 1, 1} * (0.9f * std::exp(-away * away / 1.6f));
+    }
+    return sum * (up > 0 ? 1.0f : 0.30f);
+}
+
+} // namespace
+
+float InkAt(int x, int y) {
+    return Coverage({static_cast<float>(x), kWaterline - static_cast<float>(y)});
+}
+
+Picture TitlePicture() {
+    const Layer ink = Filled(InkAt);
+    const Layer mirrored = Filled(MirroredInk);
+    const Layer near = Glow(ink, 2);
+    const Layer wide = Glow(ink, 6);
+    Picture picture(kLogoWidth, kLogoHeight);
+    for (int y = 0; y < kLogoHeight; ++y)
+        for (int x = 0; x < kLogoWidth; ++x) {
+            Vec3 colour = Ground(x, y);
+            colour += GlowColour(x) * (0.30f * near[Place(x, y)] + 0.38f * wide[Place(x, y)]);
+            colour += Mix(GlowColour(x), Vec3{1, 1, 1}, 0.35f) * (0.62f * mirrored[Place(x, y)]);
+            colour += GlowColour(x) * (0.55f * Waterline(x, y));
+            colour = Mix(colour, InkColour(x, y), ink[Place(x, y)]);
+            colour += Wisps(x, y);
+            picture.At(x, y) = {Clamp01(colour.x), Clamp01(colour.y), Clamp01(colour.z), 1};
+        }
+    return picture;
+}
+
+} // namespace Art

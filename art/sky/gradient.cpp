@@ -1,0 +1,100 @@
+#include "art/sky/gradient.h"
+
+#include "art/common/palette.h"
+
+#include <array>
+
+namespace Art {
+namespace {
+
+constexpr float kDegrees = 180.0f / kPi;
+
+/// One height of a vertical gradient; the three regions share the heights.
+struct Stop {
+    float elevation;
+    Vec3 towards;
+    Vec3 across;
+    Vec3 away;
+};
+
+// Towards the light an afterglow that cools upwards; away from it the shadow of the earth, blue
+// and low, under a rose-coloured belt. All three meet at the same zenith.
+constexpr Vec3 kZenith = {0.020f, 0.036f, 0.105f};
+constexpr std::array<Stop, 9> kStops = {{
+    {0, {0.74f, 0.36f, 0.15f}, {0.33f, 0.23f, 0.31f}, {0.105f, 0.145f, 0.28f}},
+    {2.5f, {0.65f, 0.30f, 0.17f}, {0.28f, 0.22f, 0.34f}, {0.155f, 0.175f, 0.33f}},
+    {6, {0.41f, 0.205f, 0.24f}, {0.20f, 0.19f, 0.35f}, {0.245f, 0.205f, 0.36f}},
+    {10, {0.225f, 0.155f, 0.285f}, {0.140f, 0.160f, 0.32f}, {0.19f, 0.18f, 0.35f}},
+    {16, {0.135f, 0.135f, 0.285f}, {0.090f, 0.125f, 0.28f}, {0.105f, 0.135f, 0.29f}},
+    {26, {0.075f, 0.100f, 0.235f}, {0.056f, 0.088f, 0.215f}, {0.055f, 0.085f, 0.21f}},
+    {45, {0.048f, 0.070f, 0.18f}, {0.038f, 0.060f, 0.16f}, {0.037f, 0.058f, 0.157f}},
+    {68, {0.028f, 0.046f, 0.125f}, {0.027f, 0.043f, 0.12f}, {0.026f, 0.042f, 0.119f}},
+    {90, kZenith, kZenith, kZenith},
+}};
+
+Vec3 AtRegions(const Stop& stop, const Regions& regions) {
+    return MixRegions(regions, stop.towards, stop.across, stop.away);
+}
+
+/// The index of the stop at or below the elevation, at most the last but one.
+size_t StopBelow(float elevation) {
+    size_t below = 0;
+    while (below + 2 < kStops.size() && kStops[below + 1].elevation <= elevation)
+        ++below;
+    return below;
+}
+
+/// Slope of the gradient at a stop, by its neighbours, so that no stop shows as a band.
+Vec3 SlopeAt(size_t index, const Regions& regions) {
+    const Stop& before = kStops[index == 0 ? 0 : index - 1];
+    const Stop& after = kStops[std::min(index + 1, kStops.size() - 1)];
+    return (AtRegions(after, regions) - AtRegions(before, regions)) /
+           (after.elevation - before.elevation);
+}
+
+/// The glare that the light leaves in the haze below it.
+Vec3 Afterglow(const SkyPoint& point) {
+    const float sideways = point.fromLight / 20;
+    const float upwards = (point.elevation - 2) / 5;
+    return Vec3{0.16f, 0.15f, 0.06f} * std::exp(-sideways * sideways - upwards * upwards);
+}
+
+} // namespace
+
+SkyPoint MakeSkyPoint(Vec3 direction) {
+    const Vec2 flat = {direction.x, direction.z};
+    const float length = Length(flat);
+    const Vec2 heading = length > 1e-6f ? flat * (1 / length) : Vec2{1, 0};
+    const Vec3 light = LightDirection();
+    const Vec2 lightFlat = {light.x, light.z};
+    const float cosine = Dot(heading, lightFlat) / Length(lightFlat);
+    return {direction, std::asin(std::clamp(direction.y, -1.0f, 1.0f)) * kDegrees,
+            std::acos(std::clamp(cosine, -1.0f, 1.0f)) * kDegrees, heading};
+}
+
+Regions RegionsAt(float fromLight) {
+    const float towards = 1 - SmoothStep(0, 95, fromLight);
+    const float away = SmoothStep(80, 165, fromLight);
+    return {towards, (1 - towards) * (1 - away), (1 - towards) * away};
+}
+
+Vec3 MixRegions(const Regions& regions, Vec3 towards, Vec3 across, Vec3 away) {
+    return towards * regions.towards + across * regions.across + away * regions.away;
+}
+
+Vec3 ClearSky(const SkyPoint& point) {
+    const float elevation = std::max(point.elevation, 0.0f);
+    const Regions regions = RegionsAt(point.fromLight);
+    const size_t index = StopBelow(elevation);
+    const float span = kStops[index + 1].elevation - kStops[index].elevation;
+    const float t = (elevation - kStops[index].elevation) / span;
+    // Cubic Hermite interpolation between the two stops.
+    const Vec3 from = AtRegions(kStops[index], regions);
+    const Vec3 to = AtRegions(kStops[index + 1], regions);
+    const Vec3 curve = from * ((1 + 2 * t) * (1 - t) * (1 - t)) + to * (t * t * (3 - 2 * t)) +
+                       SlopeAt(index, regions) * (span * t * (1 - t) * (1 - t)) -
+                       SlopeAt(index + 1, regions) * (span * t * t * (1 - t));
+    return curve + Afterglow({point.direction, elevation, point.fromLight, point.heading});
+}
+
+} // namespace Art
