@@ -7,7 +7,6 @@
 
 namespace Vell {
 class Camera;
-class Mesh;
 class PostBloom;
 class SceneManager;
 class SceneNode;

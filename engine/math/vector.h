@@ -22,7 +22,12 @@ struct VectorOperations {
     const S& operator()(int i) const { return Self()[i]; }
 
     /// Exact comparison, no tolerance.
-    bool operator==(const T& other) const;
+    friend bool operator==(const T& a, const T& b) {
+        for (int i = 0; i < N; ++i)
+            if (a[i] != b[i])
+                return false;
+        return true;
+    }
 
     T& operator+=(const T& other);
     T& operator-=(const T& other);
@@ -88,14 +93,6 @@ private:
 inline std::int32_t TruncateToInt(double value) {
     const bool fits = value > -2147483649.0 && value < 2147483648.0;
     return fits ? static_cast<std::int32_t>(value) : 0;
-}
-
-template <class T, class S, int N>
-bool VectorOperations<T, S, N>::operator==(const T& other) const {
-    for (int i = 0; i < N; ++i)
-        if (Self()[i] != other[i])
-            return false;
-    return true;
 }
 
 template <class T, class S, int N>

@@ -1,0 +1,32 @@
+#version 110
+// City, fragment stage: one look-up in the surface's texture and one in the light map.
+
+uniform sampler2D texture0;  // surface; alpha falls from 1 to 0 where it shines by itself
+uniform sampler2D lightmap;  // baked light, half of full scale is white
+
+varying vec4 coords;
+varying vec4 light;
+varying vec4 haze;
+varying vec3 caustics;
+
+const float LIGHT_SCALE = 2.0;  // of the light map
+const vec3 COLD = vec3(0.88, 0.95, 1.12);
+const vec3 WARM = vec3(1.06, 1.0, 0.92);
+const vec3 SEA_LIGHT = vec3(0.60, 0.95, 0.88);
+
+void main()
+{
+    vec4 surface = texture2D(texture0, coords.xy);
+    vec3 baked = texture2D(lightmap, coords.zw).rgb * LIGHT_SCALE;
+
+    // Bright lines that zigzag: cheap, and alive because both directions drift.
+    float bend = abs(fract(caustics.y) - 0.5);
+    float line = abs(fract(caustics.x + bend) - 0.5);
+    float bright = max(1.0 - 5.0 * line, 0.0) * caustics.z;
+
+    vec3 colour = surface.rgb * (baked + light.rgb + bright * SEA_LIGHT + (1.0 - surface.a) * haze.a);
+    // Shadows lean towards blue, lights towards amber.
+    colour *= mix(COLD, WARM, min(colour.g, 1.0));
+    // Alpha 1: the mesh is drawn with an alpha test.
+    gl_FragColor = vec4(colour * light.a + haze.rgb, 1.0);
+}

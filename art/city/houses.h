@@ -1,0 +1,36 @@
+#pragma once
+
+#include "art/city/parts.h"
+
+namespace Art {
+
+/// Height of the quays and streets over the water.
+inline constexpr float kQuay = 0.7f;
+
+/// What a row of houses looks like.
+struct RowStyle {
+    float lowest = 4; ///< wall heights
+    float highest = 7;
+    float narrowest = 2.5f; ///< fronts
+    float widest = 4.5f;
+    float depth = 4;
+    bool detailed = true; ///< balconies, dormers, bays: for what a flight passes closely
+    bool arcade = false;  ///< an open ground floor on arches
+    bool flat = false;    ///< terraces only, no pitched roofs
+    int mood = 0;         ///< which of the materials prevail
+};
+
+/// Fills the line between two ground points with houses that face Cross(direction, up), each
+/// reaching `depth` back. Lots differ in width, height, roof and dress, by `seed`.
+void AddRow(Builder& b, Vec2 from, Vec2 to, const RowStyle& style, unsigned seed);
+
+/// A big house with a hip roof, a front of columns and a stair.
+void AddPalace(Builder& b, Vec2 from, Vec2 to, float depth, float height, unsigned seed);
+
+/// A basilica with nave, aisles, dome and two bell towers; `at` is the middle of its front.
+void AddBasilica(Builder& b, Vec2 at, Vec2 along, float size, unsigned seed);
+
+/// The place whose local x runs from `from` to `to` at ground level.
+Place Facing(Vec2 from, Vec2 to, float y = 0);
+
+} // namespace Art

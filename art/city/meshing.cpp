@@ -1,0 +1,223 @@
+#include "art/city/meshing.h"
+
+#include "art/city/ordering.h"
+#include "art/lightmap/packing.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace Art {
+
+namespace {
+
+/// A surface with its chart: local rectangle and its place in the light map.
+struct Charted {
+    const Surface* surface;
+    Sight sight;
+    Vec2 low;
+    Vec2 high;
+    Chart chart;
+    bool farInland = true; ///< all of it lies behind what is seen from under water
+};
+
+// Behind this z nothing shows in the flight under water. The material drops such surfaces
+// while the eye is there; whole repeats added to their texture coordinate mark them.
+constexpr float kFrontEnd = -12;
+constexpr float kInlandMark = 64;
+
+Charted Enclose(const Surface& surface, const Sight& sight) {
+    Charted c{&surface, sight, {1e9f, 1e9f}, {-1e9f, -1e9f}, {}, true};
+    for (const auto& polygon : surface.polygons) {
+        for (const Vec2 p : polygon) {
+            c.low = {std::min(c.low.x, p.x), std::min(c.low.y, p.y)};
+            c.high = {std::max(c.high.x, p.x), std::max(c.high.y, p.y)};
+            c.farInland = c.farInland && surface.World(p).z > kFrontEnd;
+        }
+    }
+    return c;
+}
+
+/// Share of the full density a surface gets, by how near the flights come: 1 down to 1/3 for
+/// what they see, less for what they never see.
+float DensityShare(const Sight& sight) {
+    constexpr float kFullUpTo = 9;
+    const float share = std::clamp(std::sqrt(kFullUpTo / sight.nearest), 0.36f, 1.0f);
+    return sight.rays > 0 ? share : share * 0.45f;
+}
+
+void SizeCharts(std::vector<Charted>& all, float density) {
+    const auto texels = [](float length, float perUnit) {
+        return std::clamp(static_cast<int>(std::ceil(length * perUnit)) + 1, 2, 900);
+    };
+    for (Charted& c : all) {
+        const float perUnit = density * DensityShare(c.sight);
+        c.chart.width = texels(c.high.x - c.low.x, perUnit);
+        c.chart.height = texels(c.high.y - c.low.y, perUnit);
+    }
+}
+
+bool Pack(std::vector<Charted>& all, float density) {
+    SizeCharts(all, density);
+    std::vector<Chart> charts;
+    charts.reserve(all.size());
+    for (const Charted& c : all)
+        charts.push_back(c.chart);
+    if (!PackCharts(charts, kLightmapSize))
+        return false;
+    for (size_t i = 0; i < all.size(); ++i)
+        all[i].chart = charts[i];
+    return true;
+}
+
+/// The highest density at which all charts fit, to one part in a hundred.
+float PackTightly(std::vector<Charted>& all) {
+    float fits = 1;
+    float fails = 40;
+    while (fails - fits > 0.01f * fits) {
+        const float middle = (fits + fails) / 2;
+        (Pack(all, middle) ? fits : fails) = middle;
+    }
+    Pack(all, fits);
+    return fits;
+}
+
+/// Light-map coordinates of a local point: chart edges fall on the middles of texels, so that
+/// two charts that meet at an edge hold the same light there.
+Vec2 LightmapAt(const Charted& c, Vec2 p) {
+    const Vec2 span = c.high - c.low;
+    const float fx = span.x > 0 ? (p.x - c.low.x) / span.x : 0;
+    const float fy = span.y > 0 ? (p.y - c.low.y) / span.y : 0;
+    const float x =
+        static_cast<float>(c.chart.x) + 0.5f + fx * static_cast<float>(c.chart.width - 1);
+    const float y =
+        static_cast<float>(c.chart.y) + 0.5f + fy * static_cast<float>(c.chart.height - 1);
+    return {x / kLightmapSize, y / kLightmapSize};
+}
+
+MeshVertex VertexAt(const Charted& c, Vec2 p) {
+    const Surface& s = *c.surface;
+    const Vec2 texcoord{s.paint.origin.x + p.x * s.paint.scale.x,
+                        s.paint.origin.y + p.y * s.paint.scale.y};
+    const float mark = c.farInland ? kInlandMark : 0;
+    return {s.World(p), Normalize(s.Normal()), {texcoord.x + mark, texcoord.y}, LightmapAt(c, p)};
+}
+
+// The wisps circle in this box; their light ends kWispReach away from it.
+constexpr Vec3 kWispLow{22, 0, 12.5f};
+constexpr Vec3 kWispHigh{32.5f, 5, 17.5f};
+
+float DistanceToWisps(Vec3 p) {
+    const auto beyond = [](float x, float low, float high) {
+        return std::max({low - x, 0.0f, x - high});
+    };
+    return Length(Vec3{beyond(p.x, kWispLow.x, kWispHigh.x), beyond(p.y, kWispLow.y, kWispHigh.y),
+                       beyond(p.z, kWispLow.z, kWispHigh.z)});
+}
+
+/// Greatest edge that still shows the wisps' light well when it is computed at corners.
+float CellSize(float distance) {
+    if (distance < 8)
+        return 1.6f;
+    return distance < 13 ? 3.0f : 1000.0f;
+}
+
+int Cuts(float length, float cell) {
+    return std::max(1, static_cast<int>(std::ceil(length / cell - 0.2f)));
+}
+
+bool IsRectangle(const std::vector<Vec2>& p) {
+    return p.size() == 4 && p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y &&
+           p[3].x == p[0].x;
+}
+
+void AppendPolygon(std::vector<MeshVertex>& out, const Charted& c,
+                   const std::vector<Vec2>& polygon) {
+    for (size_t i = 2; i < polygon.size(); ++i)
+        for (const Vec2 p : {polygon[0], polygon[i - 1], polygon[i]})
+            out.push_back(VertexAt(c, p));
+}
+
+void AppendCut(std::vector<MeshVertex>& out, const Charted& c, const std::vector<Vec2>& polygon) {
+    const Surface& s = *c.surface;
+    const Vec3 middle = s.World((polygon[0] + polygon[2]) * 0.5f);
+    const bool seen = IsRectangle(polygon) && c.sight.rays > 0 && middle.y > 0;
+    const float reach = Length(polygon[2] - polygon[0]) / 2;
+    const float cell = seen ? CellSize(std::max(DistanceToWisps(middle) - reach, 0.0f)) : 1000.0f;
+    const Vec2 span = polygon[2] - polygon[0];
+    const int nx = Cuts(span.x, cell);
+    const int ny = Cuts(span.y, cell);
+    for (int j = 0; j < ny; ++j) {
+        for (int i = 0; i < nx; ++i) {
+            const auto at = [&](int x, int y) {
+                return Vec2{polygon[0].x + span.x * static_cast<float>(x) / static_cast<float>(nx),
+                            polygon[0].y + span.y * static_cast<float>(y) / static_cast<float>(ny)};
+            };
+            AppendPolygon(out, c, {at(i, j), at(i + 1, j), at(i + 1, j + 1), at(i, j + 1)});
+        }
+    }
+}
+
+void AppendSurface(std::vector<MeshVertex>& out, const Charted& c) {
+    for (const auto& polygon : c.surface->polygons) {
+        if (IsRectangle(polygon))
+            AppendCut(out, c, polygon);
+        else
+            AppendPolygon(out, c, polygon);
+    }
+}
+
+/// By turn, what hides others first; among equals near first. What the pictures never show
+/// comes last.
+std::vector<size_t> HidersFirst(const std::vector<Charted>& all) {
+    std::vector<size_t> order(all.size());
+    std::iota(order.begin(), order.end(), size_t{0});
+    const auto key = [&](size_t i) { return all[i].sight.Turn() + 0.002f * all[i].sight.distance; };
+    std::stable_sort(order.begin(), order.end(),
+                     [&](size_t a, size_t b) { return key(a) < key(b); });
+    return order;
+}
+
+float AreaOf(const Surface& surface) {
+    float area = 0;
+    for (const auto& polygon : surface.polygons)
+        for (size_t i = 2; i < polygon.size(); ++i)
+            area += Cross(polygon[i - 1] - polygon[0], polygon[i] - polygon[0]) / 2;
+    return area;
+}
+
+// Details that no flight ever shows are left out; walls stay, so that the city is whole from
+// every side.
+constexpr float kDetailArea = 4.5f;
+
+// Sub-meshes are drawn one after the other, so each holds a band of turns.
+constexpr int kBands = 6;
+
+} // namespace
+
+MeshFile MeshCity(const Builder& city, MeshReport& report) {
+    const std::vector<bool> open = FindOpenSurfaces(city.surfaces);
+    const std::vector<Sight> sights = MeasureSights(city.surfaces);
+    std::vector<Charted> all;
+    for (size_t i = 0; i < city.surfaces.size(); ++i)
+        if (open[i] && (sights[i].rays > 0 || AreaOf(city.surfaces[i]) > kDetailArea))
+            all.push_back(Enclose(city.surfaces[i], sights[i]));
+    report = {city.surfaces.size(), city.surfaces.size() - all.size(), 0, PackTightly(all)};
+
+    std::vector<SubMesh> bins(static_cast<size_t>(kBands) * kMaterialCount);
+    const std::vector<size_t> order = HidersFirst(all);
+    for (size_t i = 0; i < order.size(); ++i) {
+        const Charted& c = all[order[i]];
+        const auto material = static_cast<size_t>(c.surface->paint.material);
+        SubMesh& bin = bins[i * kBands / order.size() * kMaterialCount + material];
+        bin.textures[0] = FileOf(c.surface->paint.material).texture;
+        AppendSurface(bin.vertices, c);
+    }
+    MeshFile mesh{"Data/Gfx/City/", true, {}};
+    for (SubMesh& bin : bins)
+        if (!bin.vertices.empty())
+            mesh.subMeshes.push_back(std::move(bin));
+    report.vertices = VertexCount(mesh);
+    return mesh;
+}
+
+} // namespace Art

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "art/city/builder.h"
+#include "art/common/meshwriter.h"
+
+namespace Art {
+
+/// What became of the surfaces on the way to the mesh.
+struct MeshReport {
+    size_t surfaces = 0;
+    size_t hidden = 0; ///< surfaces dropped: enclosed, or details no flight shows
+    size_t vertices = 0;
+    float density = 0; ///< light-map texels per unit where the flights come closest
+};
+
+/// Side of the light map in texels.
+inline constexpr int kLightmapSize = 2048;
+
+/// Turns the city into the mesh that is shipped: hidden surfaces dropped, light-map charts
+/// packed, surfaces near the wisps cut small for their light, and all of it ordered so that
+/// what is usually near comes first, one sub-mesh a texture and band of distance.
+MeshFile MeshCity(const Builder& city, MeshReport& report);
+
+} // namespace Art

@@ -1,0 +1,216 @@
+#include "art/city/plan.h"
+
+#include "art/city/houses.h"
+#include "art/city/towers.h"
+#include "art/city/waterfront.h"
+#include "art/common/noise.h"
+
+namespace Art {
+
+namespace {
+
+// The ground plan, seen from above with x to the right and z downwards. The basin is an
+// octagon about (26, 14), 9 units from its middle to its sides. One canal comes in from the
+// upper left, one leaves through the lower side and bends towards the sea at the lower left.
+
+// The north town stands on a vault: its pavement reaches farther than the ground under it.
+const std::vector<Vec2> kNorthPavement = {{22.2f, 5}, {-7.2f, -21.4f}, {-12, -25.7f},
+                                          {-12, -41}, {46, -41},       {46, 5}};
+const std::vector<Vec2> kNorthGround = {{22.2f, 5}, {-5.6f, -20}, {46, -20}, {46, 5}};
+
+const std::vector<std::vector<Vec2>> kLand = {
+    {{-10, -16.7f}, {18.4f, 8.88f}, {17, 10.27f}, {17, 17.73f}, {-10, 17.73f}},
+    {{-6, 17.73f}, {17, 17.73f}, {23.4f, 24.13f}, {22.6f, 32.5f}, {-6, 33.4f}},
+    {{-6, 33.4f}, {22.6f, 32.5f}, {4, 62.3f}, {-6, 62.3f}},
+    {{29.73f, 5}, {47, 5}, {47, 14}, {35, 14}, {35, 10.27f}},
+    {{35, 14}, {47, 14}, {47, 34.6f}, {28, 34.6f}, {28.6f, 24.13f}, {35, 17.73f}},
+    {{48.5f, -30}, {66, -26}, {71, -10}, {71, 34.6f}, {47, 34.6f}, {47, 5}},
+    {{28, 34.6f}, {60, 34.6f}, {60, 50}, {40, 62}, {9.5f, 64.1f}},
+    {{-0.7f, 62.3f}, {1.7f, 62.3f}, {1.5f, 104}, {-0.5f, 104}},
+    // Islets out at sea.
+    {{-43, 5}, {-38, 4}, {-35, 8}, {-38, 12}, {-43, 11}},
+    {{100, 22}, {106, 21}, {109, 26}, {106, 31}, {100, 30}},
+};
+
+/// Houses between two points, facing to the right of the way from one to the other (z down).
+struct Row {
+    Vec2 from, to;
+    RowStyle style;
+};
+
+//                      lowest highest narrow wide depth detail arcade flat mood
+const RowStyle kCanal{3.4f, 6.4f, 2.3f, 4.2f, 4, true, false, false, 0};
+const RowStyle kCanalCool{3.6f, 7.0f, 2.3f, 4.0f, 4, true, false, false, 1};
+const RowStyle kCanalArcade{4.5f, 6.8f, 3.0f, 5.0f, 4.2f, true, true, false, 2};
+const RowStyle kBasin{4.4f, 7.5f, 2.6f, 4.4f, 4.5f, true, true, false, 2};
+const RowStyle kBasinHigh{6.0f, 9.5f, 2.8f, 4.6f, 4.5f, true, true, false, 0};
+const RowStyle kLow{1.8f, 3.0f, 2.4f, 4.0f, 3.6f, true, false, false, 0};
+const RowStyle kLowFlat{1.8f, 2.6f, 2.6f, 4.2f, 3.2f, true, false, true, 2};
+const RowStyle kTown{4.0f, 9.0f, 3.2f, 5.4f, 4.6f, false, false, false, 1};
+const RowStyle kHigh{5.5f, 15.0f, 3.6f, 5.6f, 5, false, false, false, 1};
+const RowStyle kHighFlat{6.0f, 16.0f, 3.8f, 6.0f, 5, false, false, true, 2};
+
+const std::vector<Row> kRows = {
+    // The upper canal, left bank, then right bank.
+    {{14.6f, 7.2f}, {-8.6f, -13.7f}, kCanal},
+    {{-6.2f, -22.4f}, {17.4f, -1.2f}, kCanalArcade},
+    // Around the basin: west, south-west, south-east, east, north-east, north.
+    {{15.6f, 17.3f}, {15.6f, 14.2f}, kLow},
+    {{15.6f, 14.0f}, {15.6f, 10.9f}, kLowFlat},
+    {{22.1f, 24.5f}, {16.4f, 18.8f}, kBasin},
+    {{36.2f, 18.3f}, {29.6f, 24.9f}, kBasinHigh},
+    {{36.4f, 10.5f}, {36.4f, 17.7f}, kLow},
+    {{31.0f, 4.5f}, {36.0f, 9.5f}, kLowFlat},
+    {{21.6f, 3.2f}, {30.0f, 3.2f}, kLowFlat},
+    // The lower canal: the short reach, then both banks of the long one.
+    {{21.2f, 32.0f}, {21.9f, 25.8f}, kCanalArcade},
+    {{29.8f, 25.8f}, {29.4f, 34.0f}, kBasin},
+    {{4.6f, 59.0f}, {20.9f, 33.0f}, kCanalCool},
+    {{29.2f, 35.4f}, {12.6f, 61.9f}, kCanalArcade},
+    // Low roofs under the seventh flight.
+    {{1.8f, 9.8f}, {13.2f, 9.8f}, kLow},
+    {{13.6f, 11.6f}, {1.8f, 11.6f}, kLow},
+    {{-8.8f, -12.5f}, {-8.8f, 17.0f}, kTown},
+    {{-3.2f, 16.6f}, {-3.2f, -8.5f}, kTown},
+    // West town.
+    {{15.2f, 19.5f}, {2.0f, 19.5f}, kTown},
+    {{-4.8f, 18.5f}, {-4.8f, 61.0f}, kTown},
+    {{1.2f, 60.0f}, {1.2f, 34.0f}, kTown},
+    {{2.0f, 26.0f}, {18.5f, 26.0f}, kTown},
+    // North town: the front over the sea and the streets behind it.
+    {{44.5f, -37.4f}, {-11.4f, -37.4f}, kTown},
+    {{-9.0f, -26.5f}, {44.0f, -26.5f}, kHighFlat},
+    {{44.0f, -20.0f}, {2.0f, -20.0f}, kHigh},
+    {{3.5f, -18.5f}, {44.0f, -9.5f}, kHighFlat},
+    {{44.0f, -5.5f}, {18.0f, -5.5f}, kTown},
+    {{45.0f, -9.0f}, {45.0f, -36.0f}, kTown},
+    {{45.0f, 4.0f}, {45.0f, -8.0f}, kLowFlat},
+    // East terraces and the wall of houses behind them.
+    {{40.5f, 9.0f}, {46.0f, 9.0f}, kLowFlat},
+    {{46.0f, 15.0f}, {41.5f, 15.0f}, kLowFlat},
+    {{46.2f, 20.0f}, {38.5f, 20.0f}, kLow},
+    {{48.6f, -28.0f}, {48.5f, 3.0f}, kTown},
+    {{48.5f, 3.2f}, {48.5f, 17.0f}, kLow},
+    {{48.5f, 17.2f}, {48.4f, 33.0f}, kTown},
+    {{69.8f, 33.5f}, {69.8f, -9.0f}, kTown},
+    {{61.0f, 33.0f}, {61.0f, -22.0f}, kHigh},
+    // South-east town.
+    {{58.8f, 49.0f}, {58.8f, 35.6f}, kTown},
+    {{58.0f, 35.8f}, {38.0f, 35.8f}, kHigh},
+    {{24.5f, 48.5f}, {56.0f, 48.5f}, kTown},
+    {{14.5f, 62.6f}, {39.5f, 60.8f}, kTown},
+};
+
+const std::vector<Tower> kTowers = {
+    {{20.0f, -30.0f}, 5.2f, 31, Crown::Spire, 0.15f},
+    {{-7.5f, -32.0f}, 5.6f, 26, Crown::Setbacks, 0},
+    {{36.0f, -31.0f}, 4.4f, 25, Crown::Spire, 0.5f},
+    {{57.0f, 4.0f}, 7.0f, 32, Crown::Setbacks, 0},
+    {{54.5f, 18.5f}, 5.4f, 21, Crown::Slab, kPi / 2},
+    {{62.0f, -16.0f}, 7.0f, 20, Crown::Slab, 0.3f},
+    {{42.0f, -3.0f}, 4.6f, 17, Crown::Setbacks, 0},
+    {{42.5f, 27.5f}, 5.0f, 19, Crown::Rotunda, 0},
+    {{7.5f, 29.8f}, 2.8f, 24, Crown::Campanile, 0.2f},
+    {{50.0f, 43.0f}, 5.6f, 27, Crown::Spire, 0.4f},
+    {{64.5f, 12.0f}, 5.0f, 22, Crown::Rotunda, 0},
+    {{31.5f, 29.5f}, 3.0f, 15, Crown::Campanile, 0},
+    {{-2.0f, 47.0f}, 4.4f, 18, Crown::Setbacks, 0},
+    {{26.0f, -14.5f}, 4.2f, 19, Crown::Slab, 0.2f},
+    {{3.0f, -24.0f}, 3.0f, 18, Crown::Campanile, 0.1f},
+    {{11.0f, -15.0f}, 3.4f, 16, Crown::Spire, 0},
+    {{29.5f, -23.5f}, 3.0f, 20, Crown::Setbacks, 0},
+    {{44.5f, -33.5f}, 2.6f, 15, Crown::Campanile, 0},
+    {{53.0f, -24.0f}, 3.0f, 17, Crown::Spire, 0.3f},
+    {{68.0f, 0.0f}, 3.4f, 15, Crown::Campanile, 0},
+    {{51.5f, -8.0f}, 4.0f, 18, Crown::Setbacks, 0},
+    {{36.0f, -14.0f}, 3.2f, 17, Crown::Campanile, 0},
+    {{40.0f, 55.0f}, 3.4f, 17, Crown::Setbacks, 0},
+    {{-40.0f, 8.0f}, 3.0f, 14, Crown::Campanile, 0},
+    {{104.0f, 26.0f}, 3.6f, 17, Crown::Spire, 0},
+};
+
+struct LampLine {
+    Vec2 from, to;
+    float spacing;
+};
+
+const std::vector<LampLine> kLampLines = {
+    {{16.7f, 17.4f}, {16.7f, 11.0f}, 3.2f},    {{17.3f, 18.4f}, {22.9f, 24.0f}, 2.6f},
+    {{28.9f, 24.2f}, {34.8f, 18.3f}, 2.8f},    {{35.3f, 17.4f}, {35.3f, 10.6f}, 3.4f},
+    {{22.6f, 4.7f}, {29.5f, 4.7f}, 3.4f},      {{15.8f, 7.0f}, {-9.0f, -15.3f}, 4.2f},
+    {{-6.4f, -21.1f}, {20.5f, 3.0f}, 4.2f},    {{22.3f, 33.4f}, {5.2f, 60.8f}, 3.6f},
+    {{27.8f, 35.4f}, {10.8f, 62.5f}, 3.6f},    {{0.5f, 70.0f}, {0.5f, 102.0f}, 8.0f},
+    {{44.0f, -40.6f}, {-11.0f, -40.6f}, 5.0f}, {{-9.6f, -14.0f}, {-9.6f, 17.0f}, 6.0f},
+};
+
+void AddStairsAt(Builder& b, Vec2 at, Vec2 out, float width) {
+    // Local +z must point out over the water: x is out turned by a quarter.
+    b.SetPlace({{at.x, 0, at.y}, {out.y, -out.x}});
+    AddStairs(b, -width / 2, width / 2, 0, kQuay, -0.5f, 6, Plain(Material::Stone, {2, 1}));
+    b.SetPlace({});
+}
+
+void AddWaterStairs(Builder& b) {
+    constexpr float kDiagonal = 0.70711f;
+    AddStairsAt(b, {20.2f, 20.93f}, {kDiagonal, -kDiagonal}, 2.4f);
+    AddStairsAt(b, {31.8f, 20.93f}, {-kDiagonal, -kDiagonal}, 2.4f);
+    AddStairsAt(b, {35, 14}, {-1, 0}, 2.4f);
+    AddStairsAt(b, {17, 14}, {1, 0}, 2.0f);
+    AddStairsAt(b, {26, 5}, {0, 1}, 2.4f);
+    AddStairsAt(b, {18.5f, 39.1f}, {0.848f, 0.53f}, 2.0f);
+    AddStairsAt(b, {22.6f, 43.2f}, {-0.848f, -0.53f}, 2.0f);
+}
+
+struct Mooring {
+    Vec2 at;
+    float heading;
+    float length;
+};
+
+const std::vector<Mooring> kBoats = {
+    {{18.6f, 17.2f}, 1.7f, 2.2f},  {{33.7f, 12.4f}, 1.5f, 2.0f},  {{28.4f, 22.0f}, 0.1f, 2.2f},
+    {{30.6f, 20.6f}, 2.3f, 2.0f},  {{23.3f, 22.3f}, 0.7f, 2.2f},  {{19.9f, 37.9f}, 2.12f, 1.9f},
+    {{22.1f, 42.8f}, 2.15f, 2.0f}, {{16.2f, 43.8f}, 2.12f, 2.0f}, {{14.2f, 55.6f}, 2.13f, 2.0f},
+    {{2.6f, -6.1f}, 0.73f, 2.0f},  {{14.4f, -1.3f}, 0.75f, 2.0f}, {{-3.4f, -11.4f}, 0.7f, 2.0f},
+};
+
+void AddBoats(Builder& b) {
+    for (const Mooring& boat : kBoats) {
+        b.SetPlace({{boat.at.x, 0, boat.at.y}, {std::cos(boat.heading), std::sin(boat.heading)}});
+        AddBoat(b, {0, 0.06f, 0}, boat.length);
+    }
+    b.SetPlace({});
+}
+
+} // namespace
+
+Builder BuildCity(unsigned seed) {
+    Builder b;
+    for (const auto& outline : kLand)
+        AddLand(b, outline);
+    AddVault(b, kNorthPavement, kNorthGround);
+    for (size_t i = 0; i < kRows.size(); ++i)
+        AddRow(b, kRows[i].from, kRows[i].to, kRows[i].style, Hash(seed, static_cast<unsigned>(i)));
+    for (size_t i = 0; i < kTowers.size(); ++i)
+        AddTower(b, kTowers[i], Hash(seed, static_cast<unsigned>(i), 1));
+    AddPalace(b, {32.6f, 27.0f}, {23.6f + 5.4f, 27.4f}, 3, 5, Hash(seed, 1, 2));
+    AddBasilica(b, {8.0f, -36.2f}, {-1, 0}, 1.5f, Hash(seed, 2, 2));
+    for (const LampLine& line : kLampLines)
+        AddLamps(b, line.from, line.to, line.spacing);
+    AddBridge(b, {23.1f, 28.0f}, {28.35f, 28.0f}, 1.5f, 1.9f);
+    AddBridge(b, {11.9f, 50.0f}, {16.4f, 53.0f}, 1.6f, 4.4f);
+    AddBridge(b, {-6.3f, -13.4f}, {-2.7f, -17.4f}, 1.6f, 1.9f);
+    AddSkyBridge(b, {53.6f, 7.4f}, {53.6f, 16.0f}, 1.5f, 10.6f);
+    AddSeaGate(b, {0.4f, 68.0f}, {7.4f, 72.4f});
+    AddViaduct(b, {138.0f, -22.0f}, {68.2f, -17.0f}, 12, 5.2f);
+    AddViaduct(b, {-11.0f, -30.0f}, {-76.0f, -14.0f}, 12, 5.2f);
+    AddSeaFort(b, {-44.0f, -56.0f}, 3.2f, 15);
+    AddSeaFort(b, {-92.0f, -34.0f}, 3.6f, 19);
+    AddLighthouse(b, {0.5f, 106.0f}, 9);
+    AddWaterStairs(b);
+    AddBoats(b);
+    AddSeaBed(b, 1);
+    return b;
+}
+
+} // namespace Art

@@ -1,0 +1,140 @@
+// What lies under the water; declared with the rest of the waterfront.
+#include "art/city/waterfront.h"
+
+#include "art/city/houses.h"
+#include "art/common/noise.h"
+
+namespace Art {
+
+namespace {
+
+constexpr float kCell = 5.5f;
+constexpr float kWest = -75;
+constexpr float kEast = 135;
+constexpr float kNorth = -100;
+constexpr float kSouth = -20;
+
+const Paint kStone = Plain(Material::Stone);
+const Finish kStony{kStone, kStone};
+
+void AddGround(Builder& b, unsigned seed) {
+    const auto corner = [&](int i, int j) {
+        const Vec2 p{kWest + kCell * static_cast<float>(i), kNorth + kCell * static_cast<float>(j)};
+        return Vec3{p.x, SeaBedHeight(p, seed), p.y};
+    };
+    const Vec2 tile = FileOf(Material::SeaBed).tile;
+    for (int j = 0; kNorth + kCell * static_cast<float>(j) < kSouth; ++j) {
+        for (int i = 0; kWest + kCell * static_cast<float>(i) < kEast; ++i) {
+            const Vec3 c[] = {corner(i, j + 1), corner(i + 1, j + 1), corner(i + 1, j),
+                              corner(i, j)};
+            const Paint paint{
+                Material::SeaBed, {c[0].x / tile.x, -c[0].z / tile.y}, {1 / tile.x, 1 / tile.y}};
+            b.Facet({c[0], c[1], c[2]}, paint);
+            // The second triangle starts at its own corner but keeps the plane's pattern.
+            const Paint second{
+                Material::SeaBed, {c[2].x / tile.x, -c[2].z / tile.y}, {-1 / tile.x, -1 / tile.y}};
+            b.Facet({c[2], c[3], c[0]}, second);
+        }
+    }
+}
+
+void AddRock(Builder& b, Vec2 at, float size, unsigned seed) {
+    std::vector<Vec2> ring = Ring(at, size, 6, HashUnit(seed) * 6);
+    for (size_t i = 0; i < ring.size(); ++i)
+        ring[i] = at + (ring[i] - at) * (0.7f + 0.6f * HashUnit(seed, static_cast<unsigned>(i)));
+    const float y = SeaBedHeight(at, 1) - 1;
+    const float middle = y + size * (0.9f + HashUnit(seed, 11));
+    const Paint rock = Plain(Material::SeaBed, {at.x, at.y});
+    std::vector<Vec2> upper;
+    upper.reserve(ring.size());
+    const Vec2 lean = at + Vec2{size * 0.3f, size * 0.2f};
+    for (const Vec2 p : ring)
+        upper.push_back(lean + (p - lean) * 0.62f);
+    AddTaper(b, ring, lean, y, middle, 0.62f, {rock, rock}, false);
+    AddTaper(b, upper, lean, middle, middle + size * (0.4f + 0.8f * HashUnit(seed, 5)), 0.15f,
+             {rock, rock});
+}
+
+/// Two rows of great columns that lead to the city, some broken, pairs joined by beams.
+void AddColonnade(Builder& b, unsigned seed) {
+    for (int i = 0; i < 8; ++i) {
+        const float z = -92 + 6.2f * static_cast<float>(i);
+        for (const float x : {21.0f, 39.0f}) {
+            const bool broken = HashUnit(seed, static_cast<unsigned>(i), x > 30 ? 1 : 0) < 0.3f;
+            const float foot = SeaBedHeight({x, z}, 1) - 0.6f;
+            const float head =
+                broken ? foot + 3 + 4 * HashUnit(seed, 3, static_cast<unsigned>(i)) : -2.6f;
+            AddColumn(b, {x, z}, foot, head, 0.9f, 8, kStone);
+            if (!broken && i % 2 == 0)
+                AddBox(b, {x - 1.2f, x + 1.2f, head, head + 1, z - 1.2f, z + 6.6f}, kStony, true);
+        }
+    }
+}
+
+/// Great arches under water that carry the promenade of the north front.
+void AddFootArcade(Builder& b, float x0, float x1, float z, float depth) {
+    constexpr float kPitch = 6;
+    constexpr float kTop = -0.8f;
+    const int count = static_cast<int>((x1 - x0) / kPitch);
+    b.SetPlace({{x1, 0, z}, {-1, 0}});
+    const float length = x1 - x0;
+    ArchWall wall{0, length, kSeaFloor, kTop, 0, depth, {}, false, true, 8};
+    for (int i = 0; i < count; ++i) {
+        const float middle = length * (static_cast<float>(i) + 0.5f) / static_cast<float>(count);
+        wall.arches.push_back({middle - 2.1f, middle + 2.1f, -4.2f});
+    }
+    AddArchWall(b, wall, kStone, kStone);
+    for (int i = 0; i <= count; ++i) {
+        const float x = length * static_cast<float>(i) / static_cast<float>(count);
+        AddBox(b, {x - 0.55f, x + 0.55f, kSeaFloor, -3.4f, 0, 0.9f}, kStony);
+        AddTaper(b, {{x - 0.55f, 0}, {x + 0.55f, 0}, {x + 0.55f, 0.9f}, {x - 0.55f, 0.9f}}, {x, 0},
+                 -3.4f, -2.2f, 0.1f, kStony);
+    }
+    b.SetPlace({});
+}
+
+/// Rows of columns that carry the pavement between the arcade and the ground.
+void AddColumnForest(Builder& b, unsigned seed) {
+    for (int j = 0; j < 3; ++j) {
+        for (int i = 0; i < 10; ++i) {
+            const Vec2 at{-9 + 5.8f * static_cast<float>(i), -35.5f + 4.8f * static_cast<float>(j)};
+            const float foot = SeaBedHeight(at, seed) - 0.5f;
+            AddTaper(b, Ring(at, 0.75f, 6), at, foot, -2.2f, 0.8f, kStony, false);
+            AddTaper(b, Ring(at, 0.62f, 6), at, -2.2f, -0.8f, 2.2f, kStony, false);
+        }
+    }
+}
+
+} // namespace
+
+void AddVault(Builder& b, const std::vector<Vec2>& pavement, const std::vector<Vec2>& ground) {
+    b.SetPlace({});
+    AddPrism(b, pavement, Builder::kSplitHigh, kQuay,
+             {kStone, Plain(Material::Stone, {1.7f, 3.1f})});
+    AddPrism(b, ground, kSeaFloor, -0.9f, kStony);
+    // The slab's underside, as one piece over the outline's box from the sea to the ground.
+    b.Rect({-12, -0.8f, -41}, {1, 0, 0}, {0, 0, 1}, 58, 22, kStone);
+}
+
+float SeaBedHeight(Vec2 p, unsigned seed) {
+    const float hills = Fbm2(p * 0.045f, seed, 3) * 3.2f;
+    const float ridge = (1 - std::abs(Noise2(p * 0.07f, seed + 9))) * 2.2f;
+    const float valley = -2.0f * std::exp(-(p.x - 30) * (p.x - 30) / 90);
+    return -14.5f + hills + ridge * SmoothStep(-100, -45, p.y) + valley;
+}
+
+void AddSeaBed(Builder& b, unsigned seed) {
+    b.SetPlace({});
+    AddGround(b, seed);
+    AddColonnade(b, seed);
+    AddFootArcade(b, -12, 46, -41, 1.4f);
+    AddColumnForest(b, seed);
+    for (unsigned i = 0; i < 34; ++i) {
+        const Vec2 at{Mix(-50.0f, 110.0f, HashUnit(seed, i, 40)),
+                      Mix(-88.0f, -46.0f, HashUnit(seed, i, 41))};
+        if (std::abs(at.x - 30) > 5)
+            AddRock(b, at, 1.2f + 2.6f * HashUnit(seed, i, 42), Hash(seed, i));
+    }
+}
+
+} // namespace Art

@@ -1,0 +1,248 @@
+#include "art/city/waterfront.h"
+
+#include "art/city/houses.h"
+#include "art/common/noise.h"
+
+namespace Art {
+
+namespace {
+
+constexpr Vec3 kUp{0, 1, 0};
+const Paint kTrim = Plain(Material::Trim);
+const Paint kStone = Plain(Material::Stone);
+const Paint kRoof = Plain(Material::Roof);
+const Finish kTrimmed{kTrim, kTrim};
+
+} // namespace
+
+void AddLand(Builder& b, const std::vector<Vec2>& outline) {
+    b.SetPlace({});
+    AddPrism(b, outline, kSeaFloor, kQuay, {kStone, Plain(Material::Stone, {1.7f, 3.1f})});
+}
+
+void AddLamps(Builder& b, Vec2 from, Vec2 to, float spacing, float height) {
+    b.SetPlace({});
+    const int count = std::max(1, static_cast<int>(Length(to - from) / spacing));
+    for (int i = 0; i <= count; ++i) {
+        const Vec2 p = Mix(from, to, static_cast<float>(i) / static_cast<float>(count));
+        AddLampPost(b, {p.x, kQuay, p.y}, height);
+    }
+}
+
+namespace {
+
+/// The two curves of a humped bridge, over x from its middle.
+struct Hump {
+    float half;  ///< of the opening
+    float reach; ///< from the middle to where the deck meets the quay
+    float crown;
+
+    float Under(float x) const {
+        const float inside = std::max(0.0f, 1 - x * x / (half * half));
+        return Builder::kSplitHigh + (crown - Builder::kSplitHigh) * std::sqrt(inside);
+    }
+    float Deck(float x) const {
+        const float t = x / reach;
+        return kQuay + (crown + 0.3f - kQuay) * (1 - t * t);
+    }
+};
+
+constexpr int kHumpSegments = 10;
+
+/// Places across the bridge: the abutments, then the arch, denser where it is steep.
+std::vector<float> HumpStations(const Hump& hump) {
+    std::vector<float> stations{-hump.reach};
+    for (int i = 0; i <= kHumpSegments; ++i)
+        stations.push_back(-hump.half * std::cos(kPi * static_cast<float>(i) / kHumpSegments));
+    stations.push_back(hump.reach);
+    return stations;
+}
+
+void AddHumpSide(Builder& b, const Hump& hump, float z, float facing, float low, bool deckOnly) {
+    const std::vector<float> stations = HumpStations(hump);
+    Surface& face = b.Open({0, 0, z}, {facing, 0, 0}, kUp, kStone);
+    for (size_t i = 0; i + 1 < stations.size(); ++i) {
+        const float a = stations[i];
+        const float c = stations[i + 1];
+        const bool solid = i == 0 || i + 2 == stations.size();
+        const auto under = [&](float x) {
+            if (deckOnly)
+                return hump.Deck(x);
+            return solid ? Builder::kSplitHigh : hump.Under(x);
+        };
+        std::vector<Vec2> quad{{a * facing, under(a)},
+                               {c * facing, under(c)},
+                               {c * facing, hump.Deck(c) + low},
+                               {a * facing, hump.Deck(a) + low}};
+        if (facing < 0)
+            std::reverse(quad.begin(), quad.end());
+        face.polygons.push_back(quad);
+    }
+}
+
+void AddHumpSurfaces(Builder& b, const Hump& hump, float z) {
+    const std::vector<float> stations = HumpStations(hump);
+    for (size_t i = 0; i + 1 < stations.size(); ++i) {
+        const float a = stations[i];
+        const float c = stations[i + 1];
+        b.Facet({{a, hump.Deck(a), z},
+                 {c, hump.Deck(c), z},
+                 {c, hump.Deck(c), -z},
+                 {a, hump.Deck(a), -z}},
+                kTrim);
+        if (i > 0 && i + 2 < stations.size())
+            b.Facet({{a, hump.Under(a), -z},
+                     {c, hump.Under(c), -z},
+                     {c, hump.Under(c), z},
+                     {a, hump.Under(a), z}},
+                    kTrim);
+    }
+}
+
+} // namespace
+
+void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown) {
+    constexpr float kParapet = 0.32f;
+    constexpr float kThick = 0.12f;
+    const Place start = Facing(from, to);
+    const float length = Length(to - from);
+    b.SetPlace({start.World({length / 2, 0, 0}), start.x});
+    const Hump hump{length / 2, length / 2 + 1.5f + crown * 0.35f, crown};
+    const float z = width / 2;
+    AddHumpSide(b, hump, z, 1, kParapet, false);
+    AddHumpSide(b, hump, -z, -1, kParapet, false);
+    AddHumpSide(b, hump, z - kThick, -1, kParapet, true);
+    AddHumpSide(b, hump, -z + kThick, 1, kParapet, true);
+    AddHumpSurfaces(b, hump, z);
+    for (const float x : {-0.55f, 0.0f, 0.55f})
+        for (const float side : {-z, z})
+            AddLampPost(b, {x * length, hump.Deck(x * length), side}, 1.0f);
+    b.SetPlace({});
+}
+
+void AddSkyBridge(Builder& b, Vec2 from, Vec2 to, float width, float y) {
+    b.SetPlace(Facing(from, to));
+    const float length = Length(to - from);
+    const float z = width / 2;
+    const int count = std::max(1, static_cast<int>(length / 3));
+    const float pitch = length / static_cast<float>(count);
+    ArchWall wall{0, length, y - 1.6f, y, z, width, {}, true, false, 6};
+    for (int i = 0; i < count; ++i)
+        wall.arches.push_back({pitch * (static_cast<float>(i) + 0.06f),
+                               pitch * (static_cast<float>(i) + 0.94f), y - 1.6f});
+    for (Arch& arch : wall.arches)
+        arch.spring = y - 0.3f - (arch.x1 - arch.x0) / 2;
+    wall.y0 = wall.arches[0].spring;
+    AddArchWall(b, wall, kTrim, kTrim);
+    AddBox(b, {0, length, y, y + 0.2f, -z - 0.15f, z + 0.15f}, kTrimmed, true);
+    AddFacadeBox(b, {0, length, y + 0.2f, y + 1.2f, -z, z}, Material::Palace, kTrim, 91);
+    AddGableAlongX(b, {0, length, 0, y + 1.2f, -z, z}, 0.6f, 0.12f, {kTrim, kRoof});
+    for (int i = 0; i <= count; ++i)
+        for (const float side : {-z - 0.1f, z + 0.1f})
+            AddSpark(b, {pitch * static_cast<float>(i), y + 0.55f, side}, 0.1f, 0.5f);
+    b.SetPlace({});
+}
+
+void AddSeaGate(Builder& b, Vec2 from, Vec2 to) {
+    b.SetPlace(Facing(from, to));
+    const float length = Length(to - from);
+    for (const float x : {0.0f, length}) {
+        AddBox(b, {x - 1.9f, x + 1.9f, kSeaFloor, 0.9f, -1.9f, 1.9f}, {kStone, kTrim});
+        AddBox(b, {x - 1.4f, x + 1.4f, 0.9f, 7.5f, -1.4f, 1.4f}, {kStone, kTrim});
+        AddBox(b, {x - 1.65f, x + 1.65f, 7.5f, 8.0f, -1.65f, 1.65f}, kTrimmed, true);
+        AddFacadeBox(b, {x - 1.1f, x + 1.1f, 8.0f, 10.0f, -1.1f, 1.1f}, Material::Palace, kTrim,
+                     17);
+        AddTaper(b, Ring({x, 0}, 1.9f, 4, kPi / 4), {x, 0}, 10.0f, 13.0f, 0, {kRoof, kRoof}, false);
+        for (const float z : {-1.45f, 1.45f})
+            AddLantern(b, {x, 3.0f, z}, 0.16f, 1.2f);
+    }
+    const float x0 = 1.4f;
+    const float x1 = length - 1.4f;
+    const float radius = (x1 - x0) / 2;
+    ArchWall wall{
+        x0,   x1,    3.4f, 3.4f + radius + 1.0f, 0.6f, 1.2f, {{x0 + 0.01f, x1 - 0.01f, 3.4f}},
+        true, false, 12};
+    AddArchWall(b, wall, kStone, kTrim);
+    AddBox(b, {x0, x1, wall.y1, wall.y1 + 0.4f, -0.75f, 0.75f}, kTrimmed, true);
+    for (int i = 0; i < 4; ++i)
+        AddSpark(b, {Mix(x0, x1, (static_cast<float>(i) + 0.5f) / 4), wall.y1 + 0.75f, 0}, 0.12f,
+                 0.7f);
+    b.Building();
+    b.Building({length, 0});
+    b.SetPlace({});
+}
+
+void AddViaduct(Builder& b, Vec2 from, Vec2 to, int bays, float deck) {
+    b.SetPlace(Facing(from, to));
+    const float pitch = Length(to - from) / static_cast<float>(bays);
+    const float radius = pitch * 0.4f;
+    constexpr float kWidth = 1.6f;
+    ArchWall wall{0,
+                  pitch * static_cast<float>(bays),
+                  Builder::kSplitHigh,
+                  deck,
+                  kWidth / 2,
+                  kWidth,
+                  {},
+                  true,
+                  true,
+                  6};
+    for (int i = 0; i < bays; ++i) {
+        const float middle = pitch * (static_cast<float>(i) + 0.5f);
+        wall.arches.push_back({middle - radius, middle + radius, deck - 0.8f - radius});
+    }
+    AddArchWall(b, wall, kStone, kStone);
+    AddBox(b, {0, wall.x1, deck, deck + 0.3f, -kWidth / 2 - 0.15f, kWidth / 2 + 0.15f}, kTrimmed,
+           true);
+    for (int i = 0; i <= bays; i += 3) {
+        const float x = pitch * static_cast<float>(i);
+        const float high = i % 2 == 0 ? 3.6f : 2.2f;
+        AddBox(b, {x - 0.9f, x + 0.9f, 0, deck + high, -kWidth / 2 - 0.3f, kWidth / 2 + 0.3f},
+               {kStone, kTrim});
+        AddTaper(b, Ring({x, 0}, 1.5f, 4, kPi / 4), {x, 0}, deck + high, deck + high + 2.2f, 0,
+                 {kRoof, kRoof}, false);
+        AddSpark(b, {x, deck + 1.4f, -kWidth / 2 - 0.4f}, 0.16f, 1);
+    }
+    for (int i = 0; i < bays; ++i)
+        AddBox(b,
+               {pitch * (static_cast<float>(i) + 0.9f), pitch * (static_cast<float>(i) + 1.1f),
+                kSeaFloor, Builder::kSplitLow, -kWidth / 2, kWidth / 2},
+               {kStone, kStone});
+    b.SetPlace({});
+}
+
+void AddSeaFort(Builder& b, Vec2 at, float radius, float height) {
+    b.SetPlace({{at.x, 0, at.y}, {1, 0}});
+    constexpr int kSides = 10;
+    AddTaper(b, Ring({}, radius * 1.5f, kSides), {}, kSeaFloor, Builder::kSplitLow, 0.8f,
+             {kStone, kStone}, false);
+    AddPrism(b, Ring({}, radius * 1.2f, kSides), Builder::kSplitHigh, 1.2f, {kStone, kTrim});
+    AddPrism(b, Ring({}, radius, kSides), 1.2f, height * 0.36f, {kStone, kTrim});
+    AddPrism(b, Ring({}, radius * 1.08f, kSides), height * 0.36f, height * 0.36f + 0.5f, kTrimmed);
+    const Paint wall{Material::Tower, {0, 0.5f}, {1.0f / 16, 1.0f / 16}};
+    AddPrism(b, Ring({}, radius * 0.42f, 8), height * 0.36f, height * 0.72f, {wall, kTrim});
+    AddPrism(b, Ring({}, radius * 0.52f, 8), height * 0.72f, height * 0.76f, kTrimmed);
+    AddTaper(b, Ring({}, radius * 0.5f, 8), {}, height * 0.76f, height, 0, {kRoof, kRoof}, false);
+    for (const Vec2 p : Ring({}, radius * 1.02f, 5, 0.3f))
+        AddSpark(b, {p.x, height * 0.36f + 1.0f, p.y}, 0.2f, 1.2f);
+    b.Building();
+    b.SetPlace({});
+}
+
+void AddLighthouse(Builder& b, Vec2 at, float height) {
+    b.SetPlace({{at.x, 0, at.y}, {1, 0}});
+    AddPrism(b, Ring({}, 2.2f, 8, kPi / 8), kSeaFloor, 1.0f, {kStone, kTrim});
+    const Paint wall{Material::HouseCool, {}, {1.0f / 8, 1.0f / 16}};
+    AddTaper(b, Ring({}, 1.1f, 8), {}, 1.0f, height - 1.8f, 0.6f, {wall, kTrim});
+    AddPrism(b, Ring({}, 1.0f, 8), height - 1.8f, height - 1.55f, kTrimmed);
+    AddSpark(b, {0, height - 1.0f, 0}, 0.42f, 4);
+    AddTaper(b, Ring({}, 0.75f, 8), {}, height - 0.45f, height + 0.3f, 0, {kRoof, kRoof}, false);
+    for (const Vec2 p : Ring({}, 0.6f, 4))
+        AddBox(b,
+               {p.x - 0.05f, p.x + 0.05f, height - 1.55f, height - 0.45f, p.y - 0.05f, p.y + 0.05f},
+               {kRoof, kRoof});
+    b.Building();
+    b.SetPlace({});
+}
+
+} // namespace Art

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "art/city/parts.h"
+
+namespace Art {
+
+/// How far under the water the quay walls stand.
+inline constexpr float kSeaFloor = -14;
+
+/// A piece of made land: quay walls down to the sea floor, pavement on top at kQuay.
+void AddLand(Builder& b, const std::vector<Vec2>& outline);
+
+/// Land whose pavement stands out over the water on columns, beyond the ground that carries
+/// the rest of it. Both outlines run as in AddLand.
+void AddVault(Builder& b, const std::vector<Vec2>& pavement, const std::vector<Vec2>& ground);
+
+/// Lamp posts every `spacing` units between two ground points.
+void AddLamps(Builder& b, Vec2 from, Vec2 to, float spacing, float height = 1.3f);
+
+/// A humped stone bridge over the water between two banks; `crown` is the height of the
+/// arch's underside.
+void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown);
+
+/// A covered bridge between two towers, its floor at height y.
+void AddSkyBridge(Builder& b, Vec2 from, Vec2 to, float width, float y);
+
+/// A gate between the sea and a canal: two towers joined by a wall with one great arch.
+void AddSeaGate(Builder& b, Vec2 from, Vec2 to);
+
+/// A long arched causeway over the sea with small towers on its piers, its road at height
+/// `deck`.
+void AddViaduct(Builder& b, Vec2 from, Vec2 to, int bays, float deck);
+
+/// A round fort out at sea with a watch tower of the given height.
+void AddSeaFort(Builder& b, Vec2 at, float radius, float height);
+
+/// A lighthouse on a round base that stands in the water.
+void AddLighthouse(Builder& b, Vec2 at, float height);
+
+/// The hill and dale of the sea bed, its rocks and sunken colonnade, and the arcade that
+/// carries the north front of the city.
+void AddSeaBed(Builder& b, unsigned seed);
+
+/// Height of the sea bed at a ground point.
+float SeaBedHeight(Vec2 p, unsigned seed);
+
+} // namespace Art

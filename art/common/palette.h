@@ -1,0 +1,28 @@
+#pragma once
+
+#include "art/common/vec.h"
+
+/// The one time of day of the whole picture: what the sky, the light map and the materials
+/// must agree on. All colours are display values 0..1 unless they say linear.
+namespace Art {
+
+/// Direction to the light, unit length: the afterglow low over -x -z, 17 degrees high.
+Vec3 LightDirection();
+
+/// The cloudless sky at a unit direction, linear radiance (1 = display white). Deep blue dusk
+/// with a warm band along the horizon, strongest towards the light. Below the horizon it is
+/// the water seen from below, see UnderwaterColour().
+Vec3 SkyRadiance(Vec3 direction);
+
+/// Linear irradiance of the low light on a surface that faces it.
+Vec3 LightIrradiance();
+
+/// What distance fades into under water, display values; the sky's lower half meets it at the
+/// horizon.
+Vec3 UnderwaterColour();
+
+/// Display value of a linear one and back (plain 2.2 power, per channel, clamped at 0).
+Vec3 ToDisplay(Vec3 linear);
+Vec3 ToLinear(Vec3 display);
+
+} // namespace Art

@@ -1,0 +1,112 @@
+// bake_lightmap FOLDER [--quick] [--threads N]: bakes FOLDER/lightmap.jpg for the city whose
+// mesh and textures lie in FOLDER.
+#include "art/city/plan.h"
+#include "art/common/palette.h"
+#include "art/lightmap/baker.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+using namespace Art;
+
+struct Options {
+    std::string folder;
+    BakeQuality quality;
+};
+
+bool ReadOptions(int argc, char** argv, Options& options) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--quick") == 0) {
+            options.quality.sunRays = 6;
+            options.quality.bounceRays = 12;
+            options.quality.finalRays = 28;
+            options.quality.bounces = 1;
+        } else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc) {
+            options.quality.threads = std::atoi(argv[++i]);
+        } else if (options.folder.empty() && argv[i][0] != '-') {
+            options.folder = argv[i];
+        } else {
+            return false;
+        }
+    }
+    return !options.folder.empty();
+}
+
+/// Small surfaces are enough for light: one texel of them a window or so.
+Picture Coarse(Picture picture) {
+    while (picture.Width() > 128 && picture.Width() % 2 == 0 && picture.Height() % 2 == 0)
+        picture = Halved(picture);
+    return picture;
+}
+
+/// Display values to linear ones.
+Picture Linear(Picture picture) {
+    for (int y = 0; y < picture.Height(); ++y) {
+        for (int x = 0; x < picture.Width(); ++x) {
+            Rgba& p = picture.At(x, y);
+            const Vec3 c = ToLinear({p.r, p.g, p.b});
+            p = {c.x, c.y, c.z, p.a};
+        }
+    }
+    return picture;
+}
+
+/// Sea water swallows light with depth, red first.
+Vec3 Veil(Vec3 p) {
+    const float depth = std::max(-p.y, 0.0f);
+    return {std::exp(-0.07f * depth), std::exp(-0.02f * depth), std::exp(-0.012f * depth)};
+}
+
+/// Under water the light comes from above; over it the dusk.
+Vec3 Sky(Vec3 direction) {
+    constexpr Vec3 kSeaLight{0.16f, 0.25f, 0.28f};
+    return direction.y > 0 ? SkyRadiance(direction) * 2.2f : kSeaLight;
+}
+
+/// The last light has left the streets and still stands on the towers.
+float SunShare(Vec3 p) {
+    return 0.06f + 0.94f * SmoothStep(2.5f, 17.0f, p.y);
+}
+
+BakeScene CityScene(const std::string& folder, bool& whole) {
+    constexpr Vec3 kLampColour{1.0f, 0.62f, 0.26f};
+    constexpr float kLampPower = 0.45f;
+    BakeScene scene;
+    std::string error;
+    whole = ReadMesh(folder + "/city.xt3dstatic", scene.mesh, error);
+    if (!whole)
+        std::fprintf(stderr, "%s\n", error.c_str());
+    for (const SubMesh& sub : scene.mesh.subMeshes) {
+        const std::string& name = sub.textures[0];
+        if (!scene.surfaces.contains(name))
+            scene.surfaces[name] = Linear(Coarse(ReadAsEngine((folder + "/").append(name))));
+        whole = whole && scene.surfaces[name].Width() > 0;
+    }
+    for (const LampLight& lamp : BuildCity(kCitySeed).lamps)
+        scene.lamps.push_back({lamp.position, kLampColour * (kLampPower * lamp.power), 0.14f});
+    scene.sun = {LightDirection(), LightIrradiance(), 0.035f, SunShare};
+    scene.sky = Sky;
+    scene.veil = Veil;
+    scene.glow = 1.6f;
+    return scene;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    if (!ReadOptions(argc, argv, options)) {
+        std::fprintf(stderr, "usage: bake_lightmap FOLDER [--quick] [--threads N]\n");
+        return 2;
+    }
+    bool whole = false;
+    const BakeScene scene = CityScene(options.folder, whole);
+    if (!whole)
+        return 1;
+    const Picture light = BakeLight(scene, options.quality);
+    constexpr int kQuality = 93;
+    return WriteEngineJpeg(options.folder + "/lightmap.jpg", EncodeLight(light), kQuality) ? 0 : 1;
+}

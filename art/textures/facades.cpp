@@ -1,0 +1,157 @@
+// The three kinds of facade; surfaces without windows are in surfaces.cpp.
+#include "art/textures/facade.h"
+#include "art/textures/textures.h"
+
+#include "art/common/noise.h"
+
+namespace Art {
+
+namespace {
+
+constexpr int kBay = 64;
+
+/// A pane inside a frame: maps p to the pane and adds mullions.
+Rgba FramedPane(Vec2 p, float x0, float x1, float y0, float y1, Rgba frame, unsigned id,
+                float share, int across, int up) {
+    const Vec2 q{(p.x - x0) / (x1 - x0), (p.y - y0) / (y1 - y0)};
+    const float border = 0.035f / (x1 - x0);
+    if (q.x < border || q.x > 1 - border || q.y < border || q.y > 1 - border)
+        return frame;
+    const float cx = q.x * static_cast<float>(across);
+    const float cy = q.y * static_cast<float>(up);
+    const float bar = 0.06f * static_cast<float>(across);
+    const bool onBar = (std::abs(cx - std::round(cx)) < bar / 2 && cx > 0.5f &&
+                        cx < static_cast<float>(across) - 0.5f) ||
+                       (std::abs(cy - std::round(cy)) < bar / 2 && cy > 0.5f &&
+                        cy < static_cast<float>(up) - 0.5f);
+    if (onBar)
+        return Shade(frame, 0.7f);
+    return Glass(q, id, share);
+}
+
+/// Rain and soot under a sill at height y.
+float Stain(Vec2 p, float x0, float x1, float y, unsigned id) {
+    if (p.y > y || p.x < x0 || p.x > x1)
+        return 1;
+    const float streak = 0.5f + 0.5f * Noise2({p.x * 24, 0.5f}, id);
+    return 1 - 0.16f * streak * SmoothStep(y - 0.22f, y, p.y);
+}
+
+Rgba HouseWindow(Vec2 p, Rgba wall, unsigned id) {
+    constexpr Rgba kFrame{0.82f, 0.79f, 0.74f};
+    if (Inside(p, 0.25f, 0.75f, 0.18f, 0.23f))
+        return Shade(kFrame, 0.95f);
+    if (Inside(p, 0.27f, 0.73f, 0.80f, 0.85f))
+        return Shade(wall, 1.16f);
+    const bool shutters = Hash(id, 20) % 3 == 0;
+    if (shutters &&
+        (Inside(p, 0.13f, 0.28f, 0.23f, 0.79f) || Inside(p, 0.72f, 0.87f, 0.23f, 0.79f))) {
+        const float slat = std::abs(std::sin(p.y * 60));
+        return Shade({0.20f, 0.27f, 0.33f}, 0.75f + 0.35f * slat);
+    }
+    if (Inside(p, 0.29f, 0.71f, 0.23f, 0.79f))
+        return FramedPane(p, 0.29f, 0.71f, 0.23f, 0.79f, kFrame, id, 0.36f, 2, 3);
+    return Shade(wall, Stain(p, 0.25f, 0.75f, 0.18f, id));
+}
+
+Rgba HouseGround(Vec2 p, Rgba wall, unsigned id) {
+    constexpr Rgba kStone{0.60f, 0.58f, 0.56f};
+    if (p.y > 0.93f)
+        return Shade(kStone, 1.2f);
+    if (p.y < 0.10f)
+        return Shade(kStone, 0.8f);
+    if (Hash(id, 30) % 3 == 0) {
+        const float arch =
+            0.62f + 0.2f * std::sqrt(std::max(0.0f, 1 - std::pow((p.x - 0.5f) / 0.22f, 2.0f)));
+        if (std::abs(p.x - 0.5f) < 0.22f && p.y < arch && p.y > 0.60f)
+            return Glass({(p.x - 0.28f) / 0.44f, (p.y - 0.6f) / 0.25f}, id, 0.7f);
+        if (std::abs(p.x - 0.5f) < 0.22f && p.y <= 0.60f)
+            return Shade({0.24f, 0.17f, 0.14f}, std::abs(p.x - 0.5f) < 0.012f
+                                                    ? 0.5f
+                                                    : 0.85f + 0.2f * std::abs(std::sin(p.x * 70)));
+        if (std::abs(p.x - 0.5f) < 0.28f && p.y < arch + 0.06f)
+            return kStone;
+        return wall;
+    }
+    if (Inside(p, 0.16f, 0.84f, 0.22f, 0.78f))
+        return FramedPane(p, 0.16f, 0.84f, 0.22f, 0.78f, {0.35f, 0.28f, 0.24f}, id, 0.62f, 3, 2);
+    if (Inside(p, 0.12f, 0.88f, 0.16f, 0.22f) || Inside(p, 0.12f, 0.88f, 0.78f, 0.84f))
+        return kStone;
+    return wall;
+}
+
+} // namespace
+
+Picture PaintHouse(Rgba plaster, unsigned seed) {
+    constexpr int kAcross = 8;
+    constexpr int kUp = 16;
+    return PaintCells(kAcross, kUp, kBay, [&](int column, int row, Vec2 p) {
+        const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
+        const Rgba wall = Shade(plaster, Grain(place, kAcross, kUp, seed));
+        const unsigned id = Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), seed);
+        return row == 0 ? HouseGround(p, wall, id) : HouseWindow(p, wall, id);
+    });
+}
+
+namespace {
+
+Rgba PalaceBay(Vec2 p, Rgba wall, unsigned id, float share) {
+    constexpr float kHalf = 0.25f;
+    constexpr float kSpring = 0.58f;
+    const float dx = p.x - 0.5f;
+    const float round = std::sqrt(std::max(0.0f, kHalf * kHalf - dx * dx));
+    const float outer = std::sqrt(std::max(0.0f, 0.32f * 0.32f - dx * dx));
+    if (p.x < 0.07f || p.x > 0.93f)
+        return Shade(wall, 1.18f - 0.25f * std::abs(std::sin(p.x * 2 * kPi * 7)));
+    if (p.y > 0.955f || p.y < 0.04f)
+        return Shade(wall, p.y > 0.5f ? 1.25f : 0.8f);
+    if (std::abs(dx) < kHalf && p.y > 0.12f && p.y < kSpring + round) {
+        const bool bar = std::abs(dx) < 0.018f || std::abs(p.y - kSpring) < 0.018f;
+        return bar ? Shade(wall, 0.7f)
+                   : Glass({dx / (2 * kHalf) + 0.5f, (p.y - 0.12f) / 0.72f}, id, share);
+    }
+    if (std::abs(dx) < 0.32f && p.y > 0.09f && p.y < kSpring + outer)
+        return Shade(wall, 1.2f);
+    return Shade(wall, Stain(p, 0.2f, 0.8f, 0.1f, id));
+}
+
+} // namespace
+
+Picture PaintPalace() {
+    constexpr int kAcross = 8;
+    constexpr int kUp = 16;
+    return PaintCells(kAcross, kUp, kBay, [&](int column, int row, Vec2 p) {
+        const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
+        const Rgba wall = Shade({0.66f, 0.62f, 0.57f}, Grain(place, kAcross, kUp, 77));
+        const unsigned id = Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), 78);
+        return PalaceBay(p, wall, id, row == 0 ? 0.7f : 0.42f);
+    });
+}
+
+Picture PaintTower() {
+    constexpr int kAcross = 16;
+    constexpr int kUp = 16;
+    return PaintCells(kAcross, kUp, kBay, [&](int column, int row, Vec2 p) {
+        const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
+        const Rgba wall = Shade({0.58f, 0.57f, 0.58f}, Grain(place, kAcross, kUp, 91));
+        const unsigned floorId = Hash(static_cast<unsigned>(row), 92);
+        // Whole floors at work or asleep, with exceptions.
+        const float share = 0.12f + 0.5f * HashUnit(floorId) * HashUnit(floorId, 1);
+        const float rib = std::min(p.x, 1 - p.x);
+        if (rib < 0.09f)
+            return Shade(wall, 1.05f + 0.25f * SmoothStep(0.09f, 0.0f, rib));
+        for (unsigned half = 0; half < 2; ++half) {
+            const float x0 = half == 0 ? 0.15f : 0.55f;
+            if (Inside(p, x0, x0 + 0.30f, 0.26f, 0.90f))
+                return FramedPane(
+                    p, x0, x0 + 0.30f, 0.26f, 0.90f, Shade(wall, 0.55f),
+                    Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), 93 + half),
+                    share, 1, 2);
+        }
+        if (p.y < 0.2f)
+            return Shade(wall, 0.72f + 0.1f * std::abs(std::sin(p.x * 2 * kPi * 3)));
+        return wall;
+    });
+}
+
+} // namespace Art

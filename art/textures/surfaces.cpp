@@ -1,0 +1,115 @@
+#include "art/textures/facade.h"
+#include "art/textures/textures.h"
+
+#include "art/common/noise.h"
+
+#include <algorithm>
+
+namespace Art {
+
+namespace {
+
+/// A picture of side x side pixels from a colour over the plane, in units of the texture.
+template <typename Colour>
+Picture PaintPlane(int side, float units, Colour colour) {
+    Picture large(2 * side, 2 * side);
+    for (int y = 0; y < 2 * side; ++y)
+        for (int x = 0; x < 2 * side; ++x)
+            large.At(x, y) = colour(
+                Vec2{(static_cast<float>(x) + 0.5f), static_cast<float>(2 * side - 1 - y) + 0.5f} *
+                (units / static_cast<float>(2 * side)));
+    return Halved(large);
+}
+
+} // namespace
+
+Picture PaintStone() {
+    return PaintPlane(512, 8, [](Vec2 p) {
+        constexpr float kCourse = 0.5f;
+        const int row = static_cast<int>(p.y / kCourse);
+        const float shift = 0.5f * HashUnit(static_cast<unsigned>(row), 5);
+        const float length = row % 2 == 0 ? 1.0f : 0.8f;
+        const int count = static_cast<int>(8 / length);
+        const float along = (p.x + shift) / length;
+        const int column = static_cast<int>(std::floor(along)) % count;
+        const unsigned id = Hash(static_cast<unsigned>(row), static_cast<unsigned>(column), 6);
+        const float fx = (along - std::floor(along)) * length;
+        const float fy = p.y - static_cast<float>(row) * kCourse;
+        const float edge = std::min(std::min(fx, length - fx), std::min(fy, kCourse - fy));
+        const float grain = 1 + 0.12f * Fbm2(p, 3, 5, 8) + 0.05f * Noise2(p * 24, 4, 192);
+        const float tone = (0.84f + 0.3f * HashUnit(id)) * grain *
+                           (0.62f + 0.38f * SmoothStep(0.0f, 0.035f, edge));
+        const float warm = HashUnit(id, 2) * 0.05f;
+        return Rgba{(0.50f + warm) * tone, 0.485f * tone, (0.475f - warm * 0.5f) * tone, 1};
+    });
+}
+
+Picture PaintTrim() {
+    return PaintPlane(256, 4, [](Vec2 p) {
+        const float tone = 1 + 0.06f * Fbm2(p, 13, 5, 4) + 0.025f * Noise2(p * 32, 14, 128);
+        return Rgba{0.70f * tone, 0.675f * tone, 0.64f * tone, 1};
+    });
+}
+
+Picture PaintRoof() {
+    return PaintPlane(512, 6, [](Vec2 p) {
+        constexpr int kRows = 24;
+        constexpr int kColumns = 20;
+        const float y = p.y / 6 * kRows;
+        const int row = static_cast<int>(y);
+        const float x = p.x / 6 * kColumns + (row % 2 == 0 ? 0.0f : 0.5f);
+        const int column = static_cast<int>(x) % kColumns;
+        const unsigned id = Hash(static_cast<unsigned>(row), static_cast<unsigned>(column), 21);
+        const float fx = x - std::floor(x);
+        const float fy = y - static_cast<float>(row);
+        const float lower = 0.22f * (1 - std::sqrt(std::max(0.0f, 1 - std::pow(2 * fx - 1, 2.0f))));
+        const float gap = fy < lower + 0.07f || fx < 0.04f ? 0.55f : 1.0f;
+        const float tone = gap * (0.8f + 0.32f * HashUnit(id)) * (1 + 0.10f * Fbm2(p, 22, 4, 6)) *
+                           (0.88f + 0.2f * (1 - fy));
+        const float warm = 0.05f * HashUnit(id, 3);
+        return Rgba{(0.41f + warm) * tone, 0.375f * tone, 0.385f * tone, 1};
+    });
+}
+
+Picture PaintSeaBed() {
+    return PaintPlane(512, 12, [](Vec2 p) {
+        const float bend = 0.6f * Noise2(p * 0.5f, 31, 6);
+        const float ripple = std::sin((p.y + bend) * 2 * kPi * 1.5f + Noise2(p, 32, 12) * 2.0f);
+        const Cell stones = Cellular2(p, 33, 12);
+        const bool stone = HashUnit(stones.id, 4) < 0.35f &&
+                           stones.nearest < 0.22f + 0.2f * HashUnit(stones.id, 5);
+        const float grain = 1 + 0.12f * Fbm2(p, 34, 5, 12) + 0.06f * Noise2(p * 12, 35, 144);
+        if (stone)
+            return Shade({0.42f, 0.44f, 0.44f},
+                         grain * (0.8f + 0.4f * HashUnit(stones.id, 6)) * (1.15f - stones.nearest));
+        return Shade({0.72f, 0.68f, 0.58f}, grain * (1 + 0.10f * ripple));
+    });
+}
+
+Picture PaintLamp() {
+    constexpr int kSide = 32;
+    return PaintPlane(kSide, 1, [](Vec2 p) {
+        const float edge = std::min({p.x, 1 - p.x, p.y, 1 - p.y});
+        if (edge < 0.06f)
+            return Rgba{0.16f, 0.13f, 0.12f, 1};
+        const Vec2 flame = p - Vec2{0.5f, 0.45f};
+        const float level = 0.62f + 0.38f * std::exp(-9 * Dot(flame, flame));
+        return Rgba{level, 0.86f * level * level, 0.60f * level * level * level, 1 - level};
+    });
+}
+
+bool WriteTextures(const std::string& folder) {
+    constexpr int kQuality = 92;
+    const std::string to = folder + "/";
+    return WritePng(to + "tower.png", PaintTower(), 4) &&
+           WritePng(to + "house_warm.png", PaintHouse({0.68f, 0.53f, 0.42f}, 41), 4) &&
+           WritePng(to + "house_cool.png", PaintHouse({0.60f, 0.58f, 0.58f}, 42), 4) &&
+           WritePng(to + "palace.png", PaintPalace(), 4) &&
+           WritePng(to + "lamp.png", PaintLamp(), 4, Depth::Rounded) &&
+           WriteEngineJpeg(to + "stone.jpg", PaintStone(), kQuality) &&
+           WriteEngineJpeg(to + "trim.jpg", PaintTrim(), kQuality) &&
+           WriteEngineJpeg(to + "roof.jpg", PaintRoof(), kQuality) &&
+           WriteEngineJpeg(to + "seabed.jpg", PaintSeaBed(), kQuality);
+}
+
+} // namespace Art
