@@ -6,7 +6,6 @@ namespace Art {
 
 namespace {
 
-constexpr Vec3 kUp{0, 1, 0};
 constexpr float kStorey = 1.0f;
 
 const Paint kTrim = Plain(Material::Trim);

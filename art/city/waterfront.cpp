@@ -95,7 +95,7 @@ void AddHumpSurfaces(Builder& b, const Hump& hump, float z) {
                      {c, hump.Under(c), -z},
                      {c, hump.Under(c), z},
                      {a, hump.Under(a), z}},
-                    kTrim);
+                    kStone);
     }
 }
 

@@ -17,8 +17,8 @@ Vec3 SkyRadiance(Vec3 direction);
 /// Linear irradiance of the low light on a surface that faces it.
 Vec3 LightIrradiance();
 
-/// What distance fades into under water, display values; the sky's lower half meets it at the
-/// horizon.
+/// The water's colour as the sky's lower half shows it at the horizon, display values. The
+/// city's material fades into a brighter one, so that its shapes stand out under the ripple.
 Vec3 UnderwaterColour();
 
 /// Display value of a linear one and back (plain 2.2 power, per channel, clamped at 0).
