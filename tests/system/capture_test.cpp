@@ -8,6 +8,8 @@
 #include <SDL.h>
 #include <png.h>
 
+#include <sstream>
+
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <sys/time.h>
@@ -114,6 +116,22 @@ TEST(Subject, DISABLED_Shows_five_frames) {
         SDL_GL_SwapBuffers();
     }
     SDL_Quit();
+}
+
+TEST_F(Capture, Probe_times_every_frame_but_the_first) {
+    const std::string file = std::filesystem::absolute("frames").string();
+    RunSubject({{"NIMBREL_PROBE_STEP", "0.5"}, {"NIMBREL_PROBE_FRAMES", file}});
+    std::istringstream lines(ReadFile(file));
+    for (const double expected : {0.5, 1.0, 1.5, 2.0}) {
+        double demoTime = -1.0;
+        double milliseconds = -1.0;
+        ASSERT_TRUE(lines >> demoTime >> milliseconds) << expected;
+        EXPECT_EQ(demoTime, expected);
+        EXPECT_GT(milliseconds, 0.0);
+        EXPECT_LT(milliseconds, 60000.0) << "the subject may run for a minute at most";
+    }
+    std::string more;
+    EXPECT_FALSE(lines >> more) << more;
 }
 
 TEST_F(Capture, Probe_counts_frames_and_finds_the_first_error) {

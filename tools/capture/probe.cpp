@@ -9,6 +9,8 @@
 //
 //   NIMBREL_PROBE_REPORT    file that gets one "name value" line per fact, after the first frame
 //                           and again when the program ends
+//   NIMBREL_PROBE_FRAMES    file that gets one line per frame but the first: demo time and how long
+//                           the frame took, in milliseconds, its drawing included
 //   NIMBREL_PROBE_STEP      seconds of demo time per frame; unset: real time
 //   NIMBREL_PROBE_TIMES     instead of a step: the demo times of the frames, "0,0.5,13.9", rising;
 //                           after the last one the demo's time is up
@@ -155,6 +157,42 @@ private:
     size_t next = 0;
 };
 
+// --- Durations --------------------------------------------------------------------------------
+
+/// How long each frame took, up to the moment when all of it was drawn.
+class Durations {
+public:
+    Durations() : path(Setting("NIMBREL_PROBE_FRAMES")) {}
+
+    ~Durations() {
+        if (path.empty())
+            return;
+        std::ofstream file(path);
+        for (const Duration& frame : frames)
+            file << frame.demoTime << ' ' << frame.milliseconds << '\n';
+    }
+
+    void EndFrame(double demoTime) {
+        if (path.empty())
+            return;
+        glFinish(); // or the next frame would pay for what this one ordered
+        const double now = Seconds(CLOCK_MONOTONIC);
+        if (last > 0.0)
+            frames.push_back({demoTime, (now - last) * 1000.0});
+        last = now;
+    }
+
+private:
+    struct Duration {
+        double demoTime;
+        double milliseconds;
+    };
+
+    std::string path;
+    std::vector<Duration> frames;
+    double last = 0.0;
+};
+
 // --- Report -----------------------------------------------------------------------------------
 
 /// Everything counted, written when the program ends in order.
@@ -244,6 +282,7 @@ private:
 struct Probe {
     Time time;
     Shots shots;
+    Durations durations;
     Report report;
 };
 
@@ -271,6 +310,7 @@ extern "C" void SDL_GL_SwapBuffers() {
     probe.report.CountErrors();
     probe.shots.Take(frameTime);
     next();
+    probe.durations.EndFrame(frameTime);
     probe.report.EndFrame(frameTime);
     probe.time.EndFrame(probe.report.Frames());
 }
