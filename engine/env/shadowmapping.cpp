@@ -2,6 +2,7 @@
 
 #include "engine/core/GLExtensions.h"
 #include "engine/core/core.h"
+#include "engine/core/fast2dquad.h"
 #include "engine/core/fullscreen.h"
 #include "engine/core/textureunits.h"
 
@@ -184,16 +185,18 @@ void ShadowMapping::Draw(FBO* scene) {
     compositeShader.Enable();
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    TextureUnit::Enable(TextureUnit::surface);
+    glBindTexture(GL_TEXTURE_2D, shadowBuffer.GetColor());
     // The composite does not read the scene's depth, but finds it bound next to the shadow.
     TextureUnit::Enable(TextureUnit::sceneDepth);
     glBindTexture(GL_TEXTURE_2D, scene->GetDepth());
-    TextureUnit::Enable(TextureUnit::surface);
-    DrawFullScreen(shadowBuffer.GetColor());
+    Fast2DQuad::GetInstance().Draw(vec2(1.0f));
     TextureUnit::Disable(TextureUnit::sceneDepth);
     TextureUnit::Disable(TextureUnit::surface);
+    glEnable(GL_DEPTH_TEST);
     glDisable(GL_BLEND);
     compositeShader.Disable();
-    glEnable(GL_DEPTH_TEST);
+    glEnable(GL_DEPTH_TEST); // once more, on purpose: the composite ends with it on in any case
     PopProjection();
 }
 

@@ -123,7 +123,8 @@ void SkyBox::ClampFaces() {
 }
 
 void SkyBox::RecordFaces() {
-    glDeleteLists(list, 1); // an earlier recording; OpenGL ignores the list 0 of the first time
+    if (list != 0)
+        glDeleteLists(list, 1); // an earlier recording
     list = glGenLists(1);
     glNewList(list, GL_COMPILE);
     TextureUnit::Enable(TextureUnit::surface);

@@ -268,9 +268,10 @@ void Water::BindTextures() {
 }
 
 void Water::UnbindTextures() {
-    TextureUnit::Disable(TextureUnit::refraction);
-    TextureUnit::Disable(TextureUnit::reflection);
     TextureUnit::Disable(TextureUnit::noise);
+    TextureUnit::Disable(TextureUnit::reflection);
+    TextureUnit::Disable(TextureUnit::refraction);
+    glActiveTexture(GL_TEXTURE0);
 }
 
 void Water::BeginPass(FBO& target, Camera& cam) {

@@ -1,6 +1,7 @@
 #include "engine/post/post_blur.h"
 
 #include "engine/core/GLExtensions.h"
+#include "engine/core/fast2dquad.h"
 #include "engine/core/fullscreen.h"
 #include "engine/core/textureunits.h"
 
@@ -87,9 +88,12 @@ void PostBlur::Copy(FBO& from, FBO& to) {
 }
 
 void PostBlur::Filter(FBO& from, FBO& to) {
+    to.Enable();
+    glBindTexture(GL_TEXTURE_2D, from.GetColor());
     shader.Enable();
-    Copy(from, to);
+    Fast2DQuad::GetInstance().Draw(vec2(1.0f));
     shader.Disable();
+    to.Disable();
 }
 
 } // namespace Vell

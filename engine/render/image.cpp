@@ -302,6 +302,10 @@ void Image::SetParameter(int newFilter, bool newMipmap) {
 
 void Image::Update() {
     Bind();
+    Upload();
+}
+
+void Image::Upload() const {
     // Rows are packed: with OpenGL's usual alignment of 4 an RGB picture whose width is no multiple
     // of 4 would be read askew, and past its end.
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
@@ -335,8 +339,9 @@ void Image::Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFor
     format = pixelFormat;
     shared = false;
     glGenTextures(1, &texture);
+    Bind();
     SetParameter(filter, mipmap);
-    Update();
+    Upload();
 }
 
 } // namespace Vell

@@ -67,6 +67,7 @@ private:
 
     bool LoadByEnding(const std::string& path);
     void Share(const Image& other);
+    void Upload() const;
     void Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFormat);
 
     bool shared; // copied from the registry: owns nothing

@@ -43,8 +43,11 @@ char* ReadText(FILE* file, size_t size) {
 
 Shader::Shader() : vertexObject(0), fragmentObject(0), program(0) {}
 
+// Attached to a program, an object outlives its deletion for as long as the program does, so every
+// sharer may delete it. One that did not compile is kept until here all the same.
 Shader::~Shader() {
-    DeleteObjects();
+    glDeleteObject(vertexObject);
+    glDeleteObject(fragmentObject);
     // This entry point deletes programs of the older assembly extension and leaves GLSL programs
     // alone, on purpose: others may share the handle.
     glDeletePrograms(1, &program);
@@ -63,17 +66,20 @@ void Shader::Load(const std::string& vertPath, const std::string& fragPath) {
     registry.Register(this, vertexName);
     registry.Register(this, fragmentName);
 
+    CreateObjects();
     char* vertSrc = textFileRead(vertPath.c_str());
     char* fragSrc = textFileRead(fragPath.c_str());
-    if (Build(vertSrc, fragSrc))
-        Log::GetInstance().Write("Shader", "LOADED", vertPath + " " + fragPath);
+    const bool built = Build(vertSrc, fragSrc);
     std::free(vertSrc);
     std::free(fragSrc);
+    if (built)
+        Log::GetInstance().Write("Shader", "LOADED", vertPath + " " + fragPath);
 }
 
 void Shader::LoadToChar(const char* vertSrc, const char* fragSrc) {
     vertexName = memoryName;
     fragmentName = memoryName;
+    CreateObjects();
     Build(vertSrc, fragSrc);
 }
 
@@ -152,16 +158,24 @@ void Shader::Share(const Shader& other) {
     program = other.program;
 }
 
+void Shader::CreateObjects() {
+    vertexObject = glCreateShaderObject(GL_VERTEX_SHADER);
+    fragmentObject = glCreateShaderObject(GL_FRAGMENT_SHADER);
+}
+
 // Compiles both texts and links them; the new program is left bound, so that the caller can send
 // the first uniforms. False, with the program as it was, when one of the two does not compile.
 bool Shader::Build(const char* vertSrc, const char* fragSrc) {
-    vertexObject = glCreateShaderObject(GL_VERTEX_SHADER);
-    fragmentObject = glCreateShaderObject(GL_FRAGMENT_SHADER);
-    const bool vertexCompiled = Compile(vertexObject, vertSrc);
-    const bool fragmentCompiled = Compile(fragmentObject, fragSrc);
-    if (!vertexCompiled || !fragmentCompiled) {
-        LogFailure(vertexCompiled ? "Pixel Shader" : "Vertex Shader");
-        DeleteObjects();
+    HandOver(vertexObject, vertSrc);
+    HandOver(fragmentObject, fragSrc);
+    glCompileShader(vertexObject);
+    glCompileShader(fragmentObject);
+    if (!Compiled(vertexObject, vertSrc)) {
+        LogFailure("Vertex Shader");
+        return false;
+    }
+    if (!Compiled(fragmentObject, fragSrc)) {
+        LogFailure("Pixel Shader");
         return false;
     }
     program = glCreateProgramObject();
@@ -172,26 +186,18 @@ bool Shader::Build(const char* vertSrc, const char* fragSrc) {
     return true;
 }
 
-// A shader without a text (a missing or empty file) counts as one that does not compile: drivers
-// disagree about an object that was never given a source.
-bool Shader::Compile(GLuint object, const char* source) {
-    if (source == nullptr)
-        return false;
-    GLint status = 1;
-    glShaderSource(object, 1, &source, nullptr);
-    glCompileShader(object);
-    glGetObjectParameteriv(object, GL_COMPILE_STATUS, &status);
-    return status == 1;
+// Drivers read the text without asking whether there is one (a missing or empty file has none).
+void Shader::HandOver(GLuint object, const char* source) {
+    if (source != nullptr)
+        glShaderSource(object, 1, &source, nullptr);
 }
 
-// Attached to a program, an object outlives its deletion for as long as the program does, so every
-// sharer may delete it. One that did not compile is gone at once, and deleting it again would be an
-// OpenGL error: nothing is kept of it.
-void Shader::DeleteObjects() {
-    glDeleteObject(vertexObject);
-    glDeleteObject(fragmentObject);
-    vertexObject = 0;
-    fragmentObject = 0;
+// A shader without a text counts as one that does not compile: drivers disagree about an object
+// that was never given a source.
+bool Shader::Compiled(GLuint object, const char* source) {
+    GLint status = 1;
+    glGetObjectParameteriv(object, GL_COMPILE_STATUS, &status);
+    return status == 1 && source != nullptr;
 }
 
 // Names the vertex shader and shows the vertex shader's message even when the fragment shader

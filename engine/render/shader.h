@@ -23,8 +23,9 @@ public:
     /// Deletes both shader objects and logs "FREE" for a program built from files.
     /// Handles shared through the registry are deleted by every sharer alike. That is harmless: the
     /// program object itself is never released, so what is left of a pair goes on drawing, and
-    /// OpenGL ignores the second deletion of a shader object. The registry keeps both names, so a
-    /// pair must not be loaded again once the object that compiled it is gone.
+    /// OpenGL ignores the second deletion of a shader object (when the pair did not compile there
+    /// is no program, and it refuses that deletion without harm). The registry keeps both names, so
+    /// a pair must not be loaded again once the object that compiled it is gone.
     ~Shader();
 
     Shader(const Shader&) = delete;
@@ -67,15 +68,16 @@ private:
     friend struct ShaderProbe; // tests read the handles
 
     void Share(const Shader& other);
+    void CreateObjects();
     bool Build(const char* vertSrc, const char* fragSrc);
-    static bool Compile(GLuint object, const char* source);
+    static void HandOver(GLuint object, const char* source);
+    static bool Compiled(GLuint object, const char* source);
     void LogFailure(const char* section);
-    void DeleteObjects();
     GLint Location(const std::string& name) const;
 
     std::string vertexName;   // source path, or "Internal" when built from memory
     std::string fragmentName; // likewise
-    GLuint vertexObject;      // both 0 when one of them did not compile
+    GLuint vertexObject;      // both 0 until a build; kept when one of them does not compile
     GLuint fragmentObject;
     GLuint program; // 0 until both shaders have compiled
 };

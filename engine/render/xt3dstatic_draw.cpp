@@ -28,8 +28,9 @@ void BindTexture(int unit, const Image* image) {
         TextureUnit::Enable(unit);
         image->Bind();
     } else {
-        TextureUnit::Disable(unit);
+        glActiveTexture(GLenum(GL_TEXTURE0 + unit));
         glBindTexture(GL_TEXTURE_2D, 0);
+        glDisable(GL_TEXTURE_2D);
     }
 }
 

@@ -155,8 +155,8 @@ TEST_F(ShaderFailureTest, Frees_with_both_paths_after_a_failure_too) {
 TEST_F(ShaderFailureTest, Shares_the_failure_of_a_pair_that_was_tried_before) {
     const std::string vert = VertexFile(brokenVertex);
     const std::string frag = FragmentFile();
-    Shader first;
-    first.Load(vert, frag);
+    auto first = std::make_unique<Shader>();
+    first->Load(vert, frag);
     WriteFile(vert, plainVertex); // mended, but not read again
     {
         const LogWatch log;
@@ -166,7 +166,10 @@ TEST_F(ShaderFailureTest, Shares_the_failure_of_a_pair_that_was_tried_before) {
         EXPECT_EQ(ShaderProbe::Program(second), 0u);
         EXPECT_EQ(DrawnColour(second), white);
     }
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << "nothing is deleted twice";
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    // Every sharer deletes the handles. Without a program to hold them they went with the first.
+    first.reset();
+    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_VALUE));
 }
 
 TEST_F(ShaderFailureTest, Does_not_notice_a_pair_that_compiles_but_does_not_link) {

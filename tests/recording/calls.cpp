@@ -1,0 +1,241 @@
+#include "tests/recording/calls.h"
+
+#include "engine/core/core.h"
+#include "tests/support/fake_time.h"
+
+#include <sstream>
+#include <vector>
+
+namespace {
+
+std::string Trimmed(const std::string& text) {
+    const size_t first = text.find_first_not_of(' ');
+    const size_t last = text.find_last_not_of(' ');
+    return first == std::string::npos ? "" : text.substr(first, last - first + 1);
+}
+
+std::vector<std::string> CallsOf(const std::string& expected) {
+    std::vector<std::string> calls;
+    std::istringstream lines(expected);
+    for (std::string line; std::getline(lines, line);) {
+        if (Trimmed(line).starts_with("--"))
+            continue;
+        std::istringstream parts(line);
+        for (std::string part; std::getline(parts, part, ';');)
+            if (!Trimmed(part).empty())
+                calls.push_back(Trimmed(part));
+    }
+    return calls;
+}
+
+std::string At(const std::vector<std::string>& calls, size_t i) {
+    return i < calls.size() ? calls[i] : "nothing more";
+}
+
+::testing::AssertionResult Compare(const std::vector<std::string>& wanted,
+                                   const std::vector<std::string>& made) {
+    if (wanted == made)
+        return ::testing::AssertionSuccess();
+    size_t i = 0;
+    while (At(wanted, i) == At(made, i))
+        ++i;
+    ::testing::AssertionResult failure = ::testing::AssertionFailure();
+    failure << "call " << i + 1 << " of " << made.size() << ": expected " << At(wanted, i)
+            << ", made " << At(made, i) << "\nbefore it:";
+    for (size_t j = i < 5 ? 0 : i - 5; j < i; ++j)
+        failure << "\n    " << made[j];
+    failure << "\nfrom it on:";
+    for (size_t j = i; j < std::min(i + 8, made.size()); ++j)
+        failure << "\n    " << made[j];
+    return failure;
+}
+
+std::string Size(int width, int height) {
+    return std::to_string(width) + ", " + std::to_string(height);
+}
+
+std::string Allocate(const std::string& texture, const std::string& internal, int width, int height,
+                     const std::string& format, const std::string& type) {
+    return "glBindTexture(GL_TEXTURE_2D, " + texture + ")\n" + "glTexImage2D(GL_TEXTURE_2D, 0, " +
+           internal + ", " + Size(width, height) + ", 0, " + format + ", " + type + ", 0)\n";
+}
+
+std::string AllocateColour(const std::string& label, int width, int height) {
+    return Allocate(label + " colour", "GL_RGBA", width, height, "GL_RGBA", "GL_UNSIGNED_BYTE");
+}
+
+std::string AllocateDepth(const std::string& label, int width, int height,
+                          const std::string& type) {
+    return Allocate(label + " depth", "GL_DEPTH_COMPONENT24", width, height, "GL_DEPTH_COMPONENT",
+                    type);
+}
+
+std::string AllocateRenderbuffer(const std::string& label, int width, int height) {
+    return "glBindRenderbufferEXT(GL_RENDERBUFFER, " + label + ")\n" +
+           "glRenderbufferStorageEXT(GL_RENDERBUFFER, GL_DEPTH_COMPONENT24, " +
+           Size(width, height) + ")\n";
+}
+
+std::string FilterAndClamp(const std::string& filter) {
+    return "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, " + filter + ")\n" +
+           "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, " + filter + ")\n" + R"(
+           glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)
+           glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
+           )";
+}
+
+} // namespace
+
+void Calls::SetUp() {
+    SetFakeTime(0.0);
+    gl.Reset();
+    ASSERT_TRUE(Vell::InitEngine(Vell::ivec2(640, 480)));
+    Vell::SetFovy(70.0f);
+    Forget();
+}
+
+void Calls::TearDown() {
+    for (const GLenum mode : {GL_MODELVIEW, GL_PROJECTION, GL_TEXTURE})
+        EXPECT_EQ(gl.matrices.Depth(mode), 1u) << "stack of mode 0x" << std::hex << mode;
+    ClearFakeTime();
+}
+
+::testing::AssertionResult Calls::Made(const std::string& expected) {
+    return Compare(CallsOf(expected), gl.Take());
+}
+
+::testing::AssertionResult Calls::MadeLast(const std::string& expected) {
+    const std::vector<std::string> wanted = CallsOf(expected);
+    std::vector<std::string> made = gl.Take();
+    if (made.size() > wanted.size())
+        made.erase(made.begin(), made.end() - std::ptrdiff_t(wanted.size()));
+    return Compare(wanted, made);
+}
+
+std::string Calls::NewTarget(const std::string& label) {
+    return "glGenFramebuffersEXT(1, " + label + ")\n" + "glGenRenderbuffersEXT(1, " + label +
+           ")\n" + AllocateRenderbuffer(label, 256, 256) +
+           "glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, " +
+           label + ")\n" + R"(
+           -- takes back the error of attaching to the screen
+           glGetError()
+           )" +
+           "glGenTextures(1, " + label + " colour)\n" + AllocateColour(label, 256, 256) +
+           FilterAndClamp("GL_LINEAR") + "glGenTextures(1, " + label + " depth)\n" +
+           AllocateDepth(label, 256, 256, "GL_FLOAT") + FilterAndClamp("GL_NEAREST") +
+           "glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE)\n";
+}
+
+std::string Calls::SizeTarget(const std::string& label, int width, int height) {
+    return AllocateRenderbuffer(label, width, height) + AllocateColour(label, width, height) +
+           AllocateDepth(label, width, height, "GL_UNSIGNED_BYTE");
+}
+
+std::string Calls::EnableTarget(const std::string& label, int width, int height) {
+    const std::string attach = "glFramebufferTexture2DEXT(GL_FRAMEBUFFER, ";
+    return "glBindFramebufferEXT(GL_FRAMEBUFFER, " + label + ")\n" +
+           "glBindRenderbufferEXT(GL_RENDERBUFFER, " + label + ")\n" + attach +
+           "GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, " + label + " colour, 0)\n" + attach +
+           "GL_DEPTH_ATTACHMENT, GL_TEXTURE_2D, " + label + " depth, 0)\n" + "glViewport(0, 0, " +
+           Size(width, height) + ")\n" + "glPushMatrix()\n";
+}
+
+std::string Calls::DisableTarget() {
+    return R"(
+        glBindFramebufferEXT(GL_FRAMEBUFFER, 0)
+        glBindRenderbufferEXT(GL_RENDERBUFFER, 0)
+        glViewport(0, 0, 640, 480)
+        glPopMatrix()
+        )";
+}
+
+std::string Calls::DeleteTarget(const std::string& label) {
+    return "glDeleteTextures(1, " + label + " colour)\n" + "glDeleteTextures(1, " + label +
+           " depth)\n" + "glDeleteFramebuffersEXT(1, " + label + ")\n" +
+           "glDeleteRenderbuffersEXT(1, " + label + ")\n";
+}
+
+std::string Calls::NewProgram(const std::string& label) {
+    const std::string vertex = label + " vertex";
+    const std::string fragment = label + " fragment";
+    return "glCreateShaderObject(GL_VERTEX_SHADER)\n"
+           "glCreateShaderObject(GL_FRAGMENT_SHADER)\n"
+           "glShaderSource(" +
+           vertex + ", 1, text, 0)\n" + "glShaderSource(" + fragment + ", 1, text, 0)\n" +
+           "glCompileShader(" + vertex + ")\n" + "glCompileShader(" + fragment + ")\n" +
+           "glGetObjectParameteriv(" + vertex + ", GL_COMPILE_STATUS)\n" +
+           "glGetObjectParameteriv(" + fragment + ", GL_COMPILE_STATUS)\n" +
+           "glCreateProgramObject()\n" + "glAttachObject(" + label + ", " + vertex + ")\n" +
+           "glAttachObject(" + label + ", " + fragment + ")\n" + "glLinkProgram(" + label + ")\n" +
+           "glUseProgramObject(" + label + ")\n";
+}
+
+std::string Calls::DeleteProgram(const std::string& label) {
+    return "glDeleteObject(" + label + " vertex)\n" + "glDeleteObject(" + label + " fragment)\n" +
+           "glDeletePrograms(1, " + label + ")\n";
+}
+
+std::string Calls::Send(const std::string& program, const std::string& uniform,
+                        const std::string& kind, const std::string& value) {
+    return "glGetUniformLocation(" + program + ", \"" + uniform + "\")\n" + "glUniform" + kind +
+           "(" + uniform + ", " + value + ")\n";
+}
+
+std::string Calls::UnitOn(int unit) {
+    return "glActiveTexture(GL_TEXTURE" + std::to_string(unit) + ")\n" +
+           "glEnable(GL_TEXTURE_2D)\n";
+}
+
+std::string Calls::UnitOff(int unit) {
+    return "glActiveTexture(GL_TEXTURE" + std::to_string(unit) + ")\n" +
+           "glDisable(GL_TEXTURE_2D)\n";
+}
+
+std::string Calls::BindTexture(const std::string& label) {
+    return "glBindTexture(GL_TEXTURE_2D, " + label + ")\n";
+}
+
+std::string Calls::BlueBox(const std::string& centre, const std::string& size) {
+    return R"(
+        glEnable(GL_POLYGON_OFFSET_LINE)
+        glPolygonOffset(-1, -2)
+        glColor4f(0, 0, 1, 1)
+        glPolygonMode(GL_FRONT_AND_BACK, GL_LINE)
+        glDisable(GL_TEXTURE_2D)
+        glPushMatrix()
+        )" +
+           ("glTranslatef(" + centre + ")\n") + ("glScalef(" + size + ")\n") + R"(
+        glInterleavedArrays(GL_V3F, 0, memory)
+        glDrawArrays(GL_QUADS, 0, 24)
+        glPopMatrix()
+        glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)
+        glDisable(GL_POLYGON_OFFSET_LINE)
+        glColor4f(1, 1, 1, 1)
+        )";
+}
+
+std::string Calls::MakePlane() {
+    return "glGetFloatv(GL_MODELVIEW_MATRIX)\nglGetFloatv(GL_PROJECTION_MATRIX)\n";
+}
+
+std::string Calls::Quad() {
+    return R"(
+        glInterleavedArrays(GL_T2F_V3F, 0, memory)
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
+        )";
+}
+
+std::string Calls::PushUnitSquare() {
+    return R"(
+        glMatrixMode(GL_PROJECTION); glPushMatrix(); glLoadIdentity()
+        glOrtho(0, 1, 0, 1, -1, 1)
+        glMatrixMode(GL_MODELVIEW); glPushMatrix(); glLoadIdentity()
+        )";
+}
+
+std::string Calls::PopUnitSquare() {
+    return R"(
+        glMatrixMode(GL_PROJECTION); glPopMatrix()
+        glMatrixMode(GL_MODELVIEW); glPopMatrix()
+        )";
+}

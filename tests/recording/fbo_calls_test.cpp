@@ -1,0 +1,167 @@
+// Render target, full-screen quad and debug box, call by call.
+
+#include "tests/recording/calls.h"
+
+#include "engine/core/fast2dquad.h"
+#include "engine/core/fbo.h"
+#include "engine/math/bbox.h"
+#include "engine/math/vec3.h"
+#include "engine/math/vec4.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+using ::testing::ElementsAre;
+using Vell::FBO;
+using Vell::ivec2;
+using Vell::vec2;
+using Vell::vec3;
+using Vell::vec4;
+
+namespace {
+
+class FboCalls : public Calls {
+protected:
+    void SetUp() override {
+        Calls::SetUp();
+        gl.NameTarget("target");
+    }
+};
+
+class QuadCalls : public Calls {};
+
+class BoxCalls : public Calls {};
+
+} // namespace
+
+// Everything here stands out in full, while other tests use Calls' own words for it.
+
+TEST_F(FboCalls, Construction_makes_renderbuffer_colour_and_depth) {
+    const FBO target;
+    EXPECT_TRUE(Made(R"(
+        -- 2. framebuffer and renderbuffer; attached to whatever framebuffer is bound
+        glGenFramebuffersEXT(1, target)
+        glGenRenderbuffersEXT(1, target)
+        glBindRenderbufferEXT(GL_RENDERBUFFER, target)
+        glRenderbufferStorageEXT(GL_RENDERBUFFER, GL_DEPTH_COMPONENT24, 256, 256)
+        glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, target)
+        -- takes back the error of attaching to the screen
+        glGetError()
+        -- 3. colour
+        glGenTextures(1, target colour)
+        glBindTexture(GL_TEXTURE_2D, target colour)
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 256, 256, 0, GL_RGBA, GL_UNSIGNED_BYTE, 0)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
+        -- 4. depth
+        glGenTextures(1, target depth)
+        glBindTexture(GL_TEXTURE_2D, target depth)
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT24, 256, 256, 0, GL_DEPTH_COMPONENT, GL_FLOAT, 0)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
+        glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE)
+        )"));
+}
+
+TEST_F(FboCalls, Sizing_allocates_again_with_bytes_and_keeps_the_parameters) {
+    FBO target;
+    Forget();
+    target.SetSize(ivec2(300, 200));
+    EXPECT_TRUE(Made(R"(
+        glBindRenderbufferEXT(GL_RENDERBUFFER, target)
+        glRenderbufferStorageEXT(GL_RENDERBUFFER, GL_DEPTH_COMPONENT24, 300, 200)
+        glBindTexture(GL_TEXTURE_2D, target colour)
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 300, 200, 0, GL_RGBA, GL_UNSIGNED_BYTE, 0)
+        glBindTexture(GL_TEXTURE_2D, target depth)
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT24, 300, 200, 0, GL_DEPTH_COMPONENT, GL_UNSIGNED_BYTE, 0)
+        )"));
+}
+
+TEST_F(FboCalls, Enabling_attaches_both_textures_every_time) {
+    FBO target;
+    target.SetSize(ivec2(300, 200));
+    Forget();
+    for (int time = 0; time < 2; ++time) {
+        target.Enable();
+        EXPECT_TRUE(Made(R"(
+            glBindFramebufferEXT(GL_FRAMEBUFFER, target)
+            glBindRenderbufferEXT(GL_RENDERBUFFER, target)
+            glFramebufferTexture2DEXT(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, target colour, 0)
+            glFramebufferTexture2DEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_TEXTURE_2D, target depth, 0)
+            glViewport(0, 0, 300, 200)
+            glPushMatrix()
+            )"));
+        target.Disable();
+        EXPECT_TRUE(Made(R"(
+            glBindFramebufferEXT(GL_FRAMEBUFFER, 0)
+            glBindRenderbufferEXT(GL_RENDERBUFFER, 0)
+            glViewport(0, 0, 640, 480)
+            glPopMatrix()
+            )"));
+    }
+}
+
+TEST_F(FboCalls, Destruction_deletes_colour_depth_framebuffer_and_renderbuffer) {
+    std::optional<FBO> target(std::in_place);
+    Forget();
+    target.reset();
+    EXPECT_TRUE(Made(R"(
+        glDeleteTextures(1, target colour)
+        glDeleteTextures(1, target depth)
+        glDeleteFramebuffersEXT(1, target)
+        glDeleteRenderbuffersEXT(1, target)
+        )"));
+}
+
+TEST_F(QuadCalls, Draws_a_strip_from_the_origin_to_the_corner) {
+    for (const float height : {600.0f, 300.0f}) {
+        Vell::Fast2DQuad::GetInstance().Draw(vec2(800, height));
+        EXPECT_TRUE(Made(R"(
+            glInterleavedArrays(GL_T2F_V3F, 0, memory)
+            glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
+            )"));
+        EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 800, height, 0, // s, t, x, y, z
+                                            0, 1, 0, height, 0,   //
+                                            1, 0, 800, 0, 0,      //
+                                            0, 0, 0, 0, 0));
+    }
+}
+
+TEST_F(BoxCalls, Debug_box_is_a_wire_cube_placed_by_centre_and_size) {
+    Vell::BoundingBox box;
+    box.Set(vec3(2, 2, 2), vec3(4, 6, 8)); // centre (3, 4, 5); size = min + centre = (5, 6, 7)
+    box.Draw(vec4(0.25f, 0.5f, 0.75f, 1));
+    EXPECT_TRUE(Made(R"(
+        -- 2.
+        glEnable(GL_POLYGON_OFFSET_LINE)
+        glPolygonOffset(-1, -2)
+        glColor4f(0.25, 0.5, 0.75, 1)
+        glPolygonMode(GL_FRONT_AND_BACK, GL_LINE)
+        glDisable(GL_TEXTURE_2D)
+        -- 3.
+        glPushMatrix()
+        glTranslatef(3, 4, 5)
+        glScalef(5, 6, 7)
+        glInterleavedArrays(GL_V3F, 0, memory)
+        glDrawArrays(GL_QUADS, 0, 24)
+        glPopMatrix()
+        -- 4.
+        glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)
+        glDisable(GL_POLYGON_OFFSET_LINE)
+        glColor4f(1, 1, 1, 1)
+        )"));
+    const std::vector<float> cube = {
+        -1, -1, 1,  1,  -1, 1,  1,  1,  1,  -1, 1,  1,  // front
+        -1, -1, -1, -1, 1,  -1, 1,  1,  -1, 1,  -1, -1, // back
+        -1, 1,  -1, -1, 1,  1,  1,  1,  1,  1,  1,  -1, // top
+        -1, -1, -1, 1,  -1, -1, 1,  -1, 1,  -1, -1, 1,  // bottom
+        1,  -1, -1, 1,  1,  -1, 1,  1,  1,  1,  -1, 1,  // right
+        -1, -1, -1, -1, -1, 1,  -1, 1,  1,  -1, 1,  -1, // left
+    };
+    EXPECT_EQ(gl.Drawn(), cube);
+}

@@ -1,0 +1,161 @@
+// Static meshes, call by call: both passes, with and without buffers.
+
+#include "tests/recording/mesh_calls.h"
+
+#include "tests/support/fake_time.h"
+
+// ------------------------------------------------------------------------------------ Drawing
+
+TEST_F(MeshCalls, Plain_mesh) {
+    const auto mesh = Loaded(plain, {});
+    mesh->Draw();
+    EXPECT_TRUE(Made(Plain()));
+}
+
+TEST_F(MeshCalls, Everything_at_once_with_buffers) {
+    const auto mesh = Loaded(lit, litTextures);
+    SetMaterial(*mesh);
+    mesh->SetBlend(true);
+    mesh->SetDebug(true);
+    SetFakeTime(2.5); // the mesh was made at 0
+    Forget();
+    mesh->Draw();
+    EXPECT_TRUE(Made("-- 1.\nglUseProgramObject(material)\n" +
+                     Send("material", "time", "1f", "2.5") + R"(
+        -- 2.
+        glAlphaFunc(GL_GREATER, 0.5)
+        glEnable(GL_ALPHA_TEST)
+        -- 3.
+        glEnable(GL_BLEND)
+        glBlendFunc(GL_ONE, GL_ONE)
+        glDepthMask(GL_FALSE)
+        -- 4.
+        glEnableClientState(GL_VERTEX_ARRAY)
+        glEnableClientState(GL_NORMAL_ARRAY)
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY)
+        -- 5 a.
+        glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
+        glActiveTexture(GL_TEXTURE1); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE2); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, b)
+        -- 5 b.
+        glActiveTexture(GL_TEXTURE6); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, light map)
+        )" + buffers +
+                     lightmapBuffer + triangles + unbindBuffer + endArrays + R"(
+        -- 8.
+        glDisable(GL_BLEND)
+        glDepthMask(GL_TRUE)
+        -- 9.
+        glUseProgramObject(0)
+        -- 10. from (0, 0, 0) to (2, 2, 2): centre (1, 1, 1), size = min + centre
+        )" + BlueBox("1, 1, 1", "1, 1, 1")));
+}
+
+TEST_F(MeshCalls, Light_map_without_buffers_is_bound_but_has_no_coordinates) {
+    gl.extensions = "";
+    const auto mesh = Loaded(lit, litTextures);
+    mesh->Draw();
+    EXPECT_TRUE(Made(std::string(beginArrays) + R"(
+        -- 5 a.
+        glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
+        glActiveTexture(GL_TEXTURE1); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE2); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, b)
+        -- 5 b.
+        glActiveTexture(GL_TEXTURE6); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, light map)
+        -- 5 d.
+        glGetString(GL_EXTENSIONS)
+        glVertexPointer(3, GL_FLOAT, 0, memory)
+        glNormalPointer(GL_FLOAT, 0, memory)
+        glTexCoordPointer(2, GL_FLOAT, 0, memory)
+        glDrawArrays(GL_TRIANGLES, 0, 3)
+        -- 6. there is no buffer to unbind
+        glGetString(GL_EXTENSIONS)
+        )" + endArrays));
+}
+
+TEST_F(MeshCalls, Sub_meshes_follow_each_other) {
+    const auto mesh = Loaded({{"NULL NULL NULL", "NULL a.png NULL"}, false}, {"a"});
+    mesh->Draw();
+    EXPECT_TRUE(Made(std::string(beginArrays) + noTextures + R"(
+        glGetString(GL_EXTENSIONS)
+        glBindBuffer(GL_ARRAY_BUFFER, positions 0); glVertexPointer(3, GL_FLOAT, 0, 0)
+        glBindBuffer(GL_ARRAY_BUFFER, normals 0); glNormalPointer(GL_FLOAT, 0, 0)
+        glClientActiveTexture(GL_TEXTURE0); glEnableClientState(GL_TEXTURE_COORD_ARRAY)
+        glBindBuffer(GL_ARRAY_BUFFER, texcoords 0); glTexCoordPointer(2, GL_FLOAT, 0, 0)
+        glDrawArrays(GL_TRIANGLES, 0, 3)
+        -- the second one
+        glActiveTexture(GL_TEXTURE0); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE1); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
+        glActiveTexture(GL_TEXTURE2); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
+        glGetString(GL_EXTENSIONS)
+        glBindBuffer(GL_ARRAY_BUFFER, positions 1); glVertexPointer(3, GL_FLOAT, 0, 0)
+        glBindBuffer(GL_ARRAY_BUFFER, normals 1); glNormalPointer(GL_FLOAT, 0, 0)
+        glClientActiveTexture(GL_TEXTURE0); glEnableClientState(GL_TEXTURE_COORD_ARRAY)
+        glBindBuffer(GL_ARRAY_BUFFER, texcoords 1); glTexCoordPointer(2, GL_FLOAT, 0, 0)
+        glDrawArrays(GL_TRIANGLES, 0, 3)
+        )" + unbindBuffer +
+                     endArrays));
+}
+
+TEST_F(MeshCalls, Texture_that_failed_to_load_counts_as_a_texture_and_binds_0) {
+    const auto mesh = Loaded({{"missing.png NULL NULL"}, false}, {});
+    mesh->Draw();
+    EXPECT_TRUE(Made(std::string(beginArrays) + R"(
+        glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, 0)
+        glActiveTexture(GL_TEXTURE1); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE2); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
+        )" + buffers +
+                     triangles + unbindBuffer + endArrays));
+}
+
+TEST_F(MeshCalls, Hidden_mesh_calls_nothing_in_either_pass) {
+    const auto mesh = Loaded(lit, litTextures);
+    mesh->SetDebug(true);
+    mesh->SetShow(false);
+    mesh->Draw();
+    mesh->DrawShadow();
+    EXPECT_TRUE(Made(""));
+}
+
+// ------------------------------------------------------------------------------- Shadow pass
+
+TEST_F(MeshCalls, Shadow_pass_binds_texture_0_only) {
+    const auto mesh = Loaded(lit, litTextures);
+    SetMaterial(*mesh);
+    mesh->SetBlend(true);
+    mesh->SetDebug(true);
+    Forget();
+    mesh->DrawShadow();
+    EXPECT_TRUE(Made(std::string(beginArrays) + R"(
+        glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
+        )" + buffers +
+                     triangles + unbindBuffer + R"(
+        glDisableClientState(GL_VERTEX_ARRAY)
+        glDisableClientState(GL_NORMAL_ARRAY)
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY)
+        glDisable(GL_ALPHA_TEST)
+        glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
+        )"));
+}
+
+TEST_F(MeshCalls, Shadow_pass_without_texture_and_buffers_keeps_what_unit_0_holds) {
+    gl.extensions = "";
+    const auto mesh = Loaded(plain, {});
+    mesh->DrawShadow();
+    EXPECT_TRUE(Made(std::string(beginArrays) + R"(
+        glGetString(GL_EXTENSIONS)
+        glVertexPointer(3, GL_FLOAT, 0, memory)
+        glNormalPointer(GL_FLOAT, 0, memory)
+        glTexCoordPointer(2, GL_FLOAT, 0, memory)
+        glDrawArrays(GL_TRIANGLES, 0, 3)
+        glGetString(GL_EXTENSIONS)
+        glDisableClientState(GL_VERTEX_ARRAY)
+        glDisableClientState(GL_NORMAL_ARRAY)
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY)
+        glDisable(GL_ALPHA_TEST)
+        glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
+        )"));
+}

@@ -1,0 +1,210 @@
+// The water, call by call: above, at and under the surface.
+
+#include "tests/recording/calls.h"
+
+#include "engine/env/water.h"
+#include "engine/math/frustum.h"
+#include "engine/scene/camera.h"
+#include "tests/support/fake_time.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+using ::testing::ElementsAre;
+using Vell::Camera;
+using Vell::ivec2;
+using Vell::vec2;
+using Vell::vec3;
+using Vell::Water;
+
+namespace {
+
+class WaterCalls : public Calls {
+protected:
+    static std::unique_ptr<Water> Make() {
+        gl.NameTarget("reflection");
+        gl.NameTarget("refraction");
+        gl.NameProgram("water");
+        return std::make_unique<Water>();
+    }
+
+    /// A water in front of the view's frustum, which looks from (512, 100, 3000) along -z.
+    static std::unique_ptr<Water> InView() {
+        auto water = Make();
+        LookFrom(3000);
+        return water;
+    }
+
+    static void LookFrom(float z) {
+        Camera camera;
+        camera.Set(vec3(512, 100, z), vec3(512, 100, z - 1));
+        glPushMatrix();
+        camera.Draw();
+        Vell::Frustum::GetInstance().MakePlane();
+        glPopMatrix();
+        Forget();
+    }
+
+    static std::string SetUniform(const std::string& uniform, const std::string& kind,
+                                  const std::string& value) {
+        return "glUseProgramObject(water)\n" + Send("water", uniform, kind, value) +
+               "glUseProgramObject(0)\n";
+    }
+
+    static std::string SizeAndClamp(const std::string& target) {
+        return SizeTarget(target, 512, 512) + BindTexture(target + " colour") + R"(
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
+            )";
+    }
+
+    static std::string Surface(const std::string& time, const std::string& debug) {
+        return R"(
+            -- 2.
+            glPushMatrix()
+            -- 3.
+            glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
+            glBindTexture(GL_TEXTURE_2D, 0)
+            glActiveTexture(GL_TEXTURE1); glEnable(GL_TEXTURE_2D)
+            glBindTexture(GL_TEXTURE_2D, reflection colour)
+            glActiveTexture(GL_TEXTURE2); glEnable(GL_TEXTURE_2D)
+            glBindTexture(GL_TEXTURE_2D, refraction colour)
+            -- 4.
+            glUseProgramObject(water)
+            )" +
+               Send("water", "time", "1f", time) +
+               R"(
+            -- 5.
+            glInterleavedArrays(GL_T2F_V3F, 0, memory); glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
+            -- 6.
+            glUseProgramObject(0)
+            glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
+            glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
+            glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
+            glActiveTexture(GL_TEXTURE0)
+            )" +
+               debug + "-- 8.\nglPopMatrix()\n";
+    }
+};
+
+} // namespace
+
+TEST_F(WaterCalls, Construction_sends_every_default_and_sizes_both_targets) {
+    const auto water = Make();
+    EXPECT_TRUE(
+        Made("-- 1.\n" + NewTarget("reflection") + NewTarget("refraction") + "-- 2.\n" +
+             NewProgram("water") + "glUseProgramObject(water)\n" +
+             Send("water", "noiseMap", "1i", "0") + Send("water", "reflectionMap", "1i", "1") +
+             Send("water", "refractionMap", "1i", "2") + Send("water", "shadowmap", "1i", "6") +
+             Send("water", "taille", "1f", "0.005") + "glUseProgramObject(0)\n" + "-- 4.\n" +
+             SetUniform("blend", "1f", "0.5") + SetUniform("deform", "1f", "0.035") +
+             SetUniform("speed", "2f", "1, 1") + SetUniform("uvrep", "2f", "1, 1") + "-- 6.\n" +
+             SizeAndClamp("reflection") + SizeAndClamp("refraction")));
+}
+
+TEST_F(WaterCalls, Every_parameter_is_sent_at_once_and_the_size_is_not) {
+    const auto water = Make();
+    Forget();
+    water->SetBlend(0.25f);
+    EXPECT_TRUE(Made(SetUniform("blend", "1f", "0.25")));
+    water->SetDeform(0.75f);
+    EXPECT_TRUE(Made(SetUniform("deform", "1f", "0.75")));
+    water->SetSpeed(vec2(2, 3));
+    EXPECT_TRUE(Made(SetUniform("speed", "2f", "2, 3")));
+    water->SetUVRepeat(vec2(4, 5));
+    EXPECT_TRUE(Made(SetUniform("uvrep", "2f", "4, 5")));
+    water->SetSize(ivec2(100, 200));
+    EXPECT_TRUE(Made(""));
+}
+
+TEST_F(WaterCalls, Reflection_is_mirrored_and_clipped_only_above_the_surface) {
+    const auto water = Make();
+    for (const float y : {2.0f, 0.25f, 0.0f, -2.0f}) {
+        Camera camera;
+        camera.Set(vec3(1, y, 3), vec3(4, 5, 6));
+        Forget();
+        water->BeginReflection(camera);
+        std::string eye = "1, 2, 3";
+        eye.replace(3, 1, y == 2 ? "2" : y == 0.25f ? "0.25" : y == 0 ? "0" : "-2");
+        const std::string mirror = R"(
+            -- 3.
+            glScalef(1, -1, 1)
+            glClipPlane(GL_CLIP_PLANE0, 0 1 0 0)
+            glEnable(GL_CLIP_PLANE0)
+            )";
+        EXPECT_TRUE(Made("-- 1.\n" + EnableTarget("reflection", 512, 512) +
+                         "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); glPushMatrix()\n" +
+                         "-- 2.\ngluLookAt(" + eye + ", 4, 5, 6, 0, 1, 0)\n" +
+                         (y > 0 ? mirror : "")));
+        water->EndReflection();
+        EXPECT_TRUE(Made("glDisable(GL_CLIP_PLANE0); glPopMatrix()\n" + DisableTarget()));
+    }
+}
+
+TEST_F(WaterCalls, Refraction_is_the_plain_view) {
+    const auto water = Make();
+    for (const char* eye : {"1, 2, 3", "1, -2, 3"}) {
+        Camera camera;
+        camera.Set(vec3(1, std::string(eye) == "1, 2, 3" ? 2 : -2, 3), vec3(4, 5, 6));
+        Forget();
+        water->BeginRefraction(camera);
+        EXPECT_TRUE(Made(EnableTarget("refraction", 512, 512) +
+                         "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); glPushMatrix()\n" +
+                         "gluLookAt(" + eye + ", 4, 5, 6, 0, 1, 0)\n"));
+        water->EndRefraction();
+        EXPECT_TRUE(Made("glPopMatrix()\n" + DisableTarget()));
+    }
+}
+
+TEST_F(WaterCalls, Surface_in_view_is_drawn_with_its_images_and_its_time) {
+    const auto water = InView();
+    SetFakeTime(1.5); // made at 0
+    water->Draw();
+    EXPECT_TRUE(Made(Surface("1.5", "")));
+    EXPECT_TRUE(water->GetInFrustum());
+    EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 1024, 0, 1024,  // s, t, x, y, z
+                                        0, 1, -1024, 0, 1024, //
+                                        1, 0, 1024, 0, -1024, //
+                                        0, 0, -1024, 0, -1024));
+}
+
+TEST_F(WaterCalls, Debug_box_is_drawn_before_the_matrix_is_restored) {
+    const auto water = InView();
+    water->SetDebug(true);
+    water->Draw();
+    // From (0, -0.1, 0) to (1024, 0.1, 1024): centre (512, 0, 512), size = min + centre.
+    EXPECT_TRUE(Made(Surface("0", "-- 7.\n" + BlueBox("512, 0, 512", "512, -0.1, 512"))));
+}
+
+TEST_F(WaterCalls, Surface_out_of_view_calls_nothing) {
+    const auto water = InView();
+    water->SetDebug(true);
+    LookFrom(-10); // the box begins at z = 0, behind
+    water->Draw();
+    EXPECT_TRUE(Made(""));
+    EXPECT_FALSE(water->GetInFrustum());
+}
+
+TEST_F(WaterCalls, New_size_moves_the_positive_corners_only) {
+    const auto water = InView();
+    water->SetSize(ivec2(100, 200));
+    LookFrom(-10);
+    water->DrawShadow(); // whatever the frustum says
+    EXPECT_TRUE(Made(R"(
+        glInterleavedArrays(GL_T2F_V3F, 0, memory)
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
+        )"));
+    EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 100, 0, 200,   //
+                                        0, 1, -1024, 0, 200, //
+                                        1, 0, 100, 0, -1024, //
+                                        0, 0, -1024, 0, -1024));
+}
+
+TEST_F(WaterCalls, End_releases_picture_shader_and_both_targets) {
+    auto water = Make();
+    Forget();
+    water.reset();
+    EXPECT_TRUE(Made("glDeleteTextures(1, 0)\n" + DeleteProgram("water") +
+                     DeleteTarget("refraction") + DeleteTarget("reflection")));
+}
