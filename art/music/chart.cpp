@@ -3,13 +3,11 @@
 #include "art/music/lettering.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
+#include "art/music/scorefile.h"
 #include "art/music/sequencer.h"
-#include "art/music/soundfile.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 namespace {
 
@@ -165,20 +163,10 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: chart_music SCORE SOUND.wav FOLDER\n");
         return 2;
     }
-    std::ifstream file(argv[1]);
-    std::ostringstream text;
-    text << file.rdbuf();
     Music::Score score;
     Music::Stereo signal;
-    std::string message;
-    if (!Music::ParseScore(text.str(), score, message)) {
-        std::fprintf(stderr, "%s:%s\n", argv[1], message.c_str());
+    if (!Music::ReadPiece(argv[1], argv[2], score, signal))
         return 1;
-    }
-    if (!Music::ReadWav(argv[2], signal)) {
-        std::fprintf(stderr, "%s: no stereo WAV of 44.1 kHz\n", argv[2]);
-        return 1;
-    }
     const std::string folder = std::string(argv[3]) + "/";
     const bool written =
         Art::WritePng(folder + "arrangement.png", Arrangement(score), 3, Art::Depth::Rounded) &&

@@ -2,24 +2,15 @@
 #include "art/common/progress.h"
 #include "art/music/master.h"
 #include "art/music/mixer.h"
+#include "art/music/scorefile.h"
 #include "art/music/soundfile.h"
 
 #include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 
 namespace {
 
 constexpr int kKilobits = 256;
-
-bool ReadText(const char* path, std::string& text) {
-    std::ifstream file(path);
-    std::ostringstream all;
-    all << file.rdbuf();
-    text = all.str();
-    return file.good() || file.eof();
-}
 
 int Usage() {
     std::fprintf(stderr, "usage: make_music [--levels] SCORE OUT.wav [OUT.mp3]\n"
@@ -73,15 +64,11 @@ int main(int argc, char** argv) {
     if (argc - first < 2 || argc - first > 3) {
         return Usage();
     }
-    std::string text;
-    if (!ReadText(argv[first], text)) {
-        return Complain(argv[first], " cannot be read");
-    }
     Music::Score score;
-    std::string message;
-    if (!Music::ParseScore(text, score, message)) {
-        return Complain(argv[first], message);
+    if (!Music::ReadScore(argv[first], score)) {
+        return 1;
     }
+    std::string message;
     std::vector<Music::TrackLevel> levels;
     const Music::Stereo piece = Render(score, message, wantLevels ? &levels : nullptr);
     if (!message.empty()) {

@@ -2,12 +2,10 @@
 #include "art/music/fft.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
-#include "art/music/soundfile.h"
+#include "art/music/scorefile.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 
 namespace {
 
@@ -147,20 +145,10 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: measure_music SCORE SOUND.wav\n");
         return 2;
     }
-    std::ifstream file(argv[1]);
-    std::ostringstream text;
-    text << file.rdbuf();
     Music::Score score;
     Music::Stereo signal;
-    std::string message;
-    if (!Music::ParseScore(text.str(), score, message)) {
-        std::fprintf(stderr, "%s:%s\n", argv[1], message.c_str());
+    if (!Music::ReadPiece(argv[1], argv[2], score, signal))
         return 1;
-    }
-    if (!Music::ReadWav(argv[2], signal)) {
-        std::fprintf(stderr, "%s: no stereo WAV of 44.1 kHz\n", argv[2]);
-        return 1;
-    }
     const Music::Loudness all = Music::MeasureLoudness(signal);
     std::printf("%zu frames, %.2f LUFS, range %.1f LU, true peak %.2f dBTP\n", signal.Frames(),
                 all.integrated, all.range, all.truePeak);
@@ -168,6 +156,7 @@ int main(int argc, char** argv) {
     std::printf("slope against pink noise %.2f dB an octave\n",
                 Slope(OctaveLevels(signal, 0.0, seconds)));
     PrintSections(score, signal);
+    std::string message;
     const Music::BeatPulse pulse = Music::PulseOf(score, message);
     for (double phase : {0.0, 0.25, 0.5, 0.75}) {
         PrintPulse(pulse, signal, phase);

@@ -86,27 +86,30 @@ protected:
                (mirrored ? "glEnable(GL_CLIP_PLANE0)\n" : "") + "glPopMatrix()\n";
     }
 
+    /// A terrain without a height map, which has no tiles.
+    static std::string Terrain(const std::string& number) {
+        return UnitOn(0) + BindTexture("0") + UnitOn(1) + BindTexture("0") +
+               "glUseProgramObject(terrain " + number + ")\n" + R"(
+            glEnableClientState(GL_VERTEX_ARRAY)
+            glDisableClientState(GL_TEXTURE_COORD_ARRAY)
+            glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices )" +
+               number + R"()
+            glIndexPointer(GL_UNSIGNED_INT, 0, 0); glGetError()
+            glBindBuffer(GL_ARRAY_BUFFER, grid )" +
+               number + R"()
+            glVertexPointer(3, GL_FLOAT, 0, 0)
+            glPushMatrix(); glPopMatrix()
+            glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0); glBindBuffer(GL_ARRAY_BUFFER, 0)
+            glDisableClientState(GL_VERTEX_ARRAY)
+            glUseProgramObject(0)
+            )" +
+               UnitOff(1) + UnitOff(0);
+    }
+
     static std::string Terrains(int count) {
         std::string calls;
-        for (int i = 0; i < count; ++i) {
-            const std::string n = std::to_string(i);
-            calls += UnitOn(0) + BindTexture("0") + UnitOn(1) + BindTexture("0") +
-                     "glUseProgramObject(terrain " + n + ")\n" + R"(
-                glEnableClientState(GL_VERTEX_ARRAY)
-                glDisableClientState(GL_TEXTURE_COORD_ARRAY)
-                glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices )" +
-                     n + R"()
-                glIndexPointer(GL_UNSIGNED_INT, 0, 0); glGetError()
-                glBindBuffer(GL_ARRAY_BUFFER, grid )" +
-                     n + R"()
-                glVertexPointer(3, GL_FLOAT, 0, 0)
-                glPushMatrix(); glPopMatrix()
-                glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0); glBindBuffer(GL_ARRAY_BUFFER, 0)
-                glDisableClientState(GL_VERTEX_ARRAY)
-                glUseProgramObject(0)
-                )" + UnitOff(1) +
-                     UnitOff(0);
-        }
+        for (int i = 0; i < count; ++i)
+            calls += Terrain(std::to_string(i));
         return calls;
     }
 
