@@ -1,0 +1,161 @@
+// What a viewer would hold against the picture, measured on the real production with its real data.
+
+#include "tests/system/nimbrel_test.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <set>
+
+namespace {
+
+constexpr double pace = 0.25; // seconds a frame between the pictures
+constexpr double oneFrame = 1 / 60.0;
+constexpr double logoGone = 11.0;  // seconds; the logo is drawn until 10
+constexpr double patience = 240.0; // for some six hundred frames on a busy machine
+
+/// RGB bytes.
+struct Frame {
+    int width = 0;
+    int height = 0;
+    std::string bytes;
+
+    size_t Pixels() const { return size_t(width) * size_t(height); }
+    int Channel(size_t pixel, size_t channel) const {
+        return static_cast<unsigned char>(bytes[pixel * 3 + channel]);
+    }
+};
+
+Frame ReadPpm(const std::string& path) {
+    Frame frame;
+    std::istringstream file(ReadFile(path));
+    std::string magic;
+    int most = 0;
+    file >> magic >> frame.width >> frame.height >> most;
+    file.get(); // the one blank before the pixels
+    frame.bytes.resize(frame.Pixels() * 3);
+    file.read(frame.bytes.data(), std::streamsize(frame.bytes.size()));
+    EXPECT_TRUE(file.good()) << path << " is cut short";
+    return frame;
+}
+
+/// Share of the picture that its commonest colour has, at sixteen levels a channel.
+double CommonestShare(const Frame& frame) {
+    std::vector<size_t> counts(16 * 16 * 16);
+    for (size_t i = 0; i < frame.Pixels(); ++i)
+        ++counts[size_t(frame.Channel(i, 0) / 16 * 256 + frame.Channel(i, 1) / 16 * 16 +
+                        frame.Channel(i, 2) / 16)];
+    return double(*std::max_element(counts.begin(), counts.end())) / double(frame.Pixels());
+}
+
+/// Share of the pixels that jump in the second of three frames and are back in the third, as
+/// surfaces that fight for one depth do.
+double FlickerShare(const Frame& a, const Frame& b, const Frame& c) {
+    constexpr int jump = 48; // of 255
+    constexpr int back = 12;
+    size_t flickering = 0;
+    for (size_t i = 0; i < a.Pixels(); ++i) {
+        bool jumps = false;
+        bool returns = true;
+        for (size_t channel = 0; channel < 3; ++channel) {
+            const int before = a.Channel(i, channel);
+            const int between = b.Channel(i, channel);
+            const int after = c.Channel(i, channel);
+            jumps |= std::abs(between - before) > jump && std::abs(between - after) > jump;
+            returns &= std::abs(after - before) < back;
+        }
+        flickering += jumps && returns;
+    }
+    return double(flickering) / double(a.Pixels());
+}
+
+std::string Text(double time) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%.3f", time);
+    return text;
+}
+
+std::string List(const std::set<double>& times) {
+    std::string list;
+    for (const double time : times) {
+        if (!list.empty())
+            list += ',';
+        list += Text(time);
+    }
+    return list;
+}
+
+class Pictures : public NimbrelTest {
+protected:
+    /// Plays the whole show with frames at a steady pace and at `times`, and pictures at `times`.
+    /// Without the music, which stepped time does not move: what follows it stands at its peak.
+    void Play(const std::set<double>& times) {
+        std::filesystem::create_directory("Data");
+        std::filesystem::create_directory_symlink(RealData() / "Gfx", "Data/Gfx");
+        std::set<double> frames = times;
+        for (int i = 0; i * pace < runningTime; ++i)
+            frames.insert(i * pace);
+        Start({{"NIMBREL_PROBE_TIMES", List(frames)},
+               {"NIMBREL_PROBE_SHOTS", List(times)},
+               {"NIMBREL_PROBE_SHOT_DIR", "."}});
+        WaitForOrderlyEnd(patience);
+    }
+
+    static Frame At(double time) {
+        char name[32];
+        std::snprintf(name, sizeof name, "frame_%08.3f.ppm", time);
+        return ReadPpm(name);
+    }
+};
+
+Frame Plain(int width, int height, char value) {
+    return {width, height, std::string(size_t(width) * size_t(height) * 3, value)};
+}
+
+} // namespace
+
+TEST(PictureMeasures, See_one_flat_colour) {
+    Frame frame = Plain(10, 10, 100);
+    EXPECT_EQ(CommonestShare(frame), 1.0);
+    std::fill_n(frame.bytes.begin(), 30 * 3, char(20)); // 30 of 100 pixels
+    EXPECT_EQ(CommonestShare(frame), 0.7);
+}
+
+TEST(PictureMeasures, See_pixels_that_jump_and_come_back_but_none_that_moves_on) {
+    const Frame dark = Plain(10, 10, 10);
+    Frame flash = dark;
+    std::fill_n(flash.bytes.begin(), 5 * 3, char(100)); // 5 of 100 pixels
+    EXPECT_EQ(FlickerShare(dark, flash, dark), 0.05);
+    EXPECT_EQ(FlickerShare(dark, flash, flash), 0.0);
+    EXPECT_EQ(FlickerShare(dark, dark, flash), 0.0);
+}
+
+TEST_F(Pictures, Are_never_mostly_one_colour_once_the_logo_has_gone) {
+    if (sanitized)
+        GTEST_SKIP() << "measures Data/, which the release build plays just the same";
+    std::set<double> times;
+    for (double time = logoGone; time < runningTime; time += 1.0)
+        times.insert(time);
+    Play(times);
+    for (const double time : times)
+        EXPECT_LE(CommonestShare(At(time)), 0.6) << time << " s";
+}
+
+TEST_F(Pictures, Do_not_flicker_from_frame_to_frame) {
+    if (sanitized)
+        GTEST_SKIP() << "measures Data/, which the release build plays just the same";
+    // In every flight, away from the cuts.
+    constexpr double moments[] = {12.0, 22.0, 33.0, 48.0,  60.0,  66.0,  72.0,
+                                  80.0, 88.0, 95.0, 102.0, 107.0, 112.0, 117.0};
+    std::set<double> times;
+    for (const double moment : moments)
+        for (int frame = 0; frame < 3; ++frame)
+            times.insert(moment + frame * oneFrame);
+    Play(times);
+    // Windows in the distance are narrower than a pixel, and nothing smooths edges.
+    constexpr double twinkling = 0.003;
+    for (const double moment : moments)
+        EXPECT_LE(FlickerShare(At(moment), At(moment + oneFrame), At(moment + 2 * oneFrame)),
+                  twinkling)
+            << moment << " s";
+}
