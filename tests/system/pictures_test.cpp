@@ -11,7 +11,7 @@ namespace {
 
 constexpr double pace = 0.25; // seconds a frame between the pictures
 constexpr double oneFrame = 1 / 60.0;
-constexpr double logoGone = 11.0;  // seconds; the logo is drawn until 10
+constexpr int logoGone = 11;       // seconds; the logo is drawn until 10
 constexpr double patience = 240.0; // for some six hundred frames on a busy machine
 
 /// RGB bytes.
@@ -42,9 +42,11 @@ Frame ReadPpm(const std::string& path) {
 /// Share of the picture that its commonest colour has, at sixteen levels a channel.
 double CommonestShare(const Frame& frame) {
     std::vector<size_t> counts(16 * 16 * 16);
-    for (size_t i = 0; i < frame.Pixels(); ++i)
-        ++counts[size_t(frame.Channel(i, 0) / 16 * 256 + frame.Channel(i, 1) / 16 * 16 +
-                        frame.Channel(i, 2) / 16)];
+    for (size_t i = 0; i < frame.Pixels(); ++i) {
+        const int colour = frame.Channel(i, 0) / 16 * 256 + frame.Channel(i, 1) / 16 * 16 +
+                           frame.Channel(i, 2) / 16;
+        ++counts[size_t(colour)];
+    }
     return double(*std::max_element(counts.begin(), counts.end())) / double(frame.Pixels());
 }
 
@@ -134,8 +136,8 @@ TEST_F(Pictures, Are_never_mostly_one_colour_once_the_logo_has_gone) {
     if (sanitized)
         GTEST_SKIP() << "measures Data/, which the release build plays just the same";
     std::set<double> times;
-    for (double time = logoGone; time < runningTime; time += 1.0)
-        times.insert(time);
+    for (int second = logoGone; second < runningTime; ++second)
+        times.insert(second);
     Play(times);
     for (const double time : times)
         EXPECT_LE(CommonestShare(At(time)), 0.6) << time << " s";
