@@ -18,7 +18,9 @@ class Camera;
 /// Each frame, when the previous frame saw the surface, the scene manager renders the mirrored
 /// scene and the plain scene into two 512 x 512 targets; Draw() mixes both in screen space, bent by
 /// a scrolling normal map, fogged with the fixed-function fog, and halves the light where the
-/// shadow map says so.
+/// shadow map says so. The place in the shadow map comes from texture matrix 0, which leads there
+/// only between ShadowMapping's BindShadowMap() and UnBindShadowMap(); in the main pass it is the
+/// identity, so that the shadow can fall on 0 <= x <= 1 only. That is how the frame is ordered.
 ///
 /// Space:   world; +y is up, units are the scene's.
 /// Texture: unit 0 normal map, 1 reflection, 2 refraction, 6 shadow map (bound by ShadowMapping).
@@ -80,7 +82,8 @@ public:
     void EndRefraction();
 
     /// Draws the surface when its box is in the view frustum, else nothing. Unit 0 is active
-    /// afterwards; the vertex and texture-coordinate arrays stay enabled.
+    /// afterwards; the vertex and texture-coordinate arrays stay enabled. SetShow() has no effect
+    /// on the surface, only SetDebug() has: it adds the box, in blue.
     void Draw() override;
 
     /// Draws the bare quad, whatever the frustum says and with whatever program is bound; the

@@ -64,6 +64,8 @@ TEST_F(ShadowMappingTest, Composite_program_is_clean_and_begins_at_half_intensit
     EXPECT_TRUE(BoundProgramIsClean());
     EXPECT_EQ(BoundUniformInt("texture0"), 0);
     EXPECT_EQ(BoundUniform("intensity")[0], 0.5f);
+    for (const char* absent : {"depthmap", "offset"}) // sent, but there is nobody to take them
+        EXPECT_EQ(glGetUniformLocation(BoundProgram(), absent), -1) << absent;
     shadow.SetIntensity(0.75f);
     EXPECT_EQ(BoundProgram(), 0u);
     EXPECT_EQ(shadow.GetIntensity(), 0.75f);
@@ -107,6 +109,22 @@ TEST_F(ShadowMappingTest, Light_matrices_are_what_opengl_makes_of_the_light) {
     EXPECT_NEAR(view[6], -2.0f / 7.0f, 1e-6f);
     EXPECT_NEAR(view[10], -6.0f / 7.0f, 1e-6f);
     EXPECT_NEAR(view[14], (3.0f * 1 + 2.0f * 2 + 6.0f * 3) / 7.0f, 1e-5f);
+}
+
+TEST_F(ShadowMappingTest, Light_moves_when_it_is_set_again_and_only_then) {
+    ShadowMapping shadow;
+    shadow.SetLight(vec3(1, 2, 3), vec3(4, 4, 9));
+    const Vell::Matrix first = ShadowMappingProbe::LightModelview(shadow);
+    shadow.BeginLightDraw();
+    shadow.EndLightDraw();
+    shadow.SetSize(64);
+    for (int i = 0; i < 16; ++i)
+        EXPECT_EQ(ShadowMappingProbe::LightModelview(shadow)[i], first[i]) << i;
+    // Straight along -z from (5, 6, 7): a plain move by the opposite.
+    shadow.SetLight(vec3(5, 6, 7), vec3(5, 6, 0));
+    const float moved[] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -5, -6, -7, 1};
+    for (int i = 0; i < 16; ++i)
+        EXPECT_EQ(ShadowMappingProbe::LightModelview(shadow)[i], moved[i]) << i;
 }
 
 TEST_F(ShadowMappingTest, Screen_narrower_than_tall_has_an_aspect_of_zero) {

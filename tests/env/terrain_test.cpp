@@ -114,6 +114,7 @@ TEST_F(TerrainTest, Program_links_without_a_warning_and_reads_units_0_and_1) {
     EXPECT_TRUE(BoundProgramIsClean());
     EXPECT_EQ(BoundUniformInt("heightmap"), 0);
     EXPECT_EQ(BoundUniformInt("texture0"), 1);
+    EXPECT_THAT(BoundUniform("pos"), ElementsAre(0.0f, 0.0f, 0.0f, 0.0f)); // never sent
     TerrainProbe::Program(terrain).Disable();
 }
 

@@ -263,6 +263,16 @@ TEST_F(WaterTest, Drawing_changes_no_state_but_bindings_and_client_arrays) {
     EXPECT_EQ(Differences(before, CaptureGlState()), "unit 0 coordinate array: on -> off\n");
 }
 
+TEST_F(WaterTest, Is_drawn_whatever_its_show_flag_says) {
+    Vell::Water water;
+    water.SetBlend(0.0f);
+    Fill(WaterProbe::Reflection(water), Picture(512, 512, {200, 100, 50, 255}));
+    LookFrom(vec3(0, 4, -10), ahead); // sees z < 0 only, which no shadow reaches
+    water.SetSize(ivec2(1024, 1024)); // so that the box reaches there, too
+    water.SetShow(false);
+    EXPECT_TRUE(Near(DrawnOnScreen(water).At(20, 20), {200, 100, 50, 255}));
+}
+
 TEST_F(WaterTest, Debug_shows_the_box_in_blue) {
     Vell::Water water;
     water.SetSize(ivec2(5, 5)); // box -5..10

@@ -3,6 +3,8 @@
 #include "tests/post/effect_stage.h"
 #include "tests/support/bound_program.h"
 
+#include <ostream>
+
 using Vell::ivec2;
 using Vell::PostBloom;
 
@@ -56,6 +58,19 @@ void BlurALittle(PostBloom& bloom) {
 Picture Plain(Rgba colour) {
     return Picture(size, size, colour);
 }
+
+struct BloomCase {
+    const char* name;
+    float intensity;
+    float threshold;
+};
+
+void PrintTo(const BloomCase& c, std::ostream* out) {
+    *out << c.name;
+}
+
+// Two filterings, a blend and the test's own rounding.
+constexpr Thresholds rounding{.max = 1.0, .mean = 0.01};
 
 } // namespace
 
@@ -123,13 +138,41 @@ TEST_F(PostBloomTest, Glow_is_weighted_by_its_alpha_too) {
     EXPECT_TRUE(Near(RunPlain({100, 60, 20, 102}, 1.0f, 0.0f), {140, 84, 28, 143}, 1));
 }
 
+class PostBloomPicture : public PostBloomTest, public ::testing::WithParamInterface<BloomCase> {};
+
+TEST_P(PostBloomPicture, Is_the_input_plus_the_weighted_blur_of_its_bright_parts) {
+    const BloomCase& c = GetParam();
+    PostBloom bloom;
+    BlurALittle(bloom);
+    bloom.SetIntensity(c.intensity);
+    bloom.SetThreshold(c.threshold);
+    EXPECT_TRUE(Matches(Run(bloom, Sample()),
+                        Bloomed(Sample(), double(c.intensity), double(c.threshold), 1, 1.0 / size),
+                        rounding));
+}
+
+INSTANTIATE_TEST_SUITE_P(Bloom, PostBloomPicture,
+                         ::testing::Values(BloomCase{"Intensity_0", 0.0f, 0.1f},
+                                           BloomCase{"Intensity_middle", 0.5f, 0.1f},
+                                           BloomCase{"Intensity_1", 1.0f, 0.1f},
+                                           BloomCase{"Threshold_0", 1.0f, 0.0f},
+                                           BloomCase{"Threshold_middle", 1.0f, 0.5f},
+                                           BloomCase{"Threshold_1", 1.0f, 1.0f}),
+                         ::testing::PrintToStringParamName());
+
 TEST_F(PostBloomTest, Threshold_0_lets_the_whole_image_glow) {
     PostBloom bloom;
     BlurALittle(bloom);
     bloom.SetThreshold(0.0f);
-    // Two filterings, a blend and the test's own rounding.
-    EXPECT_TRUE(
-        Matches(Run(bloom, Sample()), Bloomed(Sample(), 1.0, 0.0, 1, 1.0 / size), {.max = 2}));
+    const Picture result = Run(bloom, Sample());
+    for (int y = 8; y < size; y += 8)
+        for (int x = 8; x < size; x += 8)
+            EXPECT_GE(result.At(x, y).g, 39) << x << ", " << y; // 20 and its glow of 20, or white
+}
+
+TEST_F(PostBloomTest, Intensity_outside_0_to_1_acts_as_the_nearest_of_them) {
+    EXPECT_TRUE(Near(RunPlain({100, 60, 20, 255}, 2.0f, 0.0f), {200, 120, 40, 255}, 1));
+    EXPECT_TRUE(Near(RunPlain({100, 60, 20, 255}, -1.0f, 0.0f), {100, 60, 20, 255}));
 }
 
 TEST_F(PostBloomTest, Middle_threshold_lets_the_bright_parts_glow_and_spread) {
@@ -138,7 +181,7 @@ TEST_F(PostBloomTest, Middle_threshold_lets_the_bright_parts_glow_and_spread) {
     bloom.SetThreshold(0.5f);
     bloom.SetIntensity(0.5f);
     const Picture result = Run(bloom, Sample());
-    EXPECT_TRUE(Matches(result, Bloomed(Sample(), 0.5, 0.5, 1, 1.0 / size), {.max = 2}));
+    EXPECT_TRUE(Matches(result, Bloomed(Sample(), 0.5, 0.5, 1, 1.0 / size), rounding));
     EXPECT_GT(result.At(47, 56).g, 40); // beside the square, where the input has 20
     EXPECT_EQ(result.At(20, 56).g, 20); // out of reach
 }
@@ -199,7 +242,7 @@ TEST_F(PostBloomTest, Disabled_flag_of_the_inner_blur_is_not_asked) {
     PostBloomProbe::Blur(bloom).SetEnabled(false);
     bloom.SetThreshold(0.5f);
     EXPECT_TRUE(
-        Matches(Run(bloom, Sample()), Bloomed(Sample(), 1.0, 0.5, 1, 1.0 / size), {.max = 2}));
+        Matches(Run(bloom, Sample()), Bloomed(Sample(), 1.0, 0.5, 1, 1.0 / size), rounding));
 }
 
 TEST_F(PostBloomTest, Leaves_no_state_behind) {

@@ -3,6 +3,8 @@
 #include "tests/post/effect_stage.h"
 #include "tests/support/bound_program.h"
 
+#include <ostream>
+
 using Vell::ivec2;
 using Vell::PostBlur;
 
@@ -38,9 +40,25 @@ Picture Blurred(const Picture& input, int sizeRTT, int passes, double offset) {
     return Resized(work, input.Width(), input.Height());
 }
 
+struct BlurCase {
+    const char* name;
+    int side; // of the input
+    int sizeRTT;
+    int passes;
+    float offset;
+};
+
+void PrintTo(const BlurCase& c, std::ostream* out) {
+    *out << c.name;
+}
+
+// Every scaling and every filtering rounds to 8 bits on both sides, with weights of 8 bits.
+constexpr Thresholds rounding{.max = 2.0, .mean = 0.1};
+
 } // namespace
 
 class PostBlurTest : public EffectStage {};
+class PostBlurPicture : public PostBlurTest, public ::testing::WithParamInterface<BlurCase> {};
 
 TEST_F(PostBlurTest, Begins_with_five_passes_at_128_pixels) {
     PostBlur blur;
@@ -82,46 +100,30 @@ TEST_F(PostBlurTest, No_pass_at_the_same_size_is_a_copy) {
     EXPECT_TRUE(Matches(Run(blur, Sample()), Sample()));
 }
 
-TEST_F(PostBlurTest, No_pass_at_a_smaller_size_is_a_linear_downscale_and_upscale) {
+TEST_P(PostBlurPicture, Is_scaled_down_filtered_twice_a_pass_and_scaled_up) {
+    const BlurCase& c = GetParam();
     PostBlur blur;
-    blur.SetPass(0);
-    blur.SetSizeRTT(size / 2);
-    // The filter rounds twice to 8 bits, with weights of 8 bits.
-    EXPECT_TRUE(Matches(Run(blur, Sample()), Blurred(Sample(), size / 2, 0, 0.0), {.max = 2}));
+    blur.SetSizeRTT(c.sizeRTT);
+    blur.SetOffset(c.offset);
+    blur.SetPass(c.passes);
+    EXPECT_EQ(blur.GetPass(), c.passes);
+    EXPECT_TRUE(Matches(Run(blur, Sample(c.side)),
+                        Blurred(Sample(c.side), c.sizeRTT, c.passes, double(c.offset)), rounding));
 }
 
-TEST_F(PostBlurTest, Each_pass_filters_twice) {
-    for (int passes : {1, 2, 5}) {
-        SCOPED_TRACE(passes);
-        PostBlur blur;
-        blur.SetSizeRTT(size);
-        blur.SetOffset(1.0f / size); // exactly one texel
-        blur.SetPass(passes);
-        EXPECT_EQ(blur.GetPass(), passes);
-        // Every filtering rounds to 8 bits on both sides.
-        EXPECT_TRUE(
-            Matches(Run(blur, Sample()), Blurred(Sample(), size, passes, 1.0 / size), {.max = 2}));
-    }
-}
-
-TEST_F(PostBlurTest, Offset_is_measured_in_texture_coordinates) {
-    // 0.01 is 1.28 texels of 128, and 0.03 1.92 of 64: between texels, so the linear filter joins
-    // in.
-    struct Case {
-        int sizeRTT;
-        float offset;
-    };
-    for (const Case& c : {Case{128, 0.01f}, {64, 0.03f}, {32, 0.0f}}) {
-        SCOPED_TRACE(c.sizeRTT);
-        PostBlur blur;
-        blur.SetSizeRTT(c.sizeRTT);
-        blur.SetOffset(c.offset);
-        blur.SetPass(1);
-        // Three scalings and two filterings round to 8 bits, with weights of 8 bits.
-        EXPECT_TRUE(Matches(Run(blur, Sample(128)),
-                            Blurred(Sample(128), c.sizeRTT, 1, double(c.offset)), {.max = 3}));
-    }
-}
+// An offset of 1 / 64 is exactly one texel of 64; 0.01 is 1.28 texels of 128 and 0.03 1.92 of 64:
+// between texels, where the linear filter joins in.
+INSTANTIATE_TEST_SUITE_P(Blur, PostBlurPicture,
+                         ::testing::Values(BlurCase{"Pass_0", 64, 32, 0, 0.01f},
+                                           BlurCase{"Pass_1", 64, 64, 1, 1.0f / 64},
+                                           BlurCase{"Pass_2", 64, 64, 2, 1.0f / 64},
+                                           BlurCase{"Pass_5", 64, 64, 5, 1.0f / 64},
+                                           BlurCase{"Offset_0", 128, 32, 1, 0.0f},
+                                           BlurCase{"Offset_1_hundredth", 128, 128, 1, 0.01f},
+                                           BlurCase{"Offset_3_hundredths", 128, 64, 1, 0.03f},
+                                           BlurCase{"Offset_half", 64, 64, 1, 0.5f},
+                                           BlurCase{"Offset_1", 64, 64, 1, 1.0f}),
+                         ::testing::PrintToStringParamName());
 
 TEST_F(PostBlurTest, Edges_repeat_instead_of_wrapping) {
     // A bright left edge must not shine in from the right.
@@ -140,7 +142,8 @@ TEST_F(PostBlurTest, Edges_repeat_instead_of_wrapping) {
 TEST_F(PostBlurTest, One_colour_stays_one_colour) {
     PostBlur blur;
     const Picture plain(size, size, {90, 180, 45, 120});
-    EXPECT_TRUE(Matches(Run(blur, plain), plain, {.max = 1})); // nine ninths may round up
+    EXPECT_TRUE(
+        Matches(Run(blur, plain), plain, {.max = 1.0, .mean = 0.1})); // nine ninths may round up
 }
 
 TEST_F(PostBlurTest, Leaves_no_state_behind) {

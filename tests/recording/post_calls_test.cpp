@@ -10,6 +10,8 @@
 #include "engine/post/postprocess.h"
 #include "tests/support/fake_time.h"
 
+#include <gmock/gmock.h>
+
 #include <memory>
 
 using Vell::FBO;
@@ -220,6 +222,8 @@ TEST_F(PostCalls, Bloom_builds_its_parts_and_sends_its_defaults) {
                      SizeTarget("second", 128, 128) + Clamp("first") + Clamp("second") +
                      SetUniform("blur", "offset", "0.01") + NewProgram("threshold") +
                      SizeTarget("glow", 640, 480) + SetUniform("threshold", "threshold", "0.9")));
+    EXPECT_THAT(gl.Source("threshold fragment"),
+                ::testing::HasSubstr("(color.r+color.g+color.b)/3"));
     bloom.SetIntensity(0.5f);
     EXPECT_TRUE(Made(""));
     bloom.SetThreshold(0.25f);
@@ -307,4 +311,16 @@ TEST_F(PostCalls, Ripple_switched_off_copies_without_a_shader) {
     EXPECT_TRUE(Made("-- 2.\n" + EnableTarget("out", 640, 480) + UnitOn(0) +
                      BindTexture("in colour") + Quad() + "glDisable(GL_TEXTURE_2D)\n" + "-- 3.\n" +
                      DisableTarget()));
+}
+
+TEST_F(PostCalls, Ends_of_both_release_their_shaders) {
+    gl.NameProgram("split");
+    gl.NameProgram("ripple");
+    auto split = std::make_unique<PostRGB>();
+    auto ripple = std::make_unique<PostWater>();
+    Forget();
+    ripple.reset();
+    EXPECT_TRUE(Made(DeleteProgram("ripple")));
+    split.reset();
+    EXPECT_TRUE(Made(DeleteProgram("split")));
 }

@@ -180,3 +180,10 @@ TEST_F(ShadowCalls, Composite_blends_the_shadow_over_the_scene) {
                                               1, 0, 1, 0, 0, //
                                               0, 0, 0, 0, 0}));
 }
+
+TEST_F(ShadowCalls, End_releases_both_shaders_and_both_buffers) {
+    auto shadow = Made1024();
+    shadow.reset();
+    EXPECT_TRUE(Made(DeleteProgram("composite") + DeleteProgram("shadows") +
+                     DeleteTarget("shadow") + DeleteTarget("light")));
+}
