@@ -11,6 +11,7 @@
 
 #include <jpeglib.h>
 #include <png.h>
+#include <sys/stat.h>
 
 namespace Vell {
 
@@ -19,6 +20,12 @@ namespace {
 constexpr int signatureBytes = 8; // a PNG file opens with these
 constexpr int rgbBytes = 3;       // a pixel
 constexpr int rgbaBytes = 4;
+
+// What one byte of a file can stand for at most. JPEG: each block of 8 x 8 samples costs a bit, and
+// no component is coarser than a quarter of the picture in each direction. PNG: deflate needs 2
+// bits for its longest run, 258 bytes.
+constexpr size_t mostPixelsAJpegByte = 8192;
+constexpr size_t mostBytesAPngByte = 1032;
 
 /// What a decoder makes of a file.
 struct Decoded {
@@ -39,13 +46,23 @@ struct FileCloser {
 };
 using File = std::unique_ptr<FILE, FileCloser>;
 
-/// Makes room for the pixels. False for a picture that the driver could not take as a texture,
-/// which also keeps a damaged header from asking for all the memory there is.
-bool MakeRoom(Decoded& picture, unsigned width, unsigned height, int pixelBytes) {
+/// Whether the driver could take such a picture as a texture.
+bool FitsTexture(unsigned width, unsigned height) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
-    if (width > unsigned(largest) || height > unsigned(largest))
-        return false;
+    return width <= unsigned(largest) && height <= unsigned(largest);
+}
+
+/// Whether the file has at least so many bytes. Asked before memory is taken: a few damaged bytes
+/// of a header would otherwise be given gigabytes for a picture that the file does not hold.
+bool HasBytes(FILE* file, size_t least) {
+    struct stat status {};
+    const bool measured = fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
+    return !measured || size_t(status.st_size) >= least;
+}
+
+/// False when there is no memory for the pixels.
+bool MakeRoom(Decoded& picture, unsigned width, unsigned height, int pixelBytes) {
     picture.size = ivec2(int(width), int(height));
     picture.format = pixelBytes == rgbaBytes ? GL_RGBA : GL_RGB;
     picture.pixels.reset(new (std::nothrow) unsigned char[size_t(width) * height * pixelBytes]);
@@ -77,6 +94,12 @@ Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors,
     jpeg_stdio_src(&jpeg, file);
     jpeg_read_header(&jpeg, TRUE);
     if (jpeg.out_color_space != JCS_RGB) // grey or CMYK
+        return Outcome::refused;
+    if (!FitsTexture(jpeg.image_width, jpeg.image_height))
+        return Outcome::tooLarge;
+    const size_t pixels = size_t(jpeg.image_width) * jpeg.image_height;
+    // Arithmetic coding may need next to nothing for any number of flat blocks.
+    if (!jpeg.arith_code && !HasBytes(file, pixels / mostPixelsAJpegByte))
         return Outcome::refused;
     if (!MakeRoom(picture, jpeg.image_width, jpeg.image_height, rgbBytes))
         return Outcome::tooLarge;
@@ -190,12 +213,18 @@ Outcome DecodePng(FILE* file, PngReader& reader, std::vector<png_bytep>& rows, D
     png_init_io(reader.png, file);
     png_set_sig_bytes(reader.png, signatureBytes);
     png_read_info(reader.png, reader.info);
+    const size_t packedRow = png_get_rowbytes(reader.png, reader.info); // before the transforms
     AskForTransforms(reader.png, reader.info);
     const int pixelBytes = PixelBytes(reader.png, reader.info);
     if (pixelBytes == 0)
         return Outcome::refused;
-    if (!MakeRoom(picture, png_get_image_width(reader.png, reader.info),
-                  png_get_image_height(reader.png, reader.info), pixelBytes))
+    const unsigned width = png_get_image_width(reader.png, reader.info);
+    const unsigned height = png_get_image_height(reader.png, reader.info);
+    if (!FitsTexture(width, height))
+        return Outcome::tooLarge;
+    if (!HasBytes(file, packedRow * height / mostBytesAPngByte))
+        return Outcome::refused;
+    if (!MakeRoom(picture, width, height, pixelBytes))
         return Outcome::tooLarge;
     PointAtRows(rows, picture, size_t(picture.size.x) * size_t(pixelBytes));
     png_read_image(reader.png, rows.data());

@@ -30,8 +30,10 @@ public:
     /// refused. Registers the path even when loading fails. Leaves the texture bound.
     /// True when there is a texture afterwards; false, with texture 0 and size (0, 0), otherwise.
     /// Logs "LOADED", or "ERROR" for a wrong ending, an unreadable file, a grey, CMYK or damaged
-    /// JPEG, no PNG signature, and a picture larger than the driver's textures; other unsuitable
-    /// PNG files (grey, damaged) fail without a row.
+    /// JPEG, no PNG signature, and a picture too large for the driver's textures or for the memory;
+    /// other unsuitable PNG files (grey, damaged) fail without a row. A file that is too small for
+    /// the size its header promises counts as damaged; a JPEG that breaks off later loads as far as
+    /// it goes.
     bool Load(const std::string& path);
 
     /// What Load calls by ending: decode and upload, without registry or "LOADED" row.

@@ -44,7 +44,8 @@ public:
     void LoadToChar(const char* vertSrc, const char* fragSrc);
 
     /// Reads a whole text file into a NUL-terminated buffer that the caller releases with free().
-    /// Null for an empty file, and, with an "ERROR" row, for a null path or an unreadable file.
+    /// Null for an empty file, and, with an "ERROR" row, for a null path, an unreadable file and
+    /// one of 2 GB or more.
     static char* textFileRead(const char* path);
 
     /// Makes the program current; program 0, the fixed-function pipeline, after a failure.

@@ -50,7 +50,8 @@ public:
 
     /// Releases buffers, arrays, material and light map and logs "FREE"; a shared mesh does
     /// neither. The sub-meshes' textures stay, for others find them in the registry, and so do,
-    /// without a light map, the unused light map coordinates.
+    /// without a light map, the unused light map coordinates. The registry keeps the path of the
+    /// light map as well, so no other mesh of that directory may use or load it afterwards.
     ~XT3DStatic() override;
 
     XT3DStatic(const XT3DStatic&) = delete;
@@ -73,7 +74,8 @@ public:
 
     /// Builds the material from a vertex and a fragment shader file and gives its samplers
     /// (texture0 to texture3, lightmap) their units. Only the first call of a mesh counts.
-    /// Returns the material, which the mesh owns.
+    /// Returns the material, which the mesh owns; one that is set on a mesh that shares another's
+    /// path is never released, so set it on the first.
     Shader* SetMaterialShader(const std::string& vertPath, const std::string& fragPath);
     /// Null when none was set.
     Shader* GetMaterialShader() { return materialShader; }

@@ -51,7 +51,8 @@ void SceneManager::AddCamera(Camera* newCamera) {
 }
 
 Camera* SceneManager::AddCamera(const vec3& position, const vec3& target) {
-    AddCamera(new Camera);
+    delete camera;
+    camera = new Camera;
     camera->Set(position, target);
     return camera;
 }

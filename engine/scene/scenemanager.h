@@ -50,8 +50,8 @@ public:
     /// is owned by the manager. A file that fails to load is logged and gives an empty mesh, again
     /// at every later call.
     ///
-    /// The registry of loaded files is untyped: `path` must not be one that an image or a shader
-    /// was loaded from.
+    /// The registry of loaded files is untyped: what stands under `path` is returned as a mesh
+    /// unseen, so it must not be a path that an image or a shader was loaded from.
     Mesh* GetMesh(const std::string& path);
 
     /// Creates the shadow mapping at the first call and configures it at every call: position
@@ -94,6 +94,8 @@ public:
     void Draw();
 
 private:
+    friend struct SceneManagerProbe; // tests look at the order of the fields
+
     void RenderLightDepth();
     void RenderShadowBuffer();
     void RenderReflection();

@@ -4,6 +4,30 @@
 
 #include "tests/support/fake_time.h"
 
+namespace {
+
+constexpr const char* endShadow = R"(
+        glDisableClientState(GL_VERTEX_ARRAY)
+        glDisableClientState(GL_NORMAL_ARRAY)
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY)
+        glDisable(GL_ALPHA_TEST)
+        glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
+        glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
+        )";
+
+/// Where a sub-mesh's own numbered buffers are pointed at, those of the light map left out.
+std::string Buffers(const std::string& number) {
+    return "glBindBuffer(GL_ARRAY_BUFFER, positions" + number +
+           "); glVertexPointer(3, GL_FLOAT, 0, 0)\n" + "glBindBuffer(GL_ARRAY_BUFFER, normals" +
+           number + "); glNormalPointer(GL_FLOAT, 0, 0)\n" +
+           "glClientActiveTexture(GL_TEXTURE0); glEnableClientState(GL_TEXTURE_COORD_ARRAY)\n" +
+           "glBindBuffer(GL_ARRAY_BUFFER, texcoords" + number +
+           "); glTexCoordPointer(2, GL_FLOAT, 0, 0)\n";
+}
+
+} // namespace
+
 // ------------------------------------------------------------------------------------ Drawing
 
 TEST_F(MeshCalls, Plain_mesh) {
@@ -77,23 +101,32 @@ TEST_F(MeshCalls, Sub_meshes_follow_each_other) {
     mesh->Draw();
     EXPECT_TRUE(Made(std::string(beginArrays) + noTextures + R"(
         glGetString(GL_EXTENSIONS)
-        glBindBuffer(GL_ARRAY_BUFFER, positions 0); glVertexPointer(3, GL_FLOAT, 0, 0)
-        glBindBuffer(GL_ARRAY_BUFFER, normals 0); glNormalPointer(GL_FLOAT, 0, 0)
-        glClientActiveTexture(GL_TEXTURE0); glEnableClientState(GL_TEXTURE_COORD_ARRAY)
-        glBindBuffer(GL_ARRAY_BUFFER, texcoords 0); glTexCoordPointer(2, GL_FLOAT, 0, 0)
-        glDrawArrays(GL_TRIANGLES, 0, 3)
+        )" + Buffers(" 0") +
+                     triangles + R"(
         -- the second one
         glActiveTexture(GL_TEXTURE0); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
         glActiveTexture(GL_TEXTURE1); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
         glActiveTexture(GL_TEXTURE2); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
         glGetString(GL_EXTENSIONS)
-        glBindBuffer(GL_ARRAY_BUFFER, positions 1); glVertexPointer(3, GL_FLOAT, 0, 0)
-        glBindBuffer(GL_ARRAY_BUFFER, normals 1); glNormalPointer(GL_FLOAT, 0, 0)
-        glClientActiveTexture(GL_TEXTURE0); glEnableClientState(GL_TEXTURE_COORD_ARRAY)
-        glBindBuffer(GL_ARRAY_BUFFER, texcoords 1); glTexCoordPointer(2, GL_FLOAT, 0, 0)
-        glDrawArrays(GL_TRIANGLES, 0, 3)
-        )" + unbindBuffer +
-                     endArrays));
+        )" + Buffers(" 1") +
+                     triangles + unbindBuffer + endArrays));
+}
+
+TEST_F(MeshCalls, Light_map_is_bound_anew_for_every_sub_mesh) {
+    const auto part = [](const std::string& n) {
+        return std::string(noTextures) + R"(
+        glActiveTexture(GL_TEXTURE6); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, light map)
+        glGetString(GL_EXTENSIONS)
+        )" + Buffers(" " + n) +
+               R"(
+        glClientActiveTexture(GL_TEXTURE1); glEnableClientState(GL_TEXTURE_COORD_ARRAY)
+        glBindBuffer(GL_ARRAY_BUFFER, lightmap texcoords )" +
+               n + R"(); glTexCoordPointer(2, GL_FLOAT, 0, 0)
+        )" + triangles;
+    };
+    const auto mesh = Loaded({{"NULL NULL NULL", "NULL NULL NULL"}, true}, {"light map"});
+    mesh->Draw();
+    EXPECT_TRUE(Made(beginArrays + part("0") + part("1") + unbindBuffer + endArrays));
 }
 
 TEST_F(MeshCalls, Texture_that_failed_to_load_counts_as_a_texture_and_binds_0) {
@@ -128,15 +161,21 @@ TEST_F(MeshCalls, Shadow_pass_binds_texture_0_only) {
     EXPECT_TRUE(Made(std::string(beginArrays) + R"(
         glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
         )" + buffers +
-                     triangles + unbindBuffer + R"(
-        glDisableClientState(GL_VERTEX_ARRAY)
-        glDisableClientState(GL_NORMAL_ARRAY)
-        glDisableClientState(GL_TEXTURE_COORD_ARRAY)
-        glDisable(GL_ALPHA_TEST)
-        glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
-        glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
-        glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
-        )"));
+                     triangles + unbindBuffer + endShadow));
+}
+
+TEST_F(MeshCalls, Shadow_pass_binds_texture_0_of_every_sub_mesh_that_has_one) {
+    const auto mesh = Loaded({{"a.png NULL NULL", "NULL b.png NULL"}, false}, {"a", "b"});
+    mesh->DrawShadow();
+    EXPECT_TRUE(Made(std::string(beginArrays) + R"(
+        glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
+        glGetString(GL_EXTENSIONS)
+        )" + Buffers(" 0") +
+                     triangles + R"(
+        -- the second one has none and keeps what unit 0 holds
+        glGetString(GL_EXTENSIONS)
+        )" + Buffers(" 1") +
+                     triangles + unbindBuffer + endShadow));
 }
 
 TEST_F(MeshCalls, Shadow_pass_without_texture_and_buffers_keeps_what_unit_0_holds) {
@@ -150,12 +189,5 @@ TEST_F(MeshCalls, Shadow_pass_without_texture_and_buffers_keeps_what_unit_0_hold
         glTexCoordPointer(2, GL_FLOAT, 0, memory)
         glDrawArrays(GL_TRIANGLES, 0, 3)
         glGetString(GL_EXTENSIONS)
-        glDisableClientState(GL_VERTEX_ARRAY)
-        glDisableClientState(GL_NORMAL_ARRAY)
-        glDisableClientState(GL_TEXTURE_COORD_ARRAY)
-        glDisable(GL_ALPHA_TEST)
-        glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
-        glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
-        glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
-        )"));
+        )" + endShadow));
 }

@@ -46,6 +46,22 @@ TEST_F(MeshCalls, Loading_reads_the_light_map_then_textures_and_fills_four_buffe
               (std::vector<float>{0.125f, 0.375f, 0.125f, 0.375f, 0.125f, 0.375f}));
 }
 
+TEST_F(MeshCalls, Loading_finishes_a_sub_mesh_before_it_begins_the_next) {
+    const auto fill = [](const std::string& buffer, const std::string& bytes) {
+        return "glBindBuffer(GL_ARRAY_BUFFER, " + buffer + ")\nglBufferData(GL_ARRAY_BUFFER, " +
+               bytes + ", memory, GL_STATIC_DRAW)\n";
+    };
+    const auto fourBuffers = [&](const std::string& n) {
+        return "glGetString(GL_EXTENSIONS)\nglGenBuffers(1, positions " + n +
+               "); glGenBuffers(1, texcoords " + n + ")\nglGenBuffers(1, lightmap texcoords " + n +
+               "); glGenBuffers(1, normals " + n + ")\n" + fill("positions " + n, "36") +
+               fill("normals " + n, "36") + fill("texcoords " + n, "24") +
+               fill("lightmap texcoords " + n, "24") + "glBindBuffer(GL_ARRAY_BUFFER, 0)\n";
+    };
+    const auto mesh = Load({{"NULL a.png NULL", "NULL NULL b.png"}, false}, {"a", "b"});
+    EXPECT_TRUE(Made(LoadTexture("a") + fourBuffers("0") + LoadTexture("b") + fourBuffers("1")));
+}
+
 TEST_F(MeshCalls, Loading_asks_for_buffers_once_a_sub_mesh_and_makes_none_without) {
     gl.extensions = "";
     const auto mesh = Load({{"NULL NULL NULL", "NULL NULL NULL"}, false}, {});

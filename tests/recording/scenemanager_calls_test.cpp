@@ -30,6 +30,14 @@ struct Scene {
     bool shadow;
 };
 
+/// Only says when it ends.
+struct NotedCamera : Vell::Camera {
+    ~NotedCamera() override {
+        const std::string arguments[] = {"camera"};
+        gl.Note("End", arguments);
+    }
+};
+
 class FrameCalls : public Calls {
 protected:
     void SetUp() override {
@@ -352,21 +360,31 @@ TEST_F(FrameCalls, Shadow_mapping_is_made_once_and_then_configured_in_order) {
                      PopUnitSquare()));
 }
 
-TEST_F(FrameCalls, End_goes_from_terrains_to_shadow_sky_water_chain_and_target) {
+TEST_F(FrameCalls, End_goes_from_terrains_and_meshes_to_shadow_sky_camera_water_chain_and_target) {
     Furnish({true, WaterIs::inView, 1, true});
+    manager->AddCamera(new NotedCamera);
+    const std::string buffers[] = {"positions", "texcoords", "lightmap texcoords", "normals"};
+    gl.Name("buffer", buffers);
+    WriteFile("end.xt3dstatic", "XT3DSTATIC 1 ./ 0 NULL NULL NULL 1 0 0 0 0 0 1 0 0");
+    manager->GetMesh("end.xt3dstatic");
+    Forget();
     manager.reset();
-    EXPECT_TRUE(Made(R"(
+    EXPECT_TRUE(
+        Made(R"(
         -- terrain, with five pictures
         glDeleteBuffers(1, grid 0); glDeleteBuffers(1, indices 0)
         glDeleteTextures(1, 0); glDeleteTextures(1, 0); glDeleteTextures(1, 0)
         glDeleteTextures(1, 0); glDeleteTextures(1, 0)
         )" + DeleteProgram("terrain 0") +
-                     "-- shadow mapping\n" + DeleteProgram("composite") + DeleteProgram("shadows") +
-                     DeleteTarget("shadow") + DeleteTarget("light") +
-                     "-- sky\nglDeleteLists(list 1, 1)\n" +
-                     "glDeleteTextures(1, 0); glDeleteTextures(1, 0); glDeleteTextures(1, 0)\n" +
-                     "glDeleteTextures(1, 0); glDeleteTextures(1, 0); glDeleteTextures(1, 0)\n" +
-                     "-- water\n" + "glDeleteTextures(1, 0)\n" + DeleteProgram("water") +
-                     DeleteTarget("refraction") + DeleteTarget("reflection") + "-- chain\n" +
-                     DeleteTarget("spare") + "-- target\n" + DeleteTarget("scene")));
+             R"(
+        -- mesh, which without a light map keeps the buffer of its coordinates
+        glDeleteBuffers(1, positions); glDeleteBuffers(1, texcoords); glDeleteBuffers(1, normals)
+        )" + "-- shadow mapping\n" +
+             DeleteProgram("composite") + DeleteProgram("shadows") + DeleteTarget("shadow") +
+             DeleteTarget("light") + "-- sky\nglDeleteLists(list 1, 1)\n" +
+             "glDeleteTextures(1, 0); glDeleteTextures(1, 0); glDeleteTextures(1, 0)\n" +
+             "glDeleteTextures(1, 0); glDeleteTextures(1, 0); glDeleteTextures(1, 0)\n" +
+             "-- camera\nEnd(camera)\n" + "-- water\n" + "glDeleteTextures(1, 0)\n" +
+             DeleteProgram("water") + DeleteTarget("refraction") + DeleteTarget("reflection") +
+             "-- chain\n" + DeleteTarget("spare") + "-- target\n" + DeleteTarget("scene")));
 }

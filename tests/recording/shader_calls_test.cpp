@@ -169,6 +169,27 @@ TEST_F(ShaderCalls, Both_failing_count_as_the_vertex_shader) {
     EXPECT_EQ(ReadLogRows().back(), (LogRow{"Vertex Shader", "ERROR", "Internal"}));
 }
 
+TEST_F(ShaderCalls, Status_that_the_driver_does_not_answer_counts_as_compiled) {
+    glGetObjectParameteriv = [](GLhandleARB, GLenum, GLint*) {}; // the next test fetches it anew
+    Shader shader;
+    shader.LoadToChar(plainVertex, plainFragment);
+    EXPECT_TRUE(Made(Create() + GiveVertex() + GiveFragment() + Compile() + Link()));
+}
+
+TEST_F(ShaderCalls, Every_other_status_than_1_counts_as_a_failure) {
+    static GLint status;
+    glGetObjectParameteriv = [](GLhandleARB, GLenum, GLint* value) { *value = status; };
+    for (const GLint other : {0, 2, -1}) {
+        status = other;
+        Shader shader;
+        shader.LoadToChar(plainVertex, plainFragment);
+        EXPECT_EQ(ReadLogRows().back(), (LogRow{"Vertex Shader", "ERROR", "Internal"})) << other;
+        Forget();
+        shader.Enable();
+        EXPECT_TRUE(Made("glUseProgramObject(0)")) << other;
+    }
+}
+
 TEST_F(ShaderCalls, Failing_files_are_named_by_the_vertex_path) {
     Set({true, false, ""});
     WriteFile("failing.vert", plainVertex);

@@ -2,10 +2,12 @@
 
 #include "engine/core/ressourcemanager.h"
 #include "tests/render/image_probe.h"
+#include "tests/scene/layout.h"
 #include "tests/support/gl_state.h"
 
 #include <filesystem>
 #include <memory>
+#include <type_traits>
 
 using namespace Vell;
 
@@ -54,6 +56,12 @@ TEST_F(ImageTest, Is_empty_at_first) {
     EXPECT_EQ(ImageProbe::Filter(image), 1);
     EXPECT_TRUE(ImageProbe::Mipmap(image));
     EXPECT_EQ(ImageProbe::Format(image), 0u);
+}
+
+TEST_F(ImageTest, Keeps_its_fields_at_their_places_without_virtual_operations) {
+    const Image image;
+    EXPECT_TRUE(InOrder(ImageProbe::Fields(image)));
+    EXPECT_FALSE(std::is_polymorphic_v<Image>);
 }
 
 TEST_F(ImageTest, Logs_its_path_when_it_is_loaded_and_when_it_is_freed) {

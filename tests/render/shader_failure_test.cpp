@@ -7,7 +7,23 @@
 #include <filesystem>
 #include <memory>
 
+#include <dlfcn.h>
+#include <unistd.h>
+
 using namespace Vell;
+
+namespace {
+
+off_t claimed = 0; // bytes that files pretend to have beyond their end
+
+} // namespace
+
+/// Takes the place of the C library's function in this executable: the linker finds it first.
+extern "C" off_t lseek(int file, off_t offset, int from) noexcept {
+    static const auto real = reinterpret_cast<decltype(&lseek)>(dlsym(RTLD_NEXT, "lseek"));
+    const off_t position = real(file, offset, from);
+    return from == SEEK_END && position >= 0 ? position + claimed : position;
+}
 
 namespace {
 
@@ -193,6 +209,24 @@ TEST_F(ShaderFailureTest, Reads_a_text_whole_and_ends_it) {
     EXPECT_EQ(std::string(read), text);
     std::free(read);
     EXPECT_EQ(log.NewRows(), Rows());
+}
+
+TEST_F(ShaderFailureTest, Ends_a_text_where_its_bytes_end_when_it_is_shorter_than_it_claims) {
+    const std::string name = NewFile(".txt", "short");
+    claimed = 100;
+    char* read = Shader::textFileRead(name.c_str());
+    claimed = 0;
+    ASSERT_NE(read, nullptr);
+    EXPECT_EQ(std::string(read), "short");
+    std::free(read);
+}
+
+TEST_F(ShaderFailureTest, Logs_a_text_too_large_to_be_one) {
+    const std::string name = NewFile(".txt", "");
+    std::filesystem::resize_file(name, std::uintmax_t(1) << 31); // a hole: no disk is used
+    const LogWatch log;
+    EXPECT_EQ(Shader::textFileRead(name.c_str()), nullptr);
+    EXPECT_EQ(log.NewRows(), (Rows{{"Shader", "ERROR", name}}));
 }
 
 TEST_F(ShaderFailureTest, Reads_nothing_and_says_nothing_when_a_file_is_empty) {

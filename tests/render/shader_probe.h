@@ -17,6 +17,9 @@ struct ShaderProbe {
     static GLuint Vertex(const Shader& s) { return s.vertexObject; }
     static GLuint Fragment(const Shader& s) { return s.fragmentObject; }
     static GLuint Program(const Shader& s) { return s.program; }
+    static std::vector<const void*> Fields(const Shader& s) {
+        return {&s.vertexName, &s.fragmentName, &s.vertexObject, &s.fragmentObject, &s.program};
+    }
 };
 
 } // namespace Vell

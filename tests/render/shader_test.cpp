@@ -2,9 +2,11 @@
 
 #include "engine/core/ressourcemanager.h"
 #include "tests/render/shader_probe.h"
+#include "tests/scene/layout.h"
 
 #include <functional>
 #include <memory>
+#include <type_traits>
 
 using namespace Vell;
 
@@ -21,6 +23,12 @@ TEST_F(ShaderTest, Is_empty_at_first_and_enables_the_fixed_pipeline) {
     EXPECT_EQ(ShaderProbe::Fragment(shader), 0u);
     EXPECT_EQ(ShaderProbe::Program(shader), 0u);
     EXPECT_EQ(DrawnColour(shader), white);
+}
+
+TEST_F(ShaderTest, Keeps_its_fields_at_their_places_without_virtual_operations) {
+    const Shader shader;
+    EXPECT_TRUE(InOrder(ShaderProbe::Fields(shader)));
+    EXPECT_FALSE(std::is_polymorphic_v<Shader>);
 }
 
 TEST_F(ShaderTest, Builds_from_memory_without_a_word_and_stays_bound) {

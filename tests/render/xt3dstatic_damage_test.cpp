@@ -3,13 +3,28 @@
 #include "engine/core/ressourcemanager.h"
 #include "tests/render/xt3dstatic_probe.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <limits>
 
 using namespace Vell;
 
 namespace {
 
 const char* const noTextures = "NULL NULL NULL ";
+
+/// A mesh of the demo: one texture, 24 vertices, no light map.
+std::string RealFile() {
+    return ReadFile(NIMBREL_SOURCE_DIR "/Data/Gfx/Wisp/green.xt3dstatic");
+}
+
+/// The same with the prefix in place of its texture directory: a changed flag would otherwise find
+/// the light map of a mesh that is gone.
+std::string Moved(const std::string& text, const std::string& prefix) {
+    const std::string folder = "Data/Gfx/Wisp/";
+    const size_t at = text.find(folder);
+    return at == std::string::npos ? text : std::string(text).replace(at, folder.size(), prefix);
+}
 
 class XT3DStaticDamageTest : public GlTest {
 protected:
@@ -26,6 +41,18 @@ protected:
         EXPECT_EQ(mesh.GetBBox()->GetMax(), vec3(0, 0, 0));
         mesh.Draw();
         mesh.DrawShadow();
+    }
+
+    /// Every vertex lies in the box, whatever was read for it.
+    static void ExpectInItsBox(XT3DStatic& mesh) {
+        const vec3 low = mesh.GetBBox()->GetMin();
+        const vec3 high = mesh.GetBBox()->GetMax();
+        for (int i = 0; i < Probe::Count(mesh); ++i)
+            for (int v = 0; v < Probe::SubMesh(mesh, i).vertexCount; ++v) {
+                const vec3& p = Probe::SubMesh(mesh, i).positions[v];
+                EXPECT_TRUE(low.x <= p.x && low.y <= p.y && low.z <= p.z) << i << ", " << v;
+                EXPECT_TRUE(p.x <= high.x && p.y <= high.y && p.z <= high.z) << i << ", " << v;
+            }
     }
 };
 
@@ -74,6 +101,45 @@ TEST_F(XT3DStaticDamageTest, Takes_negative_counts_for_none) {
     ASSERT_EQ(Probe::Count(empty), 1);
     EXPECT_EQ(Probe::SubMesh(empty, 0).vertexCount, 0);
     empty.Draw();
+}
+
+TEST_F(XT3DStaticDamageTest, Reads_no_further_than_a_number_that_no_float_can_hold) {
+    // The stream puts the largest float there is in its place and gives nothing more.
+    XT3DStatic mesh;
+    mesh.Load(WriteMesh(NewPrefix(), std::string("XT3DSTATIC 1 dir 0 ") + noTextures +
+                                         "2  1 -1e60 3 4 5 6 7 8  9 10 11 12 13 14 15 16"));
+    const float lowest = std::numeric_limits<float>::lowest();
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).positions[0], vec3(1, lowest, 0));
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).positions[1], vec3(0, 0, 0));
+    EXPECT_EQ(mesh.GetBBox()->GetMin(), vec3(0, lowest, 0));
+    mesh.SetDebug(true); // its box is drawn as well
+    mesh.Draw();
+    mesh.DrawShadow();
+}
+
+TEST_F(XT3DStaticDamageTest, Reads_no_further_than_a_light_map_flag_that_is_neither_0_nor_1) {
+    struct Case {
+        const char* flag;
+        bool lightmap; // what the stream makes of it
+    };
+    for (const Case& c : {Case{"2", true}, Case{"-1", true}, Case{"yes", false}}) {
+        SCOPED_TRACE(c.flag);
+        const std::string prefix = NewPrefix();
+        const std::string name = WriteMesh(prefix, "XT3DSTATIC 1 " + prefix + " " + c.flag + " " +
+                                                       noTextures + Rectangle(0, 0, 1, 1));
+        Rows expected;
+        if (c.lightmap)
+            expected.push_back({"Image", "ERROR", prefix + "lightmap.jpg"});
+        expected.push_back({"XT3DStatic", "LOADED", name});
+        const LogWatch log;
+        XT3DStatic mesh;
+        mesh.Load(name);
+        EXPECT_EQ(log.NewRows(), expected);
+        EXPECT_EQ(Probe::HasLightmap(mesh), c.lightmap);
+        ASSERT_EQ(Probe::Count(mesh), 1);
+        EXPECT_EQ(Probe::SubMesh(mesh, 0).vertexCount, 0);
+        mesh.Draw();
+    }
 }
 
 TEST_F(XT3DStaticDamageTest, Refuses_counts_that_no_memory_would_hold) {
@@ -129,6 +195,67 @@ TEST_F(XT3DStaticDamageTest, Survives_every_truncated_file) {
         EXPECT_EQ(log.NewRows().back(), (LogRow{"XT3DStatic", status, name}));
         mesh.Draw();
         mesh.DrawShadow();
+    }
+}
+
+TEST_F(XT3DStaticDamageTest, Survives_every_beginning_of_a_real_file) {
+    const std::string text = RealFile();
+    XT3DStatic whole;
+    whole.Load(WriteMesh(NewPrefix(), text));
+    ASSERT_EQ(Probe::SubMesh(whole, 0).vertexCount, 24);
+    int complete = 0; // vertices that are there in the longest beginning so far
+    for (size_t length = 0; length <= text.size(); ++length) {
+        SCOPED_TRACE(length);
+        XT3DStatic mesh;
+        mesh.Load(WriteMesh(NewPrefix(), text.substr(0, length)));
+        mesh.Draw();
+        mesh.DrawShadow();
+        if (Probe::Count(mesh) == 0)
+            continue;
+        const XT3DSubMesh& part = Probe::SubMesh(mesh, 0);
+        int same = 0; // leading vertices that are the whole file's
+        while (same < part.vertexCount &&
+               part.positions[same] == Probe::SubMesh(whole, 0).positions[same])
+            ++same;
+        EXPECT_GE(same, complete) << "a longer beginning holds no less";
+        complete = std::max(complete, same);
+    }
+    EXPECT_EQ(complete, 24);
+}
+
+TEST_F(XT3DStaticDamageTest, Survives_any_changed_byte_of_a_real_file) {
+    const std::string text = RealFile();
+    for (size_t i = 0; i < text.size(); ++i)
+        for (const char other : {'-', '9', 'e', '\0'}) {
+            SCOPED_TRACE(testing::Message() << "byte " << i << " is " << int(other));
+            std::string damaged = text;
+            damaged[i] = other;
+            const std::string prefix = NewPrefix();
+            XT3DStatic mesh;
+            mesh.Load(WriteMesh(prefix, Moved(damaged, prefix)));
+            mesh.Draw();
+            ExpectInItsBox(mesh);
+        }
+}
+
+TEST_F(XT3DStaticDamageTest, Reads_a_real_file_with_other_line_ends_or_none_at_its_end) {
+    const std::string text = RealFile();
+    std::string carriageReturns;
+    for (const char c : text)
+        carriageReturns += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    const std::string unended = text.substr(0, text.find_last_not_of('\n') + 1);
+    XT3DStatic whole;
+    whole.Load(WriteMesh(NewPrefix(), text));
+    const XT3DSubMesh& expected = Probe::SubMesh(whole, 0);
+    for (const std::string& other : {carriageReturns, unended}) {
+        XT3DStatic mesh;
+        mesh.Load(WriteMesh(NewPrefix(), other));
+        ASSERT_EQ(Probe::Count(mesh), 1);
+        const XT3DSubMesh& part = Probe::SubMesh(mesh, 0);
+        ASSERT_EQ(part.vertexCount, 24);
+        EXPECT_EQ(part.texture0->GetName(), expected.texture0->GetName());
+        EXPECT_TRUE(std::equal(part.positions, part.positions + 24, expected.positions));
+        EXPECT_TRUE(std::equal(part.texcoords, part.texcoords + 24, expected.texcoords));
     }
 }
 

@@ -22,6 +22,10 @@ struct XT3DStaticProbe {
     static Image* Lightmap(const XT3DStatic& mesh) { return mesh.lightmap; }
     static bool HasLightmap(const XT3DStatic& mesh) { return mesh.hasLightmap; }
     static bool Shared(const XT3DStatic& mesh) { return mesh.shared; }
+    static std::vector<const void*> Fields(const XT3DStatic& m) {
+        return {&m.name,  &m.subMeshCount, &m.textureDirectory, &m.subMeshes,   &m.materialShader,
+                &m.clock, &m.lightmap,     &m.shared,           &m.hasLightmap, &m.blend};
+    }
 };
 
 } // namespace Vell

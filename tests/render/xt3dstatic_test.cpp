@@ -2,6 +2,7 @@
 
 #include "engine/core/ressourcemanager.h"
 #include "tests/render/xt3dstatic_probe.h"
+#include "tests/scene/layout.h"
 #include "tests/support/buffers.h"
 
 using namespace Vell;
@@ -50,6 +51,19 @@ TEST_F(XT3DStaticTest, Is_empty_at_first_and_logs_its_end_all_the_same) {
         mesh.DrawShadow();
     }
     EXPECT_EQ(log.NewRows(), (Rows{{"XT3DStatic", "FREE", ""}}));
+}
+
+TEST_F(XT3DStaticTest, Keeps_its_fields_and_operations_at_their_places) {
+    const XT3DStatic mesh;
+    EXPECT_TRUE(InOrder(Probe::Fields(mesh)));
+    const XT3DSubMesh part;
+    EXPECT_TRUE(InOrder({&part.vertexCount, &part.texture0, &part.texture1, &part.texture2,
+                         &part.positionBuffer, &part.texcoordBuffer, &part.lightmapTexcoordBuffer,
+                         &part.normalBuffer, &part.positions, &part.normals, &part.texcoords,
+                         &part.lightmapTexcoords}));
+    EXPECT_EQ(Slot(&XT3DStatic::Load), Slot(&Mesh::Load));
+    EXPECT_EQ(Slot(&XT3DStatic::Draw), Slot(&Mesh::Draw));
+    EXPECT_EQ(Slot(&XT3DStatic::DrawShadow), Slot(&Mesh::DrawShadow));
 }
 
 TEST_F(XT3DStaticTest, Reads_every_number_of_a_record_to_its_place) {
@@ -258,6 +272,12 @@ TEST_F(XT3DStaticTest, Fills_a_buffer_for_each_array) {
     EXPECT_EQ(BufferFloats(part.normalBuffer), (Floats{4, 5, 6, 12, 13, 14}));
     EXPECT_EQ(BufferFloats(part.texcoordBuffer), (Floats{7, 8, 15, 16}));
     EXPECT_EQ(BufferFloats(part.lightmapTexcoordBuffer), (Floats{0.25f, 0.5f, 0.75f, 1}));
+}
+
+TEST_F(XT3DStaticTest, Fills_the_buffer_of_light_map_coordinates_even_without_a_light_map) {
+    XT3DStatic mesh;
+    LoadPlain(mesh, "2  1 2 3 4 5 6 7 8   9 10 11 12 13 14 15 16");
+    EXPECT_EQ(BufferFloats(Probe::SubMesh(mesh, 0).lightmapTexcoordBuffer), (Floats{0, 0, 0, 0}));
 }
 
 TEST_F(XT3DStaticTest, Leaves_no_buffer_bound) {

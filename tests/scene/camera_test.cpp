@@ -1,5 +1,6 @@
 #include "engine/scene/camera.h"
 
+#include "tests/scene/layout.h"
 #include "tests/support/gl_test.h"
 
 #include <array>
@@ -31,6 +32,14 @@ TEST_F(CameraTest, Stands_at_the_origin_and_looks_at_it_until_it_is_set) {
     const Camera camera;
     EXPECT_EQ(camera.GetPosition(), vec3(0.0f, 0.0f, 0.0f));
     EXPECT_EQ(camera.GetTarget(), vec3(0.0f, 0.0f, 0.0f));
+}
+
+TEST_F(CameraTest, Keeps_its_fields_and_operations_at_their_places) {
+    struct Open : Camera {
+        std::vector<const void*> Fields() const { return {&position, &target}; }
+    };
+    EXPECT_TRUE(InOrder(Open().Fields()));
+    EXPECT_EQ(Slot(&Camera::Draw), 2u); // behind the destructor
 }
 
 TEST_F(CameraTest, Draws_a_collapsed_view_without_harm_until_it_is_set) {

@@ -1,5 +1,7 @@
 #include "engine/scene/mesh.h"
 
+#include "tests/scene/layout.h"
+
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -16,6 +18,8 @@ struct PlainMesh : Mesh {
             *gone = true;
     }
     void Draw() override { ++drawn; }
+
+    std::vector<const void*> Fields() const { return {&bbox, &debug, &show}; }
 
     bool* gone;
     int drawn = 0;
@@ -65,6 +69,17 @@ TEST(Mesh, Neither_loads_nor_draws_a_shadow_unless_its_class_does) {
     EXPECT_EQ(mesh.drawn, 0);
     EXPECT_EQ(mesh.GetBBox()->GetMax(), vec3(0.0f, 0.0f, 0.0f));
     EXPECT_TRUE(mesh.GetShadow());
+}
+
+TEST(Mesh, Keeps_its_fields_and_operations_at_their_places) {
+    EXPECT_TRUE(InOrder(PlainMesh().Fields()));
+    EXPECT_EQ(Slot(&Mesh::Load), 2u); // behind the destructor
+    EXPECT_EQ(Slot(&Mesh::Draw), 3u);
+    EXPECT_EQ(Slot(&Mesh::DrawShadow), 4u);
+    EXPECT_EQ(Slot(&Mesh::SetDebug), 5u);
+    EXPECT_EQ(Slot(&Mesh::SetShow), 6u);
+    EXPECT_EQ(Slot(&Mesh::GetDebug), 7u);
+    EXPECT_EQ(Slot(&Mesh::GetShadow), 8u);
 }
 
 TEST(Mesh, Is_destroyed_whole_through_a_pointer_to_its_base) {

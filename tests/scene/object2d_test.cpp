@@ -1,5 +1,6 @@
 #include "engine/scene/object2d.h"
 
+#include "tests/scene/layout.h"
 #include "tests/support/gl_test.h"
 
 #include <array>
@@ -9,6 +10,10 @@ namespace Vell {
 struct Object2DProbe {
     static Matrix& GetMatrix(Object2D& object) { return object.matrix; }
     static bool Debug(const Object2D& object) { return object.debug; }
+    static std::vector<const void*> Fields(const Object2D& object) {
+        return {&object.matrix, &object.name, &object.debug};
+    }
+    static std::string& Name(Object2D& object) { return object.name; }
 };
 
 } // namespace Vell
@@ -48,6 +53,23 @@ TEST_F(Object2DTest, Starts_nameless_unmoved_and_not_debugged) {
     EXPECT_EQ(note.GetName(), "");
     EXPECT_FALSE(Object2DProbe::Debug(note));
     EXPECT_EQ(Rows(note), (Elements{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}));
+}
+
+TEST_F(Object2DTest, Keeps_its_fields_and_operations_at_their_places) {
+    EXPECT_TRUE(InOrder(Object2DProbe::Fields(Note())));
+    EXPECT_EQ(Slot(&Object2D::SetPosition), 2u); // behind the destructor
+    EXPECT_EQ(Slot(&Object2D::SetRotation), 3u);
+    EXPECT_EQ(Slot(&Object2D::SetScale), 4u);
+    EXPECT_EQ(Slot(&Object2D::ShowDebug), 5u);
+    EXPECT_EQ(Slot(&Object2D::Draw), 6u);
+}
+
+TEST_F(Object2DTest, Hands_out_a_copy_of_its_name) {
+    Note note;
+    Object2DProbe::Name(note) = "logo";
+    const std::string& copy = note.GetName();
+    Object2DProbe::Name(note) = "other";
+    EXPECT_EQ(copy, "logo");
 }
 
 TEST_F(Object2DTest, Is_flattened_by_a_scale) {

@@ -12,6 +12,7 @@
 #include "engine/render/xt3dstatic.h"
 #include "engine/scene/camera.h"
 #include "engine/scene/scenenode.h"
+#include "tests/scene/layout.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
@@ -20,9 +21,21 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <vector>
 
 #include <gmock/gmock.h>
+
+namespace Vell {
+
+struct SceneManagerProbe {
+    static std::vector<const void*> Fields(const SceneManager& m) {
+        return {&m.sky,      &m.camera, &m.water,  &m.postProcess, &m.nodes,   &m.meshes,
+                &m.terrains, &m.fbo,    &m.shadow, &m.fogDensity,  &m.fogColor};
+    }
+};
+
+} // namespace Vell
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -41,7 +54,7 @@ public:
 
 // A mesh of one triangle, without textures.
 std::string TriangleFile() {
-    const std::string path = FreshName("triangle", ".xt3dstatic");
+    std::string path = FreshName("triangle", ".xt3dstatic");
     WriteFile(path, "XT3DSTATIC 1 ./ 0\n"
                     "NULL NULL NULL 3\n"
                     "0 0 0  0 0 1  0 0\n"
@@ -51,7 +64,7 @@ std::string TriangleFile() {
 }
 
 std::string PictureFile(const std::string& base) {
-    const std::string path = FreshName(base, ".png");
+    std::string path = FreshName(base, ".png");
     WritePicture(path, Picture(32, 32, {50, 60, 70, 255}));
     return path;
 }
@@ -81,6 +94,12 @@ TEST_F(SceneManagerTest, Begins_empty_with_a_camera_that_looks_along_z) {
     EXPECT_EQ(scene.GetShadowMap(), nullptr);
     EXPECT_NE(scene.GetPostProcess(), nullptr);
     EXPECT_EQ(scene.GetFBO()->GetSize(), ivec2(128, 128)); // the screen's
+}
+
+TEST_F(SceneManagerTest, Keeps_its_fields_at_their_places_without_virtual_operations) {
+    const SceneManager scene;
+    EXPECT_TRUE(InOrder(Vell::SceneManagerProbe::Fields(scene)));
+    EXPECT_FALSE(std::is_polymorphic_v<SceneManager>);
 }
 
 TEST_F(SceneManagerTest, Begins_with_white_fog_of_no_density_and_fixed_fog_off) {
@@ -177,12 +196,17 @@ TEST_F(SceneManagerTest, Mesh_is_loaded_once_and_shared_by_path) {
 TEST_F(SceneManagerTest, Mesh_that_fails_to_load_is_returned_empty_and_shared_as_well) {
     const std::string missing = FreshName("missing", ".xt3dstatic");
     const LogWatch log;
-    SceneManager scene;
-    Vell::Mesh* mesh = scene.GetMesh(missing);
-    ASSERT_NE(mesh, nullptr);
-    EXPECT_EQ(scene.GetMesh(missing), mesh);
-    EXPECT_THAT(log.NewRows(), ElementsAre(LogRow{"XT3DStatic", "ERROR", missing}));
-    mesh->Draw(); // draws nothing
+    {
+        SceneManager scene;
+        Vell::Mesh* mesh = scene.GetMesh(missing);
+        ASSERT_NE(mesh, nullptr);
+        EXPECT_EQ(scene.GetMesh(missing), mesh);
+        EXPECT_THAT(log.NewRows(), ElementsAre(LogRow{"XT3DStatic", "ERROR", missing}));
+        mesh->Draw(); // draws nothing
+    }
+    EXPECT_THAT(log.NewRows(), ElementsAre(LogRow{"XT3DStatic", "ERROR", missing},
+                                           LogRow{"XT3DStatic", "FREE", missing}))
+        << "owned like any other";
 }
 
 TEST_F(SceneManagerTest, Mesh_that_another_loaded_is_found_but_not_owned) {
@@ -195,6 +219,17 @@ TEST_F(SceneManagerTest, Mesh_that_another_loaded_is_found_but_not_owned) {
         EXPECT_EQ(scene.GetMesh(path), &elsewhere);
     }
     EXPECT_THAT(log.NewRows(), IsEmpty());
+}
+
+TEST_F(SceneManagerTest, Path_of_something_else_gives_what_stands_there_unseen) {
+    // The table of loaded files knows no types; whoever asks must know what the path is.
+    const std::string path = PictureFile("no_mesh");
+    Vell::Image picture;
+    picture.Load(path);
+    const LogWatch log;
+    SceneManager scene;
+    EXPECT_EQ(static_cast<void*>(scene.GetMesh(path)), static_cast<void*>(&picture));
+    EXPECT_THAT(log.NewRows(), IsEmpty()) << "nothing is loaded over it";
 }
 
 TEST_F(SceneManagerTest, Shadow_mapping_is_made_once_and_configured_at_every_call) {

@@ -1,6 +1,7 @@
 #include "engine/scene/scenenode.h"
 
 #include "engine/math/frustum.h"
+#include "tests/scene/layout.h"
 #include "tests/support/gl_state.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/pixels.h"
@@ -11,6 +12,7 @@ namespace Vell {
 
 struct SceneNodeProbe {
     static const Matrix& Transform(const SceneNode& node) { return node.transform; }
+    static std::vector<const void*> Fields(const SceneNode& n) { return {&n.transform, &n.mesh}; }
 };
 
 } // namespace Vell
@@ -90,6 +92,17 @@ TEST_F(SceneNodeTest, Starts_without_mesh_under_the_identity) {
     SceneNode fresh;
     EXPECT_EQ(fresh.GetMesh(), nullptr);
     ExpectSame(SceneNodeProbe::Transform(fresh), Matrix());
+}
+
+TEST_F(SceneNodeTest, Keeps_its_fields_and_operations_at_their_places) {
+    EXPECT_TRUE(InOrder(SceneNodeProbe::Fields(node)));
+    EXPECT_EQ(Slot(&SceneNode::SetPosition), 2u); // behind the destructor
+    EXPECT_EQ(Slot(&SceneNode::SetRotation), 3u);
+    EXPECT_EQ(Slot(&SceneNode::SetScale), 4u);
+    EXPECT_EQ(Slot(&SceneNode::SetMesh), 5u);
+    EXPECT_EQ(Slot(&SceneNode::GetMesh), 6u);
+    EXPECT_EQ(Slot(&SceneNode::Draw), 7u);
+    EXPECT_EQ(Slot(&SceneNode::DrawShadow), 8u);
 }
 
 TEST_F(SceneNodeTest, Returns_the_mesh_it_was_given) {

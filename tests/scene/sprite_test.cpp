@@ -1,6 +1,7 @@
 #include "engine/scene/sprite.h"
 
 #include "engine/core/core.h"
+#include "tests/scene/layout.h"
 #include "tests/support/gl_state.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
@@ -22,6 +23,11 @@ struct SpriteProbe {
         }
         return corners;
     }
+
+    static std::vector<const void*> Fields(const Sprite& sprite) {
+        return {&sprite, &sprite.quad, &sprite.texture, &sprite.size};
+    }
+    static size_t QuadBytes(const Sprite& sprite) { return sizeof sprite.quad; }
 };
 
 } // namespace Vell
@@ -82,6 +88,13 @@ TEST_F(SpriteTest, Is_an_empty_rectangle_at_first) {
               (Corners{{{1, 1, 0, 0, 0}, {0, 1, 0, 0, 0}, {1, 0, 0, 0, 0}, {0, 0, 0, 0, 0}}}));
     sprite.Draw();
     ExpectArea(white, [](int, int) { return false; });
+}
+
+TEST_F(SpriteTest, Keeps_its_fields_and_operations_at_their_places) {
+    const Sprite sprite;
+    EXPECT_TRUE(InOrder(SpriteProbe::Fields(sprite)));
+    EXPECT_EQ(SpriteProbe::QuadBytes(sprite), 20 * sizeof(float)) << "without gaps for OpenGL";
+    EXPECT_EQ(Slot(&Sprite::Draw), Slot(&Object2D::Draw));
 }
 
 TEST_F(SpriteTest, Spans_the_unit_square_when_its_picture_is_as_large_as_the_screen) {
@@ -146,6 +159,14 @@ TEST_F(SpriteTest, Draws_the_same_after_a_rotation) {
     Sprite sprite;
     sprite.SetTexture(PlainPng(64, 32, red));
     sprite.SetRotation(vec2(1.0f, 2.0f));
+    sprite.Draw();
+    ExpectArea(red, [](int x, int y) { return x < 64 && y < 32; });
+}
+
+TEST_F(SpriteTest, Draws_the_same_when_it_is_debugged) {
+    Sprite sprite;
+    sprite.SetTexture(PlainPng(64, 32, red));
+    sprite.ShowDebug(true);
     sprite.Draw();
     ExpectArea(red, [](int x, int y) { return x < 64 && y < 32; });
 }
