@@ -208,7 +208,8 @@ extern void** EXTFrameBufferProcAddress[9];
 /// @return 1 when `name` stands in the extension list, else 0.
 int CheckForExtension(const char* name);
 
-/// Fetches the entry points of one extension.
+/// Fetches the entry points of one extension with glXGetProcAddress(). A platform without it needs
+/// another loader here, one that answers null for a name it does not know.
 ///
 /// @param extension  searched with CheckForExtension(); nothing is stored when it is missing.
 /// @param names      null-terminated list of entry points.

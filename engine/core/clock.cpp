@@ -8,7 +8,9 @@
 
 namespace Vell {
 
-Clock::Clock() : start(GetTime()) {}
+Clock::Clock() {
+    Reset();
+}
 
 void Clock::Reset() {
     start = GetTime();

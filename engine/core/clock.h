@@ -28,7 +28,7 @@ public:
     void Sleep(float seconds) const;
 
 private:
-    double start; ///< seconds since the Unix epoch
+    double start = 0.0; ///< seconds since the Unix epoch
 };
 
 } // namespace Vell

@@ -20,15 +20,13 @@ public:
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;
 
-    /// Appends one row; rows alternate between two greys.
+    /// Appends one row; rows alternate between two greys, a row that could not be written counts.
     ///
     /// @param section  who reports: a class or a stage of start-up.
-    /// @param status   "LOADED", "FREE" and "OK" show green, "ERROR" red, any other word black;
-    /// case
-    ///                 matters.
+    /// @param status   "LOADED", "FREE" and "OK" show green, "ERROR" red, any other word black,
+    ///                 "ok" among them.
     /// @param file     path or detail. The three texts share 1,800 characters; what is beyond is
-    /// cut
-    ///                 from the last of them.
+    ///                 cut from the last of them.
     void Write(const std::string& section, const std::string& status, const std::string& file);
 
     /// Appends `text` and a line feed between the rows, for compiler messages. Does not count as a

@@ -154,6 +154,34 @@ TEST(ExtensionTables, Store_each_entry_point_in_the_pointer_of_its_name) {
     }
 }
 
+struct Entry {
+    std::string pointer;
+    std::string name;
+};
+
+#define ENTRY(type, pointer, name) {#pointer, name},
+
+TEST(ExtensionTables, Name_every_pointer_of_the_ARB_groups_without_the_suffix) {
+    const Entry entries[] = {
+        VELL_SHADER_OBJECT_ENTRY_POINTS(ENTRY) VELL_VERTEX_PROGRAM_ENTRY_POINTS(ENTRY)
+            VELL_VERTEX_SHADER_ENTRY_POINTS(ENTRY) VELL_BUFFER_OBJECT_ENTRY_POINTS(ENTRY)
+                VELL_POINT_SPRITE_ENTRY_POINTS(ENTRY)};
+    EXPECT_EQ(std::size(entries), 112u); // 39 + 62 + 5 + 4 + 2
+    for (const Entry& entry : entries)
+        if (entry.name.ends_with("ARB")) {
+            EXPECT_EQ(entry.pointer + "ARB", entry.name);
+        } else {
+            EXPECT_EQ(entry.pointer, entry.name) << "a core name has no suffix to drop";
+        }
+}
+
+TEST(ExtensionTables, Name_every_framebuffer_pointer_with_its_suffix) {
+    const Entry entries[] = {VELL_FRAMEBUFFER_ENTRY_POINTS(ENTRY)};
+    EXPECT_EQ(std::size(entries), 9u);
+    for (const Entry& entry : entries)
+        EXPECT_EQ(entry.pointer, entry.name);
+}
+
 TEST(ExtensionTables, Keep_the_pointers_out_of_the_dynamic_symbol_table) {
     // libGL.so exports functions of these names; ours must not take their place in it.
     for (const char* name : {"glUniform1f", "glGenBuffers", "glBindFramebufferEXT"}) {

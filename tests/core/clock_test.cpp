@@ -7,6 +7,7 @@
 #include <ctime>
 #include <limits>
 #include <optional>
+#include <type_traits>
 
 #include <unistd.h>
 
@@ -41,6 +42,11 @@ std::optional<useconds_t> Asked(float seconds) {
     slept.reset();
     Clock().Sleep(seconds);
     return slept;
+}
+
+TEST(Clock, Is_nothing_but_its_start_time) {
+    EXPECT_EQ(sizeof(Clock), sizeof(double));
+    EXPECT_TRUE(std::is_trivially_destructible_v<Clock>);
 }
 
 TEST(Clock, Starts_at_zero_and_grows_in_real_time) {

@@ -96,6 +96,7 @@ TEST(CoreDeathTest, Fails_and_logs_it_when_the_driver_lacks_point_sprites) {
         hiddenExtension = "GL_ARB_point_sprite";
         ASSERT_EQ(CheckForExtension("GL_ARB_point_sprite"), 0);
         ASSERT_EQ(CheckForExtension("EXT_framebuffer_object"), 1);
+        ASSERT_EQ(ReadLogText(), "") << "nothing before it makes the page";
         EXPECT_FALSE(InitEngine(ivec2(128, 128)));
         EXPECT_THAT(ReadLogRows(), ElementsAre(LogRow{"InitEngine", "ERROR", "GLExtentions"}));
         // The groups before the missing one are there, it and the one after it are not.

@@ -45,6 +45,10 @@ TEST_F(Fast2DQuadTest, Is_one_instance) {
     EXPECT_EQ(&Fast2DQuad::GetInstance(), &quad);
 }
 
+TEST_F(Fast2DQuadTest, Is_nothing_but_its_twenty_floats) {
+    EXPECT_EQ(sizeof(Fast2DQuad), 20 * sizeof(float));
+}
+
 TEST_F(Fast2DQuadTest, Draws_the_unit_square) {
     UseUnitOrtho();
     quad.Draw(vec2(1, 1));

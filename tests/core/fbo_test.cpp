@@ -5,6 +5,7 @@
 #include "tests/support/gl_test.h"
 #include "tests/support/pixels.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -107,6 +108,16 @@ std::vector<int> Viewport() {
     return {viewport, viewport + 4};
 }
 
+// The fields of a target, which are private. An explicit instantiation may name them, and defines
+// the function declared before it.
+std::vector<const void*> FieldsOf(const FBO& target);
+
+template <auto... fields>
+struct Open {
+    friend std::vector<const void*> FieldsOf(const FBO& target) { return {&(target.*fields)...}; }
+};
+template struct Open<&FBO::framebuffer, &FBO::renderbuffer, &FBO::color, &FBO::depth, &FBO::size>;
+
 class FboTest : public GlTest {
 protected:
     void SetUp() override {
@@ -138,6 +149,14 @@ protected:
 TEST_F(FboTest, Cannot_be_copied) {
     EXPECT_FALSE(std::is_copy_constructible_v<FBO>);
     EXPECT_FALSE(std::is_copy_assignable_v<FBO>);
+}
+
+TEST_F(FboTest, Is_four_names_and_a_size_in_this_order) {
+    const FBO target;
+    const std::vector<const void*> fields = FieldsOf(target);
+    EXPECT_EQ(fields.front(), &target) << "nothing stands before them, no virtual table either";
+    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end()));
+    EXPECT_EQ(sizeof(FBO), 4 * sizeof(GLuint) + sizeof(ivec2));
 }
 
 TEST_F(FboTest, Starts_with_256_by_256_textures_for_colour_and_depth) {

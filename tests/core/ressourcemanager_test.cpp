@@ -1,8 +1,10 @@
 #include "engine/core/ressourcemanager.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +17,12 @@ RessourceManager& registry = RessourceManager::GetInstance();
 
 TEST(RessourceManager, Is_one_instance) {
     EXPECT_EQ(&RessourceManager::GetInstance(), &registry);
+}
+
+TEST(RessourceManager, Is_nothing_but_its_table_and_cannot_be_copied) {
+    EXPECT_EQ(sizeof(RessourceManager), sizeof(std::map<std::string, void*>));
+    EXPECT_FALSE(std::is_copy_constructible_v<RessourceManager>);
+    EXPECT_FALSE(std::is_copy_assignable_v<RessourceManager>);
 }
 
 TEST(RessourceManager, Finds_what_was_registered_under_its_exact_name) {

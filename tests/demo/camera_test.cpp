@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 using Vell::vec3;
 
@@ -14,6 +16,18 @@ struct CameraProbe {
 };
 
 namespace {
+
+// Private fields in their order. An explicit instantiation may name them, and defines the function
+// declared before it.
+std::vector<const void*> FieldsOf(const Camera& camera);
+
+template <auto... fields>
+struct Open {
+    friend std::vector<const void*> FieldsOf(const Camera& camera) {
+        return {&(camera.*fields)...};
+    }
+};
+template struct Open<&Camera::paths, &Camera::current, &Camera::clock>;
 
 void ExpectPoint(const vec3& actual, float x, float y, float z) {
     constexpr float rounding = 1e-5f; // a few float steps at values up to 30
@@ -64,6 +78,17 @@ TEST_F(CameraPaths, Eye_moves_along_the_straight_line_at_constant_speed) {
 TEST_F(CameraPaths, Target_leads_the_eye_by_a_tenth_of_the_flight) {
     SetFakeTime(1.0); // v = 0.25 + 0.1
     ExpectPoint(camera->GetTarget(), 8 * 0.35f, 4 * 0.35f, -16 * 0.35f);
+}
+
+TEST_F(CameraPaths, Target_adds_its_lead_in_double) {
+    Camera line;
+    line.AddPath(vec3(0), vec3(1), 1.0f);
+    SetFakeTime(0.0);
+    line.Reset();
+    SetFakeTime(0.005);
+    // The float 0.005 is 0.004999999888. With 0.1 that is 0.104999999888, between the floats
+    // 0.104999996722 (nearer) and 0.105000004172; with the float 0.1 it would be the other one.
+    EXPECT_EQ(line.GetTarget().x, 0.104999996722f);
 }
 
 TEST_F(CameraPaths, Asking_twice_within_a_flight_gives_the_same_point) {
@@ -178,6 +203,13 @@ TEST_F(CameraPaths, An_empty_list_answers_with_the_zero_vector) {
     ExpectPoint(empty.GetPos(), 0, 0, 0);
     ExpectPoint(empty.GetTarget(), 0, 0, 0);
     EXPECT_EQ(CameraProbe::Current(empty), 0u);
+}
+
+TEST(Camera, Is_its_flights_then_the_current_one_then_its_clock) {
+    const Camera camera;
+    const std::vector<const void*> fields = FieldsOf(camera);
+    EXPECT_EQ(fields.front(), &camera) << "nothing stands before them, no virtual table either";
+    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end()));
 }
 
 TEST(CameraPath, Is_copied_by_value) {

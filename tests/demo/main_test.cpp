@@ -1,211 +1,17 @@
-// The real main() is compiled into this file under another name, and everything it calls outside
-// is replaced by a recorder: the start-up, the frame loop and the shutdown are checked call by
-// call, without a window and without sound. Every header that main.cpp includes comes before the
-// replacements, so that only main's own calls are redirected.
+// The start-up, the frame loop and the shutdown of the production, call by call.
 
-#include "demo/scene1.h"
-#include "engine/core/clock.h"
-#include "engine/core/core.h"
-#include "tests/support/fake_time.h"
-
-#include <SDL.h>
-#include <fmod.h>
-#include <gmock/gmock.h>
+#include "tests/demo/main_stage.h"
 
 #include <algorithm>
-#include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using ::testing::Contains;
 using ::testing::Each;
 using ::testing::ElementsAre;
-
-namespace {
-
-/// What main() did, and what the world answers.
-struct Stage {
-    std::vector<std::string> calls;
-    std::vector<float> durations;                ///< what each Draw() was given
-    std::vector<float> bands;                    ///< lowest band of the spectrum at each Draw()
-    std::function<bool(SDL_Event*, int)> events; ///< answers the n-th poll, from 1
-    const float* spectrum = nullptr;
-    double now = 0.0;
-    double loadTime = 0.0;
-    double frameTime = 20.0; ///< by default the demo is over after six frames
-    int polls = 0;
-
-    void Wait(double seconds) {
-        now += seconds;
-        SetFakeTime(now);
-    }
-};
-
-Stage stage;
-
-template <class... Parts>
-void Record(const Parts&... parts) {
-    std::ostringstream text;
-    const char* separator = "";
-    ((text << separator << parts, separator = " "), ...);
-    stage.calls.push_back(text.str());
-}
-
-// The handles are never looked into by main(): any address will do.
-FMOD_SYSTEM* const systemHandle = reinterpret_cast<FMOD_SYSTEM*>(16);
-FMOD_SOUND* const soundHandle = reinterpret_cast<FMOD_SOUND*>(32);
-FMOD_CHANNEL* const channelHandle = reinterpret_cast<FMOD_CHANNEL*>(48);
-
-std::string Name(const void* handle) {
-    if (handle == systemHandle)
-        return "system";
-    if (handle == soundHandle)
-        return "sound";
-    return handle == channelHandle ? "channel" : "unknown";
-}
-
-class FakeScene {
-public:
-    FakeScene() { Record("new Scene1"); }
-    ~FakeScene() { Record("delete Scene1"); }
-    void Load() {
-        Record("Load");
-        stage.Wait(stage.loadTime);
-    }
-    void SetSpectrum(float* spectrum) {
-        Record("SetSpectrum");
-        stage.spectrum = spectrum;
-    }
-    void Draw(float dt) {
-        Record("Draw");
-        stage.durations.push_back(dt);
-        stage.bands.push_back(stage.spectrum[0]);
-    }
-};
-
-int FakeInit(Uint32 flags) {
-    Record("SDL_Init", flags);
-    return -1; // not examined
-}
-
-SDL_Surface* FakeSetVideoMode(int width, int height, int bits, Uint32 flags) {
-    Record("SDL_SetVideoMode", width, height, bits, flags);
-    return nullptr; // not examined
-}
-
-int FakeShowCursor(int toggle) {
-    Record("SDL_ShowCursor", toggle);
-    return 0;
-}
-
-void FakeSetCaption(const char* title, const char* icon) {
-    Record("SDL_WM_SetCaption", title, icon ? icon : "null");
-}
-
-int FakePollEvent(SDL_Event* event) {
-    Record("SDL_PollEvent");
-    ++stage.polls;
-    return stage.events && stage.events(event, stage.polls) ? 1 : 0;
-}
-
-void FakeSwapBuffers() {
-    Record("SDL_GL_SwapBuffers");
-    stage.Wait(stage.frameTime);
-}
-
-void FakeQuit() {
-    Record("SDL_Quit");
-}
-
-FMOD_RESULT FakeSystemCreate(FMOD_SYSTEM** system) {
-    Record("FMOD_System_Create");
-    *system = systemHandle;
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeSetOutput(FMOD_SYSTEM* system, int output) {
-    Record("FMOD_System_SetOutput", Name(system), output);
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeSystemInit(FMOD_SYSTEM* system, int channels, unsigned flags, void* extra) {
-    Record("FMOD_System_Init", Name(system), channels, flags, extra ? "extra" : "null");
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeCreateStream(FMOD_SYSTEM* system, const char* name, unsigned mode, void* info,
-                             FMOD_SOUND** sound) {
-    Record("FMOD_System_CreateStream", Name(system), name, mode, info ? "info" : "null");
-    *sound = soundHandle;
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakePlaySound(FMOD_SYSTEM* system, int index, FMOD_SOUND* sound, int paused,
-                          FMOD_CHANNEL** channel) {
-    Record("FMOD_System_PlaySound", Name(system), index, Name(sound), paused);
-    *channel = channelHandle;
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeUpdate(FMOD_SYSTEM* system) {
-    Record("FMOD_System_Update", Name(system));
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeGetSpectrum(FMOD_CHANNEL* channel, float* values, int count, int offset,
-                            int window) {
-    Record("FMOD_Channel_GetSpectrum", Name(channel), count, offset, window);
-    values[0] = static_cast<float>(stage.polls); // another value in every frame
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeSoundRelease(FMOD_SOUND* sound) {
-    Record("FMOD_Sound_Release", Name(sound));
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeSystemClose(FMOD_SYSTEM* system) {
-    Record("FMOD_System_Close", Name(system));
-    return FMOD_OK;
-}
-
-FMOD_RESULT FakeSystemRelease(FMOD_SYSTEM* system) {
-    Record("FMOD_System_Release", Name(system));
-    return FMOD_OK;
-}
-
-} // namespace
-
-namespace Vell {
-static bool FakeInitEngine(const ivec2& size) {
-    Record("InitEngine", size.x, size.y);
-    return false; // not examined
-}
-} // namespace Vell
-
-#define Scene1 FakeScene
-#define InitEngine FakeInitEngine
-#define SDL_Init FakeInit
-#define SDL_SetVideoMode FakeSetVideoMode
-#define SDL_ShowCursor FakeShowCursor
-#define SDL_WM_SetCaption FakeSetCaption
-#define SDL_PollEvent FakePollEvent
-#define SDL_GL_SwapBuffers FakeSwapBuffers
-#define SDL_Quit FakeQuit
-#define FMOD_System_Create FakeSystemCreate
-#define FMOD_System_SetOutput FakeSetOutput
-#define FMOD_System_Init FakeSystemInit
-#define FMOD_System_CreateStream FakeCreateStream
-#define FMOD_System_PlaySound FakePlaySound
-#define FMOD_System_Update FakeUpdate
-#define FMOD_Channel_GetSpectrum FakeGetSpectrum
-#define FMOD_Sound_Release FakeSoundRelease
-#define FMOD_System_Close FakeSystemClose
-#define FMOD_System_Release FakeSystemRelease
-#define main PlayNimbrel
-#include "demo/main.cpp" // NOLINT(bugprone-suspicious-include): see the top of this file
-#undef main
 
 namespace {
 
@@ -282,6 +88,14 @@ TEST_F(Main, Shuts_down_in_order) {
                             "FMOD_System_Release system", "SDL_Quit"));
 }
 
+TEST_F(Main, Calls_nothing_else) {
+    PlayNimbrel();
+    constexpr size_t startUp = 13;
+    constexpr size_t aFrame = 5;
+    constexpr size_t shutdown = 5;
+    EXPECT_EQ(stage.calls.size(), startUp + size_t(allFrames) * aFrame + shutdown);
+}
+
 TEST_F(Main, Scene_reads_the_spectrum_of_its_own_frame) {
     PlayNimbrel();
     EXPECT_THAT(stage.bands, ElementsAre(1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 6.0f));
@@ -292,6 +106,16 @@ TEST_F(Main, First_frame_lasts_as_long_as_starting_and_loading) {
     PlayNimbrel();
     ASSERT_FALSE(stage.durations.empty());
     EXPECT_FLOAT_EQ(stage.durations.front(), 3.5f);
+}
+
+TEST_F(Main, First_frame_counts_from_the_caption_on) {
+    stage.windowTime = 100.0; // before it
+    stage.engineTime = 0.5;
+    stage.loadTime = 3.5;
+    stage.playTime = 0.25;
+    PlayNimbrel();
+    ASSERT_FALSE(stage.durations.empty());
+    EXPECT_FLOAT_EQ(stage.durations.front(), 4.25f);
 }
 
 TEST_F(Main, Every_later_frame_is_given_the_duration_of_the_one_before) {
@@ -308,6 +132,12 @@ TEST_F(Main, Loading_does_not_count_towards_the_demo_time) {
     EXPECT_EQ(Count("Draw"), allFrames);
 }
 
+TEST_F(Main, Demo_time_starts_when_playback_has_started) {
+    stage.playTime = 1000.0;
+    PlayNimbrel();
+    EXPECT_EQ(Count("Draw"), allFrames);
+}
+
 TEST_F(Main, Ends_at_the_first_test_at_or_after_the_running_time) {
     stage.frameTime = 118.251;
     PlayNimbrel();
@@ -315,6 +145,19 @@ TEST_F(Main, Ends_at_the_first_test_at_or_after_the_running_time) {
     stage = Stage();
     SetFakeTime(0.0);
     stage.frameTime = 118.253;
+    PlayNimbrel();
+    EXPECT_EQ(Count("Draw"), 1);
+}
+
+TEST_F(Main, Compares_the_running_time_as_a_double) {
+    // The clock's float nearest to 118.252 is 118.251998901..., which is still less; the next one,
+    // 118.252006531..., is not. The nearer to 118.252003 of the two is the second.
+    stage.frameTime = 118.252;
+    PlayNimbrel();
+    EXPECT_EQ(Count("Draw"), 2);
+    stage = Stage();
+    SetFakeTime(0.0);
+    stage.frameTime = 118.252003;
     PlayNimbrel();
     EXPECT_EQ(Count("Draw"), 1);
 }
@@ -386,4 +229,14 @@ TEST_F(Main, Does_not_care_that_start_up_steps_report_failure) {
     EXPECT_EQ(PlayNimbrel(), 0);
     EXPECT_THAT(stage.calls, Contains("Load"));
     EXPECT_EQ(Count("Draw"), allFrames);
+}
+
+TEST_F(Main, Plays_to_its_end_without_sound_when_every_FMOD_call_fails) {
+    stage.soundResult = static_cast<FMOD_RESULT>(1); // whatever it is called
+    EXPECT_EQ(PlayNimbrel(), 0);
+    EXPECT_EQ(Count("Draw"), allFrames);
+    EXPECT_THAT(stage.calls, Contains("FMOD_System_PlaySound null -1 null 0"));
+    EXPECT_THAT(CallsBetween("delete Scene1", "the end"),
+                ElementsAre("delete Scene1", "FMOD_Sound_Release null", "FMOD_System_Close null",
+                            "FMOD_System_Release null", "SDL_Quit"));
 }

@@ -152,6 +152,8 @@ TEST_F(SceneTimeline, School_asks_for_the_eye_anew_for_each_fish) {
     TheScene().Draw(0.02f);
     EXPECT_NEAR(FishAt(1).y - FishAt(0).y, 0.0143761, 1e-5);
     EXPECT_NEAR(FishAt(2).y - FishAt(1).y, 0.0143761, 1e-5);
+    // Column 3, row 2, number 4 is the sixtieth asked for, two rows of 2 units up.
+    EXPECT_NEAR(FishAt(59).y - FishAt(0).y, 59 * 0.0143761 + 4.0, 1e-4);
 }
 
 TEST_F(SceneTimeline, Fish_stay_where_they_were_last_placed) {
@@ -322,68 +324,32 @@ TEST_F(SceneTimeline, No_shader_stays_in_use_after_a_frame) {
     EXPECT_EQ(program, 0);
 }
 
-// --- The logo -------------------------------------------------------------------------------
+// --- Every turn of the camera ---------------------------------------------------------------
 
-TEST_F(SceneTimeline, Logo_covers_the_first_frame_and_fades_with_time) {
-    if (DemoDataIsReal())
-        GTEST_SKIP() << "needs the logo and the sky whose colours are known";
-    DrawAt(11.0);
-    const Rgba bare = ReadScreen(screenSize, screenSize).At(64, 100); // nothing but sky
-    constexpr Rgba white = {255, 255, 255, 255};
-    constexpr int rounding = 3; // two roundings of the blend and one of the picture's compression
-    DrawAt(0.0);
-    EXPECT_TRUE(Near(ReadScreen(screenSize, screenSize).At(64, 100), white, rounding));
-    DrawAt(7.5); // one quarter of white, three of sky
-    const Rgba faded = {(255 + 3 * bare.r) / 4, (255 + 3 * bare.g) / 4, (255 + 3 * bare.b) / 4,
-                        ReadScreen(screenSize, screenSize).At(64, 100).a};
-    EXPECT_TRUE(Near(ReadScreen(screenSize, screenSize).At(64, 100), faded, rounding));
+TEST_F(SceneTimeline, Turned_camera_stands_where_the_flight_is_when_it_turns) {
+    // Time moves 0.1 s at each reading: demo time, target, position, and the position again.
+    struct Case {
+        double t;
+        vec3 target;
+    };
+    const Case cases[] = {{20.0, vec3(0, 0, 0)},
+                          {48.0, vec3(50, 11, 11)},
+                          {80.0, vec3(30, 2, 14)},
+                          {110.0, vec3(25, 3, 13)}};
+    for (const Case& turn : cases) {
+        SCOPED_TRACE(turn.t);
+        GoTo(turn.t);
+        SetTickingTime(turn.t, 0.1);
+        TheScene().Draw(0.02f);
+        ExpectView(turn.t + 0.3, turn.target);
+    }
 }
 
-TEST_F(SceneTimeline, Logo_is_no_longer_drawn_from_ten_seconds_on) {
-    // The logo is the only thing that blends this way at the end of a frame; the glow adds.
-    GLint destination = 0;
-    DrawAt(9.9);
-    glGetIntegerv(GL_BLEND_DST, &destination);
-    EXPECT_EQ(destination, GL_ONE_MINUS_SRC_ALPHA);
-    DrawAt(10.0);
-    glGetIntegerv(GL_BLEND_DST, &destination);
-    EXPECT_EQ(destination, GL_ONE);
-}
-
-TEST_F(SceneTimeline, Logo_leaves_only_the_documented_state_behind) {
-    DrawAt(12.0); // whatever a frame without the logo settles
-    const GlState without = CaptureGlState();
-    DrawAt(5.0);
-    GlState with = CaptureGlState();
-    // Left behind on purpose: the model-view is the identity, with which the next frame starts
-    // anyway, and the sprite's texture stays bound and enabled, blended over.
-    for (const char* name :
-         {"modelview matrix", "blend destination", "unit 0 binding", "unit 0 texture 2D"})
-        with.values[name] = without.values.at(name);
-    EXPECT_EQ(Differences(without, with), "");
-}
-
-TEST_F(SceneTimeline, Logo_leaves_the_model_view_as_the_identity) {
-    glMatrixMode(GL_MODELVIEW);
-    glTranslatef(1, 2, 3);
-    DrawAt(5.0);
-    float m[16] = {};
-    glGetFloatv(GL_MODELVIEW_MATRIX, m);
-    for (int i = 0; i < 16; ++i)
-        EXPECT_EQ(m[i], i % 5 == 0 ? 1.0f : 0.0f) << i;
-}
-
-TEST_F(SceneTimeline, Projection_stack_is_untouched_from_ten_seconds_on) {
-    GLint before = 0;
-    GLint after = 0;
-    float projectionBefore[16] = {};
-    float projectionAfter[16] = {};
-    glGetIntegerv(GL_PROJECTION_STACK_DEPTH, &before);
-    glGetFloatv(GL_PROJECTION_MATRIX, projectionBefore);
-    DrawAt(10.0);
-    glGetIntegerv(GL_PROJECTION_STACK_DEPTH, &after);
-    glGetFloatv(GL_PROJECTION_MATRIX, projectionAfter);
-    EXPECT_EQ(before, after);
-    for (int i = 0; i < 16; ++i)
-        EXPECT_EQ(projectionBefore[i], projectionAfter[i]) << i;
+TEST_F(SceneTimeline, Camera_that_is_not_turned_asks_for_its_target_before_its_place) {
+    GoTo(5.0);
+    SetTickingTime(5.0, 0.1);
+    TheScene().Draw(0.02f);
+    Vell::Camera& view = Scene1Probe::ViewCamera(TheScene());
+    ExpectPoint(view.GetTarget(), TargetAt(5.1));
+    ExpectPoint(view.GetPosition(), EyeAt(5.2));
 }

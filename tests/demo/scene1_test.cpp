@@ -12,13 +12,16 @@
 #include "engine/scene/scenemanager.h"
 #include "engine/scene/scenenode.h"
 #include "tests/support/demo_data.h"
+#include "tests/support/fake_time.h"
 #include "tests/support/log_page.h"
 #include "tests/support/scene_stage.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <memory>
 #include <set>
+#include <vector>
 
 using ::testing::ElementsAreArray;
 using Vell::vec3;
@@ -44,6 +47,17 @@ struct OpenChain {
     }
 };
 template struct OpenChain<&Vell::PostProcess::effects>;
+
+std::vector<const void*> FieldsOf(const Scene1& scene);
+
+template <auto... fields>
+struct OpenScene {
+    friend std::vector<const void*> FieldsOf(const Scene1& scene) { return {&(scene.*fields)...}; }
+};
+template struct OpenScene<&Scene1::spectrum, &Scene1::pulse, &Scene1::manager, &Scene1::viewCamera,
+                          &Scene1::sceneClock, &Scene1::bloom, &Scene1::rgb, &Scene1::ripple,
+                          &Scene1::path, &Scene1::blueWisp, &Scene1::greenWisp, &Scene1::redWisp,
+                          &Scene1::city, &Scene1::fish, &Scene1::cityShader, &Scene1::logo>;
 
 /// A scene that was constructed and not loaded: there can be any number of them.
 class NewScene : public GlTest {
@@ -103,6 +117,12 @@ TEST_F(LoadedScene, Logged_every_file_once_in_the_order_of_the_script) {
     EXPECT_THAT(RowsOfDemoFiles(TheLoading().rows), ElementsAreArray(expected));
 }
 
+TEST_F(NewScene, Keeps_its_fields_in_this_order) {
+    const std::vector<const void*> fields = FieldsOf(*scene);
+    EXPECT_EQ(fields.front(), scene.get()) << "no virtual table stands before them";
+    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end()));
+}
+
 TEST_F(NewScene, Has_no_spectrum_no_pulse_and_no_nodes) {
     EXPECT_EQ(Scene1Probe::Spectrum(*scene), nullptr);
     EXPECT_EQ(Scene1Probe::Pulse(*scene), 0.0f);
@@ -113,6 +133,16 @@ TEST_F(NewScene, Has_no_spectrum_no_pulse_and_no_nodes) {
     EXPECT_EQ(Scene1Probe::CityShader(*scene), nullptr);
     EXPECT_NE(Scene1Probe::Fish(*scene), nullptr);
     EXPECT_TRUE(CameraProbe::Paths(Scene1Probe::Path(*scene)).empty());
+    EXPECT_EQ(Scene1Probe::Logo(*scene).GetName(), "");
+    EXPECT_EQ(Scene1Probe::Logo(*scene).GetSize(), Vell::vec2(0, 0));
+}
+
+TEST_F(NewScene, Counts_its_time_from_construction_on) {
+    const FakeTimeScope time(100.0);
+    Scene1 another;
+    SetFakeTime(102.0);
+    EXPECT_EQ(Scene1Probe::SceneClock(another).GetElapsedTime(), 2.0f);
+    delete &Scene1Probe::Ripple(another); // no longer used: the scene's end leaves it alone
 }
 
 TEST_F(NewScene, Looks_from_50_50_50_at_the_origin_through_the_managers_camera) {
@@ -279,4 +309,10 @@ TEST_F(LoadedScene, First_frame_looks_along_flight_1_from_its_start) {
     ExpectView(0.0, vec3(0, 1, -1));
     EXPECT_EQ(Scene1Probe::ViewCamera(TheScene()).GetPosition(), vec3(0, 1, 0));
     EXPECT_EQ(PositionOf(*Scene1Probe::City(TheScene())), vec3(0, -20, 0));
+    for (Vell::SceneNode* wisp :
+         {Scene1Probe::BlueWisp(TheScene()), Scene1Probe::GreenWisp(TheScene()),
+          Scene1Probe::RedWisp(TheScene())})
+        EXPECT_EQ(PositionOf(*wisp), vec3(0, 1000, 0));
+    for (int i = 0; i < 60; ++i)
+        EXPECT_EQ(PositionOf(*Scene1Probe::Fish(TheScene())[i]), vec3(10000)) << i;
 }

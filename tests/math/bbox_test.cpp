@@ -5,6 +5,7 @@
 #include "tests/support/pixels.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -27,6 +28,14 @@ TEST(BoundingBox, Is_all_zero_until_it_is_set) {
     EXPECT_EQ(box.GetCenter(), vec3());
     EXPECT_EQ(box.GetSize(), vec3());
     EXPECT_FALSE(box.Hit(vec3(0, 0, 0)));
+}
+
+TEST(BoundingBox, Is_min_max_center_and_size_in_this_order) {
+    BoundingBox box;
+    const void* const fields[] = {&box.GetMin(), &box.GetMax(), &box.GetCenter(), &box.GetSize()};
+    EXPECT_EQ(fields[0], &box);
+    EXPECT_TRUE(std::is_sorted(std::begin(fields), std::end(fields)));
+    EXPECT_EQ(sizeof(BoundingBox), 4 * sizeof(vec3));
 }
 
 TEST(BoundingBox, Stores_min_plus_center_for_its_size) {

@@ -49,6 +49,7 @@ protected:
 
 TEST_F(FrustumTest, Is_one_instance) {
     EXPECT_EQ(&Frustum::GetInstance(), &Frustum::GetInstance());
+    EXPECT_EQ(sizeof(Frustum), 6 * sizeof(Plane));
 }
 
 TEST_F(FrustumTest, Has_nothing_inside_before_its_planes_are_made) {

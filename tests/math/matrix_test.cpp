@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <type_traits>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -61,6 +62,9 @@ TEST(Matrix, Is_sixteen_floats_of_which_index_fifteen_is_the_last) {
     EXPECT_EQ(matrix[15], 16.0f);
     EXPECT_EQ(matrix(15), 16.0f);
     EXPECT_EQ(matrix(4 * 1 + 2), 7.0f); // row 1, column 2
+    // Elements are handed out as copies.
+    EXPECT_TRUE((std::is_same_v<decltype(Matrix()[0]), float>));
+    EXPECT_TRUE((std::is_same_v<decltype(Matrix()(0)), float>));
 }
 
 TEST(Matrix, Moves_the_origin_by_its_translation) {

@@ -1,7 +1,9 @@
 #include "engine/math/plane.h"
 
 #include <cmath>
+#include <cstring>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace Vell;
@@ -20,6 +22,14 @@ TEST(Plane, Starts_empty_with_nothing_inside) {
     EXPECT_EQ(plane.Get(), vec4(0, 0, 0, 0));
     EXPECT_FALSE(plane.PointIn(vec3(0, 0, 0)));
     EXPECT_FALSE(plane.PointIn(vec3(1, 2, 3)));
+}
+
+TEST(Plane, Is_its_normal_and_then_its_distance) {
+    const Plane plane(vec3(1, 2, 3), 4);
+    float packed[4] = {};
+    static_assert(sizeof(Plane) == sizeof(packed));
+    std::memcpy(packed, &plane, sizeof(packed));
+    EXPECT_THAT(packed, ::testing::ElementsAre(1, 2, 3, 4));
 }
 
 TEST(Plane, Takes_normal_and_distance_in_every_form) {

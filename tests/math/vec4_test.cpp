@@ -1,6 +1,7 @@
 #include "engine/math/vec4.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <type_traits>
 
 #include <gtest/gtest.h>
@@ -66,6 +67,19 @@ TEST(IVec4, Keeps_its_components_in_order) {
     EXPECT_EQ(v.y, -2);
     EXPECT_EQ(v.z, 3);
     EXPECT_EQ(v.w, -4);
+}
+
+TEST(IVec4DeathTest, Divides_w_by_zero_without_the_check_of_the_others) {
+    // Intended, as the float type's w becomes infinite; integers have no such value.
+    const volatile int zero = 0;
+    EXPECT_DEATH(
+        {
+            const ivec4 quotient = ivec4(1) / ivec4(1, 1, 1, zero);
+            std::exit(quotient.w); // so that the division is not left out
+        },
+        "");
+    // A zero before w still makes all of it zero.
+    EXPECT_EQ(ivec4(1) / ivec4(1, 1, 0, zero), ivec4());
 }
 
 TEST(IVec4, Sums_its_dot_product_with_floats_before_it_truncates) {
