@@ -1,10 +1,11 @@
-# Shared by ./play, ./test and ./art/make: packages, display, build. Sourced, never run.
+# Shared by ./play, ./movie, ./test and ./art/make: packages, display, build. Sourced, never run.
 # The caller has already changed into the repository's root.
 
 # What Debian 12 must have installed, by purpose.
 packages_play="g++ cmake ninja-build pkgconf libsdl1.2-dev libgl-dev libglu1-mesa-dev
     libgl1-mesa-dri libjpeg62-turbo-dev libpng-dev libmpg123-dev libasound2-dev
     libkissfft-dev xvfb"
+packages_movie="ffmpeg"
 packages_art="libembree-dev libmp3lame-dev"
 packages_test="libgtest-dev libgmock-dev libx11-dev libxtst-dev lame ffmpeg gcovr
     clang-format clang-tidy git"
@@ -84,7 +85,8 @@ start_display() {
     fi
     local folder
     folder=$(mktemp -d)
-    Xvfb -displayfd 3 -screen 0 1280x1024x24 +extension GLX -nolisten tcp -noreset \
+    # In a session of its own: Ctrl-C ends the script, which may still need the display.
+    setsid Xvfb -displayfd 3 -screen 0 1280x1024x24 +extension GLX -nolisten tcp -noreset \
         3>"$folder/display" 2>"$folder/log" &
     virtual_display=$!
     trap stop_display EXIT

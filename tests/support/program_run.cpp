@@ -76,6 +76,11 @@ bool ProgramRun::Running() {
     return !ended;
 }
 
+void ProgramRun::Signal(int number) {
+    if (Running())
+        kill(process, number);
+}
+
 Outcome ProgramRun::Wait(double patience) {
     while (Running() && Now() - start < patience)
         std::this_thread::sleep_for(pollInterval);

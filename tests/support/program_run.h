@@ -30,6 +30,9 @@ public:
 
     bool Running();
 
+    /// Sends it a signal (SIGINT, ...), if it still runs.
+    void Signal(int number);
+
     /// Waits for the end, at most so many seconds after the start; kills the program then.
     Outcome Wait(double seconds);
 

@@ -1,0 +1,217 @@
+// The doctor itself, as it is called: on a machine where all is well but the sound, and on others.
+
+#include "tests/doctor/json_reader.h"
+#include "tests/doctor/published_data.h"
+#include "tests/support/program_run.h"
+#include "tests/support/virtual_display.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <thread>
+
+namespace fs = std::filesystem;
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool sanitized = true; // such a run takes small data, so that it ends in time
+#else
+constexpr bool sanitized = false;
+#endif
+
+class DoctorProgram : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        for (const char* other : {"WAYLAND_DISPLAY", "SDL_VIDEODRIVER"})
+            unsetenv(other); // there is the one display that each test names
+        display = std::make_unique<VirtualDisplay>();
+    }
+    static void TearDownTestSuite() { display.reset(); }
+
+    static Outcome Run(std::vector<std::string> arguments, Environment environment = {}) {
+        constexpr double patience = 100.0; // seconds: the doctor's own are less
+        arguments.insert(arguments.begin(), NIMBREL_BINARY_DIR "/tools/doctor/nimbrel_doctor");
+        environment.insert({{"DISPLAY", display->Name()}, {"ALSA_CONFIG_PATH", "/dev/null"}});
+        return ProgramRun(arguments, environment).Wait(patience);
+    }
+
+    static const Json& Find(const Json& page, const std::string& id) {
+        for (const Json& row : page["rows"].items)
+            if (row["id"].text == id)
+                return row;
+        throw std::runtime_error("no row " + id);
+    }
+
+    static std::string StateOf(const Json& page, const std::string& id) {
+        return Find(page, id)["state"].text;
+    }
+
+    static inline std::unique_ptr<VirtualDisplay> display;
+    ScratchDir scratch;
+};
+
+/// The ids in the first column of the documentation's table, that of the single files left out.
+std::set<std::string> DocumentedIds() {
+    std::set<std::string> ids;
+    std::ifstream in(NIMBREL_SOURCE_DIR "/docs/doctor.md");
+    for (std::string line; std::getline(in, line);) {
+        const std::string cell = line.substr(0, line.find('|', 1));
+        for (size_t at = cell.find('`'); line[0] == '|' && at != std::string::npos;) {
+            const size_t end = cell.find('`', at + 1);
+            ids.insert(cell.substr(at + 1, end - at - 1));
+            at = cell.find('`', end + 1);
+        }
+    }
+    ids.erase("data:PATH");
+    return ids;
+}
+
+/// An X server without OpenGL; it ends with this object.
+class PlainDisplay {
+public:
+    PlainDisplay()
+        : server({"/bin/sh", "-c",
+                  "exec Xvfb -displayfd 1 -screen 0 1280x256x24 -extension GLX -nolisten tcp "
+                  "-noreset"},
+                 {}) {
+        std::string number;
+        while (server.Running() && number.find('\n') == std::string::npos) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            number = ReadFile("stdout.txt");
+        }
+        name += number.substr(0, number.find('\n'));
+    }
+
+    const std::string& Name() const { return name; }
+
+private:
+    ProgramRun server;
+    std::string name = ":";
+};
+
+} // namespace
+
+TEST_F(DoctorProgram, Finds_a_machine_fit_that_has_no_sound_and_disturbs_nothing) {
+    if (sanitized)
+        PublishTinyData();
+    else
+        PublishRealData();
+    WriteFile("Vell_log.html", "the last run's page");
+    const Outcome outcome = Run({"--json"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.complaint;
+    EXPECT_LT(outcome.seconds, 15.0);
+    EXPECT_EQ(ReadFile("Vell_log.html"), "the last run's page");
+
+    const Json page = JsonReader::Read(outcome.output);
+    EXPECT_EQ(page["verdict"].text, "warn");
+    EXPECT_THAT(page["sentence"].text, StartsWith("Nimbrel runs here, but: there is no sound"));
+    std::set<std::string> ids;
+    for (const Json& row : page["rows"].items) {
+        const std::string id = row["id"].text;
+        if (!row["detail"].truth) {
+            EXPECT_TRUE(ids.insert(id).second) << id << " stands twice";
+        }
+        // How fast this machine is, and by what it draws, is not the matter here.
+        const bool open = id == "sound" || id == "speed" || id == "renderer";
+        EXPECT_TRUE(open || row["state"].text == "ok") << id << ": " << row["finding"].text;
+    }
+    EXPECT_EQ(ids, DocumentedIds());
+    EXPECT_EQ(StateOf(page, "sound"), "warn");
+    const Json& speed = Find(page, "speed")["values"];
+    EXPECT_GT(speed["fps"].number, 0.0);
+    EXPECT_LE(speed["median_ms"].number, speed["slow_ms"].number);
+    EXPECT_LE(speed["slow_ms"].number, speed["longest_ms"].number);
+    EXPECT_GT(Find(page, "texture_size")["values"]["width"].number, 0.0);
+}
+
+TEST_F(DoctorProgram, Json_is_taken_by_another_reader) {
+    if (std::system("command -v python3 >/dev/null") != 0)
+        GTEST_SKIP() << "needs python3";
+    const Outcome outcome = Run({"--json"}, {{"DISPLAY", ""}});
+    WriteFile("page.json", outcome.output);
+    EXPECT_EQ(std::system("python3 -m json.tool page.json >/dev/null"), 0) << outcome.output;
+}
+
+TEST_F(DoctorProgram, Names_a_missing_file_and_what_the_show_lacks) {
+    PublishTinyData();
+    fs::remove(waterPicture);
+    const Outcome outcome = Run({"--seconds", "0.2"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.complaint;
+    EXPECT_THAT(outcome.output, HasSubstr("Nimbrel runs here, but: Data/Gfx/water.jpg (missing: "
+                                          "water without waves)"));
+    EXPECT_THAT(outcome.output, HasSubstr("rows that say ERROR: Image Data/Gfx/water.jpg"));
+    EXPECT_THAT(outcome.output, HasSubstr("What to do:\n  - bring the files of Data/ back"));
+}
+
+TEST_F(DoctorProgram, Names_a_damaged_file) {
+    PublishTinyData();
+    Damage(waterPicture);
+    const Json page = JsonReader::Read(Run({"--json", "--seconds", "0.2"}).output);
+    EXPECT_EQ(StateOf(page, "data"), "warn");
+    EXPECT_EQ(StateOf(page, std::string("data:") + waterPicture), "warn");
+    EXPECT_THAT(page["sentence"].text, HasSubstr("Data/Gfx/water.jpg (damaged or changed)"));
+}
+
+TEST_F(DoctorProgram, Says_that_there_is_no_display) {
+    MakeDemoData();
+    const Outcome outcome = Run({}, {{"DISPLAY", ""}});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_THAT(outcome.output, HasSubstr("\nNimbrel cannot run here: there is no display"));
+    EXPECT_THAT(outcome.output, HasSubstr("xvfb"));
+}
+
+TEST_F(DoctorProgram, Says_that_the_display_does_not_answer) {
+    MakeDemoData();
+    const Json page = JsonReader::Read(Run({"--json"}, {{"DISPLAY", ":98765"}}).output);
+    EXPECT_EQ(page["verdict"].text, "fail");
+    EXPECT_THAT(Find(page, "display")["finding"].text, HasSubstr("no display answers: "));
+    EXPECT_EQ(StateOf(page, "show"), "unknown") << "the demo was not started";
+}
+
+TEST_F(DoctorProgram, Says_that_there_is_no_opengl) {
+    MakeDemoData();
+    const PlainDisplay plain;
+    const Outcome outcome = Run({"--json"}, {{"DISPLAY", plain.Name()}});
+    EXPECT_EQ(outcome.exitStatus, 1);
+    const Json page = JsonReader::Read(outcome.output);
+    EXPECT_EQ(StateOf(page, "display"), "ok");
+    EXPECT_EQ(StateOf(page, "opengl"), "fail");
+    EXPECT_THAT(Find(page, "opengl")["advice"].text, HasSubstr("libgl1-mesa-dri"));
+}
+
+TEST_F(DoctorProgram, Says_that_it_was_started_in_another_folder) {
+    const Json page = JsonReader::Read(Run({"--json"}).output);
+    EXPECT_EQ(page["verdict"].text, "fail");
+    EXPECT_THAT(page["sentence"].text, HasSubstr("there is no Data/ in "));
+    EXPECT_THAT(page["advice"].items.at(0).text, HasSubstr("change into Nimbrel's folder"));
+}
+
+TEST_F(DoctorProgram, Refuses_a_command_line_that_it_does_not_know) {
+    using Words = std::vector<std::string>;
+    for (const Words& words :
+         {Words{"--jsno"}, Words{"--json", "file"}, Words{"--seconds"}, Words{"--seconds", "0"},
+          Words{"--seconds", "3s"}, Words{"--seconds", "1e9"}, Words{"--seconds", "nan"}}) {
+        const Outcome outcome = Run(words);
+        EXPECT_EQ(outcome.exitStatus, 2) << words.back();
+        EXPECT_EQ(outcome.output, "") << words.back();
+        EXPECT_THAT(outcome.complaint, StartsWith("nimbrel_doctor [--json]")) << words.back();
+    }
+}
+
+TEST_F(DoctorProgram, Explains_itself) {
+    const Outcome outcome = Run({"--help"});
+    EXPECT_EQ(outcome.exitStatus, 0);
+    for (const char* word : {"--json", "--seconds", "Exit status", "\"rows\"", "\"verdict\""})
+        EXPECT_THAT(outcome.output, HasSubstr(word));
+}

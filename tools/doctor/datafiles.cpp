@@ -1,0 +1,203 @@
+#include "tools/doctor/datafiles.h"
+
+#include "tools/doctor/meshtextures.h"
+#include "tools/doctor/picturesize.h"
+#include "tools/doctor/sha256.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace Doctor {
+
+namespace {
+
+const char* const dataFolder = "Data";
+
+// What the demo's code asks for, in its order.
+const DataFile namedByCode[] = {
+    {"Data/Gfx/City/city.xt3dstatic", "no city"},
+    {"Data/Gfx/City/shader.vert", "the city without its light"},
+    {"Data/Gfx/City/shader.frag", "the city without its light"},
+    {"Data/Gfx/Wisp/green.xt3dstatic", "no green wisp"},
+    {"Data/Gfx/Wisp/billboard.vert", "wisps that do not face the viewer"},
+    {"Data/Gfx/Wisp/billboard.frag", "wisps that do not face the viewer"},
+    {"Data/Gfx/Wisp/red.xt3dstatic", "no red wisp"},
+    {"Data/Gfx/Wisp/blue.xt3dstatic", "no blue wisp"},
+    {"Data/Gfx/Fish/fish.xt3dstatic", "no fish"},
+    {"Data/Gfx/City/sky/xpos.jpg", "a hole in the sky"},
+    {"Data/Gfx/City/sky/xneg.jpg", "a hole in the sky"},
+    {"Data/Gfx/City/sky/ypos.jpg", "a hole in the sky"},
+    {"Data/Gfx/City/sky/yneg.jpg", "a hole in the sky"},
+    {"Data/Gfx/City/sky/zpos.jpg", "a hole in the sky"},
+    {"Data/Gfx/City/sky/zneg.jpg", "a hole in the sky"},
+    {"Data/Gfx/water.jpg", "water without waves"},
+    {"Data/Gfx/Logo/logo.jpg", "no logo"},
+    {"Data/Musics/Quorrel.mp3", "no music, and effects that do not beat"},
+};
+const char* const withoutTexture = "a surface without its picture";
+
+const char* const repairAdvice =
+    "bring the files of Data/ back from where you took them (git checkout -- Data), or remake them "
+    "with art/make";
+
+bool Known(const std::vector<DataFile>& files, const std::string& path) {
+    return std::any_of(files.begin(), files.end(),
+                       [&](const DataFile& file) { return file.path == path; });
+}
+
+void AddTextures(std::vector<DataFile>& files, const std::string& mesh) {
+    std::ifstream in(mesh);
+    for (const std::string& texture : MeshTextures(in))
+        if (!Known(files, texture))
+            files.push_back({texture, withoutTexture});
+}
+
+bool DataIsThere() {
+    std::error_code none;
+    return fs::is_directory(dataFolder, none);
+}
+
+Row DetailRow(const DataFile& file) {
+    Row row{std::string("data:") + file.path, file.path};
+    row.detail = true;
+    return row;
+}
+
+/// How the file compares with the one that was published.
+void Compare(const std::string& sum, const std::string& published, const DataFile& file, Row& row) {
+    if (published.empty())
+        row.Set(State::Warn, "no published sum to compare it with", repairAdvice);
+    else if (sum != published)
+        row.Set(State::Warn, "damaged or changed", repairAdvice);
+    else
+        row.Set(State::Ok, "as published");
+    row.values.push_back({"published_sha256", published});
+    row.values.push_back({"without", file.without});
+}
+
+Row FileRow(const DataFile& file, const std::string& published) {
+    Row row = DetailRow(file);
+    std::error_code failed;
+    const std::uintmax_t bytes = fs::file_size(file.path, failed);
+    std::ifstream in(file.path, std::ios::binary);
+    row.values = {{"present", failed ? "no" : "yes"}};
+    if (failed || !in) {
+        row.Set(State::Warn, (failed ? "missing: " : "cannot be read: ") + file.without,
+                repairAdvice);
+        return row;
+    }
+    const std::string sum = SumOf(in);
+    row.values.push_back(NumberValue("bytes", double(bytes)));
+    row.values.push_back({"sha256", sum});
+    Compare(sum, published, file, row);
+    return row;
+}
+
+double Bytes(const Row& row) {
+    for (const Value& value : row.values)
+        if (value.name == "bytes")
+            return std::stod(value.text);
+    return 0.0;
+}
+
+/// Names the first details that are not as they should be; the others are counted.
+std::string NameWrong(const Table& details) {
+    constexpr int mostNames = 3; // on one line no more than can be read
+    std::string names;
+    int wrong = 0;
+    for (const Row& detail : details)
+        if (detail.state != State::Ok && ++wrong <= mostNames)
+            names += (wrong > 1 ? ", " : "") + detail.title + " (" + detail.finding + ")";
+    if (wrong > mostNames)
+        names += " and " + std::to_string(wrong - mostNames) + " more, which --json names";
+    return names;
+}
+
+/// The row that stands for all the details.
+Row SumUp(const Table& details) {
+    Row row{"data", "Data files"};
+    double bytes = 0.0;
+    for (const Row& detail : details)
+        bytes += Bytes(detail);
+    const auto good = std::count_if(details.begin(), details.end(),
+                                    [](const Row& detail) { return detail.state == State::Ok; });
+    row.values = {NumberValue("files", double(details.size())),
+                  NumberValue("as_published", double(good)), NumberValue("bytes", bytes)};
+    const std::string wrong = NameWrong(details);
+    if (wrong.empty())
+        row.Set(State::Ok, "all " + std::to_string(good) + " files are there, as published");
+    else
+        row.Set(State::Warn, wrong, repairAdvice);
+    return row;
+}
+
+} // namespace
+
+std::vector<DataFile> DataFiles() {
+    std::vector<DataFile> files;
+    for (const DataFile& file : namedByCode) {
+        files.push_back(file);
+        if (fs::path(file.path).extension() == ".xt3dstatic")
+            AddTextures(files, file.path);
+    }
+    return files;
+}
+
+std::map<std::string, std::string> ReadSums(const std::string& path) {
+    constexpr size_t digits = 64;
+    constexpr size_t gap = 2; // a blank, and a blank or the star of a binary file
+    std::map<std::string, std::string> sums;
+    std::ifstream in(path);
+    for (std::string line; std::getline(in, line);)
+        if (line.find_first_not_of("0123456789abcdef") == digits && line.size() > digits + gap)
+            sums[line.substr(digits + gap)] = line.substr(0, digits);
+    return sums;
+}
+
+Row FolderRow() {
+    Row row{"folder", "Folder"};
+    std::error_code none;
+    const std::string here = fs::current_path(none).string();
+    row.values = {{"path", here}};
+    if (DataIsThere())
+        row.Set(State::Ok, here + " has Data/");
+    else
+        row.Set(State::Fail, "there is no Data/ in " + here,
+                "change into Nimbrel's folder, where ./play is, first");
+    return row;
+}
+
+Table DataRows() {
+    const std::map<std::string, std::string> published = ReadSums(sumsFile);
+    Table details;
+    for (const DataFile& file : DataFiles()) {
+        const auto found = published.find(file.path);
+        details.push_back(FileRow(file, found == published.end() ? "" : found->second));
+    }
+    Table table = {SumUp(details)};
+    if (!DataIsThere()) {
+        table.front().Set(State::Unknown, "not looked at: there is no Data/");
+        for (Row& detail : details)
+            detail.Set(State::Unknown, "not looked at: there is no Data/");
+    }
+    Append(table, details);
+    return table;
+}
+
+LargestPicture FindLargestPicture() {
+    LargestPicture largest;
+    for (const DataFile& file : DataFiles()) {
+        std::ifstream in(file.path, std::ios::binary);
+        const PictureSize size = in ? ReadPictureSize(in) : PictureSize();
+        if (std::max(size.width, size.height) > std::max(largest.width, largest.height))
+            largest = {file.path, size.width, size.height};
+    }
+    return largest;
+}
+
+} // namespace Doctor

@@ -1,0 +1,30 @@
+#include "tools/doctor/examination.h"
+
+#include "tools/doctor/datafiles.h"
+#include "tools/doctor/graphics.h"
+#include "tools/doctor/page.h"
+#include "tools/doctor/sound.h"
+
+namespace Doctor {
+
+namespace {
+
+// Seconds that a part may take before it counts as hanging; all of them take less than one.
+constexpr double graphicsPatience = 20.0;
+constexpr double soundPatience = 10.0;
+
+} // namespace
+
+Table Examine(const Programs& programs, double seconds) {
+    Table table = {FolderRow()};
+    Append(table, DataRows());
+    Append(table, GraphicsRows(RunApart(LookAtGraphics, graphicsPatience), DisplayIsNamed(),
+                               FindLargestPicture()));
+    const bool canRun = Verdict(table) != State::Fail;
+    table.push_back(SoundRow(RunApart(LookAtSound, soundPatience)));
+    Append(table, canRun ? RehearsalRows(Rehearse(programs, seconds))
+                         : NoRehearsalRows("the demo cannot run"));
+    return table;
+}
+
+} // namespace Doctor

@@ -1,0 +1,172 @@
+#include "tools/doctor/graphics.h"
+
+#include "tools/doctor/glgroups.h"
+
+#include "engine/core/GLExtensions.h"
+#include "engine/core/core.h"
+#include "engine/core/fbo.h"
+
+#include <array>
+#include <cstdlib>
+
+#include <SDL.h>
+#include <dlfcn.h>
+
+namespace Doctor {
+
+namespace {
+
+// As the demo opens its window.
+constexpr int screenWidth = 960; // pixels
+constexpr int screenHeight = 89;
+constexpr int screenBits = 32;
+
+std::string Dotted(int major, int minor, int patch) {
+    return std::to_string(major) + '.' + std::to_string(minor) + '.' + std::to_string(patch);
+}
+
+/// The SDL 2 that the compatibility layer has loaded below itself, if it is one.
+void NoteSdl2(const Notebook& notebook) {
+    struct Version { // as SDL 2 fills it
+        Uint8 major, minor, patch;
+    };
+    void* library = dlopen("libSDL2-2.0.so.0", RTLD_LAZY | RTLD_NOLOAD);
+    if (library == nullptr)
+        return;
+    const auto ask = reinterpret_cast<void (*)(Version*)>(dlsym(library, "SDL_GetVersion"));
+    if (ask != nullptr) {
+        Version version{};
+        ask(&version);
+        notebook.Note("sdl2", Dotted(version.major, version.minor, version.patch));
+    }
+    dlclose(library);
+}
+
+void NoteSdl(const Notebook& notebook) {
+    const SDL_version& version = *SDL_Linked_Version();
+    notebook.Note("sdl", Dotted(version.major, version.minor, version.patch));
+    NoteSdl2(notebook);
+}
+
+bool NoteVideo(const Notebook& notebook) {
+    if (SDL_Init(SDL_INIT_VIDEO) != 0) {
+        notebook.Note("no_video", SDL_GetError());
+        return false;
+    }
+    std::array<char, 64> name{};
+    SDL_VideoDriverName(name.data(), int(name.size()));
+    notebook.Note("driver", name.data());
+    return true;
+}
+
+bool NoteWindow(const Notebook& notebook) {
+    if (SDL_SetVideoMode(screenWidth, screenHeight, screenBits,
+                         SDL_HWSURFACE | SDL_OPENGL | SDL_ASYNCBLIT) == nullptr) {
+        notebook.Note("no_window", SDL_GetError());
+        return false;
+    }
+    SDL_WM_SetCaption("Halvorn :: Nimbrel", nullptr);
+    return true;
+}
+
+struct Text {
+    const char* fact;
+    GLenum name;
+};
+const Text texts[] = {
+    {"vendor", GL_VENDOR},
+    {"renderer", GL_RENDERER},
+    {"version", GL_VERSION},
+    {"glsl", GL_SHADING_LANGUAGE_VERSION},
+};
+
+/// False when OpenGL does not even tell its version: there is no context.
+bool NoteTexts(const Notebook& notebook) {
+    for (const Text& text : texts) {
+        const auto* answer = reinterpret_cast<const char*>(glGetString(text.name));
+        if (answer != nullptr)
+            notebook.Note(text.fact, answer);
+    }
+    return glGetString(GL_VERSION) != nullptr;
+}
+
+/// The first thing of a group that is missing: the extension or an entry point; empty: none.
+std::string FirstMissing(const GlGroup& group) {
+    const int result = InitializeGLExtension(group.extension, group.names, group.pointers);
+    if (result == 0)
+        return "";
+    return result < 0 ? group.extension : group.names[result - 1];
+}
+
+/// True when every group is complete.
+bool NoteGroups(const Notebook& notebook) {
+    bool complete = true;
+    for (const GlGroup& group : GlGroups()) {
+        const std::string missing = FirstMissing(group);
+        notebook.Note(group.id, missing);
+        complete = complete && missing.empty();
+    }
+    return complete;
+}
+
+struct Limit {
+    const char* fact;
+    GLenum name;
+};
+const Limit limits[] = {
+    {"units", GL_MAX_TEXTURE_IMAGE_UNITS},
+    {"texture_size", GL_MAX_TEXTURE_SIZE},
+};
+
+void NoteLimits(const Notebook& notebook) {
+    for (const Limit& limit : limits) {
+        GLint value = 0;
+        glGetIntegerv(limit.name, &value);
+        notebook.Note(limit.fact, value);
+    }
+    notebook.Note("multitexture", CheckForExtension("GL_ARB_multitexture"));
+    notebook.Note("any_size", CheckForExtension("GL_ARB_texture_non_power_of_two"));
+}
+
+/// Makes a target as the scene is drawn into, and asks the driver whether it can draw there.
+void NoteTarget(const Notebook& notebook) {
+    const auto check = reinterpret_cast<PFNGLCHECKFRAMEBUFFERSTATUSEXTPROC>(
+        SDL_GL_GetProcAddress("glCheckFramebufferStatusEXT"));
+    if (check == nullptr)
+        return;
+    Vell::FBO target;
+    target.SetSize(Vell::GetScreen());
+    target.Enable();
+    const GLenum status = check(GL_FRAMEBUFFER_EXT);
+    target.Disable();
+    notebook.Note("target", status == GL_FRAMEBUFFER_COMPLETE_EXT ? 1 : 0);
+}
+
+} // namespace
+
+void LookAtGraphics(const Notebook& notebook) {
+    NoteSdl(notebook);
+    // Without a display SDL would look for another place to draw on, such as the text screen.
+    if (!DisplayIsNamed() || !NoteVideo(notebook))
+        return;
+    if (NoteWindow(notebook) && NoteTexts(notebook)) {
+        Vell::SetScreen(Vell::ivec2(screenWidth, screenHeight));
+        NoteLimits(notebook);
+        if (NoteGroups(notebook))
+            NoteTarget(notebook);
+    }
+    SDL_Quit();
+    notebook.Note("complete", 1);
+}
+
+bool DisplayIsNamed() {
+    // The SDL that runs on SDL 2 may take a Wayland session too.
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"}) {
+        const char* value = std::getenv(variable);
+        if (value != nullptr && *value != '\0')
+            return true;
+    }
+    return false;
+}
+
+} // namespace Doctor

@@ -1,0 +1,285 @@
+#include "tools/doctor/glgroups.h"
+#include "tools/doctor/graphics.h"
+
+#include "engine/core/textureunits.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <filesystem>
+#include <iterator>
+
+namespace Doctor {
+
+namespace {
+
+const char* const driverAdvice =
+    "install the driver: libgl1-mesa-dri for AMD, Intel and machines without a graphics card, "
+    "nvidia-driver for NVIDIA; then start the session anew";
+const char* const displayAdvice =
+    "start it from a graphical session, or on a virtual display: install xvfb and xauth and run "
+    "xvfb-run -s \"-screen 0 1280x1024x24\" before the command";
+
+/// The compatibility layer counts its versions from 1.2.50, SDL 1.2 itself ended at 1.2.15.
+constexpr int firstLayerPatch = 50;
+
+/// Units 0 to 6: the light map has the highest number.
+constexpr int unitsNeeded = Vell::TextureUnit::lightmap + 1;
+
+struct Version {
+    int major = 0;
+    int minor = 0;
+    int patch = 0;
+    bool operator<(const Version& other) const {
+        return major != other.major ? major < other.major : minor < other.minor;
+    }
+};
+
+/// "2.1 Mesa 22.3.6", "1.2.15"; zeros where there is no number.
+Version ParseVersion(const std::string& text) {
+    Version version;
+    std::sscanf(text.c_str(), "%d.%d.%d", &version.major, &version.minor, &version.patch);
+    return version;
+}
+
+constexpr Version glNeeded = {2, 0};
+constexpr Version glslNeeded = {1, 10};
+
+std::string Lowered(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char letter) { return char(std::tolower(letter)); });
+    return text;
+}
+
+bool DrawnByProcessor(const std::string& name) {
+    const std::string renderer = Lowered(name);
+    for (const char* word : {"llvmpipe", "softpipe", "swrast", "software", "swiftshader"})
+        if (renderer.find(word) != std::string::npos)
+            return true;
+    return false;
+}
+
+/// Whether the kernel has a graphics card for programs.
+bool CardIsThere() {
+    std::error_code none; // a folder that is not there is no card
+    for (const auto& entry : std::filesystem::directory_iterator("/dev/dri", none))
+        if (entry.path().filename().string().rfind("renderD", 0) == 0)
+            return true;
+    return std::filesystem::exists("/dev/nvidiactl", none);
+}
+
+// --- Looking at facts -------------------------------------------------------------------------
+
+struct Subject {
+    const Apart& look;
+    bool displayNamed;
+    const LargestPicture& largest;
+
+    std::string Get(const char* fact) const { return Fact(look.facts, fact); }
+    int Number(const char* fact) const { return FactNumber(look.facts, fact); }
+    bool Knows(const char* fact) const { return look.facts.count(fact) != 0; }
+};
+
+void LookAtSdl(const Subject& subject, Row& row) {
+    const std::string version = subject.Get("sdl");
+    const bool layer = ParseVersion(version).patch >= firstLayerPatch;
+    const std::string below = subject.Get("sdl2");
+    row.values = {{"version", version}, {"kind", layer ? "layer" : "sdl"}, {"sdl2", below}};
+    row.finding = layer ? "the compatibility layer " + version + " over SDL 2" : "SDL " + version;
+    if (layer && !below.empty())
+        row.finding += " (" + below + ")";
+}
+
+Row NotLookedAt(const std::string& id, const std::string& title) {
+    Row row(id, title);
+    row.Set(State::Unknown, "not looked at: OpenGL could not be asked");
+    return row;
+}
+
+/// Where no display answers, SDL falls back on drivers that draw with letters or into memory.
+bool HasWindows(const std::string& name) {
+    const std::string driver = Lowered(name);
+    return driver == "x11" || driver == "wayland" || driver == "kmsdrm";
+}
+
+void LookAtDisplay(const Subject& subject, Row& row) {
+    const std::string driver = subject.Get("driver");
+    row.values = {{"driver", driver}};
+    if (!subject.displayNamed)
+        row.Set(State::Fail, "there is no display: DISPLAY is not set", displayAdvice);
+    else if (subject.Knows("driver") && subject.Knows("no_window") && !HasWindows(driver))
+        row.Set(State::Fail, "no display answers: SDL is left with the video driver " + driver,
+                displayAdvice);
+    else if (subject.Knows("driver"))
+        row.Set(State::Ok, "SDL's video driver " + driver + " answers");
+    else if (subject.Knows("no_video"))
+        row.Set(State::Fail, "no display answers: " + subject.Get("no_video"), displayAdvice);
+    else
+        row.Set(State::Fail, "opening the display " + subject.look.HowItEnded(), displayAdvice);
+}
+
+void LookAtOpenGl(const Subject& subject, Row& row) {
+    const std::string version = subject.Get("version");
+    row.values = {{"version", version},
+                  {"vendor", subject.Get("vendor")},
+                  {"renderer", subject.Get("renderer")}};
+    if (subject.Knows("no_window") && !HasWindows(subject.Get("driver")))
+        row = NotLookedAt(row.id, row.title); // the display's row tells why
+    else if (subject.Knows("no_window"))
+        row.Set(State::Fail, "no window with OpenGL can be had: " + subject.Get("no_window"),
+                driverAdvice);
+    else if (!subject.look.InOrder())
+        row.Set(State::Fail, "looking at OpenGL " + subject.look.HowItEnded(), driverAdvice);
+    else if (version.empty())
+        row.Set(State::Fail, "the window has no OpenGL", driverAdvice);
+    else if (ParseVersion(version) < glNeeded)
+        row.Set(State::Fail, "OpenGL " + version + " is older than 2.0", driverAdvice);
+    else
+        row.Set(State::Ok, version + ", by " + subject.Get("vendor"));
+}
+
+void LookAtRenderer(const Subject& subject, Row& row) {
+    const std::string name = subject.Get("renderer");
+    const bool processor = DrawnByProcessor(name);
+    row.values = {{"kind", processor ? "software" : "hardware"}};
+    row.Set(State::Ok, name + (processor ? ": the processor draws, no graphics card" : ""));
+    if (processor && CardIsThere())
+        row.Set(State::Warn, "there is a graphics card, but the processor draws (" + name + ")",
+                std::string(driverAdvice) + "; on a virtual display this is as it should be");
+}
+
+void LookAtGlsl(const Subject& subject, Row& row) {
+    const std::string version = subject.Get("glsl");
+    row.values = {{"version", version}};
+    if (ParseVersion(version) < glslNeeded)
+        row.Set(State::Fail,
+                version.empty() ? "there is none: nothing can be drawn"
+                                : "GLSL " + version + " is older than 1.10: nothing can be drawn",
+                driverAdvice);
+    else
+        row.Set(State::Ok, version);
+}
+
+void LookAtMultitexture(const Subject& subject, Row& row) {
+    if (subject.Number("multitexture") == 0)
+        row.Set(State::Fail,
+                "missing (GL_ARB_multitexture): the city is without light and the water without "
+                "reflections",
+                driverAdvice);
+    else
+        row.Set(State::Ok, "there");
+}
+
+void LookAtUnits(const Subject& subject, Row& row) {
+    const int units = subject.Number("units");
+    row.values = {NumberValue("units", units), NumberValue("needed", unitsNeeded)};
+    row.Set(State::Ok, std::to_string(units));
+    if (units < unitsNeeded)
+        row.Set(State::Warn,
+                "only " + std::to_string(units) + " of " + std::to_string(unitsNeeded) +
+                    ": the city is without its light map",
+                driverAdvice);
+}
+
+void LookAtTextureSize(const Subject& subject, Row& row) {
+    const int limit = subject.Number("texture_size");
+    const LargestPicture& largest = subject.largest;
+    row.values = {NumberValue("limit", limit), NumberValue("width", largest.width),
+                  NumberValue("height", largest.height)};
+    const std::string size =
+        std::to_string(largest.width) + " x " + std::to_string(largest.height) + " pixels";
+    if (std::max(largest.width, largest.height) > limit)
+        row.Set(State::Warn,
+                largest.path + " has " + size + ", pictures of more than " + std::to_string(limit) +
+                    " are not shown",
+                driverAdvice);
+    else
+        row.Set(State::Ok, "up to " + std::to_string(limit) + " pixels; the largest here has " +
+                               (largest.path.empty() ? "none" : size));
+}
+
+void LookAtAnySize(const Subject& subject, Row& row) {
+    if (subject.Number("any_size") == 0)
+        row.Set(State::Fail,
+                "missing (GL_ARB_texture_non_power_of_two): no picture, since the frame of 960 x "
+                "89 pixels is such a texture",
+                driverAdvice);
+    else
+        row.Set(State::Ok, "there");
+}
+
+void LookAtTarget(const Subject& subject, Row& row) {
+    if (subject.Number("target") == 0)
+        row.Set(State::Fail, "the driver cannot draw into a target with colour and depth",
+                driverAdvice);
+    else
+        row.Set(State::Ok, "colour and depth of the demo's size can be drawn into");
+}
+
+void LookAtGroup(const Subject& subject, const GlGroup& group, Row& row) {
+    const std::string missing = subject.Get(group.id);
+    row.values = {{"extension", group.extension}, {"missing", missing}};
+    if (missing.empty())
+        row.Set(State::Ok, "there");
+    else
+        row.Set(State::Fail, "missing (" + missing + "): " + group.without, driverAdvice);
+}
+
+// --- The table --------------------------------------------------------------------------------
+
+struct Check {
+    const char* id;
+    const char* title;
+    const char* needs; ///< the fact without which there is nothing to look at; null: none
+    void (*look)(const Subject& subject, Row& row);
+};
+
+const Check checksBefore[] = {
+    {"sdl", "SDL", "sdl", LookAtSdl},
+    {"display", "Display", nullptr, LookAtDisplay},
+};
+const Check checksOfOpenGl[] = {
+    {"opengl", "OpenGL", "driver", LookAtOpenGl},
+    {"renderer", "Who draws", "renderer", LookAtRenderer},
+    {"glsl", "Shader language", "version", LookAtGlsl},
+};
+const Check checksBehindGroups[] = {
+    {"multitexture", "Several textures", "multitexture", LookAtMultitexture},
+    {"texture_units", "Texture units", "units", LookAtUnits},
+    {"texture_size", "Largest picture", "texture_size", LookAtTextureSize},
+    {"any_size", "Pictures of any size", "any_size", LookAtAnySize},
+    {"render_target", "Drawing apart", "target", LookAtTarget},
+};
+
+template <class List>
+void Look(const List& checks, const Subject& subject, Table& table) {
+    for (const Check& check : checks) {
+        table.push_back(NotLookedAt(check.id, check.title));
+        if (check.needs != nullptr && !subject.Knows(check.needs))
+            continue;
+        table.back().Set(State::Ok, "");
+        check.look(subject, table.back());
+    }
+}
+
+void LookAtGroups(const Subject& subject, Table& table) {
+    for (const GlGroup& group : GlGroups()) {
+        table.push_back(NotLookedAt(group.id, group.title));
+        if (subject.Knows(group.id))
+            LookAtGroup(subject, group, table.back());
+    }
+}
+
+} // namespace
+
+Table GraphicsRows(const Apart& look, bool named, const LargestPicture& largest) {
+    const Subject subject{look, named, largest};
+    Table table;
+    Look(checksBefore, subject, table);
+    Look(checksOfOpenGl, subject, table);
+    LookAtGroups(subject, table);
+    Look(checksBehindGroups, subject, table);
+    return table;
+}
+
+} // namespace Doctor

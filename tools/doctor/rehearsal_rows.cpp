@@ -1,0 +1,125 @@
+#include "tools/doctor/rehearsal.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
+namespace Doctor {
+
+namespace {
+
+constexpr double smoothEnough = 25.0; // frames per second: below, the flight visibly jerks
+constexpr double slowPart = 0.95;     // the slowest 5 % take longer than this part of the frames
+
+const char* const slowAdvice =
+    "use a graphics card with its driver (libgl1-mesa-dri for AMD and Intel, nvidia-driver for "
+    "NVIDIA), close what else is busy, or let ./movie make a film of it, smooth on any machine";
+const char* const brokenAdvice = "send this page and Vell_log.html to the authors";
+
+std::string Rounded(double number, int digits) {
+    std::ostringstream text;
+    text.setf(std::ios::fixed);
+    text.precision(digits);
+    text << number;
+    return text.str();
+}
+
+/// The time that `part` (0..1) of the frames stay within. There is at least one frame.
+double Milliseconds(const std::vector<double>& sorted, double part) {
+    return sorted[size_t(part * double(sorted.size() - 1))];
+}
+
+void LookAtEnd(const Rehearsal& rehearsal, Row& row) {
+    if (rehearsal.end.InOrder())
+        row.Set(State::Ok, "played the whole show in fast motion, in " +
+                               Rounded(rehearsal.seconds, 1) + " s, and ended by itself");
+    else
+        row.Set(State::Fail, "the demo " + rehearsal.end.HowItEnded(), brokenAdvice);
+}
+
+void Measure(const std::vector<double>& sorted, Row& row) {
+    double sum = 0.0;
+    for (const double milliseconds : sorted)
+        sum += milliseconds;
+    const double median = Milliseconds(sorted, 0.5);
+    const double slow = Milliseconds(sorted, slowPart);
+    const double rate = sum > 0.0 ? double(sorted.size()) * 1000.0 / sum : 0.0;
+    row.values = {NumberValue("frames", double(sorted.size())), NumberValue("fps", rate),
+                  NumberValue("median_ms", median), NumberValue("slow_ms", slow),
+                  NumberValue("longest_ms", sorted.back())};
+    row.finding = Rounded(rate, 1) + " frames per second; half of the frames take " +
+                  Rounded(median, 1) + " ms or less, the slowest 5 % more than " +
+                  Rounded(slow, 1) + " ms";
+    row.state = State::Ok;
+    if (rate < smoothEnough)
+        row.Set(State::Warn, "the picture jerks: " + row.finding, slowAdvice);
+}
+
+void LookAtSpeed(const Rehearsal& rehearsal, Row& row) {
+    std::vector<double> sorted;
+    for (const Frame& frame : rehearsal.frames)
+        sorted.push_back(frame.milliseconds);
+    std::sort(sorted.begin(), sorted.end());
+    if (!sorted.empty())
+        Measure(sorted, row);
+    else if (rehearsal.end.InOrder())
+        row.Set(State::Warn,
+                "a single frame takes longer than " + Rounded(rehearsal.seconds, 1) + " s",
+                slowAdvice);
+}
+
+void LookAtErrors(const Rehearsal& rehearsal, Row& row) {
+    row.values = {NumberValue("errors", rehearsal.errors)};
+    row.Set(State::Ok, "none");
+    if (rehearsal.errors > 0)
+        row.Set(State::Warn,
+                "OpenGL reported " + std::to_string(rehearsal.errors) + " errors, the first " +
+                    rehearsal.firstError,
+                brokenAdvice);
+}
+
+void LookAtLog(const Rehearsal& rehearsal, Row& row) {
+    row.values = {NumberValue("rows", double(rehearsal.rows.size()))};
+    row.Set(State::Ok, "no row says ERROR");
+    if (rehearsal.rows.empty())
+        return;
+    std::string list;
+    for (const std::string& text : rehearsal.rows)
+        list += (list.empty() ? "" : "; ") + text;
+    row.Set(State::Warn, "rows that say ERROR: " + list,
+            "bring back the files that they name, as above; shaders that are there but do not "
+            "compile need another driver");
+}
+
+struct Check {
+    const char* id;
+    const char* title;
+    void (*look)(const Rehearsal& rehearsal, Row& row);
+};
+const Check checks[] = {
+    {"show", "Rehearsal", LookAtEnd},
+    {"speed", "Speed", LookAtSpeed},
+    {"gl_errors", "OpenGL errors", LookAtErrors},
+    {"log", "The demo's log", LookAtLog},
+};
+
+} // namespace
+
+Table RehearsalRows(const Rehearsal& rehearsal) {
+    Table table = NoRehearsalRows("the demo did not get that far");
+    for (size_t i = 0; i < table.size(); ++i)
+        checks[i].look(rehearsal, table[i]);
+    return table;
+}
+
+Table NoRehearsalRows(const std::string& reason) {
+    Table table;
+    for (const Check& check : checks) {
+        Row row{check.id, check.title};
+        row.Set(State::Unknown, "not looked at: " + reason);
+        table.push_back(row);
+    }
+    return table;
+}
+
+} // namespace Doctor

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tools/film/explainstory.h"
+
+#include <string>
+
+namespace Film {
+
+/// The page that tells the story: HTML 5 that is well-formed XML too, with everything in it.
+std::string PageOf(const Story& story);
+
+} // namespace Film

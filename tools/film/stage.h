@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace Film {
+
+/// A folder to play the show in: it has the Data/ of the working directory, and takes the demo's
+/// log in the place of the viewer's. Gone with the object.
+class Stage {
+public:
+    Stage(); ///< throws std::runtime_error when no folder can be made
+    ~Stage();
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    const std::filesystem::path& Folder() const { return folder; }
+
+    std::string Log() const; ///< the text of the demo's log; empty when there is none
+
+private:
+    std::filesystem::path folder;
+};
+
+} // namespace Film

@@ -1,0 +1,50 @@
+#include "tools/picture/picture.h"
+
+#include <png.h>
+
+#include <fstream>
+#include <stdexcept>
+
+Picture::Picture(int newWidth, int newHeight)
+    : width(newWidth), height(newHeight), bytes(size_t(newWidth) * size_t(newHeight) * channels) {}
+
+Picture ReadPpm(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string magic;
+    int largest = 0;
+    int width = 0;
+    int height = 0;
+    file >> magic >> width >> height >> largest;
+    file.get(); // the one white space before the pixels
+    if (!file || magic != "P6" || largest != 255 || width <= 0 || height <= 0)
+        throw std::runtime_error(path + ": expected a binary PPM of 8 bits, found \"" + magic +
+                                 "\"");
+    Picture picture(width, height);
+    file.read(reinterpret_cast<char*>(picture.bytes.data()), std::streamsize(picture.bytes.size()));
+    if (size_t(file.gcount()) != picture.bytes.size())
+        throw std::runtime_error(path + ": expected " + std::to_string(picture.bytes.size()) +
+                                 " bytes of pixels, found " + std::to_string(file.gcount()));
+    return picture;
+}
+
+Picture ReadPng(const std::string& path) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, path.c_str()))
+        throw std::runtime_error("cannot read " + path + ": " + image.message);
+    image.format = PNG_FORMAT_RGB;
+    Picture picture(int(image.width), int(image.height));
+    if (!png_image_finish_read(&image, nullptr, picture.bytes.data(), 0, nullptr))
+        throw std::runtime_error("cannot read " + path + ": " + image.message);
+    return picture;
+}
+
+void WritePng(const Picture& picture, const std::string& path) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = png_uint_32(picture.width);
+    image.height = png_uint_32(picture.height);
+    image.format = PNG_FORMAT_RGB;
+    if (!png_image_write_to_file(&image, path.c_str(), 0, picture.bytes.data(), 0, nullptr))
+        throw std::runtime_error("cannot write " + path + ": " + image.message);
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// A picture in memory: RGB, 8 bits each, top row first, no padding.
+struct Picture {
+    static constexpr int channels = 3;
+
+    int width = 0;
+    int height = 0;
+    std::vector<unsigned char> bytes;
+
+    Picture() = default;
+    /// All black; `newWidth` and `newHeight` are pixels, 0 or more.
+    Picture(int newWidth, int newHeight);
+
+    bool operator==(const Picture&) const = default;
+
+    unsigned char* At(int x, int y) { return &bytes[Offset(x, y)]; }
+    const unsigned char* At(int x, int y) const { return &bytes[Offset(x, y)]; }
+
+private:
+    size_t Offset(int x, int y) const { return (size_t(y) * size_t(width) + size_t(x)) * channels; }
+};
+
+/// Reads a binary PPM of 8 bits; throws std::runtime_error saying what is wrong with `path`.
+Picture ReadPpm(const std::string& path);
+
+/// Reads a PNG of any kind as RGB; throws std::runtime_error saying what is wrong with `path`.
+Picture ReadPng(const std::string& path);
+
+/// Writes a PNG, replacing any file; throws std::runtime_error when it cannot.
+void WritePng(const Picture& picture, const std::string& path);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "tools/picture/picture.h"
+
+#include <string>
+#include <vector>
+
+/// One picture of a contact sheet, and the time that is printed beside it: digits and points,
+/// up to "118.252"; other letters leave a gap.
+struct SheetEntry {
+    Picture picture;
+    std::string label;
+};
+
+/// All pictures under each other, first at the top, in `columns` columns (1 or more) of equal
+/// length from left to right, each with its label on its left. All have one size; there is at least
+/// one.
+Picture MakeSheet(const std::vector<SheetEntry>& entries, int columns = 1);
