@@ -1,6 +1,7 @@
 #include "art/city/meshing.h"
 
 #include "art/city/ordering.h"
+#include "art/city/views.h"
 #include "art/lightmap/packing.h"
 
 #include <algorithm>
@@ -17,21 +18,26 @@ struct Charted {
     Vec2 low;
     Vec2 high;
     Chart chart;
-    bool farInland = true; ///< all of it lies behind what is seen from under water
+    Vec2 mark; ///< added to its texture coordinates
 };
 
-// Behind this z nothing shows in the flight under water. The material drops such surfaces
-// while the eye is there; whole repeats added to their texture coordinate mark them.
-constexpr float kFrontEnd = -12;
-constexpr float kInlandMark = 64;
+// The material draws a surface only in the pictures that show it. It reads their bits off whole
+// repeats of the texture, which change nothing else: x carries the lower five, y the upper.
+constexpr unsigned kBitsEach = 5;
+constexpr float kRepeatsPerMark = 64;
 
-Charted Enclose(const Surface& surface, const Sight& sight) {
-    Charted c{&surface, sight, {1e9f, 1e9f}, {-1e9f, -1e9f}, {}, true};
+Vec2 MarkOf(unsigned views) {
+    return Vec2{static_cast<float>(views % (1u << kBitsEach)),
+                static_cast<float>(views >> kBitsEach)} *
+           kRepeatsPerMark;
+}
+
+Charted Enclose(const Surface& surface, const Sight& sight, unsigned views) {
+    Charted c{&surface, sight, {1e9f, 1e9f}, {-1e9f, -1e9f}, {}, MarkOf(views)};
     for (const auto& polygon : surface.polygons) {
         for (const Vec2 p : polygon) {
             c.low = {std::min(c.low.x, p.x), std::min(c.low.y, p.y)};
             c.high = {std::max(c.high.x, p.x), std::max(c.high.y, p.y)};
-            c.farInland = c.farInland && surface.World(p).z > kFrontEnd;
         }
     }
     return c;
@@ -98,8 +104,7 @@ MeshVertex VertexAt(const Charted& c, Vec2 p) {
     const Surface& s = *c.surface;
     const Vec2 texcoord{s.paint.origin.x + p.x * s.paint.scale.x,
                         s.paint.origin.y + p.y * s.paint.scale.y};
-    const float mark = c.farInland ? kInlandMark : 0;
-    return {s.World(p), Normalize(s.Normal()), {texcoord.x + mark, texcoord.y}, LightmapAt(c, p)};
+    return {s.World(p), Normalize(s.Normal()), texcoord + c.mark, LightmapAt(c, p)};
 }
 
 // The wisps circle in this box; their light ends kWispReach away from it.
@@ -192,15 +197,32 @@ constexpr float kDetailArea = 4.5f;
 // Sub-meshes are drawn one after the other, so each holds a band of turns.
 constexpr int kBands = 6;
 
+/// The first triangles of the mesh, by which the material keeps the rest out of a picture that
+/// nobody sees: a ceiling and a curtain. They have no size of their own: their normals say to which
+/// corner of the picture the material moves them, and a view mark beyond all others tells them
+/// apart.
+SubMesh Curtain() {
+    constexpr Vec3 kInTheBasin{26, -1, 14};
+    const Vec2 mark{kRepeatsPerMark * static_cast<float>(1u << kBitsEach), 0};
+    SubMesh curtain;
+    curtain.textures[0] = FileOf(Material::Trim).texture;
+    for (const float ceiling : {1.0f, 0.0f})
+        for (const Vec2 to : {Vec2{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}})
+            curtain.vertices.push_back(
+                {kInTheBasin, Normalize({to.x, to.y, ceiling}), mark, {0, 0}});
+    return curtain;
+}
+
 } // namespace
 
 MeshFile MeshCity(const Builder& city, MeshReport& report) {
     const std::vector<bool> open = FindOpenSurfaces(city.surfaces);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
+    const std::vector<unsigned> views = MeasureViews(city.surfaces);
     std::vector<Charted> all;
     for (size_t i = 0; i < city.surfaces.size(); ++i)
-        if (open[i] && (sights[i].rays > 0 || AreaOf(city.surfaces[i]) > kDetailArea))
-            all.push_back(Enclose(city.surfaces[i], sights[i]));
+        if (open[i] && (views[i] != 0 || AreaOf(city.surfaces[i]) > kDetailArea))
+            all.push_back(Enclose(city.surfaces[i], sights[i], views[i]));
     report = {city.surfaces.size(), city.surfaces.size() - all.size(), 0, PackTightly(all)};
 
     std::vector<SubMesh> bins(static_cast<size_t>(kBands) * kMaterialCount);
@@ -212,7 +234,7 @@ MeshFile MeshCity(const Builder& city, MeshReport& report) {
         bin.textures[0] = FileOf(c.surface->paint.material).texture;
         AppendSurface(bin.vertices, c);
     }
-    MeshFile mesh{"Data/Gfx/City/", true, {}};
+    MeshFile mesh{"Data/Gfx/City/", true, {Curtain()}};
     for (SubMesh& bin : bins)
         if (!bin.vertices.empty())
             mesh.subMeshes.push_back(std::move(bin));

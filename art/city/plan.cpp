@@ -201,6 +201,7 @@ Builder BuildCity(unsigned seed) {
     AddBridge(b, {11.9f, 50.0f}, {16.4f, 53.0f}, 1.6f, 4.4f);
     AddBridge(b, {-6.3f, -13.4f}, {-2.7f, -17.4f}, 1.6f, 1.9f);
     AddSkyBridge(b, {53.6f, 7.4f}, {53.6f, 16.0f}, 1.5f, 10.6f);
+    AddWaterGate(b, {22.1f, 30.4f}, {29.1f, 30.4f});
     AddSeaGate(b, {0.4f, 68.0f}, {7.4f, 72.4f});
     AddViaduct(b, {138.0f, -22.0f}, {68.2f, -17.0f}, 12, 5.2f);
     AddViaduct(b, {-11.0f, -30.0f}, {-76.0f, -14.0f}, 12, 5.2f);

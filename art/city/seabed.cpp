@@ -105,6 +105,13 @@ void AddColumnForest(Builder& b, unsigned seed) {
     }
 }
 
+/// Closes the view from the flight under water, where the sea bed ends, before the sky shows
+/// under the horizon. Haze hides all but its colour.
+void AddBackdrop(Builder& b) {
+    b.Rect({290, kSeaFloor, -9}, {-1, 0, 0}, {0, 1, 0}, 520, Builder::kSplitLow - kSeaFloor,
+           kStone);
+}
+
 } // namespace
 
 void AddVault(Builder& b, const std::vector<Vec2>& pavement, const std::vector<Vec2>& ground) {
@@ -129,6 +136,7 @@ void AddSeaBed(Builder& b, unsigned seed) {
     AddColonnade(b, seed);
     AddFootArcade(b, -12, 46, -41, 1.4f);
     AddColumnForest(b, seed);
+    AddBackdrop(b);
     for (unsigned i = 0; i < 34; ++i) {
         const Vec2 at{Mix(-50.0f, 110.0f, HashUnit(seed, i, 40)),
                       Mix(-88.0f, -46.0f, HashUnit(seed, i, 41))};

@@ -117,6 +117,10 @@ void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown) {
     for (const float x : {-0.55f, 0.0f, 0.55f})
         for (const float side : {-z, z})
             AddLampPost(b, {x * length, hump.Deck(x * length), side}, 1.0f);
+    if (crown > 3) // boats and eyes pass under it
+        for (const float x : {-hump.half + 0.3f, hump.half - 0.3f})
+            for (const float side : {-0.8f, 0.0f, 0.8f})
+                AddLantern(b, {x, 2.5f, side * z}, 0.13f, 1.3f);
     b.SetPlace({});
 }
 
@@ -169,6 +173,41 @@ void AddSeaGate(Builder& b, Vec2 from, Vec2 to) {
                  0.7f);
     b.Building();
     b.Building({length, 0});
+    b.SetPlace({});
+}
+
+void AddWaterGate(Builder& b, Vec2 from, Vec2 to) {
+    b.SetPlace(Facing(from, to));
+    const float length = Length(to - from);
+    constexpr float kPier = 0.75f; // of the arch, on either side
+    constexpr float kHalf = 0.8f;  // of the house's depth
+    constexpr float kFloor = 5.0f;
+    constexpr float kEaves = 9.0f;
+    const float radius = length / 2 - kPier;
+    ArchWall wall{0,
+                  length,
+                  Builder::kSplitHigh,
+                  kFloor,
+                  kHalf,
+                  2 * kHalf,
+                  {{kPier, length - kPier, kFloor - 0.5f - radius}},
+                  true,
+                  true,
+                  10};
+    AddArchWall(b, wall, kStone, kTrim);
+    AddBox(b, {-0.1f, length + 0.1f, kFloor, kFloor + 0.2f, -kHalf - 0.2f, kHalf + 0.2f}, kTrimmed,
+           true);
+    AddFacadeBox(b, {0, length, kFloor + 0.2f, kEaves, -kHalf, kHalf}, Material::Palace, kTrim, 23);
+    AddGableAlongX(b, {0, length, 0, kEaves, -kHalf, kHalf}, 0.9f, 0.2f, {kTrim, kRoof});
+    const float middle = length / 2;
+    AddFacadeBox(b, {middle - 1, middle + 1, kEaves, kEaves + 2, -0.6f, 0.6f}, Material::Palace,
+                 kTrim, 29);
+    AddTaper(b, Ring({middle, 0}, 1.6f, 4, kPi / 4), {middle, 0}, kEaves + 2, kEaves + 4.4f, 0,
+             {kRoof, kRoof}, false);
+    for (const float z : {-kHalf - 0.2f, kHalf + 0.2f})
+        for (const float x : {0.35f, length - 0.35f})
+            AddLantern(b, {x, 2.6f, z}, 0.16f, 1.2f);
+    b.Building({middle, 0});
     b.SetPlace({});
 }
 

@@ -24,6 +24,8 @@ void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown);
 /// A covered bridge between two towers, its floor at height y.
 void AddSkyBridge(Builder& b, Vec2 from, Vec2 to, float width, float y);
 
+/// A house on an arch over a canal, between two ground points on its banks.
+void AddWaterGate(Builder& b, Vec2 from, Vec2 to);
 /// A gate between the sea and a canal: two towers joined by a wall with one great arch.
 void AddSeaGate(Builder& b, Vec2 from, Vec2 to);
 

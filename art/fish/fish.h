@@ -13,7 +13,6 @@ struct FishSection {
     float x;     ///< along the body
     float back;  ///< height of the back's ridge
     float belly; ///< height of the belly's keel
-    float half;  ///< half the body's width
 };
 
 /// The sections from the nose to the root of the tail.
@@ -26,8 +25,8 @@ inline constexpr Vec2 kSkinHigh = {1.29f, 0.41f};
 /// Triangles of one fish of body length 1, swimming towards -x, with skin coordinates.
 std::vector<MeshVertex> OneFish();
 
-/// The mesh of one cell of the school: five fish of different sizes, strewn over the cells'
-/// neighbourhood, in tenths of a world unit as the scene scales it.
+/// The mesh of one cell of the school: eight fish of different sizes in four shoals, one behind the
+/// other, in tenths of a world unit as the scene scales it.
 MeshFile FishMesh();
 
 } // namespace Art

@@ -23,7 +23,7 @@ FishSection SectionAt(float x) {
     const FishSection& a = sections[next - 1];
     const FishSection& b = sections[next];
     const float t = Clamp01((x - a.x) / (b.x - a.x));
-    return {x, Mix(a.back, b.back, t), Mix(a.belly, b.belly, t), Mix(a.half, b.half, t)};
+    return {x, Mix(a.back, b.back, t), Mix(a.belly, b.belly, t)};
 }
 
 Vec3 FinColour(Vec2 p) {

@@ -148,8 +148,9 @@ float CirrusDensity(const SkyPoint& point) {
 }
 
 Clouded AddCirrus(const SkyPoint& point, const Clouded& behind) {
-    const float dim = 1 - 0.55f * SmoothStep(20, 60, point.elevation);
-    return Over(behind, ColourOf(kCirrus, point.fromLight) * dim, 0.42f * CirrusDensity(point));
+    const float dim = 1 - 0.25f * SmoothStep(30, 70, point.elevation);
+    return Over(behind, ColourOf(kCirrus, point.fromLight) * dim,
+                (0.42f + 0.30f * SmoothStep(16, 30, point.elevation)) * CirrusDensity(point));
 }
 
 } // namespace

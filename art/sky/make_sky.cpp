@@ -9,7 +9,7 @@
 
 /// Paints the six faces of the sky box into the folder given.
 int main(int count, char** arguments) {
-    constexpr int kSize = 1024;
+    constexpr int kSize = 512;
     // 97 keeps the dither, which is what hides the steps of the slow gradients.
     constexpr int kQuality = 97;
     if (count != 2) {

@@ -9,6 +9,7 @@
 #include <GL/glu.h>
 
 #include <string>
+#include <utility>
 
 #include <gmock/gmock.h>
 
@@ -23,7 +24,7 @@ struct View {
     Vell::vec3 eye{0, 3, 4};
     Vell::vec3 wall{0, 3, 0}; ///< its middle
     Vell::vec3 red = kParked;
-    float texcoordShift = 0;
+    int marks = 0; ///< of the pictures that show it, bit 0 to 4
     float normalZ = 1;
     bool mirrored = false;
 };
@@ -72,6 +73,41 @@ protected:
         return ReadScreen(screenSize, screenSize).At(screenSize / 2, screenSize / 2);
     }
 
+    /// Where the curtain is drawn: a surface with marks beyond all others, here two triangles.
+    static void DrawCurtain() {
+        glBegin(GL_TRIANGLES);
+        for (const auto& [x, y] : {std::pair{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}}) {
+            glNormal3f(0.70711f * static_cast<float>(x), 0.70711f * static_cast<float>(y), 0);
+            glMultiTexCoord2f(GL_TEXTURE0, 64.0f * 32, 0);
+            glMultiTexCoord2f(GL_TEXTURE1, 0, 0);
+            glVertex3f(26, -1, 14);
+        }
+        glEnd();
+    }
+
+    /// How many of the pixels in the middle column the curtain covers in a picture of `rows` rows,
+    /// seen from `eye`.
+    static int CurtainedRows(int rows, const Vell::vec3& eye) {
+        glViewport(0, 0, screenSize, rows);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        gluPerspective(25, 1, 0.1, 1000);
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        gluLookAt(eye.x, eye.y, eye.z, 0, eye.y, 0, 0, 1, 0);
+        glEnable(GL_ALPHA_TEST);
+        glAlphaFunc(GL_GREATER, 0.5f);
+        DrawCurtain();
+        glDisable(GL_ALPHA_TEST);
+        const Picture picture = ReadScreen(screenSize, screenSize);
+        int covered = 0;
+        for (int y = 0; y < rows; ++y)
+            covered += picture.At(screenSize / 2, y).b > 0 ? 1 : 0;
+        glViewport(0, 0, screenSize, screenSize);
+        return covered;
+    }
+
     /// Replaces the surface's one colour.
     void Paint(Rgba colour) {
         glDeleteTextures(1, &surface);
@@ -95,7 +131,7 @@ private:
             const float x = i % 2 == 0 ? -1.0f : 1.0f;
             const float y = i < 2 ? -1.0f : 1.0f;
             glNormal3f(0, 0, view.normalZ);
-            glMultiTexCoord2f(GL_TEXTURE0, 0.5f + view.texcoordShift, 0.5f);
+            glMultiTexCoord2f(GL_TEXTURE0, 0.5f + 64.0f * static_cast<float>(view.marks), 0.5f);
             glMultiTexCoord2f(GL_TEXTURE1, 0.5f, 0.5f);
             glVertex3f(view.wall.x + x, view.wall.y + y, view.wall.z);
         }
@@ -167,6 +203,7 @@ TEST_F(CityMaterial, A_wall_that_looks_away_is_not_drawn) {
 
 TEST_F(CityMaterial, What_lies_under_water_shows_only_to_an_eye_under_water) {
     View drowned;
+    drowned.marks = 1 << 1; // seen in the flight under water
     drowned.wall = Vell::vec3(0, -5, 0);
     drowned.eye = Vell::vec3(0, 1, 10);
     EXPECT_EQ(Middle(drowned).b, 0);
@@ -174,16 +211,44 @@ TEST_F(CityMaterial, What_lies_under_water_shows_only_to_an_eye_under_water) {
     EXPECT_GT(Middle(drowned).b, 60);
 }
 
-TEST_F(CityMaterial, Marked_inner_town_shows_only_to_an_eye_above_water) {
+TEST_F(CityMaterial, A_flight_shows_what_is_marked_for_it_and_no_other) {
+    // Bit 2 speaks of the fourth flight, which starts at (40, 8, 5) and looks towards +x; here at a
+    // wall that faces it.
+    View wall;
+    wall.eye = Vell::vec3(40, 8, 9);
+    wall.wall = Vell::vec3(40, 8, 5);
+    wall.marks = 1 << 2;
+    EXPECT_NE(Middle(wall).b, 0);
+    wall.marks = 31 - (1 << 2);
+    EXPECT_EQ(Middle(wall).b, 0);
+}
+
+TEST_F(CityMaterial, Away_from_all_flights_marks_mean_nothing) {
+    for (const int marks : {0, 1, 30}) {
+        View wall;
+        wall.marks = marks;
+        EXPECT_NE(Middle(wall).b, 0) << marks;
+    }
+}
+
+TEST_F(CityMaterial, Marks_leave_the_look_of_a_surface_alone) {
     View marked;
-    marked.texcoordShift = 64;
-    EXPECT_NE(Middle(marked).b, 0);
-    marked.eye = Vell::vec3(0, -1, 4);
-    EXPECT_EQ(Middle(marked).b, 0);
+    marked.marks = 30;
+    EXPECT_EQ(Middle(marked), Middle({}));
+}
+
+TEST_F(CityMaterial, The_curtain_hangs_in_high_pictures_of_the_flights_alone) {
+    const Vell::vec3 onTheFourthFlight(40, 9, 10);
+    // A row is covered when it lies over 100 times its share of the height plus 1: from
+    // y + 0.5 >= 100 (y + 0.5) / 128 + 1, y >= 4.07 on, so all but five of 128.
+    EXPECT_EQ(CurtainedRows(128, onTheFourthFlight), 123);
+    EXPECT_EQ(CurtainedRows(89, onTheFourthFlight), 0);
+    EXPECT_EQ(CurtainedRows(128, Vell::vec3(0, 3, 4)), 0);
 }
 
 TEST_F(CityMaterial, Distance_under_water_fades_into_the_colour_of_the_sea) {
     View far;
+    far.marks = 1 << 1; // seen in the flight under water
     far.wall = Vell::vec3(0, -3, -90);
     far.eye = Vell::vec3(0, -3, 4);
     const Rgba colour = Middle(far);

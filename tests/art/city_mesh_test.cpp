@@ -1,6 +1,7 @@
 #include "art/city/meshing.h"
 #include "art/city/ordering.h"
 #include "art/city/plan.h"
+#include "art/city/views.h"
 #include "art/lightmap/texels.h"
 
 #include <algorithm>
@@ -31,11 +32,64 @@ TEST(Mesh, Fits_the_format_and_the_budget) {
     EXPECT_EQ(City().mesh.textureDirectory, "Data/Gfx/City/");
 }
 
+/// The bits that the texture coordinate of a vertex carries in whole repeats of 64.
+unsigned MarksOf(const MeshVertex& v) {
+    const auto half = [](float x) { return static_cast<unsigned>(std::floor(x / 64 + 0.5f)); };
+    return half(v.texcoord.x) + 32 * half(v.texcoord.y);
+}
+
+TEST(Mesh, Begins_with_a_ceiling_and_a_curtain_of_no_size) {
+    const std::vector<MeshVertex>& screens = City().mesh.subMeshes[0].vertices;
+    ASSERT_EQ(screens.size(), 12u);
+    for (size_t i = 0; i < 12; ++i) {
+        EXPECT_TRUE(screens[i].position == screens[0].position);
+        EXPECT_EQ(screens[i].texcoord.x, 64 * 32);
+        EXPECT_EQ(screens[i].normal.z > 0, i < 6);
+    }
+}
+
+TEST(Mesh, Marks_say_which_pictures_show_a_surface) {
+    size_t shown[10] = {};
+    for (size_t s = 1; s < City().mesh.subMeshes.size(); ++s)
+        for (const MeshVertex& v : City().mesh.subMeshes[s].vertices) {
+            ASSERT_LT(MarksOf(v), 1u << 10);
+            for (unsigned bit = 0; bit < 10; ++bit)
+                shown[bit] += MarksOf(v) >> bit & 1;
+        }
+    // Each picture leaves out most of the city, and none all of it.
+    for (const size_t vertices : shown) {
+        EXPECT_GT(vertices, 300u);
+        EXPECT_LT(vertices, City().report.vertices / 2);
+    }
+}
+
+TEST(Views, Hold_what_a_flight_sees_and_leave_out_what_stands_behind) {
+    // Two walls across the fourth flight's sight, from (40, 9, 10) towards +x, one behind the
+    // other.
+    Builder b;
+    for (const float x : {50.0f, 60.0f})
+        b.Rect({x, 0, -60}, {0, 0, 1}, {0, 1, 0}, 140, 40, Plain(Material::Stone));
+    const std::vector<unsigned> seen = MeasureViews(b.surfaces);
+    const unsigned fourth = 1u << BitsOfFlights()[3].plain;
+    EXPECT_EQ(seen[0] & fourth, fourth);
+    EXPECT_EQ(seen[1] & fourth, 0u);
+}
+
+TEST(Views, Hold_what_the_water_mirrors) {
+    // A board over the water beyond the basin that looks down: out of the eighth flight's sight,
+    // which looks down from y = 6, but in the water's mirror.
+    Builder b;
+    b.Rect({0, 9, 30}, {1, 0, 0}, {0, 0, 1}, 50, 20, Plain(Material::Stone));
+    const std::vector<unsigned> seen = MeasureViews(b.surfaces);
+    EXPECT_EQ(seen[0] & 1u << BitsOfFlights()[7].mirror, 1u << BitsOfFlights()[7].mirror);
+}
+
 TEST(Mesh, No_two_charts_share_a_texel) {
     // A texel whose middle is strictly inside triangles of two different planes would be both.
     std::map<std::pair<int, int>, Vec3> normals;
     int shared = 0;
-    for (const SubMesh& sub : City().mesh.subMeshes) {
+    for (size_t number = 1; number < City().mesh.subMeshes.size(); ++number) { // 0 has no charts
+        const SubMesh& sub = City().mesh.subMeshes[number];
         for (size_t i = 0; i < sub.vertices.size(); i += 3) {
             const MeshVertex* v = &sub.vertices[i];
             const Vec2 middle =

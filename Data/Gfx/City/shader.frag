@@ -7,7 +7,7 @@ uniform sampler2D lightmap;  // baked light, half of full scale is white
 varying vec4 coords;
 varying vec4 light;
 varying vec4 haze;
-varying vec3 caustics;
+varying vec4 caustics;
 
 const float LIGHT_SCALE = 2.0;  // of the light map
 const vec3 COLD = vec3(0.88, 0.95, 1.12);
@@ -27,6 +27,6 @@ void main()
     vec3 colour = surface.rgb * (baked + light.rgb + bright * SEA_LIGHT + (1.0 - surface.a) * haze.a);
     // Shadows lean towards blue, lights towards amber.
     colour *= mix(COLD, WARM, min(colour.g, 1.0));
-    // Alpha 1: the mesh is drawn with an alpha test.
-    gl_FragColor = vec4(colour * light.a + haze.rgb, 1.0);
+    // The mesh is drawn with an alpha test; only the curtain ever fails it, in the window.
+    gl_FragColor = vec4(colour * light.a + haze.rgb, step(caustics.w, gl_FragCoord.y));
 }

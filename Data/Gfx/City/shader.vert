@@ -13,11 +13,17 @@ uniform float time;     // seconds
 varying vec4 coords;    // xy: texture, zw: light map
 varying vec4 light;     // rgb: light of the wisps, a: share of the surface seen through haze
 varying vec4 haze;      // rgb: what the haze adds, a: strength of lit windows
-varying vec3 caustics;  // xy: place in the pattern, z: strength, 0 above the water
+varying vec4 caustics;  // xy: place in the pattern, z: strength, 0 above the water
+                        // w: rows of the picture from which on the surface counts
 
 const float WISP_REACH = 20.0;      // where a wisp's light ends
 const float SPLIT = -0.045;         // what lies lower is wholly under water
-const float INLAND_MARK = 32.0;     // texture coordinates beyond it mark the inner town
+const float MARK = 64.0;            // whole repeats of the texture that count one view mark
+const float LAST_MARK = 31.5;       // view marks beyond it are the curtain's
+const float WINDOW_ROWS = 100.0;    // a little more than the window has, far less than 512
+const float CEILING_DEPTH = 80.0;   // how far the surface is painted on the curtain, units
+const vec3 SURFACE_NEAR = vec3(0.02, 0.22, 0.50);
+const vec3 SURFACE_FAR = vec3(0.30, 0.80, 0.92);
 const float AIR_DENSITY = 0.0032;   // haze per unit of distance, over and under water
 const float SEA_DENSITY = 0.033;
 const vec3 AIR_HAZE = vec3(0.21, 0.19, 0.36);
@@ -32,6 +38,86 @@ float Wisp(vec3 wisp, vec3 p, vec3 normal)
     float near = max(1.0 - squared / (WISP_REACH * WISP_REACH), 0.0);
     float facing = max(dot(normal, way) * inversesqrt(squared + 0.01) * 0.75 + 0.25, 0.0);
     return facing * near * near * 2.4 / (1.0 + 0.045 * squared);
+}
+
+bool Within(vec3 p, vec3 low, vec3 high)
+{
+    return all(greaterThanEqual(p, low)) && all(lessThanEqual(p, high));
+}
+
+// Which bit of the view marks speaks of the picture seen from here, 0 to 9; -1 away from all
+// flights, where everything is drawn. A mirrored eye hangs as far below the water as the true
+// one is above it; while the city still rises, that is anywhere in the city's coordinates.
+float View(vec3 eye, bool mirrored)
+{
+    vec3 over = vec3(eye.x, abs(eye.y), eye.z);
+    float view = -1.0;
+    if (Within(eye, vec3(-1.0, 18.0, -11.0), vec3(1.0, 22.0, 1.0)) ||
+        Within(eye, vec3(49.0, -11.0, -101.0), vec3(51.0, 22.0, -49.0)))
+        view = mirrored ? 6.0 : 0.0; // out at sea
+    else if (eye.y < 0.0 && !mirrored)
+        view = 1.0; // under water
+    else if (Within(over, vec3(39.0, 7.0, 4.0), vec3(41.0, 11.0, 16.0)))
+        view = mirrored ? 6.0 : 2.0; // between the towers
+    else if (Within(over, vec3(9.0, 0.0, 33.0), vec3(26.0, 4.0, 59.0)))
+        view = mirrored ? 7.0 : 3.0; // along the lower canal
+    else if (Within(over, vec3(6.0, 1.0, -6.0), vec3(18.0, 3.0, 5.0)))
+        view = mirrored ? 8.0 : 4.0; // down the upper canal
+    else if (Within(over, vec3(4.0, 4.0, 3.0), vec3(31.0, 9.0, 13.0)))
+        view = mirrored ? 9.0 : 5.0; // over the roofs and along the basin
+    return view;
+}
+
+// How far the camera's iris is open. Under water most of the light is lost in the end, when the
+// ripple mixes its blue over the picture. Along the lower canal the picture beats up to twice its
+// brightness, and walls should stay dark then.
+float Exposure(float view)
+{
+    float exposure = 1.0;
+    if (view == 1.0)
+        exposure = 1.55;
+    else if (view == 3.0 || view == 7.0)
+        exposure = 0.62;
+    else if (view == 5.0 || view == 9.0)
+        exposure = 1.18;
+    return exposure;
+}
+
+// Whether a bit is set in the marks of x (bits 0 to 4) or y (5 to 9).
+bool Marked(vec2 marks, float bit)
+{
+    float part = bit < 5.0 ? marks.x / exp2(bit) : marks.y / exp2(bit - 5.0);
+    return mod(floor(part + 0.01), 2.0) > 0.5;
+}
+
+// The water is drawn with reflection alone, so nobody sees the refraction image; yet it has three
+// times as many pixels as the window. A curtain before everything else spares them: the first
+// triangles of the mesh, which span the picture right behind the near plane. The fragment stage
+// fades it where the row is less than caustics.w, as all rows of the window are, and the alpha
+// test takes it away there.
+void DrawCurtain(bool wanted)
+{
+    vec2 corner = sign(gl_Normal.xy); // the corners of both triangles look into the four quarters
+    gl_Position = vec4(corner, wanted ? -0.9998 : -2.0, 1.0);
+    coords = vec4(0.5);
+    light = vec4(0.0, 0.0, 0.0, 0.5);
+    haze = vec4(SURFACE_FAR, 0.0);
+    caustics = vec4(0.0, 0.0, 0.0, WINDOW_ROWS * (corner.y * 0.5 + 0.5) + 1.0);
+}
+
+// Under water both images fall to the curtain, and what the surface shows from below is painted on
+// it: at so flat an angle no eye looks out of water, it sees the sea's own light thrown back. This
+// is the ceiling of that, the surface around the eye, before the curtain; the flight goes along +z.
+void DrawCeiling(vec3 eye, bool wanted)
+{
+    vec2 corner = sign(gl_Normal.xy);
+    vec3 p = vec3(eye.x + corner.x * CEILING_DEPTH * 2.4, 0.0, eye.z + corner.y * CEILING_DEPTH);
+    gl_Position = gl_ModelViewProjectionMatrix * vec4(p, 1.0);
+    gl_Position.z = gl_Position.w * (wanted ? -0.9999 : -2.0);
+    // Right overhead, half-way between the corners, it has the colour and the lines of nearness.
+    haze = vec4(mix(SURFACE_NEAR, SURFACE_FAR, corner.y), 0.0);
+    caustics = vec4(p.x * 0.06 + p.z * 0.13 + time * 0.11, p.z * 0.21 - p.x * 0.05 - time * 0.08,
+                    2.0 - 2.0 * corner.y, WINDOW_ROWS);
 }
 
 void main()
@@ -53,13 +139,15 @@ void main()
     // the near plane. Only depth is changed, so a face seen exactly edge-on, whose corners may
     // disagree by rounding, still covers no pixel it would not cover anyway.
     bool away = dot(gl_Normal, way) <= 0.0;
-    // From under water all but the north front is out of sight; the mesh marks what lies
-    // behind it by whole repeats added to the texture coordinate.
-    bool drowned = above ? p.y < SPLIT : gl_MultiTexCoord0.x > INLAND_MARK;
-    if (away || drowned)
+    bool drowned = above && p.y < SPLIT;
+    // What this flight never shows is marked as such, by whole repeats of the texture.
+    vec2 marks = floor(gl_MultiTexCoord0.xy / MARK + 0.5);
+    float seen = View(eye, mirrored);
+    bool hidden = seen >= 0.0 && !Marked(marks, seen);
+    if (away || drowned || hidden)
         gl_Position.z = -2.0 * abs(gl_Position.w) - 1.0;
 
-    coords = vec4(gl_MultiTexCoord0.xy, gl_MultiTexCoord1.xy);
+    coords = vec4(gl_MultiTexCoord0.xy - MARK * marks, gl_MultiTexCoord1.xy);
     light.rgb = Wisp(posred, p, gl_Normal) * vec3(1.0, 0.06, 0.05)
               + Wisp(posgreen, p, gl_Normal) * vec3(0.05, 0.90, 0.20)
               + Wisp(posblue, p, gl_Normal) * vec3(0.08, 0.20, 1.0);
@@ -71,9 +159,21 @@ void main()
     // shine, and this gives it back.
     haze.a = 0.9 + 1.5 * smoothstep(15.0, 75.0, distance);
 
+    // Lit windows keep what the iris takes from the walls.
+    float exposure = Exposure(seen);
+    light.a *= exposure;
+    haze.a /= exposure;
+
     // Light through the waves falls on what looks up, and fades with depth.
     float depth = clamp(1.0 + p.y / 22.0, 0.0, 1.0) * step(p.y, SPLIT);
-    caustics = vec3((p.x + p.z) * 0.27 + p.y * 0.12 + time * 0.11,
+    caustics = vec4((p.x + p.z) * 0.27 + p.y * 0.12 + time * 0.11,
                     (p.x - p.z) * 0.22 - p.y * 0.17 - time * 0.08,
-                    depth * (0.40 + 0.60 * max(gl_Normal.y, 0.0)));
+                    depth * (0.75 + 0.60 * max(gl_Normal.y, 0.0)), 0.0);
+
+    if (marks.x > LAST_MARK) {
+        bool wanted = seen >= 0.0 && !mirrored;
+        DrawCurtain(wanted);
+        if (gl_Normal.z > 0.0)
+            DrawCeiling(eye, wanted && seen == 1.0);
+    }
 }
