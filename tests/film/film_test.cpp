@@ -12,6 +12,9 @@
 #include <gmock/gmock.h>
 
 using ::testing::HasSubstr;
+using Tools::Picture;
+using Tools::ReadPng;
+using Tools::ReadPpm;
 
 namespace {
 

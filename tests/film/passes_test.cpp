@@ -227,8 +227,9 @@ TEST(Passes, Know_which_pass_wrote_what_they_read) {
 
     const Pass& bloom = PassAt(rise, "bloom");
     ASSERT_EQ(bloom.inputs.size(), 2u);
-    EXPECT_EQ(bloom.inputs[0].pass, 2);  // scene
-    EXPECT_EQ(bloom.inputs[1].pass, 15); // glow
+    EXPECT_EQ(bloom.inputs[0].pass, 2);                          // scene
+    EXPECT_EQ(bloom.inputs[1].pass, 15);                         // glow
+    EXPECT_EQ(PassAt(rise, "blur step 3").inputs.at(0).pass, 6); // blur step 2
     EXPECT_EQ(byReader(PassAt(logo, "logo"), "unit 0").name, "Data/Gfx/Logo/logo.jpg");
 }
 

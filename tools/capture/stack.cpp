@@ -14,6 +14,8 @@
 
 namespace {
 
+using namespace Tools;
+
 /// "some/frame_0013.900.ppm" -> "13.900"; other names -> nothing.
 std::string Label(const std::string& path) {
     const size_t begin = path.rfind("frame_");

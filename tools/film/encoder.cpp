@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cerrno>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <vector>
 
@@ -20,6 +22,11 @@ std::vector<std::string> Joined(std::initializer_list<std::vector<std::string>> 
     for (const auto& list : lists)
         all.insert(all.end(), list.begin(), list.end());
     return all;
+}
+
+std::vector<std::string> Words(const std::string& text) {
+    std::istringstream words(text);
+    return {std::istream_iterator<std::string>(words), {}};
 }
 
 std::string Text(const Rate& rate) {
@@ -41,43 +48,27 @@ std::string LosslessFilter(int scale) {
     return "scale=" + Size(scale) + ":flags=neighbor,format=bgr0";
 }
 
-// Every three seconds a key frame, so that players can jump.
+// Every three seconds a key frame, so that players can jump. The encoder shares the cores with
+// those who draw, so it takes little time and more room instead.
 std::vector<std::string> PictureOptions(const FilmFormat& format) {
     const std::string keyEvery = std::to_string(3 * format.rate.frames / format.rate.seconds);
     if (format.lossless)
-        return {"-vf",     LosslessFilter(format.scale),
-                "-c:v",    "libx264rgb",
-                "-preset", "veryfast",
-                "-qp",     "0",
-                "-g",      keyEvery};
-    return {"-vf",
-            LossyFilter(format.scale),
-            "-c:v",
-            "libx264",
-            "-preset",
-            "faster",
-            "-crf",
-            "14",
-            "-g",
-            keyEvery,
-            "-colorspace",
-            "bt709",
-            "-color_primaries",
-            "bt709",
-            "-color_trc",
-            "bt709",
-            "-color_range",
-            "tv"};
+        return Joined({{"-vf", LosslessFilter(format.scale), "-g", keyEvery},
+                       Words("-c:v libx264rgb -preset veryfast -qp 0")});
+    return Joined({{"-vf", LossyFilter(format.scale), "-g", keyEvery},
+                   Words("-c:v libx264 -preset superfast -crf 15 -color_range tv "
+                         "-colorspace bt709 -color_primaries bt709 -color_trc bt709")});
 }
 
 std::vector<std::string> SoundOptions(const FilmFormat& format) {
     if (format.lossless)
-        return {"-c:a", "alac"};
-    return {"-c:a", "aac", "-b:a", "256k"};
+        return Words("-c:a alac");
+    return Words("-c:a aac -b:a 256k");
 }
 
-const std::vector<std::string> ffmpegQuietly = {"ffmpeg",    "-nostdin", "-hide_banner",
-                                                "-loglevel", "error",    "-y"};
+std::vector<std::string> FfmpegQuietly() {
+    return Words("ffmpeg -nostdin -hide_banner -loglevel error -y");
+}
 
 std::vector<std::string> SoundInput(const std::string& path, int rate) {
     return {"-f", "s16le", "-ar", std::to_string(rate), "-ac", "2", "-i", path};
@@ -92,7 +83,7 @@ std::vector<std::string> FilmCommand(const std::string& path, const FilmFormat& 
                                      const std::string& soundPath, int soundRate) {
     const std::string size = std::to_string(pictureWidth) + "x" + std::to_string(pictureHeight);
     return Joined({
-        ffmpegQuietly,
+        FfmpegQuietly(),
         {"-f", "rawvideo", "-pixel_format", "bgr0", "-video_size", size},
         {"-framerate", Text(format.rate), "-i", "pipe:0"},
         SoundInput(soundPath, soundRate),
@@ -108,7 +99,7 @@ std::vector<std::string> FilmCommand(const std::string& path, const FilmFormat& 
 std::vector<std::string> JoinCommand(const std::string& path, const FilmFormat& format,
                                      const std::string& soundPath, int soundRate) {
     return Joined({
-        ffmpegQuietly,
+        FfmpegQuietly(),
         {"-f", "concat", "-safe", "0", "-protocol_whitelist", "file,pipe", "-i", "pipe:0"},
         SoundInput(soundPath, soundRate),
         {"-map", "0:v", "-map", "1:a", "-c:v", "copy"},

@@ -93,7 +93,8 @@ std::string TotalsInWords(const Story& story) {
 }
 
 std::string Facts(const Story& story) {
-    const Timeline::Segment segment = Timeline::SegmentAt(story.time);
+    // A float, as the demo keeps it: it decides at a cut.
+    const Timeline::Segment segment = Timeline::SegmentAt(float(story.time));
     Table table({"", ""});
     table.Row({"Demo time", Fixed(story.time, 3) + " s"});
     table.Row({"Frame", Grouped(story.frame) + ", counted from 0, at " +
@@ -131,7 +132,9 @@ std::string Overview(const Story& story, const Shots& shots) {
            PassTable(story, shots) +
            Element("p",
                    "Milliseconds: from glFinish() before a pass's first call to glFinish() "
-                   "after its last, so passes do not overlap as they do in the show.",
+                   "after its last, so passes do not overlap as they do in the show. The "
+                   "frames just before were drawn as well, so that nothing is used for the "
+                   "first time.",
                    "class=\"faint\"") +
            "</section>\n";
 }

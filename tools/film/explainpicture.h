@@ -8,6 +8,8 @@
 
 namespace Film {
 
+using Tools::Picture;
+
 /// The picture that a PNG inside of a page shows: "data:image/png;base64,...".
 std::string DataUri(const Picture& picture);
 

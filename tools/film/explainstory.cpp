@@ -17,14 +17,27 @@ std::string GlString(GLenum name) {
     return text ? text : "";
 }
 
-/// Takes the one frame apart that it wants.
+/// A driver compiles and uploads at the first use: frames before it that are drawn as well, so that
+/// the times are those of a show under way.
+constexpr int warmingUp = 5;
+
+/// Takes the last of the frames that it wants apart.
 class StoryTaker : public Visitor {
 public:
     explicit StoryTaker(Story& told) : story(told) {}
 
-    bool Wants(int number) override { return number == story.frame; }
-    void Begin(int) override { recorder.BeginFrame(); }
-    void End(int) override {
+    bool Wants(int number) override { return number >= story.frame - warmingUp; }
+    void Begin(int number) override {
+        if (number == story.frame)
+            recorder.BeginFrame();
+    }
+    void End(int number) override {
+        if (number == story.frame)
+            Take();
+    }
+
+private:
+    void Take() {
         recorder.EndFrame();
         story.passes = recorder.Take();
         story.view = recorder.LastView();
@@ -36,7 +49,6 @@ public:
                 TakeTexture(input.texture);
     }
 
-private:
     void TakeTexture(GLuint texture) {
         if (FindTexture(texture).file.empty() || story.textures.count(texture) != 0)
             return;

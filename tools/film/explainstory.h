@@ -11,6 +11,8 @@
 
 namespace Film {
 
+using Tools::Picture;
+
 /// All that a page tells of one frame.
 struct Story {
     int frame = 0; ///< number

@@ -21,6 +21,9 @@ namespace Film {
 
 namespace {
 
+using Tools::MakeSheet;
+using Tools::SheetEntry;
+
 volatile std::sig_atomic_t interrupted = 0;
 
 /// Ctrl-C is remembered instead of ending the program, as long as the object lives.

@@ -9,6 +9,8 @@
 
 namespace Film {
 
+using Tools::Picture;
+
 /// One frame as OpenGL hands it over: blue, green, red and an unused byte for each pixel, bottom
 /// row first. It is how windows are kept in memory, so nothing is converted on the way to the
 /// encoder.

@@ -287,7 +287,7 @@ int PassRecorder::InputIndex(const BoundTexture& bound) {
 std::string PassRecorder::TextureName(const Input& input) const {
     if (input.texture == 0)
         return "no texture";
-    if (const std::string file = FindTexture(input.texture).file; !file.empty())
+    if (std::string file = FindTexture(input.texture).file; !file.empty())
         return file;
     if (input.pass >= 0) {
         const Pass& writer = passes[size_t(input.pass)];

@@ -165,7 +165,7 @@ Picture Halved(const Picture& picture) {
 
 std::vector<Reference> ReadReferences(const std::string& folder) {
     std::vector<Reference> references = ReadPasses(folder + passesName);
-    const Picture all = ReadPng(folder + picturesName);
+    const Picture all = Tools::ReadPng(folder + picturesName);
     if (references.empty() || all.height % int(references.size()) != 0)
         throw std::runtime_error(folder +
                                  ": the pictures and the passes are not of the same frames");

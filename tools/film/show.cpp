@@ -91,6 +91,7 @@ Show* show = nullptr; // while it plays
 } // namespace
 
 // The linker leads these calls of the demo and the engine here (--wrap in CMakeLists.txt).
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names.
 extern "C" {
 
 SDL_Surface* __real_SDL_SetVideoMode(int width, int height, int bits, Uint32 flags);
@@ -134,6 +135,7 @@ int __wrap_gettimeofday(timeval* time, void* zone) {
     return 0;
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace Film {
 

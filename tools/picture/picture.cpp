@@ -5,6 +5,8 @@
 #include <fstream>
 #include <stdexcept>
 
+namespace Tools {
+
 Picture::Picture(int newWidth, int newHeight)
     : width(newWidth), height(newHeight), bytes(size_t(newWidth) * size_t(newHeight) * channels) {}
 
@@ -48,3 +50,5 @@ void WritePng(const Picture& picture, const std::string& path) {
     if (!png_image_write_to_file(&image, path.c_str(), 0, picture.bytes.data(), 0, nullptr))
         throw std::runtime_error("cannot write " + path + ": " + image.message);
 }
+
+} // namespace Tools

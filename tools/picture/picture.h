@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace Tools {
+
 /// A picture in memory: RGB, 8 bits each, top row first, no padding.
 struct Picture {
     static constexpr int channels = 3;
@@ -33,3 +35,5 @@ Picture ReadPng(const std::string& path);
 
 /// Writes a PNG, replacing any file; throws std::runtime_error when it cannot.
 void WritePng(const Picture& picture, const std::string& path);
+
+} // namespace Tools

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace Tools {
+
 namespace {
 
 constexpr int gap = 2;         // black rows between two pictures
@@ -71,3 +73,5 @@ Picture MakeSheet(const std::vector<SheetEntry>& entries, int columns) {
         Place(sheet, entries[size_t(i)], (i / rows) * columnWidth, (i % rows) * pitch);
     return sheet;
 }
+
+} // namespace Tools

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace Tools {
+
 /// One picture of a contact sheet, and the time that is printed beside it: digits and points,
 /// up to "118.252"; other letters leave a gap.
 struct SheetEntry {
@@ -16,3 +18,5 @@ struct SheetEntry {
 /// length from left to right, each with its label on its left. All have one size; there is at least
 /// one.
 Picture MakeSheet(const std::vector<SheetEntry>& entries, int columns = 1);
+
+} // namespace Tools
