@@ -37,12 +37,15 @@ std::string LinkTo(const std::string& id, const std::string& content) {
 }
 
 std::string Grouped(long long number) {
-    std::string digits = std::to_string(number);
-    for (size_t i = digits.size(); i > 3 + (number < 0 ? 1 : 0);) {
-        i -= 3;
-        digits.insert(i, ",");
+    const std::string digits = std::to_string(number);
+    std::string grouped;
+    for (size_t i = 0; i < digits.size(); ++i) {
+        const bool afterDigit = i > 0 && digits[i - 1] != '-';
+        if (afterDigit && (digits.size() - i) % 3 == 0)
+            grouped += ',';
+        grouped += digits[i];
     }
-    return digits;
+    return grouped;
 }
 
 std::string Number(double number) {
@@ -77,11 +80,12 @@ std::string Table::Html() const {
     for (size_t i = 0; i < heads.size(); ++i)
         head += IsNumber(i) ? Element("th", heads[i].substr(1), "class=\"n\"")
                             : Element("th", heads[i]);
-    return Element("div",
-                   Element("table", "\n" + Element("thead", Element("tr", head)) + "\n" +
-                                        Element("tbody", "\n" + rows)),
-                   "class=\"wide\"") +
-           "\n";
+    std::string table = "\n";
+    table += Element("thead", Element("tr", head)) + "\n";
+    std::string body = "\n";
+    body += rows;
+    table += Element("tbody", body);
+    return Element("div", Element("table", table), "class=\"wide\"") + "\n";
 }
 
 } // namespace Film
