@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <type_traits>
@@ -132,7 +133,7 @@ T& VectorOperations<T, S, N>::operator/=(S divisor) {
 
 template <class T, class S, int N>
 T VectorOperations<T, S, N>::operator/(const T& divisor) const {
-    constexpr int guarded = N < 3 ? N : 3;
+    constexpr int guarded = std::min(N, 3);
     T quotient;
     for (int i = 0; i < N; ++i) {
         if (i < guarded && divisor[i] == S(0))

@@ -38,7 +38,7 @@ void main()
 PostBlur::PostBlur() {
     shader.LoadToChar(passThroughVertexShader, fragmentSource);
     SetPass(passes);
-    SetSizeRTT(sizeRTT);
+    SetSizeRTT(SizeRTT);
     ClampTargets();
     SetOffset(offset);
 }
@@ -48,7 +48,7 @@ void PostBlur::SetPass(int count) {
 }
 
 void PostBlur::SetSizeRTT(int size) {
-    sizeRTT = size;
+    SizeRTT = size;
     first.SetSize(ivec2(size, size));
     second.SetSize(ivec2(size, size));
 }

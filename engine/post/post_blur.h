@@ -25,7 +25,7 @@ public:
 
     /// Side of the two square work targets in pixels, at least 1.
     void SetSizeRTT(int size);
-    int GetSizeRTT() const { return sizeRTT; }
+    int GetSizeRTT() const { return SizeRTT; }
 
     /// Distance of the samples in texture coordinates of the small target: 0.01 at 128 pixels is
     /// about 1.3 texels.
@@ -45,7 +45,7 @@ private:
     FBO second;
     Shader shader;
     int passes = 5;
-    int sizeRTT = 128;
+    int SizeRTT = 128;
     float offset = 0.01f;
 };
 

@@ -207,7 +207,10 @@ TEST_F(LogDeathTest, Goes_on_silently_while_the_page_cannot_be_opened) {
 }
 
 TEST_F(LogDeathTest, Is_one_instance) {
-    RunToExit([] { std::exit(&Log::GetInstance() == &Log::GetInstance() ? 0 : 1); });
+    RunToExit([] {
+        const Log* first = &Log::GetInstance();
+        std::exit(first == &Log::GetInstance() ? 0 : 1);
+    });
     static_assert(!std::is_polymorphic_v<Log>);
     static_assert(!std::is_copy_constructible_v<Log> && !std::is_copy_assignable_v<Log>);
 }

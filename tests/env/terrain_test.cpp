@@ -42,7 +42,7 @@ constexpr double reach = 200.0; // of that view; its depth runs linearly over it
 
 // Writes a height map and gives its path. The engine asks for the height in red.
 std::string HeightMap(int width, int height, const std::function<int(int x, int y)>& red) {
-    const std::string path = FreshName("height", ".png");
+    std::string path = FreshName("height", ".png");
     WritePicture(path, MakePicture(width, height, [&](int x, int y) {
                      return Rgba{red(x, y), 0, 0, 255};
                  }));
@@ -54,7 +54,7 @@ std::string Flat(int width, int red) {
 }
 
 std::string Ground(Rgba colour) {
-    const std::string path = FreshName("ground", ".png");
+    std::string path = FreshName("ground", ".png");
     WritePicture(path, Picture(4, 4, colour));
     return path;
 }

@@ -36,7 +36,7 @@ Rgba Normal(int n) {
 // A normal map that bends to +x in the first half of each repeat and to -x in the second. The
 // change is along x, or, when transposed, along z.
 std::string StripedNormals(bool transposed = false) {
-    const std::string path = FreshName("stripes", ".png");
+    std::string path = FreshName("stripes", ".png");
     WritePicture(path, MakePicture(64, 64, [transposed](int x, int y) {
                      return Normal((transposed ? y : x) < 32 ? 1 : -1);
                  }));

@@ -23,7 +23,6 @@ const Rectangle above{vec3(4, 8, -10), vec3(4, 0, 0), vec3(0, 4, 0)};
 const vec3 eye(0, 4, 10);
 const vec3 ahead(0, 0, -1);
 constexpr Rgba red{255, 0, 0, 255};
-constexpr Rgba black{0, 0, 0, 0};
 
 struct Bounds {
     int left, right, bottom, top;

@@ -133,8 +133,7 @@ TEST_F(FilmTest, Keeps_the_older_film_when_it_fails) {
     MakeDemoData();
     WriteFile("out.mp4", "older");
     const auto display_gone = std::make_unique<ProgramRun>(
-        std::vector<std::string>{NIMBREL_BINARY_DIR "/tools/film/nimbrel_film", "out.mp4"},
-        Environment{{"DISPLAY", ":98765"}});
+        std::vector<std::string>{filmProgram, "out.mp4"}, Environment{{"DISPLAY", ":98765"}});
     const Outcome end = display_gone->Wait(60.0);
     EXPECT_EQ(end.exitStatus, 1);
     EXPECT_THAT(end.complaint, HasSubstr("cannot open a window with OpenGL"));
@@ -182,8 +181,7 @@ TEST_F(FilmTest, Leaves_the_viewers_log_and_no_folders_behind) {
     MakeDemoData();
     WriteFile("Vell_log.html", "the viewer's");
     std::filesystem::create_directory("temporary");
-    ProgramRun run({NIMBREL_BINARY_DIR "/tools/film/nimbrel_film", "--jobs", "2", "--fps", "10",
-                    "--end", "1", "out.mp4"},
+    ProgramRun run({filmProgram, "--jobs", "2", "--fps", "10", "--end", "1", "out.mp4"},
                    {{"DISPLAY", display->Name()},
                     {"TMPDIR", (std::filesystem::current_path() / "temporary").string()}});
     EXPECT_EQ(run.Wait(60.0).exitStatus, 0);

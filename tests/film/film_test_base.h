@@ -21,6 +21,8 @@ constexpr bool sanitized = true;
 constexpr bool sanitized = false;
 #endif
 
+inline const std::string filmProgram = NIMBREL_BINARY_DIR "/tools/film/nimbrel_film";
+
 /// Runs the program behind ./movie in a scratch directory, on a display of its own. There is never
 /// a sound device.
 class FilmTest : public ::testing::Test {
@@ -39,7 +41,7 @@ protected:
 
     /// Starts it; Wait() for its end.
     static std::unique_ptr<ProgramRun> Start(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), NIMBREL_BINARY_DIR "/tools/film/nimbrel_film");
+        arguments.insert(arguments.begin(), filmProgram);
         return std::make_unique<ProgramRun>(
             arguments,
             Environment{{"DISPLAY", display->Name()}, {"ALSA_CONFIG_PATH", "/dev/null"}});

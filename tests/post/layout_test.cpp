@@ -21,7 +21,7 @@ struct PostBloomProbe {
 
 struct PostBlurProbe {
     static Fields Of(const PostBlur& b) {
-        return {&b.first, &b.second, &b.shader, &b.passes, &b.sizeRTT, &b.offset};
+        return {&b.first, &b.second, &b.shader, &b.passes, &b.SizeRTT, &b.offset};
     }
 };
 

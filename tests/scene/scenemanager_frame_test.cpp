@@ -21,7 +21,6 @@
 #include <gmock/gmock.h>
 
 using ::testing::ElementsAre;
-using Vell::ivec2;
 using Vell::SceneManager;
 using Vell::vec3;
 using Vell::vec4;

@@ -8,6 +8,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -32,14 +33,20 @@ std::string Size(const Picture& picture) {
     return std::to_string(picture.width) + " x " + std::to_string(picture.height);
 }
 
+/// Ends with a message when the picture from `path` is not as large as the first.
+void MustBeOfOneSize(const Picture& first, const Picture& picture, const std::string& path) {
+    if (Size(picture) == Size(first))
+        return;
+    std::ostringstream message;
+    message << path << ": expected " << Size(first) << " pixels, found " << Size(picture);
+    throw std::runtime_error(message.str());
+}
+
 void Stack(const std::string& out, const std::vector<std::string>& paths) {
     std::vector<SheetEntry> entries;
     for (const std::string& path : paths) {
         entries.push_back({ReadPpm(path), Label(path)});
-        const std::string expected = Size(entries.front().picture);
-        const std::string found = Size(entries.back().picture);
-        if (found != expected)
-            throw std::runtime_error(path + ": expected " + expected + " pixels, found " + found);
+        MustBeOfOneSize(entries.front().picture, entries.back().picture, path);
     }
     WritePng(MakeSheet(entries), out);
 }

@@ -158,6 +158,7 @@ std::vector<int> Share(const FrameOrder& order, int first) {
 
 std::vector<std::unique_ptr<Job>> StartJobs(const FrameOrder& order) {
     std::vector<std::unique_ptr<Job>> jobs;
+    jobs.reserve(size_t(order.jobs));
     for (int i = 0; i < order.jobs; ++i)
         jobs.push_back(std::make_unique<Job>(order, Share(order, i)));
     return jobs;

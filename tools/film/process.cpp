@@ -20,6 +20,7 @@ constexpr int pipeBytes = 1 << 20; // three frames: neither side waits for the o
 
 std::vector<char*> Pointers(const std::vector<std::string>& arguments) {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments)
         pointers.push_back(const_cast<char*>(argument.c_str())); // execvp() changes nothing
     pointers.push_back(nullptr);

@@ -31,6 +31,7 @@ constexpr int passTolerance = 1;       // of a pass's mean colours
 /// The middles of 60 equal parts of the show.
 std::vector<int> Moments(const Rate& rate) {
     std::vector<int> frames;
+    frames.reserve(momentCount);
     for (int i = 0; i < momentCount; ++i)
         frames.push_back(rate.FrameAt((i + 0.5) * showLength / momentCount));
     return frames;
@@ -118,10 +119,10 @@ void TellPasses(const Reference& expected, const Reference& found) {
     for (size_t i = 0; i < count; ++i) {
         const PassTrace* const before = i < expected.passes.size() ? &expected.passes[i] : nullptr;
         const PassTrace* const now = i < found.passes.size() ? &found.passes[i] : nullptr;
+        const PassTrace& named = before ? expected.passes[i] : found.passes[i];
         char line[160];
-        std::snprintf(line, sizeof line, "  %-28s %4d x %-4d %s\n",
-                      (before ? before : now)->name.c_str(), (before ? before : now)->width,
-                      (before ? before : now)->height, Word(before, now));
+        std::snprintf(line, sizeof line, "  %-28s %4d x %-4d %s\n", named.name.c_str(), named.width,
+                      named.height, Word(before, now));
         std::cout << line;
     }
 }
@@ -176,6 +177,7 @@ std::uint64_t Fingerprint(const std::vector<Reference>& references) {
 
 std::vector<int> FramesOf(const std::vector<Reference>& references) {
     std::vector<int> frames;
+    frames.reserve(references.size());
     for (const Reference& reference : references)
         frames.push_back(reference.frame);
     return frames;
