@@ -153,6 +153,8 @@ void AddArcade(Builder& b, float width, float height, Material material, Random&
     AddWall(b, {0, -kDeep}, {width, -kDeep}, kQuay, kQuay + height, inner);
     if (random.Chance(0.8f))
         AddLantern(b, {pitch * 0.5f, kQuay + height - 0.5f, -kDeep * 0.6f}, 0.1f, 0.7f);
+    if (count > 1) // on the first pier
+        AddLantern(b, {pitch, kQuay + height - 0.5f, 0.2f}, 0.11f, 0.6f);
 }
 
 void AddHouse(Builder& b, float width, float height, const RowStyle& style, Random& random) {

@@ -44,6 +44,8 @@ const RowStyle kCanalCool{3.6f, 7.0f, 2.3f, 4.0f, 4, true, false, false, 1};
 const RowStyle kCanalArcade{4.5f, 6.8f, 3.0f, 5.0f, 4.2f, true, true, false, 2};
 const RowStyle kBasin{4.4f, 7.5f, 2.6f, 4.4f, 4.5f, true, true, false, 2};
 const RowStyle kBasinHigh{6.0f, 9.5f, 2.8f, 4.6f, 4.5f, true, true, false, 0};
+const RowStyle kBehind{5.4f, 7.0f, 2.6f, 4.2f, 4.4f, true, false, false, 0};
+const RowStyle kBehindHigh{6.6f, 7.4f, 2.0f, 2.6f, 4.4f, true, false, true, 0};
 const RowStyle kLow{1.8f, 3.0f, 2.4f, 4.0f, 3.6f, true, false, false, 0};
 const RowStyle kLowFlat{1.8f, 2.6f, 2.6f, 4.2f, 3.2f, true, false, true, 2};
 const RowStyle kTown{4.0f, 9.0f, 3.2f, 5.4f, 4.6f, false, false, false, 1};
@@ -88,7 +90,7 @@ const std::vector<Row> kRows = {
     // East terraces and the wall of houses behind them.
     {{40.5f, 9.0f}, {46.0f, 9.0f}, kLowFlat},
     {{46.0f, 15.0f}, {41.5f, 15.0f}, kLowFlat},
-    {{46.2f, 20.0f}, {38.5f, 20.0f}, kLow},
+    {{42.4f, 18.8f}, {38.5f, 18.8f}, kBehind},
     {{48.6f, -28.0f}, {48.5f, 3.0f}, kTown},
     {{48.5f, 3.2f}, {48.5f, 17.0f}, kLow},
     {{48.5f, 17.2f}, {48.4f, 33.0f}, kTown},
@@ -99,6 +101,9 @@ const std::vector<Row> kRows = {
     {{58.0f, 35.8f}, {38.0f, 35.8f}, kHigh},
     {{24.5f, 48.5f}, {56.0f, 48.5f}, kTown},
     {{14.5f, 62.6f}, {39.5f, 60.8f}, kTown},
+    // With their neighbours to the west they stand behind the low houses of the basin's east side,
+    // so that the water mirrors lit windows there and no gap of sky.
+    {{46.8f, 18.8f}, {42.4f, 18.8f}, kBehindHigh},
 };
 
 const std::vector<Tower> kTowers = {

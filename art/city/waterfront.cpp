@@ -99,6 +99,20 @@ void AddHumpSurfaces(Builder& b, const Hump& hump, float z) {
     }
 }
 
+/// Two rows of lanterns that hang from the arch on rods, beside the way of the boats.
+void AddHangingLanterns(Builder& b, const Hump& hump, float z) {
+    constexpr float kHeight = 2.35f;
+    constexpr float kSize = 0.13f;
+    const Finish iron{kRoof, kRoof};
+    for (const float x : {-hump.half * 0.72f, hump.half * 0.72f})
+        for (const float side : {-0.7f, 0.0f, 0.7f}) {
+            const Vec2 at{x, side * z};
+            AddLantern(b, {at.x, kHeight, at.y}, kSize, 0.6f);
+            AddTaper(b, Ring(at, 0.025f, 3), at, kHeight + kSize * 1.5f, hump.Under(x) + 0.1f, 1,
+                     iron, false);
+        }
+}
+
 } // namespace
 
 void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown) {
@@ -118,9 +132,7 @@ void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown) {
         for (const float side : {-z, z})
             AddLampPost(b, {x * length, hump.Deck(x * length), side}, 1.0f);
     if (crown > 3) // boats and eyes pass under it
-        for (const float x : {-hump.half + 0.3f, hump.half - 0.3f})
-            for (const float side : {-0.8f, 0.0f, 0.8f})
-                AddLantern(b, {x, 2.5f, side * z}, 0.13f, 1.3f);
+        AddHangingLanterns(b, hump, z);
     b.SetPlace({});
 }
 
@@ -182,7 +194,8 @@ void AddWaterGate(Builder& b, Vec2 from, Vec2 to) {
     constexpr float kPier = 0.75f; // of the arch, on either side
     constexpr float kHalf = 0.8f;  // of the house's depth
     constexpr float kFloor = 5.0f;
-    constexpr float kEaves = 9.0f;
+    constexpr float kEaves = 10.0f;
+    constexpr float kOver = 1.7f; // how far the house reaches over its neighbours' roofs
     const float radius = length / 2 - kPier;
     ArchWall wall{0,
                   length,
@@ -195,10 +208,12 @@ void AddWaterGate(Builder& b, Vec2 from, Vec2 to) {
                   true,
                   10};
     AddArchWall(b, wall, kStone, kTrim);
-    AddBox(b, {-0.1f, length + 0.1f, kFloor, kFloor + 0.2f, -kHalf - 0.2f, kHalf + 0.2f}, kTrimmed,
+    const float x0 = -kOver;
+    const float x1 = length + kOver;
+    AddBox(b, {x0 - 0.1f, x1 + 0.1f, kFloor, kFloor + 0.2f, -kHalf - 0.2f, kHalf + 0.2f}, kTrimmed,
            true);
-    AddFacadeBox(b, {0, length, kFloor + 0.2f, kEaves, -kHalf, kHalf}, Material::Palace, kTrim, 23);
-    AddGableAlongX(b, {0, length, 0, kEaves, -kHalf, kHalf}, 0.9f, 0.2f, {kTrim, kRoof});
+    AddFacadeBox(b, {x0, x1, kFloor + 0.2f, kEaves, -kHalf, kHalf}, Material::Palace, kTrim, 23);
+    AddGableAlongX(b, {x0, x1, 0, kEaves, -kHalf, kHalf}, 0.9f, 0.2f, {kTrim, kRoof});
     const float middle = length / 2;
     AddFacadeBox(b, {middle - 1, middle + 1, kEaves, kEaves + 2, -0.6f, 0.6f}, Material::Palace,
                  kTrim, 29);

@@ -39,15 +39,12 @@ struct FinPart {
     Vec3 c;
 };
 
-// A forked tail of two lobes, a long back fin, a belly and a vent fin.
-constexpr std::array<FinPart, 7> kFins = {{
-    {{0.95f, 0.05f, 0}, {1.10f, 0, 0}, {1.26f, 0.33f, 0}},
-    {{0.95f, -0.05f, 0}, {1.10f, 0, 0}, {1.26f, -0.33f, 0}},
-    {{0.95f, 0.05f, 0}, {0.95f, -0.05f, 0}, {1.10f, 0, 0}},
-    {{0.32f, 0.23f, 0}, {0.67f, 0.27f, 0}, {0.52f, 0.39f, 0}},
-    {{0.32f, 0.23f, 0}, {0.82f, 0.10f, 0}, {0.67f, 0.27f, 0}},
-    {{0.60f, -0.16f, 0}, {0.82f, -0.09f, 0}, {0.76f, -0.29f, 0}},
-    {{0.38f, -0.23f, 0}, {0.54f, -0.19f, 0}, {0.57f, -0.38f, 0}},
+// A forked tail of two lobes, a long back fin and a belly fin.
+constexpr std::array<FinPart, 4> kFins = {{
+    {{0.93f, 0.055f, 0}, {1.10f, -0.02f, 0}, {1.26f, 0.33f, 0}},
+    {{0.93f, -0.055f, 0}, {1.10f, 0.02f, 0}, {1.26f, -0.33f, 0}},
+    {{0.26f, 0.19f, 0}, {0.82f, 0.10f, 0}, {0.58f, 0.39f, 0}},
+    {{0.44f, -0.21f, 0}, {0.70f, -0.13f, 0}, {0.66f, -0.37f, 0}},
 }};
 
 /// Where one fish of a cell swims. Offsets and lengths in world units, angles in degrees.
@@ -61,18 +58,26 @@ struct Swimmer {
 // The scene sets cells on a grid of 4 x 3, two units apart and five on one spot, and lets them
 // drift by two units a second to the right of a camera that comes nearer and looks straight ahead.
 // Where the mesh's own middle swims is out of its sight after half of the flight. So the mesh holds
-// four shoals behind each other, each of which crosses the picture later and nearer than the one
-// before, and each two grids that hide each other's regularity. All lie below the cell, whose top
-// row floats just above the surface.
-constexpr std::array<Swimmer, 8> kSwimmers = {{
-    {{-2.0f, -3.2f, -4.0f}, 1.36f, 9, 5},
-    {{2.9f, -4.3f, 2.6f}, 1.22f, -8, -6},
-    {{20.0f, -3.0f, 4.2f}, 1.48f, 6, 8},
-    {{24.7f, -4.4f, -3.8f}, 1.26f, -11, -4},
-    {{43.2f, -4.5f, -4.5f}, 1.34f, 7, 3},
-    {{46.7f, -3.3f, 3.6f}, 1.42f, -7, 6},
-    {{64.0f, -3.0f, 6.0f}, 1.30f, 8, -5},
-    {{67.3f, -4.1f, 1.2f}, 1.46f, -9, 4},
+// four shoals side by side, of which each crosses the picture at its own time and the last stays on
+// the left. Every swimmer appears twelve times on such a grid; what hides its regularity is that
+// the swimmers of a shoal are far apart in depth, so that perspective gives every grid another mesh
+// and another speed, and stand aside by as much as keeps the shoal together when it is seen best.
+// All lie below the cell, whose top row floats just above the surface.
+constexpr std::array<Swimmer, 14> kSwimmers = {{
+    {{30.6f, -3.1f, -7.0f}, 1.36f, 9, 5},
+    {{22.6f, -4.4f, 0.5f}, 1.24f, -8, -6},
+    {{16.2f, -2.7f, 8.0f}, 1.48f, 7, 6},
+    {{60.9f, -4.3f, -7.0f}, 1.34f, 7, 3},
+    {{62.1f, -2.8f, -2.0f}, 1.26f, -7, 6},
+    {{57.4f, -3.7f, 3.1f}, 1.46f, 10, -5},
+    {{59.3f, -3.2f, 8.2f}, 1.40f, -9, 4},
+    {{75.4f, -3.4f, -3.0f}, 1.32f, 8, -5},
+    {{72.6f, -4.5f, 0.8f}, 1.46f, -9, 4},
+    {{76.2f, -2.9f, 4.6f}, 1.28f, 5, 7},
+    {{71.0f, -4.0f, 9.4f}, 1.52f, -6, -3},
+    {{89.6f, -3.9f, -7.0f}, 1.30f, 9, 4},
+    {{100.5f, -2.8f, 0.6f}, 1.44f, -8, -6},
+    {{107.2f, -4.4f, 8.2f}, 1.48f, 7, 5},
 }};
 constexpr float kMeshUnits = 10; // mesh units in a world unit: the scene scales by 0.1
 
@@ -89,8 +94,10 @@ Vec3 Turned(Vec3 p, const Swimmer& swimmer) {
 
 const std::vector<FishSection>& FishSections() {
     static const std::vector<FishSection> sections = {
-        {0.00f, -0.02f, -0.02f},  {0.14f, 0.155f, -0.155f}, {0.40f, 0.255f, -0.255f},
-        {0.68f, 0.165f, -0.150f}, {0.97f, 0.050f, -0.050f},
+        {0.00f, -0.02f, -0.02f},
+        {0.19f, 0.195f, -0.190f},
+        {0.52f, 0.240f, -0.235f},
+        {0.97f, 0.050f, -0.050f},
     };
     return sections;
 }

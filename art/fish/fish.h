@@ -25,8 +25,8 @@ inline constexpr Vec2 kSkinHigh = {1.29f, 0.41f};
 /// Triangles of one fish of body length 1, swimming towards -x, with skin coordinates.
 std::vector<MeshVertex> OneFish();
 
-/// The mesh of one cell of the school: eight fish of different sizes in four shoals, one behind the
-/// other, in tenths of a world unit as the scene scales it.
+/// The mesh of one cell of the school: fourteen fish of different sizes in four shoals, side by
+/// side, in tenths of a world unit as the scene scales it.
 MeshFile FishMesh();
 
 } // namespace Art

@@ -64,6 +64,8 @@ public:
 private:
     Vec3 Direct(const Texel& texel) const;
     Vec3 Sun(const Texel& texel, Vec3 from, Vec2 shift) const;
+    /// What one ray to a point of the lamp brings; `jitter` is within -0.5..0.5 each way.
+    Vec3 Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitter) const;
     Vec3 Lamps(const Texel& texel, Vec3 from, unsigned id) const;
     Vec3 Gather(const Texel& texel, int rays, unsigned pass, float& inside) const;
     Vec3 Leaving(const Hit& hit) const;
@@ -133,9 +135,25 @@ Vec3 Bake::Sun(const Texel& texel, Vec3 from, Vec2 shift) const {
                                    static_cast<float>(open) / static_cast<float>(count) / kPi);
 }
 
+Vec3 Bake::Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitter) const {
+    const Vec3 way = lamp.position - from + jitter * lamp.radius;
+    const float squared = std::max({Dot(way, way), lamp.radius * lamp.radius, 0.01f});
+    const float distance = Length(way);
+    const float facing = Dot(texel.normal, way) / std::max(distance, 1e-6f);
+    if (facing <= 0)
+        return {};
+    // The lamp's own glass and lid stand around its middle and must not shade it.
+    if (rays->Blocked(from, way / distance, distance - 2.8f * lamp.radius))
+        return {};
+    return lamp.intensity * (facing / squared / kPi);
+}
+
 Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
     // A lamp whose light would be weaker than this is not traced.
     constexpr float kNegligible = 0.0008f;
+    // Within so many of its radii a lamp is so big that one ray to it leaves the wall speckled.
+    constexpr float kNear = 8;
+    constexpr unsigned kNearRays = 16;
     Vec3 sum;
     for (size_t i = 0; i < scene.lamps.size(); ++i) {
         const PointLight& lamp = scene.lamps[i];
@@ -143,18 +161,13 @@ Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
         const float brightest = std::max({lamp.intensity.x, lamp.intensity.y, lamp.intensity.z});
         if (brightest < kNegligible * kPi * Dot(middle, middle))
             continue;
-        const auto n = static_cast<unsigned>(i);
-        const Vec3 jitter{HashUnit(id, n, 1) - 0.5f, HashUnit(id, n, 2) - 0.5f,
-                          HashUnit(id, n, 3) - 0.5f};
-        const Vec3 way = middle + jitter * lamp.radius;
-        const float squared = std::max(Dot(way, way), 0.01f);
-        const float distance = std::sqrt(squared);
-        const float facing = Dot(texel.normal, way) / distance;
-        if (facing <= 0)
-            continue;
-        // The lamp's own glass stands around its middle and must not shade it.
-        if (!rays->Blocked(from, way / distance, distance - 2.2f * lamp.radius))
-            sum += lamp.intensity * (facing / squared / kPi);
+        const unsigned count = Length(middle) < kNear * lamp.radius ? kNearRays : 1;
+        for (unsigned r = 0; r < count; ++r) {
+            const unsigned n = static_cast<unsigned>(i) + r * 4096;
+            const Vec3 jitter{HashUnit(id, n, 1) - 0.5f, HashUnit(id, n, 2) - 0.5f,
+                              HashUnit(id, n, 3) - 0.5f};
+            sum += Lamp(texel, from, lamp, jitter) / static_cast<float>(count);
+        }
     }
     return sum;
 }

@@ -75,6 +75,9 @@ bool RayTracer::Closest(Vec3 origin, Vec3 direction, float reach, Hit& hit) cons
 }
 
 bool RayTracer::Blocked(Vec3 origin, Vec3 direction, float reach) const {
+    // Embree answers with a negative reach, so it must not be asked with one.
+    if (reach <= 0)
+        return false;
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     RTCRay ray = MakeRay(origin, direction, reach);

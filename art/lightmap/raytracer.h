@@ -27,7 +27,7 @@ public:
 
     /// The nearest triangle from `origin` along unit `direction` closer than `reach`.
     bool Closest(Vec3 origin, Vec3 direction, float reach, Hit& hit) const;
-    /// Whether anything lies closer than `reach`.
+    /// Whether anything lies closer than `reach`; nothing does when that is zero or less.
     bool Blocked(Vec3 origin, Vec3 direction, float reach) const;
 
 private:

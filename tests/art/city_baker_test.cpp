@@ -161,6 +161,25 @@ TEST(Baker, A_lamp_weakens_with_the_square_of_its_distance) {
     }
 }
 
+TEST(Baker, A_lamp_right_beside_a_wall_lights_it) {
+    // 0.2 over the floor, so within its own glass. A point of it is 0.15 to 0.25 high and at most
+    // 0.07 aside: pi / pi * cos / d^2 lies between 0.96 / 0.26^2 = 14 and 1 / 0.15^2 = 45.
+    BakeScene scene = EmptyScene();
+    AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, kFloor);
+    scene.lamps.push_back({{0, 0.2f, 0}, {kPi, 0, 0}, 0.1f});
+    const float light = Mean(BakeLight(scene, Fine()), kFloor).x;
+    EXPECT_GT(light, 14);
+    EXPECT_LT(light, 45);
+}
+
+TEST(Baker, Nothing_stands_in_the_way_of_a_ray_without_length) {
+    const RayTracer rays({{-5, -5, 1}, {5, -5, 1}, {0, 5, 1}});
+    EXPECT_TRUE(rays.Blocked({}, {0, 0, 1}, 2));
+    EXPECT_FALSE(rays.Blocked({}, {0, 0, 1}, 0.5f));
+    EXPECT_FALSE(rays.Blocked({}, {0, 0, 1}, 0));
+    EXPECT_FALSE(rays.Blocked({}, {0, 0, 1}, -0.1f));
+}
+
 TEST(Baker, A_veil_dims_what_it_covers) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, -3, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);

@@ -2,13 +2,16 @@
 #include "art/fish/fishskin.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-constexpr int fishInMesh = 8;
+constexpr int fishInMesh = 14;
+constexpr std::array<size_t, 5> shoals = {0, 3, 7, 11,
+                                          fishInMesh}; // first fish of each, and the end
 
 const std::string fishFolder = NIMBREL_SOURCE_DIR "/Data/Gfx/Fish/";
 
@@ -118,6 +121,32 @@ TEST(NatureFish, Has_no_two_fish_of_a_cell_on_one_spot) {
             const Art::Vec3 b = FishNumber(j)[0].position;
             EXPECT_GT(Art::Length(a - b), 30) << "fish " << i << " and " << j;
         }
+}
+
+TEST(NatureFish, Shows_no_two_grids_of_one_mesh_in_a_shoal) {
+    // Twelve copies of a fish stand on a grid of 2 units. Where it is 2 units deeper than
+    // another's, at most 50 before the camera, its grid looks at least 4 % narrower.
+    for (size_t shoal = 0; shoal + 1 < shoals.size(); ++shoal)
+        for (size_t i = shoals[shoal]; i < shoals[shoal + 1]; ++i)
+            for (size_t j = i + 1; j < shoals[shoal + 1]; ++j) {
+                const float apart = FishNumber(i)[0].position.z - FishNumber(j)[0].position.z;
+                EXPECT_GT(std::abs(apart), 20) << "fish " << i << " and " << j;
+            }
+}
+
+TEST(NatureFish, Swims_on_both_sides_of_the_picture) {
+    // At 36 s the first column of cells is 72 to the right of the camera, which stands 20.6 before
+    // them: 50 * (1 - (36 - 27.824) / 13.912).
+    int left = 0;
+    int right = 0;
+    for (size_t i = 0; i < fishInMesh; ++i) {
+        const Art::Vec3 at = FishNumber(i)[0].position * 0.1f;
+        const float aside = (72 - at.x) / (20.6f + at.z);
+        left += aside > -2.217f && aside < -0.5f ? 1 : 0;
+        right += aside < 2.217f && aside > 0.5f ? 1 : 0;
+    }
+    EXPECT_GE(left, 3);
+    EXPECT_GE(right, 3);
 }
 
 TEST(NatureFish, Has_a_shoal_in_view_at_every_moment_of_the_flight) {
