@@ -1,4 +1,4 @@
-# Shared by ./play, ./movie, ./test and ./art/make: packages, display, build. Sourced, never run.
+# Shared by ./play, ./movie, ./test, ./art/make and bench/: packages, display, build. Sourced, never run.
 # The caller has already changed into the repository's root.
 
 # What Debian 12 must have installed, by purpose.
@@ -75,6 +75,14 @@ configure() {
         mv "build-$preset.log" "build/$preset/configure.log"
         printf '%s' "$*" >"$stamp"
     fi
+}
+
+# build_release TARGET...: in the configured folder; what the build says is shown only when it fails.
+build_release() {
+    cmake --build build/release --target "$@" >build/release/build.log 2>&1 || {
+        cat build/release/build.log >&2
+        die "Building failed."
+    }
 }
 
 # start_display: when no display answers, starts a virtual one, exports DISPLAY and returns 0;

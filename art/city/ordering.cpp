@@ -1,22 +1,16 @@
 #include "art/city/ordering.h"
 
 #include "art/city/flights.h"
+#include "art/city/sightlines.h"
 #include "art/common/noise.h"
 #include "art/common/progress.h"
-#include "art/lightmap/raytracer.h"
 
 namespace Art {
 
 namespace {
 
-constexpr float kFar = 1000;
 // How far off its surface a ray starts.
 constexpr float kLift = 0.004f;
-
-Vec3 TriangleNormal(const std::vector<Vec3>& corners, int triangle) {
-    const Vec3* c = &corners[static_cast<size_t>(triangle) * 3];
-    return Cross(c[1] - c[0], c[2] - c[0]);
-}
 
 /// A point inside a random triangle of the polygons.
 Vec3 PointOn(const Surface& surface, Random& random) {
@@ -41,16 +35,15 @@ Vec3 DirectionOver(Vec3 normal, Random& random) {
     return Normalize(sphere + normal * 1.01f);
 }
 
-bool IsOpen(const Surface& surface, const RayTracer& rays, const std::vector<Vec3>& corners,
-            Random& random) {
+bool IsOpen(const Surface& surface, const SightLines& lines, Random& random) {
     constexpr int kTries = 160;
     for (int i = 0; i < kTries; ++i) {
         const Vec3 point = PointOn(surface, random);
         const Vec3 direction = DirectionOver(surface.Normal(), random);
         Hit hit;
-        if (!rays.Closest(point, direction, kFar, hit))
+        if (!lines.Closest(point, direction, hit))
             return true;
-        if (Dot(TriangleNormal(corners, hit.triangle), direction) < 0 && hit.distance > 0.02f)
+        if (lines.Faces(hit.triangle, direction) && hit.distance > 0.02f)
             return true;
     }
     return false;
@@ -58,29 +51,12 @@ bool IsOpen(const Surface& surface, const RayTracer& rays, const std::vector<Vec
 
 } // namespace
 
-std::vector<Vec3> Corners(const std::vector<Surface>& surfaces, std::vector<int>& owner) {
-    std::vector<Vec3> corners;
-    owner.clear();
-    for (size_t s = 0; s < surfaces.size(); ++s) {
-        for (const auto& polygon : surfaces[s].polygons) {
-            for (size_t i = 2; i < polygon.size(); ++i) {
-                for (const Vec2 p : {polygon[0], polygon[i - 1], polygon[i]})
-                    corners.push_back(surfaces[s].World(p));
-                owner.push_back(static_cast<int>(s));
-            }
-        }
-    }
-    return corners;
-}
-
 std::vector<bool> FindOpenSurfaces(const std::vector<Surface>& surfaces) {
-    std::vector<int> owner;
-    const std::vector<Vec3> corners = Corners(surfaces, owner);
-    const RayTracer rays(corners);
+    const SightLines lines(surfaces);
     std::vector<bool> open(surfaces.size());
     for (size_t i = 0; i < surfaces.size(); ++i) {
         Random random(static_cast<unsigned>(i));
-        open[i] = IsOpen(surfaces[i], rays, corners, random);
+        open[i] = IsOpen(surfaces[i], lines, random);
     }
     return open;
 }
@@ -99,42 +75,25 @@ struct Crossing {
 /// The surfaces that face the eye along a ray, near first, at most this many.
 constexpr size_t kDeepest = 10;
 
-struct Tracer {
-    const RayTracer& rays;
-    const std::vector<Vec3>& corners;
-    const std::vector<int>& owner;
-
-    void Collect(Vec3 from, Vec3 direction, float reach, float start,
-                 std::vector<Crossing>& found) const {
-        constexpr float kStep = 0.002f;
-        float way = 0;
-        Hit hit;
-        while (found.size() < kDeepest &&
-               rays.Closest(from + direction * way, direction, reach - way, hit)) {
-            way += hit.distance + kStep;
-            const int surface = owner[hit.triangle];
-            const bool faces = Dot(TriangleNormal(corners, hit.triangle), direction) < 0;
-            if (faces && (found.empty() || found.back().surface != surface))
+/// What lies along a picture ray; the mirror image in the water is another picture, so it comes as
+/// a list of its own.
+void FollowRay(const SightLines& lines, const Eye& eye, Vec3 direction, std::vector<Crossing>& seen,
+               std::vector<Crossing>& mirrored) {
+    const auto collect = [](std::vector<Crossing>& found, float start) {
+        return [&found, start](int surface, float way) {
+            if (found.empty() || found.back().surface != surface)
                 found.push_back({surface, start + way});
-        }
-    }
-
-    /// What lies along a picture ray; the mirror image in the water is another picture, so
-    /// it comes as a list of its own.
-    void Follow(const Eye& eye, Vec3 direction, std::vector<Crossing>& seen,
-                std::vector<Crossing>& mirrored) const {
-        seen.clear();
-        mirrored.clear();
-        const float height = eye.position.y - eye.waterHeight;
-        const bool meetsWater = height > 0 && direction.y < 0;
-        const float toWater = meetsWater ? height / -direction.y : kFar;
-        Collect(eye.position, direction, toWater, 0, seen);
-        if (!meetsWater)
-            return;
-        const Vec3 point = eye.position + direction * toWater + Vec3{0, 0.001f, 0};
-        Collect(point, {direction.x, -direction.y, direction.z}, kFar, toWater, mirrored);
-    }
-};
+            return found.size() < kDeepest;
+        };
+    };
+    seen.clear();
+    mirrored.clear();
+    const bool meetsWater = eye.position.y > eye.waterHeight && direction.y < 0;
+    const float toWater = meetsWater ? SightLines::ToWater(eye, direction) : SightLines::kFar;
+    lines.Follow(eye.position, direction, toWater, collect(seen, 0));
+    if (meetsWater)
+        lines.FollowMirrored(eye, direction, toWater, collect(mirrored, toWater));
+}
 
 /// Notes what is first on a ray (when nothing else is before the water) and who hides whom.
 void NoteRay(const std::vector<Crossing>& crossings, bool first, std::vector<Sight>& sights) {
@@ -173,10 +132,7 @@ void NoteNearest(const Eye& eye, const std::vector<Surface>& surfaces, std::vect
 } // namespace
 
 std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
-    std::vector<int> owner;
-    const std::vector<Vec3> corners = Corners(surfaces, owner);
-    const RayTracer rays(corners);
-    const Tracer tracer{rays, corners, owner};
+    const SightLines lines(surfaces);
     std::vector<Crossing> seen;
     std::vector<Crossing> mirrored;
     std::vector<Sight> sights(surfaces.size());
@@ -193,7 +149,7 @@ std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
                 const int row = i / kAcross;
                 const float x = (static_cast<float>(i % kAcross) + dx) / kAcross * 2 - 1;
                 const float y = (static_cast<float>(row) + dy) / kUp * 2 - 1;
-                tracer.Follow(eye, RayThrough(eye, x, y), seen, mirrored);
+                FollowRay(lines, eye, RayThrough(eye, x, y), seen, mirrored);
                 NoteRay(seen, true, sights);
                 NoteRay(mirrored, seen.empty(), sights);
             }
@@ -201,7 +157,7 @@ std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
         }
     }
     for (Sight& sight : sights)
-        sight.distance = sight.rays > 0 ? sight.distance / sight.rays : kFar;
+        sight.distance = sight.rays > 0 ? sight.distance / sight.rays : SightLines::kFar;
     return sights;
 }
 

@@ -26,7 +26,4 @@ struct Sight {
 /// all surfaces that face the eye.
 std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces);
 
-/// Corners of all triangles of the surfaces and, for each triangle, its surface.
-std::vector<Vec3> Corners(const std::vector<Surface>& surfaces, std::vector<int>& owner);
-
 } // namespace Art

@@ -1,10 +1,9 @@
 #include "art/city/views.h"
 
 #include "art/city/flights.h"
-#include "art/city/ordering.h"
+#include "art/city/sightlines.h"
 #include "art/common/noise.h"
 #include "art/common/progress.h"
-#include "art/lightmap/raytracer.h"
 
 namespace Art {
 
@@ -16,69 +15,60 @@ constexpr int kUp = 89;
 // ... from this many eyes of each flight.
 constexpr int kEyesPerFlight = 56;
 
-constexpr float kFar = 1000;
-
 // How far the waves bend the mirror image, in half pictures.
 constexpr float kBend = 0.04f;
 
-struct Viewer {
-    const RayTracer& rays;
-    const std::vector<Vec3>& corners;
-    const std::vector<int>& owner;
+bool IsBelow(const Eye& eye) {
+    return eye.position.y < eye.waterHeight;
+}
 
-    /// The first surface that faces the ray, or -1.
-    int First(Vec3 from, Vec3 direction, float reach) const {
-        constexpr float kStep = 0.002f;
-        float way = 0;
-        Hit hit;
-        while (rays.Closest(from + direction * way, direction, reach - way, hit)) {
-            const Vec3* c = &corners[static_cast<size_t>(hit.triangle) * 3];
-            if (Dot(Cross(c[1] - c[0], c[2] - c[0]), direction) < 0)
-                return owner[hit.triangle];
-            way += hit.distance + kStep;
-        }
-        return -1;
-    }
+/// Keeps the first surface that is met.
+auto Keep(int& first) {
+    return [&first](int surface, float) {
+        first = surface;
+        return false;
+    };
+}
 
-    /// Way along the ray to the water, or kFar.
-    static float ToWater(const Eye& eye, Vec3 direction) {
-        const float height = eye.position.y - eye.waterHeight;
-        return height * direction.y < 0 ? -height / direction.y : kFar;
-    }
+/// The first surface that faces the eye's ray, or -1.
+int First(const SightLines& lines, const Eye& eye, Vec3 direction, float reach) {
+    int first = -1;
+    lines.Follow(eye.position, direction, reach, Keep(first));
+    return first;
+}
 
-    /// What the water shows in this direction: from above the world turned over, from below
-    /// what stands beyond.
-    int Mirrored(const Eye& eye, Vec3 direction) const {
-        if (eye.position.y < eye.waterHeight)
-            return First(eye.position, direction, kFar);
-        const float way = ToWater(eye, direction);
-        if (way >= kFar)
-            return -1;
-        const Vec3 point = eye.position + direction * way + Vec3{0, 0.001f, 0};
-        return First(point, {direction.x, -direction.y, direction.z}, kFar);
-    }
-};
+/// What the water shows in this direction: from above the world turned over, from below what
+/// stands beyond.
+int Mirrored(const SightLines& lines, const Eye& eye, Vec3 direction) {
+    if (IsBelow(eye))
+        return First(lines, eye, direction, SightLines::kFar);
+    const float way = SightLines::ToWater(eye, direction);
+    int first = -1;
+    if (way < SightLines::kFar)
+        lines.FollowMirrored(eye, direction, way, Keep(first));
+    return first;
+}
 
 using Views = std::vector<unsigned>;
 
-void NoteRay(const Viewer& viewer, const Eye& eye, ViewBits bits, Vec2 at, Random& random,
+void NoteRay(const SightLines& lines, const Eye& eye, ViewBits bits, Vec2 at, Random& random,
              Views& views) {
     const Vec3 direction = RayThrough(eye, at.x, at.y);
-    const float toWater = Viewer::ToWater(eye, direction);
-    const bool below = eye.position.y < eye.waterHeight;
-    const int plain = viewer.First(eye.position, direction, below ? kFar : toWater);
+    const float toWater = SightLines::ToWater(eye, direction);
+    const bool below = IsBelow(eye);
+    const int plain = First(lines, eye, direction, below ? SightLines::kFar : toWater);
     if (plain >= 0)
         views[plain] |= 1u << bits.plain;
-    if (toWater >= kFar || (plain >= 0 && !below))
+    if (toWater >= SightLines::kFar || (plain >= 0 && !below))
         return;
     const float x = at.x + random.Range(-kBend, kBend);
     const float y = at.y + random.Range(-kBend, kBend);
-    const int mirrored = viewer.Mirrored(eye, RayThrough(eye, x, y));
+    const int mirrored = Mirrored(lines, eye, RayThrough(eye, x, y));
     if (mirrored >= 0)
         views[mirrored] |= 1u << bits.mirror;
 }
 
-Views ViewsOfEye(const Viewer& viewer, const Eye& eye, ViewBits bits, unsigned seed,
+Views ViewsOfEye(const SightLines& lines, const Eye& eye, ViewBits bits, unsigned seed,
                  size_t surfaces) {
     Views views(surfaces);
     Random random(seed);
@@ -86,7 +76,7 @@ Views ViewsOfEye(const Viewer& viewer, const Eye& eye, ViewBits bits, unsigned s
         const int row = i / kAcross;
         const float x = (static_cast<float>(i % kAcross) + random.Unit()) / kAcross * 2 - 1;
         const float y = (static_cast<float>(row) + random.Unit()) / kUp * 2 - 1;
-        NoteRay(viewer, eye, bits, {x, y}, random, views);
+        NoteRay(lines, eye, bits, {x, y}, random, views);
     }
     return views;
 }
@@ -102,10 +92,7 @@ const std::vector<ViewBits>& BitsOfFlights() {
 }
 
 std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
-    std::vector<int> owner;
-    const std::vector<Vec3> corners = Corners(surfaces, owner);
-    const RayTracer rays(corners);
-    const Viewer viewer{rays, corners, owner};
+    const SightLines lines(surfaces);
     const int eyes = static_cast<int>(Flights().size()) * kEyesPerFlight;
     std::vector<Views> ofEyes(static_cast<size_t>(eyes));
     Progress progress("what each flight shows", eyes);
@@ -114,7 +101,7 @@ std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
         // The first and the last eye are those of the flight's ends.
         const float t = static_cast<float>(i % kEyesPerFlight) / (kEyesPerFlight - 1);
         ofEyes[static_cast<size_t>(i)] =
-            ViewsOfEye(viewer, EyeAt(Flights()[flight], t), BitsOfFlights()[flight],
+            ViewsOfEye(lines, EyeAt(Flights()[flight], t), BitsOfFlights()[flight],
                        static_cast<unsigned>(i), surfaces.size());
         progress.Add(1);
     });

@@ -1,7 +1,7 @@
 #include "art/city/flights.h"
 #include "art/city/houses.h"
-#include "art/city/ordering.h"
 #include "art/city/plan.h"
+#include "art/city/sightlines.h"
 #include "art/city/waterfront.h"
 #include "art/lightmap/raytracer.h"
 
