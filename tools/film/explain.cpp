@@ -26,13 +26,13 @@ void CheckTime(double time) {
 
 } // namespace
 
-void Explain(const Rate& rate, double time, const std::string& outPath) {
+void Explain(const Rate& rate, double time, const std::string& outPath, Measured measured) {
     CheckTime(time);
     const NewFile file(outPath);
     std::ofstream page(file.Path()); // before the work: a wrong path is told at once
     if (!page)
         RefusePath(outPath);
-    page << PageOf(TakeApart(rate, rate.FrameAt(time)));
+    page << PageOf(TakeApart(rate, rate.FrameAt(time)), measured);
     page.close();
     if (!page)
         RefusePath(outPath);

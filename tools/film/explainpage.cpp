@@ -87,12 +87,15 @@ std::string TotalsInWords(const Story& story) {
     const int draws = Total<int>(story, [](const Pass& pass) { return int(pass.draws.size()); });
     return Grouped(Total<int>(story, Vertices)) + " vertices, " +
            Grouped(Total<int>(story, Triangles)) + " triangles in " + Grouped(draws) +
-           " calls and " + std::to_string(story.passes.size()) + " passes, " +
-           Fixed(Total<double>(story, [](const Pass& pass) { return pass.milliseconds; }), 1) +
+           " calls and " + std::to_string(story.passes.size()) + " passes";
+}
+
+std::string TotalTime(const Story& story) {
+    return Fixed(Total<double>(story, [](const Pass& pass) { return pass.milliseconds; }), 1) +
            " ms";
 }
 
-std::string Facts(const Story& story) {
+std::string Facts(const Story& story, Measured measured) {
     // A float, as the demo keeps it: it decides at a cut.
     const Timeline::Segment segment = Timeline::SegmentAt(float(story.time));
     Table table({"", ""});
@@ -106,37 +109,54 @@ std::string Facts(const Story& story) {
     table.Row({"Music", "lowest band of the spectrum " + Number(story.lowestBand)});
     table.Row({"Effects", Escape(LevelsInWords(story))});
     table.Row({"In all", TotalsInWords(story)});
-    table.Row({"Drawn by", Escape(story.renderer)});
-    return table.Html();
-}
-
-std::string PassTable(const Story& story, const Shots& shots) {
-    Table table({"#", "pass", "", "target", "#size", "#calls", "#vertices", "#triangles", "#ms"});
-    for (size_t i = 0; i < story.passes.size(); ++i) {
-        const Pass& pass = story.passes[i];
-        table.Row({std::to_string(i + 1), LinkTo(PassId(i), Escape(pass.name)), shots.SmallPass(i),
-                   Escape(pass.target), Size(pass.width, pass.height),
-                   Grouped(int(pass.draws.size())), Grouped(Vertices(pass)),
-                   Grouped(Triangles(pass)), Fixed(pass.milliseconds, 2)});
+    if (measured == Measured::shown) {
+        table.Row({"Drawn in", TotalTime(story)});
+        table.Row({"Drawn by", Escape(story.renderer)});
     }
     return table.Html();
 }
 
-std::string Overview(const Story& story, const Shots& shots) {
+std::string PassTable(const Story& story, const Shots& shots, Measured measured) {
+    std::vector<std::string> heads = {"#",     "pass",   "",          "target",
+                                      "#size", "#calls", "#vertices", "#triangles"};
+    if (measured == Measured::shown)
+        heads.emplace_back("#ms");
+    Table table(heads);
+    for (size_t i = 0; i < story.passes.size(); ++i) {
+        const Pass& pass = story.passes[i];
+        std::vector<std::string> cells = {std::to_string(i + 1),
+                                          LinkTo(PassId(i), Escape(pass.name)),
+                                          shots.SmallPass(i),
+                                          Escape(pass.target),
+                                          Size(pass.width, pass.height),
+                                          Grouped(int(pass.draws.size())),
+                                          Grouped(Vertices(pass)),
+                                          Grouped(Triangles(pass))};
+        if (measured == Measured::shown)
+            cells.push_back(Fixed(pass.milliseconds, 2));
+        table.Row(cells);
+    }
+    return table.Html();
+}
+
+std::string HowItWasMeasured() {
+    return Element("p",
+                   "Milliseconds: from glFinish() before a pass's first call to glFinish() "
+                   "after its last, so passes do not overlap as they do in the show. The "
+                   "frames just before were drawn as well, so that nothing is used for the "
+                   "first time.",
+                   "class=\"faint\"");
+}
+
+std::string Overview(const Story& story, const Shots& shots, Measured measured) {
     return "<section>" + Element("h2", "The passes, and what each reads") +
            Element("div", FlowDiagram(story.passes), "class=\"wide\"") +
            Element("p",
                    "A dot: the pass writes this target. A ring: it reads it. The bar lies "
                    "there for as long as what was written is still read.",
                    "class=\"faint\"") +
-           PassTable(story, shots) +
-           Element("p",
-                   "Milliseconds: from glFinish() before a pass's first call to glFinish() "
-                   "after its last, so passes do not overlap as they do in the show. The "
-                   "frames just before were drawn as well, so that nothing is used for the "
-                   "first time.",
-                   "class=\"faint\"") +
-           "</section>\n";
+           PassTable(story, shots, measured) +
+           (measured == Measured::shown ? HowItWasMeasured() : "") + "</section>\n";
 }
 
 // ---------------------------------------------------------------------------------------- a pass
@@ -222,20 +242,20 @@ std::string DrawsOf(const Pass& pass) {
                                   table.Html());
 }
 
-std::string CostOf(const Pass& pass) {
+std::string CostOf(const Pass& pass, Measured measured) {
     return Grouped(int(pass.draws.size())) + (pass.draws.size() == 1 ? " call, " : " calls, ") +
-           Grouped(Vertices(pass)) + " vertices, " + Grouped(Triangles(pass)) + " triangles, " +
-           Fixed(pass.milliseconds, 2) + " ms";
+           Grouped(Vertices(pass)) + " vertices, " + Grouped(Triangles(pass)) + " triangles" +
+           (measured == Measured::shown ? ", " + Fixed(pass.milliseconds, 2) + " ms" : "");
 }
 
-std::string Section(const Story& story, size_t index, const Shots& shots) {
+std::string Section(const Story& story, size_t index, const Shots& shots, Measured measured) {
     const Pass& pass = story.passes[index];
     const std::string title =
         std::to_string(index + 1) + ". " + Escape(pass.name) + " " +
         Element("small", "→ " + Escape(pass.target) + ", " + Size(pass.width, pass.height));
     return Element("section",
                    Element("h2", title) + "\n" + Element("p", Escape(PurposeOf(pass.name))) +
-                       shots.PassFigures(index) + Element("p", CostOf(pass)) +
+                       shots.PassFigures(index) + Element("p", CostOf(pass, measured)) +
                        ReadsOf(pass, shots) + StateOf(pass) + UniformsOf(pass) + DrawsOf(pass),
                    "id=\"" + PassId(index) + "\"") +
            "\n";
@@ -243,13 +263,13 @@ std::string Section(const Story& story, size_t index, const Shots& shots) {
 
 } // namespace
 
-std::string PageOf(const Story& story) {
+std::string PageOf(const Story& story, Measured measured) {
     const Shots shots(story);
     const std::string title = "Nimbrel at " + Fixed(story.time, 3) + " s, pass by pass";
-    std::string body =
-        Element("h1", title) + "\n" + shots.Final() + Facts(story) + Overview(story, shots);
+    std::string body = Element("h1", title) + "\n" + shots.Final() + Facts(story, measured) +
+                       Overview(story, shots, measured);
     for (size_t i = 0; i < story.passes.size(); ++i)
-        body += Section(story, i, shots);
+        body += Section(story, i, shots, measured);
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n"
            "<meta name=\"viewport\" content=\"width=device-width\"/>\n" +
            Element("title", title) + "\n" + Element("style", StyleSheet() + shots.Style()) +

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/film/explain.h"
 #include "tools/film/explainstory.h"
 
 #include <string>
@@ -7,6 +8,6 @@
 namespace Film {
 
 /// The page that tells the story: HTML 5 that is well-formed XML too, with everything in it.
-std::string PageOf(const Story& story);
+std::string PageOf(const Story& story, Measured measured);
 
 } // namespace Film

@@ -40,9 +40,9 @@ struct Option {
 };
 
 const Option options[] = {
-    {"--fps", true},   {"--scale", true},      {"--start", true},
-    {"--end", true},   {"--jobs", true},       {"--lossless", false},
-    {"--every", true}, {"--references", true}, {"--renew", false},
+    {"--fps", true},    {"--scale", true},     {"--start", true}, {"--end", true},
+    {"--jobs", true},   {"--lossless", false}, {"--every", true}, {"--references", true},
+    {"--renew", false}, {"--times", false},
 };
 
 /// A number within bounds, which are told when it is not.
@@ -125,7 +125,7 @@ int RunAt(const Wish& wish) {
 
 int RunExplain(const Wish& wish) {
     Explain(RateOf(wish), Number("--explain", wish.words[0], 0.0, lastMoment),
-            OutPath(wish, 1, {".html"}));
+            OutPath(wish, 1, {".html"}), wish.Has("--times") ? Measured::shown : Measured::leftOut);
     return EXIT_SUCCESS;
 }
 
@@ -156,7 +156,7 @@ const std::vector<Mode> modes = {
     {"film", 1, 1, RunFilm, {"--fps", "--scale", "--start", "--end", "--lossless", "--jobs"}},
     {"--sheet", 1, 1, RunSheet, {"--fps", "--start", "--end", "--every", "--jobs"}},
     {"--at", 2, 2, RunAt, {"--fps"}},
-    {"--explain", 2, 2, RunExplain, {"--fps"}},
+    {"--explain", 2, 2, RunExplain, {"--fps", "--times"}},
     {"--join", 2, 1000, RunJoin, {}},
     {"--verify", 0, 1, RunVerify, {"--references", "--renew"}},
 };
