@@ -3,6 +3,7 @@
 #include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
 #include "tests/support/virtual_display.h"
+#include "tools/preload/preload.h"
 
 #include <gtest/gtest.h>
 
@@ -45,7 +46,8 @@ protected:
     /// Starts the program; `probe` adds the probe's own variables.
     void Start(Environment probe = {}) {
         probe.insert({{"DISPLAY", display->Name()},
-                      {"LD_PRELOAD", NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so"},
+                      {"LD_PRELOAD",
+                       Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so")},
                       {"NIMBREL_PROBE_REPORT", reportFile},
                       {"ALSA_CONFIG_PATH", "/dev/null"},
                       {"ASAN_OPTIONS", Extended("ASAN_OPTIONS", "verify_asan_link_order=0")},
@@ -109,7 +111,7 @@ protected:
 
 private:
     static constexpr const char* suppressions =
-        "print_suppressions=0:suppressions=" NIMBREL_SOURCE_DIR "/tests/support/lsan.supp";
+        "print_suppressions=0:suppressions='" NIMBREL_SOURCE_DIR "/tests/support/lsan.supp'";
 
     static std::string Extended(const char* variable, const std::string& addition) {
         const char* value = std::getenv(variable);

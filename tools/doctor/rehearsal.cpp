@@ -1,5 +1,7 @@
 #include "tools/doctor/rehearsal.h"
 
+#include "tools/preload/preload.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -51,7 +53,8 @@ void Prepend(const char* variable, const std::string& text) {
 }
 
 void SetUp(const Programs& programs, double seconds, const Scratch& scratch) {
-    Prepend("LD_PRELOAD", programs.fastForward.string() + ':' + programs.probe.string());
+    Prepend("LD_PRELOAD",
+            Tools::Preloadable(programs.fastForward) + ':' + Tools::Preloadable(programs.probe));
     setenv("NIMBREL_FAST_FORWARD", std::to_string(showSeconds / seconds).c_str(), 1);
     setenv("NIMBREL_PROBE_FRAMES", scratch.File(framesFile).c_str(), 1);
     setenv("NIMBREL_PROBE_REPORT", scratch.File(reportFile).c_str(), 1);
