@@ -35,10 +35,8 @@ const std::string logFoot = "    </table>\n</body>\n</html>\n";
 class Play : public ::testing::Test {
 protected:
     void SetUp() override {
-        fs::create_directory("packaging");
         fs::copy(NIMBREL_SOURCE_DIR "/play", "play");
-        fs::copy(NIMBREL_SOURCE_DIR "/packaging/common.sh", "packaging/common.sh");
-        WriteFile("build/release/build.ninja", "");
+        fs::copy(NIMBREL_SOURCE_DIR "/packaging", "packaging");
         WriteScript("bin/cmake", "echo \"$*\" >>cmake.txt");
         WriteScript(doctor, "echo the doctor is here");
     }
@@ -93,7 +91,25 @@ TEST_F(Play, Calls_the_doctor_when_there_is_no_log) {
     WriteScript(demo, "exit 1");
     const Outcome outcome = Run();
     EXPECT_EQ(outcome.exitStatus, 1);
+    EXPECT_THAT(outcome.output, HasSubstr("Vell_log.html: the demo wrote none."));
     EXPECT_THAT(outcome.output, HasSubstr("the doctor is here"));
+}
+
+TEST_F(Play, Takes_an_earlier_page_for_no_sign_of_this_run_and_leaves_it_alone) {
+    const std::string earlier = LogPage("ERROR") + logFoot;
+    WriteFile("Vell_log.html", earlier);
+    WriteScript(demo, "exit 0"); // though it has not played
+    const Outcome outcome = Run();
+    EXPECT_EQ(outcome.exitStatus, 0);
+    EXPECT_THAT(outcome.output, HasSubstr("Vell_log.html: the demo wrote none."));
+    EXPECT_THAT(outcome.output, HasSubstr("the doctor is here"));
+    EXPECT_EQ(ReadFile("Vell_log.html"), earlier);
+}
+
+TEST_F(Play, Reads_the_page_that_takes_the_place_of_an_earlier_one) {
+    WriteFile("Vell_log.html", LogPage("ERROR") + logFoot);
+    WriteDemo(LogPage("LOADED") + logFoot, 0);
+    EXPECT_THAT(Run().output, HasSubstr("Vell_log.html: no row says ERROR."));
 }
 
 TEST_F(Play, Says_so_when_the_doctor_cannot_be_built) {
@@ -109,9 +125,9 @@ TEST_F(Play, Has_the_doctor_name_the_file_that_the_demo_missed) {
     MakeDemoData();
     fs::remove("Data/Gfx/water.jpg");
     // The real demo, its time moved on by three seconds a frame, and the real doctor.
-    WriteScript(demo, "exec env LD_PRELOAD=" NIMBREL_BINARY_DIR
-                      "/tools/capture/libnimbrel_probe.so NIMBREL_PROBE_STEP=3 " NIMBREL_BINARY_DIR
-                      "/demo/nimbrel");
+    WriteScript(demo, "exec 9<'" NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so'\n"
+                      "export LD_PRELOAD=/proc/self/fd/9 NIMBREL_PROBE_STEP=3\n"
+                      "exec '" NIMBREL_BINARY_DIR "/demo/nimbrel'");
     fs::remove(doctor);
     fs::create_symlink(NIMBREL_BINARY_DIR "/tools/doctor/nimbrel_doctor", doctor);
     const Outcome outcome = Run({{"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}});

@@ -1,0 +1,56 @@
+# shellcheck shell=bash
+# A display to draw on. Sourced by common.sh.
+
+virtual_display= # its process, once there is one
+
+# start_display: when no display answers, starts a virtual one, exports DISPLAY and returns 0;
+# returns 1 when the display at hand was kept. The virtual display ends with this script.
+start_display() {
+    if [ -n "${DISPLAY:-}" ] && display_answers; then
+        return 1
+    fi
+    local folder
+    folder=$(mktemp -d)
+    # In a session of its own, since Ctrl-C shall end it only after what draws there; but however
+    # this script ends, by SIGKILL even, it does not stay behind.
+    setsid setpriv --pdeathsig TERM Xvfb -displayfd 3 -screen 0 1280x1024x24 +extension GLX \
+        -nolisten tcp -noreset </dev/null 3>"$folder/display" 2>"$folder/log" &
+    virtual_display=$!
+    await_display "$folder"
+    DISPLAY=:$(cat "$folder/display")
+    export DISPLAY
+    rm -rf "$folder"
+    return 0
+}
+
+# await_display FOLDER: until the server has written its number there.
+await_display() {
+    local tries=0
+    until [ -s "$1/display" ]; do
+        tries=$((tries + 1))
+        if ! kill -0 "$virtual_display" 2>/dev/null || [ "$tries" -gt 200 ]; then
+            cat "$1/log" >&2
+            rm -rf "$1"
+            die "The virtual display (Xvfb) did not start."
+        fi
+        sleep 0.05
+    done
+}
+
+stop_display() {
+    [ -n "$virtual_display" ] || return 0
+    kill "$virtual_display" 2>/dev/null || true
+    wait "$virtual_display" 2>/dev/null || true
+}
+
+# Whether an X server listens where DISPLAY says (a socket here, or a host that we cannot probe).
+display_answers() {
+    case "$DISPLAY" in
+        :*)
+            local number=${DISPLAY#:}
+            number=${number%%.*}
+            [ -S "/tmp/.X11-unix/X$number" ] && grep -q "@*/tmp/.X11-unix/X$number\$" /proc/net/unix
+            ;;
+        *) true ;;
+    esac
+}

@@ -1,0 +1,71 @@
+# shellcheck shell=bash disable=SC2034  # the lists are for the scripts
+# What must be installed, on Debian 12. Sourced by common.sh.
+
+# By purpose; a script names those that it needs.
+packages_play="g++ cmake ninja-build pkgconf libsdl1.2-dev libgl-dev libglu1-mesa-dev
+    libgl1-mesa-dri libjpeg62-turbo-dev libpng-dev libmpg123-dev libasound2-dev
+    libkissfft-dev libx11-dev xvfb"
+packages_movie="ffmpeg"
+packages_art="libembree-dev libmp3lame-dev"
+packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git"
+packages_format="clang-format"
+packages_style="shellcheck"
+packages_tidy="clang-tidy"
+packages_coverage="g++ gcovr"
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        die "Installing packages needs root, and there is no sudo here. As root, run: $*"
+    fi
+}
+
+# missing_packages NAME...: prints those that are not installed.
+missing_packages() {
+    local name
+    local installed
+    installed=" $(dpkg-query -W -f='${binary:Package}=${db:Status-Abbrev} ' "$@" 2>/dev/null |
+        sed 's/:[a-z0-9]*=/=/g') "
+    for name in "$@"; do
+        case "$installed" in
+            *" $name=ii "*) ;;
+            *) printf '%s ' "$name" ;;
+        esac
+    done
+}
+
+# apt_get WORD...: runs it as root, quietly. While another program holds one of apt's locks, on its
+# lists, its archive or dpkg, that program is waited for.
+apt_get() {
+    local complaint
+    local told=
+    until { complaint=$(as_root env LC_ALL=C DEBIAN_FRONTEND=noninteractive \
+        apt-get -qq "$@" 2>&1 >&3); } 3>&2; do
+        case "$complaint" in
+            *"Could not get lock"*) ;;
+            *) say "$complaint"; return 1 ;;
+        esac
+        [ -n "$told" ] || say "Another program is installing packages: waiting for it to finish."
+        told=yes
+        sleep 1
+    done
+}
+
+# need_packages NAME...: installs what is missing; quick when nothing is.
+need_packages() {
+    command -v dpkg-query >/dev/null || {
+        say "This is not a Debian system: I take it that these packages' like are installed:" "$@"
+        return 0
+    }
+    local missing
+    missing=$(missing_packages "$@")
+    [ -n "$missing" ] || return 0
+    say "Installing: $missing"
+    # shellcheck disable=SC2086  # a list of names, one argument each
+    if ! apt_get update || ! apt_get install -y --no-install-recommends $missing; then
+        die "Could not install: $missing"
+    fi
+}
