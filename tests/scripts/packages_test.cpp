@@ -1,0 +1,114 @@
+// What the scripts install: only what is missing of what they need, as root, and when nobody else
+// is installing something.
+
+#include "tests/scripts/script_stage.h"
+
+#include <gmock/gmock.h>
+
+namespace fs = std::filesystem;
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+// What apt-get says when another program works on packages: on its lists, and on those of dpkg.
+const char* const listsHeld =
+    "E: Could not get lock /var/lib/apt/lists/lock. It is held by process 4711 (apt-get)";
+const char* const dpkgHeld = "E: Could not get lock /var/lib/dpkg/lock-frontend. It is held by "
+                             "process 4711 (unattended-upgr)";
+
+class Packages : public ScriptStage {
+protected:
+    Packages() {
+        StandIn("id", "echo 0");
+        StandIn("apt-get");
+        WriteScript("build/release/demo/nimbrel", "echo '</html>' >Vell_log.html");
+    }
+
+    /// A machine where all is installed but these.
+    void Missing(const std::string& names) {
+        StandIn("dpkg-query", "shift 2; for name; do case ' " + names +
+                                  " ' in *\" $name \"*) ;; *) printf '%s:amd64=ii  ' $name;; esac; "
+                                  "done");
+    }
+
+    /// An apt-get that finds the locks held the first few times that it is called.
+    void HoldLocks() {
+        StandIn("apt-get", "case \"$(grep -c apt-get '" + calls.string() + "') $*\" in\n" +
+                               "1*update) echo '" + listsHeld + "' >&2; exit 100 ;;\n" +
+                               "3*install*) echo '" + dpkgHeld + "' >&2; exit 100 ;;\nesac");
+    }
+
+    /// ./play as far as packages go: the demo is a stand-in, and so is what it draws on.
+    Outcome Play() {
+        StandIn("Xvfb", "echo 0 >&3; exec sleep 100");
+        return Run("play");
+    }
+};
+
+} // namespace
+
+TEST_F(Packages, Are_not_touched_when_all_are_there) {
+    Missing("");
+    Play();
+    EXPECT_NE(Calls("dpkg-query"), "");
+    EXPECT_EQ(Calls("apt-get"), "");
+}
+
+TEST_F(Packages, Are_installed_when_they_are_missing_and_no_others) {
+    Missing("xvfb cmake ffmpeg");
+    const Outcome end = Play();
+    EXPECT_THAT(end.complaint, HasSubstr("Installing: cmake xvfb \n"));
+    EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
+                                "apt-get -qq install -y --no-install-recommends cmake xvfb\n");
+}
+
+TEST_F(Packages, Wait_for_another_program_that_installs_some) {
+    Missing("xvfb");
+    HoldLocks();
+    const Outcome end = Play();
+    const std::string word = "Another program is installing packages: waiting for it to finish.\n";
+    EXPECT_THAT(end.complaint, AllOf(HasSubstr(word), Not(HasSubstr("E: Could not get lock"))));
+    EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
+                                "apt-get -qq update\n"
+                                "apt-get -qq install -y --no-install-recommends xvfb\n"
+                                "apt-get -qq install -y --no-install-recommends xvfb\n");
+    EXPECT_NE(Calls("cmake"), "") << "and then it went on";
+}
+
+TEST_F(Packages, Stop_the_script_when_they_cannot_be_had) {
+    Missing("xvfb");
+    StandIn("apt-get", "echo 'E: Unable to locate package xvfb' >&2; exit 100");
+    const Outcome end = Play();
+    EXPECT_EQ(end.exitStatus, 1);
+    EXPECT_THAT(end.complaint,
+                HasSubstr("E: Unable to locate package xvfb\nCould not install: xvfb \n"));
+    EXPECT_EQ(Calls("cmake"), "");
+}
+
+TEST_F(Packages, Are_installed_by_sudo_for_those_who_are_not_root) {
+    Missing("xvfb");
+    StandIn("id", "echo 1000");
+    StandIn("sudo");
+    Play();
+    EXPECT_THAT(Calls(), HasSubstr("sudo env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq "
+                                   "install -y --no-install-recommends xvfb\n"));
+}
+
+TEST_F(Packages, Of_the_format_and_the_style_are_few_and_neither_draws) {
+    const struct {
+        const char* part;
+        const char* package;
+    } cases[] = {{"format", "clang-format"}, {"style", "shellcheck"}};
+    StandIn("Xvfb");
+    for (const auto& [part, package] : cases) {
+        Missing(std::string("libembree-dev libgtest-dev xvfb cmake ") + package);
+        StandIn(package);
+        const Outcome end = Run("test", {part});
+        EXPECT_THAT(end.complaint, HasSubstr(std::string("Installing: ") + package + " \n"));
+        EXPECT_THAT(end.complaint, HasSubstr(std::string("== 1/1 ") + part));
+        EXPECT_EQ(Calls("Xvfb"), "");
+    }
+}
