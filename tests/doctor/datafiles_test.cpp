@@ -184,6 +184,7 @@ protected:
     void SetUp() override {
         fs::create_directories("tools/doctor");
         fs::copy(NIMBREL_SOURCE_DIR "/tools/doctor/sums", "tools/doctor/sums");
+        fs::copy(NIMBREL_SOURCE_DIR "/packaging", "packaging");
         WriteFile("Data/b", "abc");
         WriteFile("Data/Gfx/a", "");
     }
