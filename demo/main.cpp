@@ -23,14 +23,18 @@ constexpr unsigned int streamMode =
 } // namespace
 
 int main() {
-    // No result of SDL or FMOD is examined: without a sound device the demo plays on silently.
+    // No result of SDL or FMOD is examined: without a sound device the demo plays on silently, and
+    // without a window it is InitEngine() that finds no OpenGL.
     SDL_Init(SDL_INIT_VIDEO);
     SDL_SetVideoMode(width, height, 32, SDL_HWSURFACE | SDL_OPENGL | SDL_ASYNCBLIT);
     SDL_ShowCursor(SDL_DISABLE);
     SDL_WM_SetCaption("Halvorn :: Nimbrel", nullptr);
 
     Vell::Clock frameClock;
-    Vell::InitEngine(Vell::ivec2(width, height));
+    if (!Vell::InitEngine(Vell::ivec2(width, height))) {
+        SDL_Quit(); // without OpenGL there is nothing to show, and the log says so
+        return 0;
+    }
 
     FMOD_SYSTEM* system = nullptr;
     FMOD_SOUND* sound = nullptr;

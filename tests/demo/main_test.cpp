@@ -224,11 +224,21 @@ TEST_F(Main, Examines_the_last_event_again_when_none_is_pending) {
     EXPECT_EQ(Count("Draw"), 2);
 }
 
-TEST_F(Main, Does_not_care_that_start_up_steps_report_failure) {
-    // SDL_Init, SDL_SetVideoMode and InitEngine all report failure on this stage.
+TEST_F(Main, Does_not_care_that_SDL_reports_failure) {
+    // SDL_Init and SDL_SetVideoMode do so on this stage.
     EXPECT_EQ(PlayNimbrel(), 0);
     EXPECT_THAT(stage.calls, Contains("Load"));
     EXPECT_EQ(Count("Draw"), allFrames);
+}
+
+// The engine is the one that is asked whether there is OpenGL: no sound, no scene and no frame then.
+TEST_F(Main, Ends_in_order_at_once_when_the_engine_does_not_start) {
+    stage.engineResult = false;
+    EXPECT_EQ(PlayNimbrel(), 0);
+    EXPECT_THAT(stage.calls,
+                ElementsAre("SDL_Init 32", "SDL_SetVideoMode 960 89 32 7", "SDL_ShowCursor 0",
+                            "SDL_WM_SetCaption Halvorn :: Nimbrel null", "InitEngine 960 89",
+                            "SDL_Quit"));
 }
 
 TEST_F(Main, Plays_to_its_end_without_sound_when_every_FMOD_call_fails) {
