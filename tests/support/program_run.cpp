@@ -31,10 +31,13 @@ void Redirect(const char* file, int descriptor) {
     close(opened);
 }
 
-[[noreturn]] void Become(const std::vector<std::string>& command, const Environment& added) {
+[[noreturn]] void Become(const std::vector<std::string>& command, const Environment& added,
+                         const std::vector<std::string>& removed) {
     prctl(PR_SET_PDEATHSIG, SIGKILL); // does not outlive a test that crashes
     for (const auto& [name, value] : added)
         setenv(name.c_str(), value.c_str(), 1);
+    for (const std::string& name : removed)
+        unsetenv(name.c_str());
     Redirect(outputFile, STDOUT_FILENO);
     Redirect(complaintFile, STDERR_FILENO);
     std::vector<char*> arguments;
@@ -48,13 +51,14 @@ void Redirect(const char* file, int descriptor) {
 
 } // namespace
 
-ProgramRun::ProgramRun(const std::vector<std::string>& command, const Environment& added)
+ProgramRun::ProgramRun(const std::vector<std::string>& command, const Environment& added,
+                       const std::vector<std::string>& removed)
     : start(Now()) {
     process = fork();
     if (process < 0)
         throw std::runtime_error("cannot start " + command.front());
     if (process == 0)
-        Become(command, added);
+        Become(command, added, removed);
 }
 
 ProgramRun::~ProgramRun() {

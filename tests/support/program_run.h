@@ -23,7 +23,9 @@ using Environment = std::map<std::string, std::string>;
 /// "stdout.txt" and "stderr.txt" there. Killed by the destructor when still running.
 class ProgramRun {
 public:
-    ProgramRun(const std::vector<std::string>& command, const Environment& added);
+    /// `removed` are variables that the program does not get, wherever they are from.
+    ProgramRun(const std::vector<std::string>& command, const Environment& added,
+               const std::vector<std::string>& removed = {});
     ~ProgramRun();
     ProgramRun(const ProgramRun&) = delete;
     ProgramRun& operator=(const ProgramRun&) = delete;

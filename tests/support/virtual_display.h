@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -8,8 +9,9 @@
 /// Started by the constructor, ended by the destructor.
 class VirtualDisplay {
 public:
+    /// `changes` are options of Xvfb that overrule the usual ones: {"-extension", "GLX"}.
     /// Throws std::runtime_error when Xvfb does not start.
-    VirtualDisplay();
+    explicit VirtualDisplay(const std::vector<std::string>& changes = {});
     ~VirtualDisplay();
     VirtualDisplay(const VirtualDisplay&) = delete;
     VirtualDisplay& operator=(const VirtualDisplay&) = delete;

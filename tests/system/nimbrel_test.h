@@ -43,18 +43,24 @@ protected:
     /// Puts a link "Data" to the real assets into the scratch directory.
     static void LinkData() { std::filesystem::create_directory_symlink(RealData(), "Data"); }
 
-    /// Starts the program; `probe` adds the probe's own variables.
+    /// Starts the program on the display; `probe` adds the probe's own variables.
     void Start(Environment probe = {}) {
-        probe.insert({{"DISPLAY", display->Name()},
-                      {"LD_PRELOAD",
-                       Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so")},
-                      {"NIMBREL_PROBE_REPORT", reportFile},
-                      {"ALSA_CONFIG_PATH", "/dev/null"},
-                      {"ASAN_OPTIONS", Extended("ASAN_OPTIONS", "verify_asan_link_order=0")},
-                      {"LSAN_OPTIONS",
-                       std::getenv("LSAN_OPTIONS") ? std::getenv("LSAN_OPTIONS") : suppressions}});
+        probe.insert({"DISPLAY", display->Name()});
+        StartAnywhere(probe);
+    }
+
+    /// Starts the program with these variables more and those fewer, DISPLAY among either.
+    void StartAnywhere(Environment surroundings, const std::vector<std::string>& removed = {}) {
+        surroundings.insert(
+            {{"LD_PRELOAD",
+              Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so")},
+             {"NIMBREL_PROBE_REPORT", reportFile},
+             {"ALSA_CONFIG_PATH", "/dev/null"},
+             {"ASAN_OPTIONS", Extended("ASAN_OPTIONS", "verify_asan_link_order=0")},
+             {"LSAN_OPTIONS",
+              std::getenv("LSAN_OPTIONS") ? std::getenv("LSAN_OPTIONS") : suppressions}});
         run = std::make_unique<ProgramRun>(
-            std::vector<std::string>{NIMBREL_BINARY_DIR "/demo/nimbrel"}, probe);
+            std::vector<std::string>{NIMBREL_BINARY_DIR "/demo/nimbrel"}, surroundings, removed);
     }
 
     /// Starts it with time moving `step` seconds a frame.
