@@ -157,6 +157,8 @@ TEST_F(FrustumTest, Sees_boxes_that_no_single_plane_shuts_out) {
         {"below it", vec3(-1, -22, -6), vec3(1, -20, -4), false},
         {"above it", vec3(-1, 20, -6), vec3(1, 22, -4), false},
         {"behind the far plane", vec3(-1, -1, -30), vec3(1, 1, -11), false},
+        {"between the eye and the near plane", vec3(-0.1f, -0.1f, -0.9f), vec3(0.1f, 0.1f, -0.5f),
+         false},
         {"behind the eye", vec3(-1, -1, 1), vec3(1, 1, 3), false},
     };
     for (const BoxCase& c : cases)
@@ -164,14 +166,19 @@ TEST_F(FrustumTest, Sees_boxes_that_no_single_plane_shuts_out) {
 }
 
 TEST_F(FrustumTest, Sees_a_box_by_any_one_of_its_eight_corners) {
-    frustum.MakePlane(); // the cube from -1 to 1
     for (int corner = 0; corner < 8; ++corner) {
-        // A box of edge 2 whose corner `corner` alone reaches 0.5 deep into the cube.
-        const vec3 side((corner & 1) != 0 ? -1.0f : 1.0f, (corner & 2) != 0 ? -1.0f : 1.0f,
-                        (corner & 4) != 0 ? -1.0f : 1.0f);
-        const vec3 center = side * 1.5f;
+        const vec3 side((corner & 1) != 0 ? 1.0f : -1.0f, (corner & 2) != 0 ? 1.0f : -1.0f,
+                        (corner & 4) != 0 ? 1.0f : -1.0f);
+        // The right plane cuts off corners: its inside is side . p > -1. The others are far away.
+        const GLfloat view[16] = {-side.x, 0, 0,    0, -side.y, 0.1f, 0, 0,
+                                  -side.z, 0, 0.1f, 0, 0,       0,    0, 1};
+        glLoadMatrixf(view);
+        frustum.MakePlane();
+        // Edges of 2 around -side: this corner lies on the origin, inside; its neighbours lie two
+        // units off along one axis, at side . p = -2, and the rest farther out.
+        const vec3 center = side * -1.0f;
         EXPECT_TRUE(frustum.BBoxIn(center - vec3(1), center + vec3(1))) << "corner " << corner;
-        const vec3 apart = side * 2.5f;
+        const vec3 apart = side * -2.0f; // the corner lies on -side: side . p = -3
         EXPECT_FALSE(frustum.BBoxIn(apart - vec3(1), apart + vec3(1))) << "corner " << corner;
     }
 }

@@ -123,30 +123,50 @@ TEST(Matrix, Turns_x_toward_z_about_y_against_the_sense_of_the_other_axes) {
 }
 
 TEST(Matrix, Stores_sine_and_cosine_rounded_from_double_in_four_places) {
-    const float s = static_cast<float>(std::sin(0.5));
-    const float c = static_cast<float>(std::cos(0.5));
-    struct Case {
-        void (Matrix::*rotate)(float);
-        std::vector<float> expected;
+    struct Angle {
+        float radians, sine, cosine;
     };
-    const Case cases[] = {
-        {&Matrix::RotateX, {1, 0, 0, 0, 0, c, -s, 0, 0, s, c, 0, 0, 0, 0, 1}},
-        {&Matrix::RotateY, {c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1}},
-        {&Matrix::RotateZ, {c, -s, 0, 0, s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}},
+    // Taken in floats, the cosine of 10.5 and the sine of 34 come out as a neighbour of the float
+    // that is nearest to the true value, which is written here.
+    const Angle angles[] = {
+        {0.5f, 0.479425538604f, 0.877582561890f},
+        {10.5f, -0.879695759972f, -0.475536927996f},
+        {34.0f, 0.529082686120f, -0.848570274785f},
     };
-    for (const Case& turn : cases) {
-        Matrix matrix;
-        (matrix.*turn.rotate)(0.5f);
-        EXPECT_THAT(Elements(matrix), ElementsAreArray(turn.expected));
+    for (const auto& [angle, s, c] : angles) {
+        struct {
+            void (Matrix::*rotate)(float);
+            std::vector<float> expected;
+        } const turns[] = {
+            {&Matrix::RotateX, {1, 0, 0, 0, 0, c, -s, 0, 0, s, c, 0, 0, 0, 0, 1}},
+            {&Matrix::RotateY, {c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1}},
+            {&Matrix::RotateZ, {c, -s, 0, 0, s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}},
+        };
+        for (const auto& turn : turns) {
+            Matrix matrix;
+            (matrix.*turn.rotate)(angle);
+            EXPECT_THAT(Elements(matrix), ElementsAreArray(turn.expected)) << angle;
+        }
     }
 }
 
 TEST(Matrix, Applies_a_later_turn_first) {
-    // this * R: the point is turned about x (y -> z) before it is moved.
-    Matrix matrix;
-    matrix.Translate(vec3(10, 0, 0));
-    matrix.RotateX(quarterTurn);
-    ExpectNear(matrix * vec3(0, 1, 0), vec3(10, 0, 1));
+    // this * R: the point is turned before it is moved, so the way it is moved is not turned.
+    struct Case {
+        void (Matrix::*rotate)(float);
+        vec3 point, moved;
+    };
+    const Case cases[] = {
+        {&Matrix::RotateX, vec3(0, 1, 0), vec3(4, 5, 7)}, // y to z
+        {&Matrix::RotateY, vec3(1, 0, 0), vec3(4, 5, 7)}, // x to z
+        {&Matrix::RotateZ, vec3(1, 0, 0), vec3(4, 6, 6)}, // x to y
+    };
+    for (const Case& c : cases) {
+        Matrix matrix;
+        matrix.Translate(vec3(4, 5, 6));
+        (matrix.*c.rotate)(quarterTurn);
+        ExpectNear(matrix * c.point, c.moved);
+    }
 }
 
 TEST(Matrix, Multiplies_rows_by_columns) {
@@ -163,10 +183,13 @@ TEST(Matrix, Multiplies_rows_by_columns) {
 }
 
 TEST(Matrix, Multiplies_itself_in_place) {
-    Matrix matrix;
-    matrix.Scale(vec3(2, 3, 4));
+    // Row (a, b, c, d) times the columns of 1 .. 16: with s = a + b + c + d and
+    // t = 4 (b + 2 c + 3 d), column j gives s (j + 1) + t. Rows: s = 10, 26, 42, 58 and
+    // t = 80, 176, 272, 368.
+    Matrix matrix = Counting();
     matrix *= matrix;
-    const float expected[] = {4, 0, 0, 0, 0, 9, 0, 0, 0, 0, 16, 0, 0, 0, 0, 1};
+    const float expected[] = {90,  100, 110, 120, 202, 228, 254, 280,
+                              314, 356, 398, 440, 426, 484, 542, 600};
     EXPECT_THAT(Elements(matrix), ElementsAreArray(expected));
 }
 

@@ -49,6 +49,13 @@ TEST(Plane, Has_its_inside_where_the_normal_points_and_never_on_itself) {
     EXPECT_FALSE(plane.PointIn(vec3(7, 1.999f, -9)));
 }
 
+TEST(Plane, Tells_its_sides_apart_where_a_float_sum_cannot) {
+    // 1 + 2^-30 - 1: in floats the 2^-30 is lost beside the 1.
+    const Plane plane(vec3(1, 1, 0), -1);
+    EXPECT_TRUE(plane.PointIn(vec3(1, 0x1p-30f, 0)));
+    EXPECT_FALSE(plane.PointIn(vec3(1, -0x1p-30f, 0)));
+}
+
 TEST(Plane, Divides_distance_and_normal_by_the_length_of_the_normal) {
     Plane plane(vec3(0, 3, 4), 10);
     plane.Normalize();
@@ -67,14 +74,28 @@ TEST(Plane, Keeps_a_zero_normal_and_divides_d_by_zero_when_normalised) {
     EXPECT_TRUE(std::isnan(empty.Get().w));
 }
 
-TEST(Plane, Takes_its_normal_from_a_triangle_by_the_in_place_cross_product) {
-    // normal = p3 - p1 = (0, 1, 0), crossed in place with p2 - p1 = (0, 0, 1):
-    // x = 1 * 1 - 0 * 0 = 1, y = 0 * 0 - 1 * 1 = -1, z = 1 * 0 - (-1) * 0 = 0.
-    // Normalised by root 2; d = -((1 * 3 - 1 * 1) / root 2) = -root 2 for p1 = (3, 1, 5).
+TEST(Plane, Takes_its_normal_from_a_triangle_by_the_in_place_cross_product_and_d_from_its_p1) {
     const float half = static_cast<float>(std::sqrt(0.5));
-    Plane plane;
-    EXPECT_EQ(&plane.SetFromTri(vec3(3, 1, 5), vec3(3, 1, 6), vec3(3, 2, 5)), &plane);
-    ExpectNear(plane.Get(), vec4(half, -half, 0, static_cast<float>(-std::sqrt(2.0))));
+    const float third = static_cast<float>(std::sqrt(1.0 / 3.0));
+    struct Case {
+        vec3 p2;
+        vec4 plane;
+    };
+    // p1 = (3, 1, 5); normal = p3 - p1 = (0, 1, 0), crossed in place with p2 - p1.
+    const Case cases[] = {
+        // With (0, 0, 1): x = 1 * 1 - 0 * 0 = 1, y = 0 * 0 - 1 * 1 = -1, z = 1 * 0 - (-1) * 0 = 0.
+        // Normalised by root 2; d = -(3 - 1) / root 2 = -2 half.
+        {vec3(3, 1, 6), vec4(half, -half, 0, -2 * half)},
+        // With (1, 0, 1): x = 1 * 1 - 0 * 0 = 1, y = 0 * 1 - 1 * 1 = -1, z = 1 * 0 - (-1) * 1 = 1.
+        // Normalised by root 3; d = -(3 - 1 + 5) / root 3. This plane misses the other two points:
+        // p2 would give 4 - 1 + 6 = 9, p3 3 - 2 + 5 = 6.
+        {vec3(4, 1, 6), vec4(third, -third, third, -7 * third)},
+    };
+    for (const Case& c : cases) {
+        Plane plane;
+        EXPECT_EQ(&plane.SetFromTri(vec3(3, 1, 5), c.p2, vec3(3, 2, 5)), &plane);
+        ExpectNear(plane.Get(), c.plane);
+    }
 }
 
 TEST(Plane, Has_a_zero_normal_for_a_triangle_that_the_in_place_product_makes_vanish) {
