@@ -178,6 +178,28 @@ TEST_F(SceneNodeTest, Draws_shadows_with_the_mesh_s_shadow_pass) {
     EXPECT_FLOAT_EQ(square.under[3], 2.0f);
 }
 
+TEST_F(SceneNodeTest, Leaves_it_to_its_mesh_to_be_hidden_and_to_cast_no_shadow) {
+    square.SetShow(false);
+    EXPECT_TRUE(node.Draw());
+    EXPECT_TRUE(node.DrawShadow());
+    EXPECT_EQ(square.drawn, 1);
+    EXPECT_EQ(square.shadows, 1);
+}
+
+TEST_F(SceneNodeTest, Is_culled_exactly_where_its_box_ends) {
+    struct Case {
+        double left, right; // of the view
+        bool drawn;
+    };
+    // The square lies from x = 0 to 1.
+    const Case cases[] = {
+        {0.75, 4.0, true}, {1.0, 5.0, false}, {-4.0, 0.25, true}, {-4.0, 0.0, false}};
+    for (const Case& c : cases) {
+        LookAt(c.left, c.right);
+        EXPECT_EQ(node.Draw(), c.drawn) << "view from " << c.left << " to " << c.right;
+    }
+}
+
 TEST_F(SceneNodeTest, Is_culled_by_the_box_between_its_two_turned_corners_alone) {
     // A box of +-1 turned by 45 degrees reaches from x = -1.41 to 1.41, but its corners (-1, -1)
     // and (1, 1) both land on x = 0: with a view that begins at x = 0.5 the node is culled.
@@ -186,6 +208,30 @@ TEST_F(SceneNodeTest, Is_culled_by_the_box_between_its_two_turned_corners_alone)
     EXPECT_TRUE(node.Draw()) << "unturned, the box reaches x = 1";
     node.SetRotation(vec3(0.0f, 0.0f, pi / 4.0f));
     EXPECT_FALSE(node.Draw());
+}
+
+TEST_F(SceneNodeTest, Is_drawn_when_its_two_turned_corners_together_reach_into_the_view) {
+    // Turned by a quarter, the corners (-1, -1) and (1, 1) of the box land on (1, -1) and (-1, 1);
+    // by a quarter the other way round they change places.
+    struct Case {
+        const char* what;
+        double left, right;
+        float turn;
+    };
+    const Case cases[] = {
+        {"the smallest corner alone is in view", 0.5, 4.0, pi / 2.0f},
+        {"the largest corner alone is in view", 0.5, 4.0, -pi / 2.0f},
+        {"no corner is, the view lies between them", -0.5, 0.5, pi / 2.0f},
+    };
+    square.GetBBox()->Set(vec3(-1.0f, -1.0f, -1.0f), vec3(1.0f, 1.0f, 1.0f));
+    for (const Case& c : cases) {
+        LookAt(c.left, c.right);
+        SceneNode turned;
+        turned.SetMesh(&square);
+        turned.SetRotation(vec3(0.0f, 0.0f, c.turn));
+        EXPECT_TRUE(turned.Draw()) << c.what;
+        EXPECT_TRUE(turned.DrawShadow()) << c.what;
+    }
 }
 
 TEST_F(SceneNodeTest, Turns_by_a_full_turn_after_two_half_turns_since_rotations_accumulate) {
