@@ -99,10 +99,22 @@ TEST_F(CoreCalls, Field_of_view_and_ratio_rebuild_the_projection_only) {
     EXPECT_TRUE(Made(Projection("25", "1.5")));
 }
 
+TEST_F(CoreCalls, Each_view_setting_holds_until_it_is_set_itself) {
+    Vell::SetRatio(1.5f);
+    EXPECT_TRUE(Made(Projection("70", "1.5")));
+    Vell::SetFovy(59.5f); // not a whole number of degrees
+    EXPECT_TRUE(Made(Projection("59.5", "1.5")));
+    Vell::SetScreen(ivec2(1600, 600)); // which sets the ratio anew
+    EXPECT_TRUE(Made("glViewport(0, 0, 1600, 600)\n" + Projection("59.5", "2")));
+}
+
 TEST_F(CoreCalls, Start_up_sets_the_screen_and_fetches_the_six_groups_in_order) {
-    EXPECT_TRUE(Vell::InitEngine(ivec2(800, 600)));
-    EXPECT_TRUE(Made(StartUp(everyPointer)));
-    EXPECT_EQ(PointersSet(), everyPointer);
+    for (const char* const start : {"first", "second, on the same screen"}) {
+        SCOPED_TRACE(start);
+        EXPECT_TRUE(Vell::InitEngine(ivec2(800, 600)));
+        EXPECT_TRUE(Made(StartUp(everyPointer)));
+        EXPECT_EQ(PointersSet(), everyPointer);
+    }
 }
 
 TEST_F(CoreCalls, Start_up_stops_at_each_single_missing_entry_point) {
