@@ -1,6 +1,7 @@
 #include "engine/core/fbo.h"
 
 #include "engine/core/core.h"
+#include "engine/core/errorguard.h"
 
 namespace Vell {
 
@@ -29,13 +30,13 @@ void BindAndAllocateRenderbuffer(GLuint renderbuffer, const ivec2& size) {
     glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, GL_DEPTH_COMPONENT24, size.x, size.y);
 }
 
-/// Attaches `renderbuffer` as the depth of whatever framebuffer is bound.
+/// Attaches `renderbuffer` as the depth of whatever framebuffer is bound. With the screen bound the
+/// GL refuses this with GL_INVALID_OPERATION. That is expected here; a check later in the frame is
+/// not to stumble over it.
 void AttachToBoundFramebuffer(GLuint renderbuffer) {
+    const ErrorGuard guard;
     glFramebufferRenderbufferEXT(GL_FRAMEBUFFER_EXT, GL_DEPTH_ATTACHMENT_EXT, GL_RENDERBUFFER_EXT,
                                  renderbuffer);
-    // With the screen bound the GL refuses this with GL_INVALID_OPERATION. That is expected here;
-    // the error is taken back so that a check later in the frame does not stumble over it.
-    glGetError();
 }
 
 } // namespace

@@ -15,8 +15,8 @@ public:
     /// A target of 256 x 256 pixels. Leaves its depth texture and its renderbuffer bound.
     ///
     /// The renderbuffer is attached to whatever framebuffer is bound, which is intended: Enable()
-    /// attaches the target's own depth. On the screen the GL refuses that attachment, and the
-    /// constructor takes back the error it raises.
+    /// attaches the target's own depth. On the screen the GL refuses that attachment; no error of
+    /// it is left, and errors that were pending before still are.
     FBO();
     /// Deletes the textures, the framebuffer and the renderbuffer.
     ~FBO();

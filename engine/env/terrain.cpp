@@ -1,6 +1,7 @@
 #include "engine/env/terrain.h"
 
 #include "engine/core/GLExtensions.h"
+#include "engine/core/errorguard.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/textureunits.h"
 
@@ -81,6 +82,13 @@ void main()
     gl_FragColor = mix(gl_Fog.color, color, fogFactor);
 }
 )glsl";
+
+// OpenGL has no colour-index array of this type and refuses it. The array is never enabled, so the
+// call, which stays as it is on purpose, does no harm and is to leave no error.
+void PointAtNoIndices() {
+    const ErrorGuard guard;
+    glIndexPointer(GL_UNSIGNED_INT, 0, nullptr);
+}
 
 } // namespace
 
@@ -189,10 +197,7 @@ void Terrain::BindGrid() {
     // has more vertices, and a driver may read the array for each.
     glDisableClientState(GL_TEXTURE_COORD_ARRAY);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indexBuffers[0]);
-    // OpenGL has no colour-index array of this type and refuses it. The array is never enabled, so
-    // the call, which stays as it is on purpose, does no harm; its error is taken back here.
-    glIndexPointer(GL_UNSIGNED_INT, 0, nullptr);
-    glGetError();
+    PointAtNoIndices();
     glBindBuffer(GL_ARRAY_BUFFER, vertexBuffer);
     glVertexPointer(3, GL_FLOAT, 0, nullptr);
 }

@@ -55,7 +55,8 @@ public:
 
     /// Draws n x n strips on top of the view that is already loaded, n being the height map's width
     /// / 32 rounded down; a narrower height map draws nothing. The camera position is not used. The
-    /// vertex and texture-coordinate arrays are off afterwards.
+    /// vertex and texture-coordinate arrays are off afterwards. OpenGL errors that were pending
+    /// before are pending still, and none is added.
     void Draw(const vec3& cameraPosition);
 
 private:

@@ -198,11 +198,6 @@ TEST_F(FboTest, Leaves_its_depth_texture_and_renderbuffer_bound_when_made) {
     EXPECT_EQ(BoundRenderbuffer(GL_RENDERBUFFER_INTERNAL_FORMAT_EXT), GL_DEPTH_COMPONENT24);
 }
 
-TEST_F(FboTest, Leaves_no_error_behind_when_made_while_the_screen_is_bound) {
-    const FBO target;
-    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-}
-
 TEST_F(FboTest, Attaches_its_renderbuffer_to_the_framebuffer_that_is_bound_when_it_is_made) {
     FBO enabled;
     enabled.Enable();

@@ -1,112 +1,22 @@
+// The terrain's picture: heights, strips, light, fog, clipping.
+
 #include "engine/env/terrain.h"
 
-#include "engine/core/fast2dquad.h"
-#include "engine/math/vec2.h"
+#include "tests/env/terrain_stage.h"
 #include "tests/support/bound_program.h"
-#include "tests/support/buffers.h"
-#include "tests/support/gl_state.h"
-#include "tests/support/gl_test.h"
-#include "tests/support/log_page.h"
-#include "tests/support/pixels.h"
-#include "tests/support/shapes.h"
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <vector>
 
 #include <gmock/gmock.h>
 
 using ::testing::ElementsAre;
-using Vell::vec2;
-using Vell::vec3;
-
-namespace Vell {
-
-struct TerrainProbe {
-    static Shader& Program(Terrain& terrain) { return terrain.shader; }
-    static GLuint Vertices(const Terrain& terrain) { return terrain.vertexBuffer; }
-    static GLuint Indices(const Terrain& terrain, int i) { return terrain.indexBuffers[size_t(i)]; }
-};
-
-} // namespace Vell
-
-namespace {
-
 using Vell::Terrain;
 using Vell::TerrainProbe;
+using Vell::vec3;
 
-constexpr int size = 128;
-constexpr double eye = 100.0;   // height of the view from above
-constexpr double reach = 200.0; // of that view; its depth runs linearly over it
-
-// Writes a height map and gives its path. The engine asks for the height in red.
-std::string HeightMap(int width, int height, const std::function<int(int x, int y)>& red) {
-    std::string path = FreshName("height", ".png");
-    WritePicture(path, MakePicture(width, height, [&](int x, int y) {
-                     return Rgba{red(x, y), 0, 0, 255};
-                 }));
-    return path;
-}
-
-std::string Flat(int width, int red) {
-    return HeightMap(width, width, [red](int, int) { return red; });
-}
-
-std::string Ground(Rgba colour) {
-    std::string path = FreshName("ground", ".png");
-    WritePicture(path, Picture(4, 4, colour));
-    return path;
-}
-
-// Looks straight down at the square of `units` x `units` around (x, z): +x to the right, -z up,
-// depth (100 - y) / 200.
-void LookDownAt(double x, double z, double units) {
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glOrtho(-units / 2, units / 2, -units / 2, units / 2, 0.0, reach);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    gluLookAt(x, eye, z, x, 0.0, z, 0.0, 0.0, -1.0);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-}
-
-float DepthAt(int x, int y) {
-    float depth = 0.0f;
-    glReadPixels(x, y, 1, 1, GL_DEPTH_COMPONENT, GL_FLOAT, &depth);
-    return depth;
-}
-
-bool CoveredAt(Terrain& terrain, double x, double z) {
-    LookDownAt(x, z, 4.0);
-    terrain.Draw(vec3());
-    return DepthAt(size / 2, size / 2) < 1.0f;
-}
-
-Rgba CentreOfFirstTile(Terrain& terrain) {
-    LookDownAt(32.5, 36.5, 16.0);
-    terrain.Draw(vec3());
-    return ReadScreen(size, size).At(size / 2, size / 2);
-}
-
-} // namespace
-
-class TerrainTest : public GlTest {
-protected:
-    // Ready to draw; 100 in every channel, so that light shows up to a factor of 2.55.
-    void Prepare(Terrain& terrain, const std::string& heightMap) {
-        terrain.Load(heightMap);
-        terrain.SetTexture(Ground({100, 100, 100, 255}), 0);
-        terrain.SetScale(vec3(1.0f, 1.0f, 1.0f));
-    }
-
-    void BindAsDrawLeavesThem(Terrain& terrain) {
-        glActiveTexture(GL_TEXTURE1);
-        terrain.GetTexture(0).Bind();
-        glActiveTexture(GL_TEXTURE0);
-        terrain.GetHeightmap().Bind();
-    }
-};
+class TerrainTest : public TerrainStage {};
 
 TEST_F(TerrainTest, Program_links_without_a_warning_and_reads_units_0_and_1) {
     Terrain terrain(1);
@@ -116,63 +26,6 @@ TEST_F(TerrainTest, Program_links_without_a_warning_and_reads_units_0_and_1) {
     EXPECT_EQ(BoundUniformInt("texture0"), 1);
     EXPECT_THAT(BoundUniform("pos"), ElementsAre(0.0f, 0.0f, 0.0f, 0.0f)); // never sent
     TerrainProbe::Program(terrain).Disable();
-}
-
-TEST_F(TerrainTest, Grid_has_33_by_33_vertices_one_unit_apart) {
-    Terrain terrain(1);
-    const GLuint buffer = TerrainProbe::Vertices(terrain);
-    ASSERT_EQ(BufferSize(GL_ARRAY_BUFFER, buffer), 13068); // 33 * 33 * 3 * 4
-    const auto floats = BufferContent<float>(GL_ARRAY_BUFFER, buffer);
-    for (size_t i = 0; i < 33; ++i)
-        for (size_t j = 0; j < 33; ++j) {
-            const float* vertex = &floats[(i * 33 + j) * 3];
-            ASSERT_THAT(std::vector<float>(vertex, vertex + 3),
-                        ElementsAre(float(i), 0.0f, float(j)));
-        }
-}
-
-TEST_F(TerrainTest, Grid_has_32_by_32_cells_of_four_indices) {
-    Terrain terrain(1);
-    const GLuint buffer = TerrainProbe::Indices(terrain, 0);
-    ASSERT_EQ(BufferSize(GL_ELEMENT_ARRAY_BUFFER, buffer), 16384); // 32 * 32 * 4 * 4
-    const auto indices = BufferContent<GLuint>(GL_ELEMENT_ARRAY_BUFFER, buffer);
-    const auto cell = [&](size_t i) {
-        return std::vector<GLuint>(&indices[i * 4], &indices[i * 4] + 4);
-    };
-    EXPECT_THAT(cell(0), ElementsAre(0u, 33u, 34u, 1u));
-    EXPECT_THAT(cell(1), ElementsAre(1u, 34u, 35u, 2u));
-    EXPECT_THAT(cell(32), ElementsAre(33u, 66u, 67u, 34u));           // row 1
-    EXPECT_THAT(cell(1023), ElementsAre(1054u, 1087u, 1088u, 1055u)); // 31 * 33 + 31
-}
-
-TEST_F(TerrainTest, Makes_as_many_index_buffers_as_its_level_and_fills_the_first) {
-    Terrain terrain(3);
-    EXPECT_EQ(terrain.GetLevel(), 3);
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(BufferSize(GL_ELEMENT_ARRAY_BUFFER, TerrainProbe::Indices(terrain, i)),
-                  i == 0 ? 16384 : 0);
-}
-
-TEST_F(TerrainTest, Level_below_one_still_has_the_buffer_that_is_drawn) {
-    for (int level : {0, -5}) {
-        Terrain terrain(level);
-        EXPECT_EQ(terrain.GetLevel(), level);
-        Prepare(terrain, Flat(32, 10));
-        EXPECT_TRUE(CoveredAt(terrain, 32.5, 36.0));
-    }
-}
-
-TEST_F(TerrainTest, Deletes_its_buffers) {
-    const auto isBuffer = EntryPoint<PFNGLISBUFFERPROC>("glIsBuffer");
-    GLuint vertices = 0;
-    GLuint indices = 0;
-    {
-        Terrain terrain(2);
-        vertices = TerrainProbe::Vertices(terrain);
-        indices = TerrainProbe::Indices(terrain, 0);
-        ASSERT_TRUE(isBuffer(vertices) && isBuffer(indices));
-    }
-    EXPECT_FALSE(isBuffer(vertices) || isBuffer(indices));
 }
 
 TEST_F(TerrainTest, Height_is_red_in_steps_of_a_unit_from_minus_ten) {
@@ -228,46 +81,6 @@ TEST_F(TerrainTest, Every_tile_shows_the_same_part_of_the_height_map) {
     EXPECT_LT(depths[0], 1.0f);
     for (float depth : depths)
         EXPECT_NEAR(depth, depths[0], 1e-6f);
-}
-
-TEST_F(TerrainTest, Map_narrower_than_32_pixels_draws_nothing_but_keeps_the_state) {
-    Terrain terrain(1);
-    Prepare(terrain, Flat(31, 10));
-    BindAsDrawLeavesThem(terrain);
-    LookDownAt(36.0, 40.0, 64.0);
-    const GlState before = CaptureGlState();
-    terrain.Draw(vec3());
-    EXPECT_EQ(Differences(before, CaptureGlState()), "");
-    std::vector<float> depth(size_t(size) * size);
-    glReadPixels(0, 0, size, size, GL_DEPTH_COMPONENT, GL_FLOAT, depth.data());
-    EXPECT_THAT(depth, ::testing::Each(1.0f));
-}
-
-TEST_F(TerrainTest, Changes_no_state_but_what_is_bound_to_units_0_and_1) {
-    Terrain terrain(1);
-    Prepare(terrain, Flat(64, 10));
-    BindAsDrawLeavesThem(terrain);
-    const GlState before = CaptureGlState();
-    terrain.Draw(vec3(1, 2, 3));
-    EXPECT_EQ(Differences(before, CaptureGlState()), "");
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)); // of the refused index array type
-}
-
-TEST_F(TerrainTest, Does_not_read_the_coordinates_that_a_full_screen_pass_left_enabled) {
-    Terrain terrain(1);
-    Prepare(terrain, Flat(32, 10));
-    Vell::Fast2DQuad::GetInstance().Draw(vec2(1.0f)); // four vertices; the strip has up to 42
-    ASSERT_TRUE(glIsEnabled(GL_TEXTURE_COORD_ARRAY));
-    terrain.Draw(vec3());
-    EXPECT_FALSE(glIsEnabled(GL_TEXTURE_COORD_ARRAY));
-}
-
-TEST_F(TerrainTest, Without_a_scale_its_place_is_undefined_but_drawing_is_harmless) {
-    Terrain terrain(1);
-    terrain.Load(Flat(32, 10));
-    LookDownAt(32.5, 36.0, 16.0);
-    terrain.Draw(vec3()); // divides by zero in the shader
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
 TEST_F(TerrainTest, Light_comes_from_minus_x_and_above_unnormalised) {
@@ -372,28 +185,4 @@ TEST_F(TerrainTest, Any_scale_without_a_zero_gives_the_same_picture) {
     }
     EXPECT_GT(pictures[0].At(size / 2, size / 2).r, 0);
     EXPECT_TRUE(Matches(pictures[1], pictures[0]));
-}
-
-TEST_F(TerrainTest, Logs_loaded_whatever_the_picture_did_and_free_at_the_end) {
-    const std::string missing = FreshName("missing", ".png");
-    const LogWatch log;
-    {
-        Terrain terrain(1);
-        terrain.Load(missing);
-        EXPECT_THAT(log.NewRows(), ElementsAre(LogRow{"Image", "ERROR", missing},
-                                               LogRow{"Terrain", "LOADED", missing}));
-        terrain.Draw(vec3()); // no height map: no tiles
-    }
-    EXPECT_EQ(log.NewRows().at(2), (LogRow{"Terrain", "FREE", missing}));
-}
-
-TEST_F(TerrainTest, Keeps_four_textures_and_draws_the_first) {
-    Terrain terrain(1);
-    terrain.Load(Flat(32, 10));
-    terrain.SetScale(vec3(1));
-    for (int i = 0; i < 4; ++i)
-        terrain.SetTexture(Ground({10 + 50 * i, 0, 0, 255}), i);
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(terrain.GetTexture(i).GetData()[0], 10 + 50 * i);
-    EXPECT_TRUE(Near(CentreOfFirstTile(terrain), {10, 0, 0, 255}, 1));
 }

@@ -114,15 +114,15 @@ void Calls::TearDown() {
 
 std::string Calls::NewTarget(const std::string& label) {
     return "glGenFramebuffersEXT(1, " + label + ")\n" + "glGenRenderbuffersEXT(1, " + label +
-           ")\n" + AllocateRenderbuffer(label, 256, 256) +
-           "glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, " +
-           label + ")\n" + R"(
-           -- takes back the error of attaching to the screen
+           ")\n" + AllocateRenderbuffer(label, 256, 256) + R"(
+           -- looks for errors, and takes back the one of attaching to the screen
            glGetError()
            )" +
-           "glGenTextures(1, " + label + " colour)\n" + AllocateColour(label, 256, 256) +
-           FilterAndClamp("GL_LINEAR") + "glGenTextures(1, " + label + " depth)\n" +
-           AllocateDepth(label, 256, 256, "GL_FLOAT") + FilterAndClamp("GL_NEAREST") +
+           "glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, " +
+           label + ")\nglGetError()\n" + "glGenTextures(1, " + label + " colour)\n" +
+           AllocateColour(label, 256, 256) + FilterAndClamp("GL_LINEAR") + "glGenTextures(1, " +
+           label + " depth)\n" + AllocateDepth(label, 256, 256, "GL_FLOAT") +
+           FilterAndClamp("GL_NEAREST") +
            "glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE)\n";
 }
 

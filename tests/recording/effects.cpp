@@ -35,7 +35,11 @@ void glGetIntegerv(GLenum, GLint* values) {
 }
 
 GLenum glGetError() {
-    return GL_NO_ERROR;
+    if (gl.errors.empty())
+        return GL_NO_ERROR;
+    const GLenum first = gl.errors.front();
+    gl.errors.erase(gl.errors.begin());
+    return first;
 }
 
 GLuint glGenLists(GLsizei) {

@@ -45,8 +45,9 @@ TEST_F(FboCalls, Construction_makes_renderbuffer_colour_and_depth) {
         glGenRenderbuffersEXT(1, target)
         glBindRenderbufferEXT(GL_RENDERBUFFER, target)
         glRenderbufferStorageEXT(GL_RENDERBUFFER, GL_DEPTH_COMPONENT24, 256, 256)
+        -- looks for errors, and takes back the one of attaching to the screen
+        glGetError()
         glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, target)
-        -- takes back the error of attaching to the screen
         glGetError()
         -- 3. colour
         glGenTextures(1, target colour)
@@ -66,6 +67,18 @@ TEST_F(FboCalls, Construction_makes_renderbuffer_colour_and_depth) {
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
         glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE)
         )"));
+}
+
+TEST_F(FboCalls, Construction_raises_an_error_again_that_was_pending) {
+    gl.errors = {GL_INVALID_VALUE};
+    const FBO target;
+    std::string calls = NewTarget("target");
+    const std::string refused = "glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, "
+                                "GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, target)\n";
+    calls.insert(calls.find(refused), "glGetError()\n");
+    const std::string take = refused + "glGetError()\n";
+    calls.insert(calls.find(take) + take.size(), "glViewport(0, 0, -1, -1)\n");
+    EXPECT_TRUE(Made(calls));
 }
 
 TEST_F(FboCalls, Sizing_allocates_again_with_bytes_and_keeps_the_parameters) {

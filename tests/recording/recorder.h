@@ -37,6 +37,7 @@ public:
     std::map<GLenum, std::string> infoLogs; ///< by kind of shader
     std::set<std::string> unusedUniforms;   ///< location -1
     GLint largestTexture = 0;               ///< GL_MAX_TEXTURE_SIZE
+    std::vector<GLenum> errors;             ///< pending, until glGetError() has told them
 
     /// Labels for the next objects of a kind: "texture", "framebuffer", "renderbuffer", "buffer",
     /// "list", "vertex", "fragment" or "program".

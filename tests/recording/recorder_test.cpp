@@ -95,6 +95,13 @@ TEST_F(Recording, Labels_objects_by_kind_and_number_or_by_name) {
         )"));
 }
 
+TEST_F(Recording, Tells_every_pending_error_once) {
+    gl.errors = {GL_INVALID_ENUM, GL_INVALID_VALUE};
+    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_ENUM));
+    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_VALUE));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
 TEST_F(Recording, Keeps_matrices_as_OpenGL_does) {
     GLfloat matrix[16];
     glMatrixMode(GL_PROJECTION);

@@ -102,7 +102,7 @@ protected:
             glDisableClientState(GL_TEXTURE_COORD_ARRAY)
             glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices )" +
                number + R"()
-            glIndexPointer(GL_UNSIGNED_INT, 0, 0); glGetError()
+            glGetError(); glIndexPointer(GL_UNSIGNED_INT, 0, 0); glGetError()
             glBindBuffer(GL_ARRAY_BUFFER, grid )" +
                number + R"()
             glVertexPointer(3, GL_FLOAT, 0, 0)

@@ -43,8 +43,12 @@ protected:
         Forget();
     }
 
+    static constexpr const char* refusedIndices =
+        "glGetError(); glIndexPointer(GL_UNSIGNED_INT, 0, 0); glGetError()";
+
     static std::string Frame(const std::string& heights, const std::string& ground,
-                             const std::string& tiles) {
+                             const std::string& tiles,
+                             const std::string& indices = refusedIndices) {
         return R"(
             -- 1.
             glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
@@ -53,13 +57,14 @@ protected:
                BindTexture(ground) +
                R"(
             glUseProgramObject(terrain)
-            -- 3. without the texture coordinates that a full-screen pass leaves on, and taking back
-            -- the error of an index array of this type
+            -- 3. without the texture coordinates that a full-screen pass leaves on; looks for errors,
+            -- and takes back the one of an index array of this type
             glEnableClientState(GL_VERTEX_ARRAY)
             glDisableClientState(GL_TEXTURE_COORD_ARRAY)
             glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices 0)
-            glIndexPointer(GL_UNSIGNED_INT, 0, 0)
-            glGetError()
+            )" +
+               indices +
+               R"(
             glBindBuffer(GL_ARRAY_BUFFER, grid)
             glVertexPointer(3, GL_FLOAT, 0, 0)
             -- 4.
@@ -151,6 +156,18 @@ TEST_F(TerrainCalls, Narrow_height_map_draws_no_tile_but_sets_and_restores_every
     Furnish(*terrain, 31);
     terrain->Draw(vec3(0, 0, 0));
     EXPECT_TRUE(Made(Frame("heights", "ground", "")));
+}
+
+TEST_F(TerrainCalls, Drawing_raises_an_error_again_that_was_pending) {
+    const auto terrain = Made3();
+    Furnish(*terrain, 31);
+    gl.errors = {GL_INVALID_ENUM};
+    terrain->Draw(vec3(0, 0, 0));
+    EXPECT_TRUE(Made(Frame("heights", "ground", "", R"(
+            glGetError(); glGetError()
+            glIndexPointer(GL_UNSIGNED_INT, 0, 0)
+            glGetError(); glEnable(GL_RGBA)
+            )")));
 }
 
 TEST_F(TerrainCalls, Height_map_of_32_pixels_is_one_tile) {
