@@ -1,8 +1,8 @@
 // chart_music SCORE WAV FOLDER: draws the arrangement, the spectrogram and a look at the pulse.
-#include "art/music/fft.h"
 #include "art/music/lettering.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
+#include "art/music/powerspectrum.h"
 #include "art/music/scorefile.h"
 #include "art/music/sequencer.h"
 

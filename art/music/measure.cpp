@@ -1,7 +1,7 @@
 // measure_music SCORE WAV: what the ear of a meter and the eye of the picture find in a render.
-#include "art/music/fft.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
+#include "art/music/powerspectrum.h"
 #include "art/music/scorefile.h"
 
 #include <algorithm>

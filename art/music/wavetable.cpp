@@ -1,7 +1,8 @@
 #include "art/music/wavetable.h"
 
 #include "art/music/audio.h"
-#include "art/music/fft.h"
+
+#include <kissfft.hh>
 
 #include <algorithm>
 #include <array>
@@ -74,16 +75,17 @@ double Harmonic(Wave wave, int n) {
 std::vector<float> Version(Wave wave, int harmonics) {
     std::vector<std::complex<double>> bins(kSize);
     for (int n = 1; n <= harmonics; ++n) {
-        // A sine of amplitude a is a/2i at +n and -a/2i at -n; the inverse divides by kSize.
-        const std::complex<double> half(0.0, -0.5 * kSize * Harmonic(wave, n));
+        // A sine of amplitude a is a/2i at +n and -a/2i at -n.
+        const std::complex<double> half(0.0, -0.5 * Harmonic(wave, n));
         bins[static_cast<size_t>(n)] = half;
         bins[static_cast<size_t>(kSize - n)] = std::conj(half);
     }
-    Inverse(bins);
+    std::vector<std::complex<double>> period(kSize);
+    kissfft<double>(kSize, true).transform(bins.data(), period.data());
     std::vector<float> samples;
     for (int i = -1; i < kSize + 2; ++i) {
         const auto at = static_cast<size_t>((i + kSize) % kSize);
-        samples.push_back(static_cast<float>(bins[at].real()));
+        samples.push_back(static_cast<float>(period[at].real()));
     }
     return samples;
 }

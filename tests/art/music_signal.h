@@ -1,7 +1,7 @@
 #pragma once
 
 #include "art/music/audio.h"
-#include "art/music/fft.h"
+#include "art/music/powerspectrum.h"
 
 #include <algorithm>
 #include <cmath>
