@@ -23,7 +23,8 @@ struct Compressor {
 void ApplyGainDb(Stereo& signal, const std::vector<float>& gainDb, float amount);
 
 /// The greatest absolute value of the waveform between the samples around each sample, by four
-/// times oversampling with a 48-tap filter as in ITU-R BS.1770.
+/// times oversampling with a 48-tap filter as in ITU-R BS.1770. For the limiter, which needs one
+/// for each sample; what a meter reads of a whole piece is in loudness.h.
 std::vector<float> TruePeaks(const std::vector<float>& samples);
 
 /// Keeps the true peak of both channels under a ceiling, with a look-ahead so that the gain has
