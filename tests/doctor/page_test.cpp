@@ -1,13 +1,13 @@
 #include "tools/doctor/page.h"
 
-#include "tests/doctor/json_reader.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 using Doctor::Row;
 using Doctor::State;
 using Doctor::Table;
+using Json = nlohmann::json;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -72,28 +72,64 @@ TEST(Page, Names_what_was_not_looked_at_on_one_line) {
 TEST(Page, Json_has_every_row_with_all_that_is_in_it) {
     Row row = MakeRow("full", State::Warn, "a \"finding\"\n", "do this");
     row.values = {Doctor::NumberValue("bytes", 12345678.0), {"name", "17"}};
-    const Json json =
-        JsonReader::Read(Doctor::AsJson({row, MakeDetail("file", State::Ok), unseen, bad}));
-    EXPECT_EQ(json["format"].number, 1.0);
-    EXPECT_EQ(json["verdict"].text, "fail");
-    EXPECT_EQ(json["sentence"].text, "Nimbrel cannot run here: broken.");
-    ASSERT_EQ(json["advice"].items.size(), 2u);
-    EXPECT_EQ(json["advice"].items[0].text, "repair it");
-    EXPECT_EQ(json["advice"].items[1].text, "do this");
-    ASSERT_EQ(json["rows"].items.size(), 4u);
-    const Json& first = json["rows"].items[0];
-    EXPECT_EQ(first["id"].text, "full");
-    EXPECT_EQ(first["title"].text, "Title of full");
-    EXPECT_EQ(first["state"].text, "warn");
-    EXPECT_EQ(first["finding"].text, "a \"finding\"\n");
-    EXPECT_EQ(first["advice"].text, "do this");
-    EXPECT_EQ(first["detail"].kind, Json::Kind::Truth);
-    EXPECT_FALSE(first["detail"].truth);
-    EXPECT_EQ(first["values"]["bytes"].number, 12345678.0);
-    EXPECT_EQ(first["values"]["name"].kind, Json::Kind::Text);
-    EXPECT_TRUE(json["rows"].items[1]["detail"].truth);
-    EXPECT_EQ(json["rows"].items[1]["state"].text, "ok");
-    EXPECT_EQ(json["rows"].items[2]["state"].text, "unknown");
+    const Json page =
+        Json::parse(Doctor::AsJson({row, MakeDetail("file", State::Ok), unseen, bad}));
+    EXPECT_EQ(page.at("format"), 1);
+    EXPECT_EQ(page.at("verdict"), "fail");
+    EXPECT_EQ(page.at("sentence"), "Nimbrel cannot run here: broken.");
+    EXPECT_EQ(page.at("advice"), Json({"repair it", "do this"}));
+    ASSERT_EQ(page.at("rows").size(), 4u);
+    EXPECT_EQ(page.at("rows").at(0), Json({{"id", "full"},
+                                           {"title", "Title of full"},
+                                           {"state", "warn"},
+                                           {"finding", "a \"finding\"\n"},
+                                           {"advice", "do this"},
+                                           {"detail", false},
+                                           {"values", {{"bytes", 12345678}, {"name", "17"}}}}));
+    EXPECT_EQ(page.at("rows").at(1).at("detail"), true);
+    EXPECT_EQ(page.at("rows").at(1).at("state"), "ok");
+    EXPECT_EQ(page.at("rows").at(2).at("state"), "unknown");
+}
+
+TEST(Page, Json_is_indented_and_keeps_the_order_of_its_keys) {
+    Row row = MakeRow("r", State::Ok, "fine");
+    row.values = {Doctor::NumberValue("z", 2.5), Doctor::NumberValue("a", 21.0)};
+    EXPECT_EQ(Doctor::AsJson({row}), R"({
+  "format": 1,
+  "verdict": "ok",
+  "sentence": "Nimbrel can run here.",
+  "advice": [],
+  "rows": [
+    {
+      "id": "r",
+      "title": "Title of r",
+      "state": "ok",
+      "finding": "fine",
+      "advice": "",
+      "detail": false,
+      "values": {
+        "z": 2.5,
+        "a": 21
+      }
+    }
+  ]
+}
+)");
+}
+
+TEST(Page, Json_is_whole_whatever_a_finding_holds) {
+    // A control character; Latin-1; a character that was cut off. And U+10FFFF, the last there is.
+    const Row row = MakeRow("odd", State::Ok, "\x01 caf\xE9! \xE2\x82 \xF4\x8F\xBF\xBF");
+    const Json page = Json::parse(Doctor::AsJson({row}));
+    EXPECT_EQ(page.at("rows").at(0).at("finding"), "\x01 caf\uFFFD! \uFFFD \U0010FFFF");
+}
+
+TEST(Page, Json_has_null_for_a_number_that_is_none) {
+    Row row = MakeRow("odd", State::Ok, "");
+    row.values = {{"fps", "inf", true}, {"ms", "", true}, {"none", "-nan", true}};
+    const Json page = Json::parse(Doctor::AsJson({row}));
+    EXPECT_EQ(page.at("rows").at(0).at("values"),
+              Json({{"fps", nullptr}, {"ms", nullptr}, {"none", nullptr}}));
 }
 
 TEST(Page, Numbers_keep_whole_ones_whole_and_others_to_four_digits) {

@@ -1,12 +1,12 @@
 // The doctor itself, as it is called: on a machine where all is well but the sound, and on others.
 
-#include "tests/doctor/json_reader.h"
 #include "tests/doctor/published_data.h"
 #include "tests/support/program_run.h"
 #include "tests/support/virtual_display.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <cstdlib>
@@ -19,6 +19,7 @@
 
 namespace fs = std::filesystem;
 
+using Json = nlohmann::json;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -47,14 +48,16 @@ protected:
     }
 
     static const Json& Find(const Json& page, const std::string& id) {
-        for (const Json& row : page["rows"].items)
-            if (row["id"].text == id)
+        for (const Json& row : page.at("rows"))
+            if (row.at("id") == id)
                 return row;
         throw std::runtime_error("no row " + id);
     }
 
+    static std::string TextOf(const Json& object, const std::string& key) { return object.at(key); }
+
     static std::string StateOf(const Json& page, const std::string& id) {
-        return Find(page, id)["state"].text;
+        return Find(page, id).at("state");
     }
 
     static inline std::unique_ptr<VirtualDisplay> display;
@@ -113,26 +116,26 @@ TEST_F(DoctorProgram, Finds_a_machine_fit_that_has_no_sound_and_disturbs_nothing
     EXPECT_LT(outcome.seconds, 15.0);
     EXPECT_EQ(ReadFile("Vell_log.html"), "the last run's page");
 
-    const Json page = JsonReader::Read(outcome.output);
-    EXPECT_EQ(page["verdict"].text, "warn");
-    EXPECT_THAT(page["sentence"].text, StartsWith("Nimbrel runs here, but: there is no sound"));
+    const Json page = Json::parse(outcome.output);
+    EXPECT_EQ(page.at("verdict"), "warn");
+    EXPECT_THAT(TextOf(page, "sentence"), StartsWith("Nimbrel runs here, but: there is no sound"));
     std::set<std::string> ids;
-    for (const Json& row : page["rows"].items) {
-        const std::string id = row["id"].text;
-        if (!row["detail"].truth) {
+    for (const Json& row : page.at("rows")) {
+        const std::string id = row.at("id");
+        if (!row.at("detail")) {
             EXPECT_TRUE(ids.insert(id).second) << id << " stands twice";
         }
         // How fast this machine is, and by what it draws, is not the matter here.
         const bool open = id == "sound" || id == "speed" || id == "renderer";
-        EXPECT_TRUE(open || row["state"].text == "ok") << id << ": " << row["finding"].text;
+        EXPECT_TRUE(open || row.at("state") == "ok") << id << ": " << row.at("finding");
     }
     EXPECT_EQ(ids, DocumentedIds());
     EXPECT_EQ(StateOf(page, "sound"), "warn");
-    const Json& speed = Find(page, "speed")["values"];
-    EXPECT_GT(speed["fps"].number, 0.0);
-    EXPECT_LE(speed["median_ms"].number, speed["slow_ms"].number);
-    EXPECT_LE(speed["slow_ms"].number, speed["longest_ms"].number);
-    EXPECT_GT(Find(page, "texture_size")["values"]["width"].number, 0.0);
+    const Json& speed = Find(page, "speed").at("values");
+    EXPECT_GT(speed.at("fps"), 0.0);
+    EXPECT_LE(speed.at("median_ms"), speed.at("slow_ms"));
+    EXPECT_LE(speed.at("slow_ms"), speed.at("longest_ms"));
+    EXPECT_GT(Find(page, "texture_size").at("values").at("width"), 0.0);
 }
 
 TEST_F(DoctorProgram, Json_is_taken_by_another_reader) {
@@ -157,10 +160,10 @@ TEST_F(DoctorProgram, Names_a_missing_file_and_what_the_show_lacks) {
 TEST_F(DoctorProgram, Names_a_damaged_file) {
     PublishTinyData();
     Damage(waterPicture);
-    const Json page = JsonReader::Read(Run({"--json", "--seconds", "0.2"}).output);
+    const Json page = Json::parse(Run({"--json", "--seconds", "0.2"}).output);
     EXPECT_EQ(StateOf(page, "data"), "warn");
     EXPECT_EQ(StateOf(page, std::string("data:") + waterPicture), "warn");
-    EXPECT_THAT(page["sentence"].text, HasSubstr("Data/Gfx/water.jpg (damaged or changed)"));
+    EXPECT_THAT(TextOf(page, "sentence"), HasSubstr("Data/Gfx/water.jpg (damaged or changed)"));
 }
 
 TEST_F(DoctorProgram, Says_that_there_is_no_display) {
@@ -173,9 +176,9 @@ TEST_F(DoctorProgram, Says_that_there_is_no_display) {
 
 TEST_F(DoctorProgram, Says_that_the_display_does_not_answer) {
     MakeDemoData();
-    const Json page = JsonReader::Read(Run({"--json"}, {{"DISPLAY", ":98765"}}).output);
-    EXPECT_EQ(page["verdict"].text, "fail");
-    EXPECT_THAT(Find(page, "display")["finding"].text, HasSubstr("no display answers: "));
+    const Json page = Json::parse(Run({"--json"}, {{"DISPLAY", ":98765"}}).output);
+    EXPECT_EQ(page.at("verdict"), "fail");
+    EXPECT_THAT(TextOf(Find(page, "display"), "finding"), HasSubstr("no display answers: "));
     EXPECT_EQ(StateOf(page, "show"), "unknown") << "the demo was not started";
 }
 
@@ -184,17 +187,18 @@ TEST_F(DoctorProgram, Says_that_there_is_no_opengl) {
     const PlainDisplay plain;
     const Outcome outcome = Run({"--json"}, {{"DISPLAY", plain.Name()}});
     EXPECT_EQ(outcome.exitStatus, 1);
-    const Json page = JsonReader::Read(outcome.output);
+    const Json page = Json::parse(outcome.output);
     EXPECT_EQ(StateOf(page, "display"), "ok");
     EXPECT_EQ(StateOf(page, "opengl"), "fail");
-    EXPECT_THAT(Find(page, "opengl")["advice"].text, HasSubstr("libgl1-mesa-dri"));
+    EXPECT_THAT(TextOf(Find(page, "opengl"), "advice"), HasSubstr("libgl1-mesa-dri"));
 }
 
 TEST_F(DoctorProgram, Says_that_it_was_started_in_another_folder) {
-    const Json page = JsonReader::Read(Run({"--json"}).output);
-    EXPECT_EQ(page["verdict"].text, "fail");
-    EXPECT_THAT(page["sentence"].text, HasSubstr("there is no Data/ in "));
-    EXPECT_THAT(page["advice"].items.at(0).text, HasSubstr("change into Nimbrel's folder"));
+    const Json page = Json::parse(Run({"--json"}).output);
+    EXPECT_EQ(page.at("verdict"), "fail");
+    EXPECT_THAT(TextOf(page, "sentence"), HasSubstr("there is no Data/ in "));
+    EXPECT_THAT(page.at("advice").at(0).get<std::string>(),
+                HasSubstr("change into Nimbrel's folder"));
 }
 
 TEST_F(DoctorProgram, Refuses_a_command_line_that_it_does_not_know) {

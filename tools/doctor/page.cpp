@@ -1,6 +1,6 @@
 #include "tools/doctor/page.h"
 
-#include "tools/doctor/json.h"
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 
@@ -8,11 +8,13 @@ namespace Doctor {
 
 namespace {
 
+using Json = nlohmann::ordered_json;
+
 constexpr size_t stateColumn = 6; // letters
 constexpr size_t titleColumn = 22;
 
 /// Raised when a key is renamed or removed, not when one is added.
-constexpr const char* jsonFormat = "1";
+constexpr int jsonFormat = 1;
 
 struct StateName {
     State state;
@@ -68,35 +70,21 @@ std::vector<std::string> Advice(const Table& table) {
     return list;
 }
 
-void WriteValues(const Row& row, JsonWriter& json) {
-    json.Key("values");
-    json.BeginObject();
-    for (const Value& value : row.values) {
-        json.Key(value.name);
-        if (value.number)
-            json.Number(value.text);
-        else
-            json.Text(value.text);
-    }
-    json.EndObject();
+/// Null where a number has no form in JSON: infinities and what is no number.
+Json JsonOf(const Value& value) {
+    if (!value.number)
+        return value.text;
+    const Json number = Json::parse(value.text, nullptr, false);
+    return number.is_number() ? number : Json();
 }
 
-void WriteRow(const Row& row, JsonWriter& json) {
-    json.BeginObject();
-    json.Key("id");
-    json.Text(row.id);
-    json.Key("title");
-    json.Text(row.title);
-    json.Key("state");
-    json.Text(NameOf(row.state).word);
-    json.Key("finding");
-    json.Text(row.finding);
-    json.Key("advice");
-    json.Text(row.advice);
-    json.Key("detail");
-    json.Truth(row.detail);
-    WriteValues(row, json);
-    json.EndObject();
+Json JsonOf(const Row& row) {
+    Json values = Json::object();
+    for (const Value& value : row.values)
+        values[value.name] = JsonOf(value);
+    return {{"id", row.id},           {"title", row.title},   {"state", NameOf(row.state).word},
+            {"finding", row.finding}, {"advice", row.advice}, {"detail", row.detail},
+            {"values", values}};
 }
 
 } // namespace
@@ -136,26 +124,16 @@ std::string AsText(const Table& table) {
 }
 
 std::string AsJson(const Table& table) {
-    JsonWriter json;
-    json.BeginObject();
-    json.Key("format");
-    json.Number(jsonFormat);
-    json.Key("verdict");
-    json.Text(NameOf(Verdict(table)).word);
-    json.Key("sentence");
-    json.Text(Sentence(table));
-    json.Key("advice");
-    json.BeginArray();
-    for (const std::string& text : Advice(table))
-        json.Text(text);
-    json.EndArray();
-    json.Key("rows");
-    json.BeginArray();
+    Json rows = Json::array();
     for (const Row& row : table)
-        WriteRow(row, json);
-    json.EndArray();
-    json.EndObject();
-    return json.Result() + '\n';
+        rows.push_back(JsonOf(row));
+    const Json page = {{"format", jsonFormat},
+                       {"verdict", NameOf(Verdict(table)).word},
+                       {"sentence", Sentence(table)},
+                       {"advice", Advice(table)},
+                       {"rows", rows}};
+    constexpr int indent = 2;
+    return page.dump(indent, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 } // namespace Doctor

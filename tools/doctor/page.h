@@ -16,7 +16,8 @@ std::string Sentence(const Table& table);
 /// The page for people, details left out.
 std::string AsText(const Table& table);
 
-/// The same for programs, every row of it: one JSON object and a line feed.
+/// The same for programs, every row of it: one JSON object and a line feed. Bytes that are no UTF-8
+/// become U+FFFD, the sign for that.
 std::string AsJson(const Table& table);
 
 } // namespace Doctor
