@@ -1,8 +1,6 @@
 #include "art/common/picture.h"
 
-#include "art/common/noise.h"
-
-#include <array>
+#include <algorithm>
 #include <cmath>
 
 namespace Art {
@@ -12,16 +10,6 @@ namespace {
 int WrapTo(int i, int size) {
     const int rest = i % size;
     return rest < 0 ? rest + size : rest;
-}
-
-/// The picture whose pixel (x, y) is the source's pixel `from(x, y)`.
-template <typename From>
-Picture Rearranged(const Picture& picture, From from) {
-    Picture result(picture.Width(), picture.Height());
-    for (int y = 0; y < picture.Height(); ++y)
-        for (int x = 0; x < picture.Width(); ++x)
-            result.At(x, y) = from(x, y);
-    return result;
 }
 
 } // namespace
@@ -48,18 +36,6 @@ Rgba Picture::Sample(float u, float v) const {
     const Rgba top = Mix(Wrapped(ix, iy), Wrapped(ix + 1, iy), fx);
     const Rgba bottom = Mix(Wrapped(ix, iy + 1), Wrapped(ix + 1, iy + 1), fx);
     return Mix(top, bottom, fy);
-}
-
-Picture TurnedBy180(const Picture& p) {
-    return Rearranged(p, [&](int x, int y) { return p.At(p.Width() - 1 - x, p.Height() - 1 - y); });
-}
-
-Picture MirroredLeftRight(const Picture& p) {
-    return Rearranged(p, [&](int x, int y) { return p.At(p.Width() - 1 - x, y); });
-}
-
-Picture MirroredTopBottom(const Picture& p) {
-    return Rearranged(p, [&](int x, int y) { return p.At(x, p.Height() - 1 - y); });
 }
 
 Picture Halved(const Picture& p) {

@@ -53,13 +53,6 @@ private:
     std::vector<Rgba> pixels;
 };
 
-/// The picture turned by 180 degrees: what the engine does to every JPEG it loads, seen in
-/// memory order; also its own inverse.
-Picture TurnedBy180(const Picture& picture);
-/// Left and right exchanged.
-Picture MirroredLeftRight(const Picture& picture);
-/// The top row at the bottom.
-Picture MirroredTopBottom(const Picture& picture);
 /// Half the size, every pixel the mean of four; sizes must be even.
 Picture Halved(const Picture& picture);
 

@@ -186,6 +186,15 @@ Picture ReadPng(const std::string& path) {
     return FromBytes(bytes, static_cast<int>(image.width), static_cast<int>(image.height), 4);
 }
 
+/// Left and right exchanged.
+Picture MirroredLeftRight(const Picture& p) {
+    Picture result(p.Width(), p.Height());
+    for (int y = 0; y < p.Height(); ++y)
+        for (int x = 0; x < p.Width(); ++x)
+            result.At(x, y) = p.At(p.Width() - 1 - x, y);
+    return result;
+}
+
 } // namespace
 
 bool WriteJpeg(const std::string& path, const Picture& picture, int quality, Depth depth) {

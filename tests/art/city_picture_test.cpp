@@ -100,22 +100,6 @@ TEST(Picture, Keeps_alpha_in_a_png) {
     EXPECT_FLOAT_EQ(read.At(0, 0).b, 153.0f / 255);
 }
 
-TEST(Picture, Turning_twice_gives_the_same_picture) {
-    const Art::Picture turned = Art::TurnedBy180(Chart());
-    EXPECT_EQ(turned.At(31, 31).r, 1.0f);
-    EXPECT_EQ(turned.At(31, 31).g, 0.0f);
-    const Art::Picture back = Art::TurnedBy180(turned);
-    EXPECT_EQ(back.At(0, 0).g, 0.0f);
-    EXPECT_EQ(back.At(31, 0).g, 1.0f);
-}
-
-TEST(Picture, Turning_is_both_mirrorings) {
-    const Art::Picture turned = Art::TurnedBy180(Chart());
-    const Art::Picture both = Art::MirroredTopBottom(Art::MirroredLeftRight(Chart()));
-    EXPECT_EQ(turned.At(3, 5).b, both.At(3, 5).b);
-    EXPECT_EQ(turned.At(20, 5).r, both.At(20, 5).r);
-}
-
 TEST(Picture, Samples_between_pixels_and_round_the_edge) {
     Art::Picture picture(2, 2);
     picture.At(0, 0) = {1, 0, 0, 1};
