@@ -1,23 +1,9 @@
 #pragma once
 
 #include "art/common/vec.h"
-
-#include <vector>
+#include "demo/show.h"
 
 namespace Art {
-
-/// One of the eight camera flights: straight lines of the eye, what it looks at, and how high
-/// the city stands meanwhile. The plan, the order of the triangles and the light map's density
-/// follow from these.
-struct Flight {
-    Vec3 from, to; ///< eye, world units
-    float seconds;
-    bool aimed; ///< looks at `aim`; otherwise along its own way
-    Vec3 aim;
-    float cityFrom, cityTo; ///< height of the city at start and end (it eases between them)
-};
-
-const std::vector<Flight>& Flights();
 
 /// One eye on a flight, in the city's own coordinates (the city's height taken off).
 struct Eye {
@@ -26,8 +12,11 @@ struct Eye {
     float waterHeight; ///< of the world's water, over the city's own zero
 };
 
-/// The eye at 0 <= t <= 1 of a flight.
-Eye EyeAt(const Flight& flight, float t);
+/// The eye at 0 <= t <= 1 of a flight, or a little later: it then flies on past the flight's end,
+/// as in the frame that overshoots a cut, while the city stays where it stood at the end. The
+/// plan, the order of the triangles, what each of them is shown in and the light map's density
+/// follow from these eyes.
+Eye EyeAt(const Show::Flight& flight, float t);
 
 /// Half the picture's width and height at distance 1.
 inline constexpr float kHalfWidth = 2.2169f;

@@ -136,9 +136,9 @@ std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
     std::vector<Crossing> seen;
     std::vector<Crossing> mirrored;
     std::vector<Sight> sights(surfaces.size());
-    Progress progress("what the flights see", static_cast<int>(Flights().size()) * kEyesPerFlight);
+    Progress progress("what the flights see", static_cast<int>(Show::flightCount) * kEyesPerFlight);
     unsigned pixel = 0;
-    for (const Flight& flight : Flights()) {
+    for (const Show::Flight& flight : Show::flights) {
         for (int e = 0; e < kEyesPerFlight; ++e) {
             const Eye eye = EyeAt(flight, (static_cast<float>(e) + 0.5f) / kEyesPerFlight);
             NoteNearest(eye, surfaces, sights);

@@ -10,8 +10,8 @@ namespace Art {
 namespace {
 
 // A ray through every pixel of the picture ...
-constexpr int kAcross = 960;
-constexpr int kUp = 89;
+constexpr int kAcross = Show::width;
+constexpr int kUp = Show::height;
 // ... from this many eyes of each flight.
 constexpr int kEyesPerFlight = 56;
 
@@ -51,24 +51,24 @@ int Mirrored(const SightLines& lines, const Eye& eye, Vec3 direction) {
 
 using Views = std::vector<unsigned>;
 
-void NoteRay(const SightLines& lines, const Eye& eye, ViewBits bits, Vec2 at, Random& random,
-             Views& views) {
+void NoteRay(const SightLines& lines, const Eye& eye, const FlightView& view, Vec2 at,
+             Random& random, Views& views) {
     const Vec3 direction = RayThrough(eye, at.x, at.y);
     const float toWater = SightLines::ToWater(eye, direction);
     const bool below = IsBelow(eye);
     const int plain = First(lines, eye, direction, below ? SightLines::kFar : toWater);
     if (plain >= 0)
-        views[plain] |= 1u << bits.plain;
+        views[plain] |= 1u << view.plain;
     if (toWater >= SightLines::kFar || (plain >= 0 && !below))
         return;
     const float x = at.x + random.Range(-kBend, kBend);
     const float y = at.y + random.Range(-kBend, kBend);
     const int mirrored = Mirrored(lines, eye, RayThrough(eye, x, y));
     if (mirrored >= 0)
-        views[mirrored] |= 1u << bits.mirror;
+        views[mirrored] |= 1u << view.mirror;
 }
 
-Views ViewsOfEye(const SightLines& lines, const Eye& eye, ViewBits bits, unsigned seed,
+Views ViewsOfEye(const SightLines& lines, const Eye& eye, const FlightView& view, unsigned seed,
                  size_t surfaces) {
     Views views(surfaces);
     Random random(seed);
@@ -76,24 +76,30 @@ Views ViewsOfEye(const SightLines& lines, const Eye& eye, ViewBits bits, unsigne
         const int row = i / kAcross;
         const float x = (static_cast<float>(i % kAcross) + random.Unit()) / kAcross * 2 - 1;
         const float y = (static_cast<float>(row) + random.Unit()) / kUp * 2 - 1;
-        NoteRay(lines, eye, bits, {x, y}, random, views);
+        NoteRay(lines, eye, view, {x, y}, random, views);
     }
     return views;
 }
 
 } // namespace
 
-const std::vector<ViewBits>& BitsOfFlights() {
-    // The water is hardly in the fourth flight's sight, so what it shows there shares a bit.
-    static const std::vector<ViewBits> bits = {
-        {0, 6}, {0, 6}, {1, 1}, {2, 6}, {3, 7}, {4, 8}, {5, 9}, {5, 9},
-    };
-    return bits;
-}
+// Under water most of the light is lost in the end, when the ripple mixes its blue over the
+// picture. Along the canal the picture beats up to twice its brightness, and walls should stay
+// dark then.
+const std::array<FlightView, Show::flightCount> kFlightViews = {{
+    {0, 6, 1.0f},  // out over the open sea
+    {0, 6, 1.0f},  // away from the rising city
+    {1, 1, 1.55f}, // under water
+    {2, 6, 1.0f},  // between the towers: hardly any water in sight, so its mirror shares a bit
+    {3, 7, 0.62f}, // low along the canal
+    {4, 8, 1.0f},  // towards the basin
+    {5, 9, 1.18f}, // over the roofs
+    {5, 9, 1.18f}, // along the basin's edge
+}};
 
 std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
     const SightLines lines(surfaces);
-    const int eyes = static_cast<int>(Flights().size()) * kEyesPerFlight;
+    const int eyes = static_cast<int>(Show::flightCount) * kEyesPerFlight;
     std::vector<Views> ofEyes(static_cast<size_t>(eyes));
     Progress progress("what each flight shows", eyes);
     ForEachIndex(eyes, 0, [&](int i) {
@@ -101,7 +107,7 @@ std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
         // The first and the last eye are those of the flight's ends.
         const float t = static_cast<float>(i % kEyesPerFlight) / (kEyesPerFlight - 1);
         ofEyes[static_cast<size_t>(i)] =
-            ViewsOfEye(lines, EyeAt(Flights()[flight], t), BitsOfFlights()[flight],
+            ViewsOfEye(lines, EyeAt(Show::flights[flight], t), kFlightViews[flight],
                        static_cast<unsigned>(i), surfaces.size());
         progress.Add(1);
     });

@@ -70,7 +70,7 @@ TEST(Views, Hold_what_a_flight_sees_and_leave_out_what_stands_behind) {
     for (const float x : {50.0f, 60.0f})
         b.Rect({x, 0, -60}, {0, 0, 1}, {0, 1, 0}, 140, 40, Plain(Material::Stone));
     const std::vector<unsigned> seen = MeasureViews(b.surfaces);
-    const unsigned fourth = 1u << BitsOfFlights()[3].plain;
+    const unsigned fourth = 1u << kFlightViews[Show::BetweenTowers].plain;
     EXPECT_EQ(seen[0] & fourth, fourth);
     EXPECT_EQ(seen[1] & fourth, 0u);
 }
@@ -81,7 +81,8 @@ TEST(Views, Hold_what_the_water_mirrors) {
     Builder b;
     b.Rect({0, 9, 30}, {1, 0, 0}, {0, 0, 1}, 50, 20, Plain(Material::Stone));
     const std::vector<unsigned> seen = MeasureViews(b.surfaces);
-    EXPECT_EQ(seen[0] & 1u << BitsOfFlights()[7].mirror, 1u << BitsOfFlights()[7].mirror);
+    const unsigned mirrored = 1u << kFlightViews[Show::Basin].mirror;
+    EXPECT_EQ(seen[0] & mirrored, mirrored);
 }
 
 TEST(Mesh, No_two_charts_share_a_texel) {

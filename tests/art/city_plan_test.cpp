@@ -60,14 +60,14 @@ float Clearance(Vec3 eye) {
 }
 
 struct ClearRow {
-    int flight;
+    Show::FlightNumber flight;
     float clear; ///< least distance of the eye to any surface, units
 };
 
 class EyePath : public ::testing::TestWithParam<ClearRow> {};
 
 TEST_P(EyePath, Keeps_clear_of_every_wall) {
-    const Flight& flight = Flights()[static_cast<size_t>(GetParam().flight - 1)];
+    const Show::Flight& flight = Show::flights[GetParam().flight];
     for (int i = 0; i <= 80; ++i) {
         const Eye eye = EyeAt(flight, static_cast<float>(i) / 80);
         ASSERT_GE(Clearance(eye.position), GetParam().clear)
@@ -75,13 +75,13 @@ TEST_P(EyePath, Keeps_clear_of_every_wall) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Plan, EyePath,
-                         ::testing::Values(ClearRow{1, 1.5f}, ClearRow{2, 1.5f}, ClearRow{3, 1.5f},
-                                           ClearRow{4, 2.0f}, ClearRow{5, 1.5f}, ClearRow{6, 1.5f},
-                                           ClearRow{7, 1.5f}, ClearRow{8, 1.5f}),
-                         [](const auto& row) {
-                             return "flight_" + std::to_string(row.param.flight);
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Plan, EyePath,
+    ::testing::Values(ClearRow{Show::OpenSea, 1.5f}, ClearRow{Show::CityRise, 1.5f},
+                      ClearRow{Show::UnderWater, 1.5f}, ClearRow{Show::BetweenTowers, 2.0f},
+                      ClearRow{Show::Canal, 1.5f}, ClearRow{Show::ToBasin, 1.5f},
+                      ClearRow{Show::OverRoofs, 1.5f}, ClearRow{Show::Basin, 1.5f}),
+    [](const auto& row) { return "flight_" + std::to_string(row.param.flight + 1); });
 
 TEST(Plan, The_clearance_test_would_see_a_wall) {
     const std::vector<Vec3> wall{{-5, -5, 0}, {5, -5, 0}, {0, 5, 0}};
