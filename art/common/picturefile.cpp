@@ -1,6 +1,8 @@
 // Reading and writing of PNG and JPEG files; the picture itself is in picture.cpp.
 #include "art/common/picture.h"
 
+#include "tools/picture/encode.h"
+
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
@@ -47,37 +49,6 @@ struct JpegErrors {
 
 void OnJpegError(j_common_ptr info) {
     std::longjmp(reinterpret_cast<JpegErrors*>(info->err)->back, 1);
-}
-
-bool EncodeJpeg(FILE* file, const Picture& picture, int quality, std::uint8_t* bytes) {
-    jpeg_compress_struct info;
-    JpegErrors errors;
-    info.err = jpeg_std_error(&errors.manager);
-    errors.manager.error_exit = OnJpegError;
-    jpeg_create_compress(&info);
-    if (setjmp(errors.back) != 0) {
-        jpeg_destroy_compress(&info);
-        return false;
-    }
-    jpeg_stdio_dest(&info, file);
-    info.image_width = static_cast<JDIMENSION>(picture.Width());
-    info.image_height = static_cast<JDIMENSION>(picture.Height());
-    info.input_components = 3;
-    info.in_color_space = JCS_RGB;
-    jpeg_set_defaults(&info);
-    jpeg_set_quality(&info, quality, TRUE);
-    info.optimize_coding = TRUE;
-    info.dct_method = JDCT_ISLOW;
-    for (int c = 0; c < 3; ++c)
-        info.comp_info[c].h_samp_factor = info.comp_info[c].v_samp_factor = 1;
-    jpeg_start_compress(&info, TRUE);
-    while (info.next_scanline < info.image_height) {
-        JSAMPROW row = bytes + static_cast<size_t>(info.next_scanline) * info.image_width * 3;
-        jpeg_write_scanlines(&info, &row, 1);
-    }
-    jpeg_finish_compress(&info);
-    jpeg_destroy_compress(&info);
-    return true;
 }
 
 bool EncodePng(FILE* file, const Picture& picture, int channels, std::uint8_t* bytes) {
@@ -200,9 +171,9 @@ Picture MirroredLeftRight(const Picture& p) {
 bool WriteJpeg(const std::string& path, const Picture& picture, int quality, Depth depth) {
     if (picture.Width() == 0)
         return Complain(path, "expected a picture, found an empty one");
-    std::vector<std::uint8_t> bytes = Bytes(picture, 3, depth);
-    return WriteBeside(
-        path, [&](FILE* file) { return EncodeJpeg(file, picture, quality, bytes.data()); });
+    const std::vector<std::uint8_t> bytes = Bytes(picture, 3, depth);
+    const Tools::Pixels pixels{picture.Width(), picture.Height(), 3, bytes.data()};
+    return WriteBeside(path, [&](FILE* file) { return Tools::WriteJpeg(file, pixels, quality); });
 }
 
 bool WriteEngineJpeg(const std::string& path, const Picture& picture, int quality, Depth depth) {

@@ -1,13 +1,12 @@
 #include "tests/support/scratch.h"
 
+#include "tools/picture/encode.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-
-#include <jpeglib.h>
-#include <png.h>
 
 namespace fs = std::filesystem;
 
@@ -34,32 +33,8 @@ void WriteJpegOf(const fs::path& path, int width, int height, int channels,
     MakeFolderOf(path);
     FILE* file = std::fopen(path.c_str(), "wb");
     Demand(file != nullptr, "cannot write " + path.string());
-    jpeg_compress_struct jpeg{};
-    jpeg_error_mgr errors{};
-    jpeg.err = jpeg_std_error(&errors);
-    jpeg_create_compress(&jpeg);
-    jpeg_stdio_dest(&jpeg, file);
-    jpeg.image_width = JDIMENSION(width);
-    jpeg.image_height = JDIMENSION(height);
-    jpeg.input_components = channels;
-    jpeg.in_color_space = channels == 1 ? JCS_GRAYSCALE : JCS_RGB;
-    jpeg_set_defaults(&jpeg);
-    jpeg_set_quality(&jpeg, quality, TRUE);
-    for (int c = 0; c < jpeg.num_components; ++c) {
-        jpeg.comp_info[c].h_samp_factor = 1;
-        jpeg.comp_info[c].v_samp_factor = 1;
-    }
-    jpeg_start_compress(&jpeg, TRUE);
-    std::vector<unsigned char> row(size_t(width) * channels);
-    while (jpeg.next_scanline < jpeg.image_height) {
-        const auto begin = bytes.begin() + std::ptrdiff_t(jpeg.next_scanline * row.size());
-        std::copy(begin, begin + std::ptrdiff_t(row.size()), row.begin());
-        JSAMPROW rows[] = {row.data()};
-        jpeg_write_scanlines(&jpeg, rows, 1);
-    }
-    jpeg_finish_compress(&jpeg);
-    jpeg_destroy_compress(&jpeg);
-    std::fclose(file);
+    const bool whole = Tools::WriteJpeg(file, {width, height, channels, bytes.data()}, quality);
+    Demand(std::fclose(file) == 0 && whole, "cannot write " + path.string());
 }
 
 } // namespace
@@ -92,17 +67,9 @@ std::string ReadFile(const fs::path& path) {
 
 void WritePng(const fs::path& path, int width, int height, int channels,
               const std::vector<unsigned char>& bytes) {
-    static constexpr png_uint_32 formats[] = {0, PNG_FORMAT_GRAY, PNG_FORMAT_GA, PNG_FORMAT_RGB,
-                                              PNG_FORMAT_RGBA};
     DemandSize(path, bytes.size(), size_t(width) * height * channels);
-    MakeFolderOf(path);
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = png_uint_32(width);
-    image.height = png_uint_32(height);
-    image.format = formats[channels];
-    Demand(png_image_write_to_file(&image, path.c_str(), 0, bytes.data(), 0, nullptr) != 0,
-           "cannot write " + path.string() + ": " + image.message);
+    const auto png = Tools::PngOf({width, height, channels, bytes.data()});
+    WriteFile(path, {png.begin(), png.end()});
 }
 
 void WriteJpeg(const fs::path& path, int width, int height, const std::vector<unsigned char>& rgb,

@@ -4,30 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <stdexcept>
-
-#include <png.h>
 
 namespace Film {
 
 namespace {
 
 constexpr size_t pixelBytes = 4; // RGBA
-
-std::vector<unsigned char> Png(const Picture& picture) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = png_uint_32(picture.width);
-    image.height = png_uint_32(picture.height);
-    image.format = PNG_FORMAT_RGB;
-    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
-    std::vector<unsigned char> bytes(size);
-    if (!png_image_write_to_memory(&image, bytes.data(), &size, 0, picture.bytes.data(), 0,
-                                   nullptr))
-        throw std::runtime_error(std::string("cannot make a PNG: ") + image.message);
-    bytes.resize(size);
-    return bytes;
-}
 
 std::string Base64(const std::vector<unsigned char>& bytes) {
     constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -84,7 +66,7 @@ unsigned char Grey(double distance, const DepthRange& range) {
 } // namespace
 
 std::string DataUri(const Picture& picture) {
-    return "data:image/png;base64," + Base64(Png(picture));
+    return "data:image/png;base64," + Base64(Tools::PngOf(picture));
 }
 
 Picture FromPixels(const std::vector<unsigned char>& pixels, int width, int height) {

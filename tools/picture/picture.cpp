@@ -1,5 +1,7 @@
 #include "tools/picture/picture.h"
 
+#include "tools/picture/encode.h"
+
 #include <png.h>
 
 #include <fstream>
@@ -41,14 +43,17 @@ Picture ReadPng(const std::string& path) {
     return picture;
 }
 
+std::vector<unsigned char> PngOf(const Picture& picture) {
+    return PngOf({picture.width, picture.height, Picture::channels, picture.bytes.data()});
+}
+
 void WritePng(const Picture& picture, const std::string& path) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = png_uint_32(picture.width);
-    image.height = png_uint_32(picture.height);
-    image.format = PNG_FORMAT_RGB;
-    if (!png_image_write_to_file(&image, path.c_str(), 0, picture.bytes.data(), 0, nullptr))
-        throw std::runtime_error("cannot write " + path + ": " + image.message);
+    const std::vector<unsigned char> bytes = PngOf(picture);
+    std::ofstream file(path, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    file.close();
+    if (!file)
+        throw std::runtime_error("cannot write " + path);
 }
 
 } // namespace Tools

@@ -33,6 +33,9 @@ Picture ReadPpm(const std::string& path);
 /// Reads a PNG of any kind as RGB; throws std::runtime_error saying what is wrong with `path`.
 Picture ReadPng(const std::string& path);
 
+/// The bytes of a PNG file; throws std::runtime_error when there can be none.
+std::vector<unsigned char> PngOf(const Picture& picture);
+
 /// Writes a PNG, replacing any file; throws std::runtime_error when it cannot.
 void WritePng(const Picture& picture, const std::string& path);
 
