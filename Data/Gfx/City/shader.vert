@@ -45,32 +45,34 @@ bool Within(vec3 p, vec3 low, vec3 high)
     return all(greaterThanEqual(p, low)) && all(lessThanEqual(p, high));
 }
 
+// >>> Generated from demo/show.h by `art/make views`.
 // Which bit of the view marks speaks of the picture seen from here, 0 to 9; -1 away from all
-// flights, where everything is drawn. A mirrored eye hangs as far below the water as the true
-// one is above it; while the city still rises, that is anywhere in the city's coordinates.
+// flights, where everything is drawn. The water mirrors the eye downwards: `over` is turned up
+// again, but while the city is low or rises, the mirrored eye is anywhere in its coordinates.
 float View(vec3 eye, bool mirrored)
 {
     vec3 over = vec3(eye.x, abs(eye.y), eye.z);
     float view = -1.0;
-    if (Within(eye, vec3(-1.0, 18.0, -11.0), vec3(1.0, 22.0, 1.0)) ||
-        Within(eye, vec3(49.0, -11.0, -101.0), vec3(51.0, 22.0, -49.0)))
-        view = mirrored ? 6.0 : 0.0; // out at sea
-    else if (eye.y < 0.0 && !mirrored)
+    if (Within(eye, vec3(-1.0, 18.0, -11.2), vec3(1.0, 22.0, 1.0)))
+        view = mirrored ? 6.0 : 0.0; // out over the open sea
+    else if (Within(eye, vec3(49.0, -11.2, -101.9), vec3(51.0, 22.5, -49.0)))
+        view = mirrored ? 6.0 : 0.0; // away from the rising city
+    else if (Within(eye, vec3(29.0, -5.0, -101.0), vec3(31.0, -0.9, -48.1)))
         view = 1.0; // under water
-    else if (Within(over, vec3(39.0, 7.0, 4.0), vec3(41.0, 11.0, 16.0)))
+    else if (Within(over, vec3(39.0, 7.0, 4.0), vec3(41.0, 11.1, 16.2)))
         view = mirrored ? 6.0 : 2.0; // between the towers
-    else if (Within(over, vec3(9.0, 0.0, 33.0), vec3(26.0, 4.0, 59.0)))
-        view = mirrored ? 7.0 : 3.0; // along the lower canal
-    else if (Within(over, vec3(6.0, 1.0, -6.0), vec3(18.0, 3.0, 5.0)))
-        view = mirrored ? 8.0 : 4.0; // down the upper canal
-    else if (Within(over, vec3(4.0, 4.0, 3.0), vec3(31.0, 9.0, 13.0)))
-        view = mirrored ? 9.0 : 5.0; // over the roofs and along the basin
+    else if (Within(over, vec3(8.8, -0.5, 33.0), vec3(26.0, 4.1, 59.3)))
+        view = mirrored ? 7.0 : 3.0; // low along the canal
+    else if (Within(over, vec3(6.0, 1.0, -6.0), vec3(18.2, 3.0, 5.2)))
+        view = mirrored ? 8.0 : 4.0; // towards the basin
+    else if (Within(over, vec3(4.0, 3.9, 11.0), vec3(26.4, 9.0, 13.0)))
+        view = mirrored ? 9.0 : 5.0; // over the roofs
+    else if (Within(over, vec3(19.0, 5.0, 2.9), vec3(31.2, 7.0, 6.0)))
+        view = mirrored ? 9.0 : 5.0; // along the basin's edge
     return view;
 }
 
-// How far the camera's iris is open. Under water most of the light is lost in the end, when the
-// ripple mixes its blue over the picture. Along the lower canal the picture beats up to twice its
-// brightness, and walls should stay dark then.
+// How far the camera's iris is open in the picture of this bit.
 float Exposure(float view)
 {
     float exposure = 1.0;
@@ -82,6 +84,7 @@ float Exposure(float view)
         exposure = 1.18;
     return exposure;
 }
+// <<< End of what is generated.
 
 // Whether a bit is set in the marks of x (bits 0 to 4) or y (5 to 9).
 bool Marked(vec2 marks, float bit)

@@ -1,0 +1,42 @@
+// make_city_views FOLDER: writes into FOLDER/shader.vert, the city's material, how it knows from
+// which flight it is seen. The rest of the file, which must be there, stays as it is.
+#include "art/city/viewblock.h"
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+std::string ReadText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool WriteText(const std::string& path, const std::string& text) {
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    return static_cast<bool>(file.flush());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: make_city_views FOLDER\n");
+        return 2;
+    }
+    const std::string path = std::string(argv[1]) + "/shader.vert";
+    const auto made = Art::WithViewFunctions(ReadText(path), Art::ViewFunctions(Show::flights));
+    if (!made) {
+        std::fprintf(stderr, "%s: expected one block of generated lines, found none or several\n",
+                     path.c_str());
+        return 1;
+    }
+    if (!WriteText(path, *made)) {
+        std::fprintf(stderr, "%s cannot be written\n", path.c_str());
+        return 1;
+    }
+    std::printf("%s: the boxes of %zu flights\n", path.c_str(), std::size(Show::flights));
+    return 0;
+}
