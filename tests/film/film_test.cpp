@@ -189,6 +189,16 @@ TEST_F(FilmTest, Leaves_the_viewers_log_and_no_folders_behind) {
     EXPECT_TRUE(std::filesystem::is_empty("temporary"));
 }
 
+// These play in the program's own process, at whose end the demo's log gets its foot.
+TEST_F(FilmTest, Leaves_the_viewers_log_when_it_explains_and_verifies) {
+    MakeDemoData();
+    WriteFile("Vell_log.html", "the viewer's");
+    MustFilm({"--explain", "0", "out.html"});
+    EXPECT_EQ(ReadFile("Vell_log.html"), "the viewer's");
+    MustFilm({"--verify", "--renew", "--references", "reference"});
+    EXPECT_EQ(ReadFile("Vell_log.html"), "the viewer's");
+}
+
 TEST_F(FilmTest, Says_what_is_wrong_with_a_wish) {
     const struct {
         std::vector<std::string> words;

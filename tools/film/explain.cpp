@@ -3,9 +3,11 @@
 #include "tools/film/explainpage.h"
 #include "tools/film/newfile.h"
 #include "tools/film/show.h"
+#include "tools/film/stage.h"
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -24,19 +26,33 @@ void CheckTime(double time) {
                              " seconds, none at " + std::to_string(time));
 }
 
+/// Writes the file whole; throws unless that goes well.
+void WritePage(const std::string& path, const std::string& text) {
+    const NewFile file(path);
+    std::ofstream page(file.Path());
+    page << text;
+    page.close();
+    if (!page)
+        RefusePath(path);
+    file.Complete();
+}
+
+/// Before the work, so that a wrong path is told at once. Nothing stays behind: a library may end
+/// the program in between.
+void CheckPath(const std::string& path) {
+    const NewFile file(path);
+    if (!std::ofstream(file.Path()))
+        RefusePath(path);
+}
+
 } // namespace
 
 void Explain(const Rate& rate, double time, const std::string& outPath, Measured measured) {
     CheckTime(time);
-    const NewFile file(outPath);
-    std::ofstream page(file.Path()); // before the work: a wrong path is told at once
-    if (!page)
-        RefusePath(outPath);
-    page << PageOf(TakeApart(rate, rate.FrameAt(time)), measured);
-    page.close();
-    if (!page)
-        RefusePath(outPath);
-    file.Complete();
+    CheckPath(outPath);
+    const std::filesystem::path path = std::filesystem::absolute(outPath);
+    EnterStage();
+    WritePage(path, PageOf(TakeApart(rate, rate.FrameAt(time)), measured));
 }
 
 } // namespace Film

@@ -107,7 +107,8 @@ public:
             break;
         }
         if (Ended())
-            throw std::runtime_error("the process that draws the frames ended unexpectedly");
+            throw std::runtime_error("the process that draws the frames ended unexpectedly (see "
+                                     "./movie --doctor)");
         return false;
     }
 

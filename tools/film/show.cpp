@@ -6,6 +6,7 @@
 #include <SDL.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <stdexcept>
@@ -41,7 +42,13 @@ public:
 
     std::int64_t Now() const { return now; }
     bool Complete() const { return frame > last; }
+    bool Begun() const { return begun; }
     std::exception_ptr Failure() const { return failure; }
+
+    void WindowRefused(const std::string& reason) {
+        refusal = "cannot open a window with OpenGL: " + reason;
+    }
+    const std::string& Refusal() const { return refusal; }
 
     /// Nothing of the demo's may be left on the way by an exception, so the first one is kept, the
     /// demo brought to its end, and the exception handed on after it.
@@ -56,6 +63,7 @@ public:
     }
 
     void BeginFrame() {
+        begun = true;
         Try([this] {
             wanted = !Complete() && visitor.Wants(frame);
             SkipDrawing(!wanted);
@@ -81,7 +89,9 @@ private:
     Visitor& visitor;
     const std::shared_ptr<Vell::Sound::HandTime> music;
     int frame = 0;
+    bool begun = false; // whether the demo came as far as its first frame
     bool wanted = false;
+    std::string refusal = "this OpenGL lacks what the show needs"; // why it would not begin
     std::int64_t now = 0; // microseconds; stands still while the demo loads
     std::exception_ptr failure;
 };
@@ -99,12 +109,11 @@ int __real_SDL_PollEvent(SDL_Event* event);
 void __real_SDL_GL_SwapBuffers();
 int __real_gettimeofday(timeval* time, void* zone);
 
-// The demo examines nothing, and would go on without a context to its first call of OpenGL.
+// The demo does not ask why there is no window: the reason is kept for it.
 SDL_Surface* __wrap_SDL_SetVideoMode(int width, int height, int bits, Uint32 flags) {
     SDL_Surface* const surface = __real_SDL_SetVideoMode(width, height, bits, flags);
     if (show && !surface)
-        throw std::runtime_error(std::string("cannot open a window with OpenGL: ") +
-                                 SDL_GetError());
+        show->WindowRefused(SDL_GetError());
     return surface;
 }
 
@@ -140,12 +149,16 @@ int __wrap_gettimeofday(timeval* time, void* zone) {
 namespace Film {
 
 void PlayShow(const Rate& rate, int last, Visitor& visitor) {
+    constexpr int keepTheUsers = 0;
+    setenv("SDL_VIDEODRIVER", "x11", keepTheUsers); // or SDL would take the terminal for a screen
     Show now(rate, last, visitor);
     show = &now;
     const std::unique_ptr<Show*, void (*)(Show**)> end(&show, [](Show** it) { *it = nullptr; });
     NimbrelMain();
     if (now.Failure())
         std::rethrow_exception(now.Failure());
+    if (!now.Begun())
+        throw std::runtime_error(now.Refusal() + " (see ./movie --doctor)");
     if (!now.Complete())
         throw std::runtime_error("the demo ended before frame " + std::to_string(last));
 }

@@ -32,8 +32,8 @@ public:
 ///
 /// Once a process, from its only thread, with a display in DISPLAY and Data/ in the working
 /// directory, where the demo writes its log. What `visitor` throws comes out again after the demo
-/// has ended. Throws std::runtime_error when the demo ended before frame `last`, or no window with
-/// an OpenGL context could be opened.
+/// has ended. Throws std::runtime_error when the demo ended before frame `last`, and says why when
+/// it did not begin: no window with an OpenGL context, or an OpenGL that the engine cannot use.
 void PlayShow(const Rate& rate, int last, Visitor& visitor);
 
 } // namespace Film

@@ -27,4 +27,9 @@ std::string Stage::Log() const {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+void EnterStage() {
+    static const Stage stage; // made before the log, and so gone after it
+    fs::current_path(stage.Folder());
+}
+
 } // namespace Film

@@ -22,4 +22,9 @@ private:
     std::filesystem::path folder;
 };
 
+/// Enters a stage for good, for a show in this process: the demo's log gets its foot when the
+/// process ends, which then must not stand in the viewer's folder. Relative paths mean nothing
+/// afterwards.
+void EnterStage();
+
 } // namespace Film

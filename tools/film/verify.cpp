@@ -66,13 +66,10 @@ private:
 };
 
 std::vector<Reference> DrawMoments(std::vector<int> frames) {
-    const Stage stage;
-    const fs::path before = fs::current_path();
-    fs::current_path(stage.Folder());
+    EnterStage();
     const int last = frames.back();
     Keeper keeper(std::move(frames));
     PlayShow({}, last, keeper);
-    fs::current_path(before);
     return keeper.references;
 }
 
@@ -195,7 +192,8 @@ void TellAgreement(size_t count, size_t identical, const Difference& largest) {
 
 } // namespace
 
-int VerifyShow(const std::string& folder, const std::string& picturePath) {
+int VerifyShow(const std::string& folder, const std::string& pictureName) {
+    const fs::path picturePath = pictureName.empty() ? "" : fs::absolute(pictureName);
     const std::vector<Reference> expected = ReadReferences(folder);
     const std::vector<Reference> found = DrawMoments(FramesOf(expected));
     std::cout << "Fingerprint of what was drawn: " << std::hex << Fingerprint(found) << std::dec
@@ -222,7 +220,8 @@ int VerifyShow(const std::string& folder, const std::string& picturePath) {
 }
 
 void RenewReferences(const std::string& folder) {
-    WriteReferences(DrawMoments(Moments({})), folder);
+    const fs::path target = fs::absolute(folder);
+    WriteReferences(DrawMoments(Moments({})), target);
 }
 
 } // namespace Film
