@@ -1,4 +1,5 @@
 #include "demo/scene1.h"
+#include "demo/show.h"
 
 #include "engine/core/clock.h"
 #include "engine/core/core.h"
@@ -8,10 +9,6 @@
 #include <fmod.h>
 
 namespace {
-
-constexpr int width = 960;
-constexpr int height = 89;              // a very wide, very low picture is the demo's format
-constexpr double runningTime = 118.252; // seconds: 8.5 phrases of the music
 
 constexpr int channels = 10;
 constexpr int spectrumSize = 64;
@@ -26,12 +23,12 @@ int main() {
     // No result of SDL or FMOD is examined: without a sound device the demo plays on silently, and
     // without a window it is InitEngine() that finds no OpenGL.
     SDL_Init(SDL_INIT_VIDEO);
-    SDL_SetVideoMode(width, height, 32, SDL_HWSURFACE | SDL_OPENGL | SDL_ASYNCBLIT);
+    SDL_SetVideoMode(Show::width, Show::height, 32, SDL_HWSURFACE | SDL_OPENGL | SDL_ASYNCBLIT);
     SDL_ShowCursor(SDL_DISABLE);
     SDL_WM_SetCaption("Halvorn :: Nimbrel", nullptr);
 
     Vell::Clock frameClock;
-    if (!Vell::InitEngine(Vell::ivec2(width, height))) {
+    if (!Vell::InitEngine(Vell::ivec2(Show::width, Show::height))) {
         SDL_Quit(); // without OpenGL there is nothing to show, and the log says so
         return 0;
     }
@@ -54,7 +51,7 @@ int main() {
     Vell::Clock demoClock; // alone decides the end, whatever the music is doing
     SDL_Event event{};     // examined even before the first event arrives
 
-    while (running && demoClock.GetElapsedTime() < runningTime) {
+    while (running && demoClock.GetElapsedTime() < Show::runningTime) {
         const float dt = frameClock.GetElapsedTime();
         frameClock.Reset();
 

@@ -2,6 +2,7 @@
 
 #include "demo/post_rgb.h"
 #include "demo/post_water.h"
+#include "demo/show.h"
 #include "demo/timeline.h"
 
 #include "engine/core/GLExtensions.h"
@@ -25,33 +26,6 @@ using Vell::vec3;
 using Vell::XT3DStatic;
 
 namespace {
-
-// One and one and a half times the music's phrase: every cut falls on the beat.
-constexpr float phrase = 13.912f;
-constexpr float longPhrase = 20.868f;
-
-struct Flight {
-    vec3 start;
-    vec3 end;
-    float duration; // seconds
-};
-
-// Played one after the other; together they last as long as the demo.
-const Flight flights[] = {
-    {vec3(0, 1, 0), vec3(0, 1, -10), phrase},          // out over the open sea
-    {vec3(50, 1, -50), vec3(50, 10, -100), phrase},    // away from the rising city
-    {vec3(30, -4, -100), vec3(30, -2, -50), phrase},   // under water
-    {vec3(40, 8, 5), vec3(40, 10, 15), phrase},        // between the towers
-    {vec3(25, 0.5f, 34), vec3(10, 3, 58), longPhrase}, // low along the canal
-    {vec3(7, 2, -5), vec3(17, 2, 4), phrase},          // towards the basin
-    {vec3(5, 8, 12), vec3(25, 5, 12), phrase},         // over the roofs
-    {vec3(20, 6, 5), vec3(30, 6, 4), phrase},          // along the basin's edge
-};
-
-const vec3 riseTarget(0, 0, 0);
-const vec3 splitTarget(50, 11, 11);
-const vec3 approachTarget(30, 2, 14);
-const vec3 finaleTarget(25, 3, 13);
 
 // Far above the scene, out of sight and out of reach of the city's shading.
 const vec3 wispParking(0, 1000, 0);
@@ -113,7 +87,7 @@ void Scene1::Load() {
     LoadWater();
     sceneClock.Reset();
     logo.SetTexture("Data/Gfx/Logo/logo.jpg");
-    Vell::SetFovy(25.0f);
+    Vell::SetFovy(Show::fieldOfView);
     AddFlights();
     // The flights and demo time start together, after everything that takes time.
     path.Reset();
@@ -138,7 +112,7 @@ void Scene1::LoadCity() {
     XT3DStatic* mesh = LoadMesh(*manager, "Data/Gfx/City/city.xt3dstatic");
     cityShader = mesh->SetMaterialShader("Data/Gfx/City/shader.vert", "Data/Gfx/City/shader.frag");
     city = manager->AddSceneNode(mesh, vec3(0));
-    city->SetPosition(vec3(0, -20, 0)); // sunk; the timeline raises it
+    city->SetPosition(vec3(0, Show::sunkenHeight, 0)); // the timeline raises it
 }
 
 void Scene1::LoadWisps() {
@@ -191,7 +165,7 @@ void Scene1::LoadWater() {
 }
 
 void Scene1::AddFlights() {
-    for (const Flight& flight : flights)
+    for (const Show::Flight& flight : Show::flights)
         path.AddPath(flight.start, flight.end, flight.duration);
 }
 
@@ -202,8 +176,8 @@ void Scene1::FollowFlight() {
     viewCamera->Set(position, target);
 }
 
-void Scene1::LookAt(const vec3& target) {
-    viewCamera->Set(path.GetPos(), target);
+void Scene1::LookAtAim(Show::FlightNumber flight) {
+    viewCamera->Set(path.GetPos(), *Show::flights[flight].aim);
 }
 
 void Scene1::PlaySegment(float t, float dt) {
@@ -229,7 +203,7 @@ void Scene1::PlaySegment(float t, float dt) {
 }
 
 void Scene1::PlayCityRise(float t) {
-    LookAt(riseTarget);
+    LookAtAim(Show::CityRise);
     city->SetPosition(vec3(0, Timeline::CityHeight(t), 0));
 }
 
@@ -243,7 +217,7 @@ void Scene1::PlayFishSchool(float t) {
 }
 
 void Scene1::PlayColourSplit(float dt) {
-    LookAt(splitTarget);
+    LookAtAim(Show::BetweenTowers);
     pulse = Timeline::NextLevel(pulse, spectrum[0], dt, Timeline::splitPulse);
     rgb->SetOffset(pulse);
 }
@@ -263,12 +237,12 @@ void Scene1::AimAtWisps(float t) {
     switch (Timeline::WispViewAt(t)) {
     case WispView::Approach:
         bloom->SetIntensity(0.0f);
-        LookAt(approachTarget);
+        LookAtAim(Show::ToBasin);
         break;
     case WispView::Flight:
         break;
     case WispView::Finale:
-        LookAt(finaleTarget);
+        LookAtAim(Show::Basin);
         break;
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "demo/camera.h"
+#include "demo/show.h"
 #include "engine/core/clock.h"
 #include "engine/math/vec3.h"
 #include "engine/scene/sprite.h"
@@ -66,7 +67,7 @@ private:
 
     // Draw, one step each. `t` is demo time, `dt` the previous frame's duration, in seconds.
     void FollowFlight();
-    void LookAt(const Vell::vec3& target);
+    void LookAtAim(Show::FlightNumber flight);
     void PlaySegment(float t, float dt);
     void PlayCityRise(float t);
     void PlayFishSchool(float t);

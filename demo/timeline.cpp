@@ -1,5 +1,7 @@
 #include "demo/timeline.h"
 
+#include "demo/show.h"
+
 #include <cmath>
 #include <limits>
 
@@ -9,7 +11,6 @@ namespace Timeline {
 
 namespace {
 
-constexpr double phrase = 13.912;
 constexpr double forever = std::numeric_limits<double>::infinity();
 
 struct Span {
@@ -18,18 +19,21 @@ struct Span {
     Segment segment;
 };
 
+constexpr Span During(Show::FlightNumber flight, Segment segment) {
+    return {Show::flights[flight].begin, Show::EndOf(flight), segment};
+}
+
 // The last one has no end of its own: the demo ends first.
 constexpr Span spans[] = {
-    {13.912, 27.824, Segment::CityRise},    {27.824, 41.736, Segment::FishSchool},
-    {41.736, 55.648, Segment::ColourSplit}, {55.648, 76.516, Segment::Glow},
-    {76.516, forever, Segment::Wisps},
+    During(Show::CityRise, Segment::CityRise),
+    During(Show::UnderWater, Segment::FishSchool),
+    During(Show::BetweenTowers, Segment::ColourSplit),
+    During(Show::Canal, Segment::Glow),
+    {Show::flights[Show::ToBasin].begin, forever, Segment::Wisps},
 };
 
-constexpr double approachEnd = 90.428;
-constexpr double finaleBegin = 104.34;
-
-constexpr float sunkenHeight = -20.0f;
-constexpr float risenHeight = 0.0f;
+constexpr double approachEnd = Show::EndOf(Show::ToBasin);
+constexpr double finaleBegin = Show::flights[Show::Basin].begin;
 
 constexpr double fishSpacing = 2.0;
 constexpr double fishDrift = -2.0; // units per second along x
@@ -61,7 +65,8 @@ WispView WispViewAt(double t) {
 }
 
 float CityHeight(float t) {
-    return CosInterpolation(sunkenHeight, risenHeight, static_cast<float>(t / phrase - 1.0));
+    return CosInterpolation(Show::sunkenHeight, Show::risenHeight,
+                            static_cast<float>(t / Show::phrase - 1.0));
 }
 
 int FishIndex(int column, int row, int number) {

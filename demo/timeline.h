@@ -5,8 +5,8 @@
 /// The demo's choreography as plain arithmetic: what happens at a given time and where things
 /// are then. Nothing here reads a clock or draws; Scene1 asks and applies.
 ///
-/// All times are seconds of demo time, 0 at the end of loading. The cuts are multiples of the
-/// music's phrase of 13.912 s; they are doubles, the demo time that is compared with them is a
+/// All times are seconds of demo time, 0 at the end of loading. The cuts are those of
+/// Show::flights; they are doubles, the demo time that is compared with them is a
 /// float widened to double.
 namespace Timeline {
 

@@ -2,10 +2,12 @@
 
 #include "art/common/picture.h"
 
+#include "demo/show.h"
+
 namespace Art {
 
-inline constexpr int kLogoWidth = 960;
-inline constexpr int kLogoHeight = 89;
+inline constexpr int kLogoWidth = Show::width;
+inline constexpr int kLogoHeight = Show::height;
 
 /// The title as the viewer sees it on the screen, rows from the top: both names stand on the
 /// horizon of the opening shot and are mirrored in its sea. The ground is the very sky that the

@@ -5,6 +5,7 @@
 // main.cpp includes comes before the replacements, so that only main's own calls are redirected.
 
 #include "demo/scene1.h"
+#include "demo/show.h"
 #include "engine/core/clock.h"
 #include "engine/core/core.h"
 #include "tests/support/fake_time.h"

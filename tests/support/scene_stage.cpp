@@ -2,6 +2,7 @@
 
 #include "demo/post_rgb.h"
 #include "demo/post_water.h"
+#include "demo/show.h"
 #include "engine/core/core.h"
 #include "engine/post/post_bloom.h"
 #include "engine/scene/camera.h"
@@ -23,34 +24,15 @@ struct SceneNodeProbe {
 
 namespace {
 
-// The camera's flights as the choreography wants them, written out once more by hand.
-struct Flight {
-    double begin;
-    double duration;
-    vec3 start;
-    vec3 end;
-};
-
-const Flight flights[] = {
-    {0.0, 13.912, vec3(0, 1, 0), vec3(0, 1, -10)},
-    {13.912, 13.912, vec3(50, 1, -50), vec3(50, 10, -100)},
-    {27.824, 13.912, vec3(30, -4, -100), vec3(30, -2, -50)},
-    {41.736, 13.912, vec3(40, 8, 5), vec3(40, 10, 15)},
-    {55.648, 20.868, vec3(25, 0.5f, 34), vec3(10, 3, 58)},
-    {76.516, 13.912, vec3(7, 2, -5), vec3(17, 2, 4)},
-    {90.428, 13.912, vec3(5, 8, 12), vec3(25, 5, 12)},
-    {104.34, 13.912, vec3(20, 6, 5), vec3(30, 6, 4)},
-};
-
 unsigned int FlightAt(double t) {
     unsigned int flight = 0;
-    while (flight + 1 < std::size(flights) && t > flights[flight + 1].begin)
+    while (flight + 1 < Show::flightCount && t > Show::flights[flight + 1].begin)
         ++flight;
     return flight;
 }
 
 vec3 PointAt(double t, double lead) {
-    const Flight& flight = flights[FlightAt(t)];
+    const Show::Flight& flight = Show::flights[FlightAt(t)];
     const float u = float((t - flight.begin) / flight.duration + lead);
     vec3 way = flight.end - flight.start;
     return way * u + flight.start;
@@ -143,7 +125,7 @@ void SceneStage::TearDown() {
 void SceneStage::GoTo(double t) {
     Camera& path = Scene1Probe::Path(TheScene());
     const unsigned int flight = FlightAt(t);
-    SetFakeTime(flights[flight].begin);
+    SetFakeTime(Show::flights[flight].begin);
     CameraProbe::Clock(path).Reset();
     CameraProbe::Current(path) = flight;
     SetFakeTime(t);

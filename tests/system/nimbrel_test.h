@@ -1,5 +1,6 @@
 #pragma once
 
+#include "demo/show.h"
 #include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
 #include "tests/support/virtual_display.h"
@@ -29,7 +30,7 @@ class NimbrelTest : public ::testing::Test {
 protected:
     static constexpr const char* caption = "Halvorn :: Nimbrel";
     static constexpr const char* reportFile = "report.txt";
-    static constexpr double runningTime = 118.252; // seconds
+    static constexpr double runningTime = Show::runningTime; // seconds
 
     static void SetUpTestSuite() { display = std::make_unique<VirtualDisplay>(); }
     static void TearDownTestSuite() { display.reset(); }

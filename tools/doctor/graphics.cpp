@@ -2,6 +2,8 @@
 
 #include "tools/doctor/glgroups.h"
 
+#include "demo/show.h"
+
 #include "engine/core/GLExtensions.h"
 #include "engine/core/core.h"
 #include "engine/core/fbo.h"
@@ -17,8 +19,8 @@ namespace Doctor {
 namespace {
 
 // As the demo opens its window.
-constexpr int screenWidth = 960; // pixels
-constexpr int screenHeight = 89;
+constexpr int screenWidth = Show::width; // pixels
+constexpr int screenHeight = Show::height;
 constexpr int screenBits = 32;
 
 std::string Dotted(int major, int minor, int patch) {

@@ -2,6 +2,8 @@
 
 #include "tools/preload/preload.h"
 
+#include "demo/show.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -16,7 +18,7 @@ namespace Doctor {
 
 namespace {
 
-constexpr double showSeconds = 118.252;  // how long the demo lasts
+constexpr double showSeconds = Show::runningTime;  // how long the demo lasts
 constexpr double loadingPatience = 60.0; // seconds
 
 const char* const framesFile = "frames.txt";

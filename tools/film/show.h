@@ -2,13 +2,15 @@
 
 #include "tools/film/rate.h"
 
+#include "demo/show.h"
+
 namespace Film {
 
 /// How long the demo lasts, in seconds of demo time.
-constexpr double showLength = 118.252;
+constexpr double showLength = Show::runningTime;
 
-constexpr int pictureWidth = 960; ///< pixels, as the demo opens its window
-constexpr int pictureHeight = 89;
+constexpr int pictureWidth = Show::width; ///< pixels, as the demo opens its window
+constexpr int pictureHeight = Show::height;
 
 /// What is done with the frames of a show.
 class Visitor {
