@@ -1,3 +1,4 @@
+#include "art/common/meshlikeness.h"
 #include "art/common/meshwriter.h"
 
 #include "engine/render/xt3dstatic.h"
@@ -152,6 +153,30 @@ TEST_F(MeshWriterAndEngine, The_engine_loads_what_was_written) {
     loaded.Load("triangle.xt3dstatic");
     EXPECT_EQ(loaded.GetBBox()->GetMax().y, 2.5f);
     EXPECT_EQ(loaded.GetBBox()->GetMin().z, -1.0f);
+}
+
+TEST(MeshLikeness, Is_the_share_of_equal_triangles_in_any_order) {
+    MeshFile one = OneTriangle();
+    one.subMeshes.push_back(one.subMeshes[0]);
+    one.subMeshes[1].vertices[0].position.x = 7;
+    MeshFile other = one;
+    EXPECT_EQ(Likeness(one, other), 1.0);
+    std::swap(other.subMeshes[0], other.subMeshes[1]);
+    other.subMeshes[0].vertices[1].lightmap.x = 0.5f;
+    EXPECT_EQ(Likeness(one, other), 1.0) << "neither order nor light map counts";
+
+    other.subMeshes[0].vertices[1].texcoord.x += 64; // a view mark
+    EXPECT_EQ(Likeness(one, other), 0.5);
+    other.subMeshes[1].textures[0] = "trim.jpg";
+    EXPECT_EQ(Likeness(one, other), 0.0);
+}
+
+TEST(MeshLikeness, Counts_what_only_one_of_two_meshes_has) {
+    MeshFile twice = OneTriangle();
+    twice.subMeshes.push_back(twice.subMeshes[0]);
+    EXPECT_EQ(Likeness(OneTriangle(), twice), 0.5);
+    EXPECT_EQ(Likeness(twice, OneTriangle()), 0.5);
+    EXPECT_EQ(Likeness(MeshFile(), MeshFile()), 1.0);
 }
 
 } // namespace
