@@ -1,4 +1,4 @@
-// A pure table, near enough: the page's fixed words and its style sheet.
+// The page's fixed words and its style sheet.
 #include "tools/film/explainwords.h"
 
 namespace Film {
