@@ -1,6 +1,5 @@
 #include "art/city/meshing.h"
 
-#include "art/city/ordering.h"
 #include "art/city/views.h"
 #include "art/lightmap/packing.h"
 
@@ -25,6 +24,7 @@ struct Charted {
 // repeats of the texture, which change nothing else: x carries the lower five, y the upper.
 constexpr unsigned kBitsEach = 5;
 constexpr float kRepeatsPerMark = 64;
+constexpr unsigned kAllViews = (1u << 2 * kBitsEach) - 1;
 
 Vec2 MarkOf(unsigned views) {
     return Vec2{static_cast<float>(views % (1u << kBitsEach)),
@@ -171,11 +171,16 @@ void AppendSurface(std::vector<MeshVertex>& out, const Charted& c) {
     }
 }
 
+std::vector<size_t> AsPlanned(const std::vector<Charted>& all) {
+    std::vector<size_t> order(all.size());
+    std::iota(order.begin(), order.end(), size_t{0});
+    return order;
+}
+
 /// By turn, what hides others first; among equals near first. What the pictures never show
 /// comes last.
 std::vector<size_t> HidersFirst(const std::vector<Charted>& all) {
-    std::vector<size_t> order(all.size());
-    std::iota(order.begin(), order.end(), size_t{0});
+    std::vector<size_t> order = AsPlanned(all);
     const auto key = [&](size_t i) { return all[i].sight.Turn() + 0.002f * all[i].sight.distance; };
     std::stable_sort(order.begin(), order.end(),
                      [&](size_t a, size_t b) { return key(a) < key(b); });
@@ -213,31 +218,51 @@ SubMesh Curtain() {
     return curtain;
 }
 
-} // namespace
-
-MeshFile MeshCity(const Builder& city, MeshReport& report) {
-    const std::vector<bool> open = FindOpenSurfaces(city.surfaces);
-    const std::vector<Sight> sights = MeasureSights(city.surfaces);
-    const std::vector<unsigned> views = MeasureViews(city.surfaces);
+/// The surfaces that are drawn, with what the flights see of them.
+std::vector<Charted> ToShow(const std::vector<Surface>& surfaces, const Measures& measures,
+                            const Steps& steps) {
+    const auto& [open, sights, views] = measures;
+    const bool marked = Takes(steps, Step::Marks);
+    const bool everything = !Takes(steps, Step::Hidden);
     std::vector<Charted> all;
-    for (size_t i = 0; i < city.surfaces.size(); ++i)
-        if (open[i] && (views[i] != 0 || AreaOf(city.surfaces[i]) > kDetailArea))
-            all.push_back(Enclose(city.surfaces[i], sights[i], views[i]));
-    report = {city.surfaces.size(), city.surfaces.size() - all.size(), 0, PackTightly(all)};
+    for (size_t i = 0; i < surfaces.size(); ++i)
+        if (everything || (open[i] && (views[i] != 0 || AreaOf(surfaces[i]) > kDetailArea)))
+            all.push_back(Enclose(surfaces[i], sights[i], marked ? views[i] : kAllViews));
+    return all;
+}
 
-    std::vector<SubMesh> bins(static_cast<size_t>(kBands) * kMaterialCount);
-    const std::vector<size_t> order = HidersFirst(all);
+/// The surfaces in this order, cut into bands, one sub-mesh a texture and band.
+void AppendBands(MeshFile& mesh, const std::vector<Charted>& all, const std::vector<size_t>& order,
+                 int bands) {
+    std::vector<SubMesh> bins(static_cast<size_t>(bands) * kMaterialCount);
     for (size_t i = 0; i < order.size(); ++i) {
         const Charted& c = all[order[i]];
         const auto material = static_cast<size_t>(c.surface->paint.material);
-        SubMesh& bin = bins[i * kBands / order.size() * kMaterialCount + material];
+        SubMesh& bin = bins[i * bands / order.size() * kMaterialCount + material];
         bin.textures[0] = FileOf(c.surface->paint.material).texture;
         AppendSurface(bin.vertices, c);
     }
-    MeshFile mesh{"Data/Gfx/City/", true, {Curtain()}};
     for (SubMesh& bin : bins)
         if (!bin.vertices.empty())
             mesh.subMeshes.push_back(std::move(bin));
+}
+
+} // namespace
+
+Measures MeasureCity(const Builder& city) {
+    return {FindOpenSurfaces(city.surfaces), MeasureSights(city.surfaces),
+            MeasureViews(city.surfaces)};
+}
+
+MeshFile MeshCity(const Builder& city, const Measures& measures, MeshReport& report,
+                  const Steps& steps) {
+    std::vector<Charted> all = ToShow(city.surfaces, measures, steps);
+    report = {city.surfaces.size(), city.surfaces.size() - all.size(), 0, PackTightly(all)};
+    MeshFile mesh{"Data/Gfx/City/", true, {}};
+    if (Takes(steps, Step::Curtain))
+        mesh.subMeshes.push_back(Curtain());
+    const bool ordered = Takes(steps, Step::Order);
+    AppendBands(mesh, all, ordered ? HidersFirst(all) : AsPlanned(all), ordered ? kBands : 1);
     report.vertices = VertexCount(mesh);
     return mesh;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "art/city/builder.h"
+#include "art/city/ordering.h"
+#include "art/city/steps.h"
 #include "art/common/meshwriter.h"
 
 namespace Art {
@@ -16,9 +18,20 @@ struct MeshReport {
 /// Side of the light map in texels.
 inline constexpr int kLightmapSize = 2048;
 
+/// What the flights see of each surface: what the steps below go by.
+struct Measures {
+    std::vector<bool> open;      ///< FindOpenSurfaces()
+    std::vector<Sight> sights;   ///< MeasureSights()
+    std::vector<unsigned> views; ///< MeasureViews()
+};
+Measures MeasureCity(const Builder& city);
+
 /// Turns the city into the mesh that is shipped: hidden surfaces dropped, light-map charts
 /// packed, surfaces near the wisps cut small for their light, and all of it ordered so that
 /// what is usually near comes first, one sub-mesh a texture and band of distance.
-MeshFile MeshCity(const Builder& city, MeshReport& report);
+/// With fewer `steps` than all, it is a mesh to compare with: other surfaces have other charts, and
+/// the published light map does not fit them.
+MeshFile MeshCity(const Builder& city, const Measures& measures, MeshReport& report,
+                  const Steps& steps = kAllSteps);
 
 } // namespace Art

@@ -15,8 +15,9 @@ namespace {
 using namespace Art;
 
 struct Made {
+    Builder city = BuildCity(kCitySeed);
     MeshReport report;
-    MeshFile mesh = MeshCity(BuildCity(kCitySeed), report);
+    MeshFile mesh = MeshCity(city, MeasureCity(city), report);
 };
 
 const Made& City() {
