@@ -38,10 +38,10 @@ public:
     /// `event`: read only, not null, and still the caller's. `dt`: the frame's duration in seconds.
     /// `floorY`: the lowest height that the target may have; it is lifted to it.
     ///
-    /// The angle from straight up is kept off both poles, where up and the view's direction would
-    /// be one: 180 degrees or more become 179, and 1 or less becomes 1. Even without any event both
-    /// angles lose up to a few float steps over the first calls: they are turned to radians by a
-    /// double and back by a slightly smaller float, which is intended.
+    /// The angle from straight up is kept off both poles, where no view can be made: 180 degrees or
+    /// more become 179, and 1 or less becomes 1. Even without any event both angles lose a few
+    /// float steps over the first calls, and none after them: they become radians by a double and
+    /// degrees again by a slightly smaller float, which is intended.
     void Update(SDL_Event* event, float dt, float floorY);
 
 private:
