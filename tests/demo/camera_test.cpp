@@ -152,6 +152,27 @@ TEST_F(CameraPaths, Advance_past_the_last_flight_and_hold_its_end) {
     EXPECT_EQ(Current(), 2u);
 }
 
+TEST_F(CameraPaths, Target_alone_holds_the_last_end_before_it_wraps) {
+    SetFakeTime(4.125);
+    camera->GetTarget();
+    SetFakeTime(6.25); // 2.125 s after the second flight began
+    camera->GetTarget();
+    EXPECT_EQ(Current(), 2u);
+    ExpectPoint(camera->GetTarget(), 20, 10, 0);
+    SetFakeTime(8.5);
+    camera->GetTarget();
+    EXPECT_EQ(Current(), 0u);
+}
+
+TEST_F(CameraPaths, Eye_starts_the_hold_again_each_time_it_is_over) {
+    RunOut(); // at 6.25 s
+    SetFakeTime(8.5);
+    camera->GetPos(); // 2.25 s later: the hold of 2 s is over
+    SetFakeTime(9.0);
+    ExpectPoint(camera->GetTarget(), 20, 10, 0); // 0.5 s into the next one, no end to wrap at
+    EXPECT_EQ(Current(), 2u);
+}
+
 TEST_F(CameraPaths, Eye_never_wraps_to_the_first_flight) {
     RunOut();
     SetFakeTime(8.5);

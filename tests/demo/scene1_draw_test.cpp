@@ -309,6 +309,15 @@ TEST_F(SceneTimeline, Seventh_flight_looks_ahead_while_the_wisps_move_on) {
     }
 }
 
+TEST_F(SceneTimeline, Glow_is_put_out_by_the_approach_alone) {
+    for (double t : {90.428 + moment, 97.0, 104.34 + moment, 118.0}) {
+        SCOPED_TRACE(t);
+        Scene1Probe::Bloom(TheScene()).SetIntensity(0.5f);
+        DrawAt(t);
+        EXPECT_EQ(Glow(), 0.5f);
+    }
+}
+
 TEST_F(SceneTimeline, Finale_aims_at_the_middle_of_the_basin) {
     for (double t : {104.34 + moment, 118.0}) {
         SCOPED_TRACE(t);

@@ -106,6 +106,14 @@ TEST(TimelineCity, Starts_and_ends_at_rest) {
     EXPECT_NEAR(Timeline::CityHeight(13.912f * 1.99f), -0.0049, 2e-4);
 }
 
+TEST(TimelineCity, Is_eased_in_floats) {
+    // 1.4 ms before the end 1 - x is 1.00632e-4, and 1 - f its square times pi^2 / 4: 2.499e-8.
+    // That is less than half the float step below 1, 2.98e-8, so that f is 1: it has arrived.
+    EXPECT_EQ(Timeline::CityHeight(27.8226f), 0.0f);
+    // 2 ms before it 1 - x is 1.4376e-4 and 1 - f 5.099e-8: one step of 5.96e-8 below 1.
+    EXPECT_EQ(Timeline::CityHeight(27.822f), -20.0f * 0x1p-24f);
+}
+
 TEST(TimelineFish, Every_place_in_the_list_belongs_to_one_fish) {
     std::set<int> places;
     for (int column = 0; column < 4; ++column)
