@@ -2,6 +2,7 @@
 
 #include "engine/core/logmanager.h"
 #include "engine/core/ressourcemanager.h"
+#include "engine/render/trust.h"
 
 #include <csetjmp>
 #include <cstdio>
@@ -46,16 +47,18 @@ struct FileCloser {
 };
 using File = std::unique_ptr<FILE, FileCloser>;
 
-/// Whether the driver could take such a picture as a texture.
+/// Whether the driver could take such a picture as a texture. One that names no limit is let try.
 bool FitsTexture(unsigned width, unsigned height) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
-    return width <= unsigned(largest) && height <= unsigned(largest);
+    return largest <= 0 || (width <= unsigned(largest) && height <= unsigned(largest));
 }
 
-/// Whether the file has at least so many bytes. Asked before memory is taken: a few damaged bytes
-/// of a header would otherwise be given gigabytes for a picture that the file does not hold.
-bool HasBytes(FILE* file, size_t least) {
+/// Whether a picture of so many bytes may stand in the file, which would need so many for it at
+/// least. Asked before memory is taken.
+bool IsCredible(FILE* file, size_t pictureBytes, size_t least) {
+    if (pictureBytes <= takenOnTrust)
+        return true;
     struct stat status {};
     const bool measured = fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
     return !measured || size_t(status.st_size) >= least;
@@ -99,7 +102,7 @@ Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors,
         return Outcome::tooLarge;
     const size_t pixels = size_t(jpeg.image_width) * jpeg.image_height;
     // Arithmetic coding may need next to nothing for any number of flat blocks.
-    if (!jpeg.arith_code && !HasBytes(file, pixels / mostPixelsAJpegByte))
+    if (!jpeg.arith_code && !IsCredible(file, pixels * rgbBytes, pixels / mostPixelsAJpegByte))
         return Outcome::refused;
     if (!MakeRoom(picture, jpeg.image_width, jpeg.image_height, rgbBytes))
         return Outcome::tooLarge;
@@ -222,7 +225,8 @@ Outcome DecodePng(FILE* file, PngReader& reader, std::vector<png_bytep>& rows, D
     const unsigned height = png_get_image_height(reader.png, reader.info);
     if (!FitsTexture(width, height))
         return Outcome::tooLarge;
-    if (!HasBytes(file, packedRow * height / mostBytesAPngByte))
+    if (!IsCredible(file, size_t(width) * height * size_t(pixelBytes),
+                    packedRow * height / mostBytesAPngByte))
         return Outcome::refused;
     if (!MakeRoom(picture, width, height, pixelBytes))
         return Outcome::tooLarge;
@@ -348,9 +352,8 @@ void Image::Bind() const {
 }
 
 // The format stays as it is, by intention: only the image that loaded the file may upload it again.
+// An image that loads its own path again shares with itself, and nobody owns what it shares.
 void Image::Share(const Image& other) {
-    if (&other == this)
-        return; // the same path a second time: what this image owns stays owned
     name = other.name;
     texture = other.texture;
     size = other.size;

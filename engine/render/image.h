@@ -24,16 +24,19 @@ public:
     Image(const Image&) = delete;
     Image& operator=(const Image&) = delete;
 
-    /// Loads the file, or shares what is registered under `path`; to be called once an image (a
-    /// second file would forget the first without releasing it: others may share it).
+    /// Loads the file, or shares what is registered under `path`; to be called once an image. A
+    /// second file would forget the first without releasing it: others may share it. The same path
+    /// once more makes the image share with itself: it then owns nothing, like every sharer, so its
+    /// texture and pixels are never released and its end is not logged.
     /// The ending decides the format and is case-sensitive: ".png" or ".jpg", anything else is
     /// refused. Registers the path even when loading fails. Leaves the texture bound.
     /// True when there is a texture afterwards; false, with texture 0 and size (0, 0), otherwise.
     /// Logs "LOADED", or "ERROR" for a wrong ending, an unreadable file, a grey, CMYK or damaged
-    /// JPEG, no PNG signature, and a picture too large for the driver's textures or for the memory;
-    /// other unsuitable PNG files (grey, damaged) fail without a row. A file that is too small for
-    /// the size its header promises counts as damaged; a JPEG that breaks off later loads as far as
-    /// it goes.
+    /// JPEG, no PNG signature, and a picture wider or higher than the driver's largest texture
+    /// (when the driver names one) or too large for the memory; other unsuitable PNG files (grey,
+    /// damaged) fail without a row. A JPEG that breaks off behind its header loads as far as it
+    /// goes, unless it promises more than `takenOnTrust` bytes and the file could not hold that:
+    /// such a file counts as damaged.
     bool Load(const std::string& path);
 
     /// What Load calls by ending: decode and upload, without registry or "LOADED" row.

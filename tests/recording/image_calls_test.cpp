@@ -170,9 +170,28 @@ TEST_F(ImageCalls, What_does_not_load_makes_no_texture) {
 TEST_F(ImageCalls, Picture_larger_than_the_drivers_textures_makes_none) {
     gl.largestTexture = 1;
     WritePng("large.png", 2, 1, 3, twoPixels);
+    WritePng("high.png", 1, 2, 3, twoPixels);
+    for (const char* path : {"large.png", "high.png"}) {
+        Image image;
+        EXPECT_FALSE(image.Load(path));
+        EXPECT_TRUE(MadeLast("glGetIntegerv(GL_MAX_TEXTURE_SIZE)"));
+    }
+}
+
+TEST_F(ImageCalls, Picture_as_large_as_the_drivers_textures_is_loaded) {
+    gl.largestTexture = 2;
+    WritePng("just.png", 2, 1, 3, twoPixels);
     Image image;
-    EXPECT_FALSE(image.Load("large.png"));
-    EXPECT_TRUE(Made("glGetIntegerv(GL_MAX_TEXTURE_SIZE)"));
+    EXPECT_TRUE(image.Load("just.png"));
+    EXPECT_TRUE(Made(Load("GL_RGB", Parameters())));
+}
+
+TEST_F(ImageCalls, Picture_is_loaded_where_the_driver_names_no_largest_texture) {
+    gl.largestTexture = 0;
+    WritePng("unlimited.png", 2, 1, 3, twoPixels);
+    Image image;
+    EXPECT_TRUE(image.Load("unlimited.png"));
+    EXPECT_TRUE(Made(Load("GL_RGB", Parameters())));
 }
 
 TEST_F(ImageCalls, End_deletes_the_texture) {

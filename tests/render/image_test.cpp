@@ -171,16 +171,28 @@ TEST_F(ImageTest, Shares_texture_and_pixels_of_a_path_that_is_loaded_already) {
     EXPECT_EQ(RessourceManager::GetInstance().Get(name), &first);
 }
 
-TEST_F(ImageTest, Keeps_what_it_owns_when_it_is_told_to_load_the_same_path_again) {
+TEST_F(ImageTest, Owns_nothing_any_more_once_it_loads_its_own_path_again) {
     const std::string name = RedPng();
     const LogWatch log;
+    GLuint texture = 0;
+    unsigned char* pixels = nullptr;
     {
         Image image;
         image.Load(name);
+        texture = image.GetID();
+        pixels = image.GetData();
         EXPECT_TRUE(image.Load(name));
-        EXPECT_FALSE(ImageProbe::Shared(image));
+        EXPECT_TRUE(ImageProbe::Shared(image));
+        EXPECT_EQ(image.GetName(), name);
+        EXPECT_EQ(image.GetID(), texture);
+        EXPECT_EQ(image.GetData(), pixels);
+        EXPECT_EQ(image.GetSize(), ivec2(2, 2));
     }
-    EXPECT_EQ(log.NewRows(), (Rows{{"Image", "LOADED", name}, {"Image", "FREE", name}}));
+    EXPECT_EQ(log.NewRows(), (Rows{{"Image", "LOADED", name}})) << "its end is not logged";
+    EXPECT_TRUE(glIsTexture(texture));
+    EXPECT_EQ(pixels[0], 255) << "still there to be read";
+    glDeleteTextures(1, &texture);
+    delete[] pixels;
 }
 
 TEST_F(ImageTest, Occupies_its_path_even_when_loading_fails) {

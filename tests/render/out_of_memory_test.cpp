@@ -2,6 +2,7 @@
 // libpng cannot begin.
 
 #include "engine/render/image.h"
+#include "engine/render/trust.h"
 #include "engine/render/xt3dstatic.h"
 
 #include "tests/render/image_probe.h"
@@ -86,32 +87,33 @@ void SetBigEndian(std::string& bytes, size_t at, unsigned long value, size_t cou
         bytes[at + i] = static_cast<char>(value >> (8 * (count - 1 - i)));
 }
 
-/// A file whose header promises 4096 x 4096 pixels, which any driver takes and which need 48 MB;
-/// there are a few hundred bytes of them.
-std::string BoastfulPng() {
+/// Files whose headers promise side x side pixels; there are a few hundred bytes of them.
+std::string BoastfulPng(unsigned side) {
     std::string name = NewName(".png");
     WritePng(name, 16, 16, 3, Bytes(16 * 16 * 3, 9));
     std::string bytes = ReadFile(name);
-    SetBigEndian(bytes, 16, 4096, 4); // the header's data: width, height, ...
-    SetBigEndian(bytes, 20, 4096, 4);
+    SetBigEndian(bytes, 16, side, 4); // the header's data: width, height, ...
+    SetBigEndian(bytes, 20, side, 4);
     const auto* header = reinterpret_cast<const Bytef*>(bytes.data() + 12); // kind and 13 bytes
     SetBigEndian(bytes, 29, crc32(0, header, 17), 4);
     WriteFile(name, bytes);
     return name;
 }
 
-std::string BoastfulJpeg() {
+std::string BoastfulJpeg(unsigned side) {
     std::string name = NewName(".jpg");
     WriteJpeg(name, 16, 16, Bytes(16 * 16 * 3, 9));
     std::string bytes = ReadFile(name);
     const size_t frame = bytes.find("\xff\xc0"); // marker, length, depth, height, width
-    SetBigEndian(bytes, frame + 5, 4096, 2);
-    SetBigEndian(bytes, frame + 7, 4096, 2);
+    SetBigEndian(bytes, frame + 5, side, 2);
+    SetBigEndian(bytes, frame + 7, side, 2);
     WriteFile(name, bytes);
     return name;
 }
 
 constexpr size_t oneMegabyte = 1 << 20;
+constexpr unsigned beyondTrust = 9460; // its square times 3 bytes is 37 KB more than 256 MiB
+static_assert(size_t(beyondTrust) * beyondTrust * 3 > takenOnTrust);
 
 } // namespace
 
@@ -140,12 +142,23 @@ TEST_F(OutOfMemoryTest, Picture_is_refused_without_a_row_when_libpng_cannot_begi
 
 TEST_F(OutOfMemoryTest, Small_file_that_promises_a_large_picture_is_given_no_memory) {
     const ExpectSilence silence;
-    const std::string png = BoastfulPng();
-    const std::string jpeg = BoastfulJpeg();
+    const std::string png = BoastfulPng(beyondTrust);
+    const std::string jpeg = BoastfulJpeg(beyondTrust);
     largestAllocation = 0;
     ExpectRefused(png, {});
     ExpectRefused(jpeg, {{"Image", "ERROR", jpeg}});
     EXPECT_LT(largestAllocation, oneMegabyte);
+}
+
+TEST_F(OutOfMemoryTest, Jpeg_that_breaks_off_early_loads_however_little_there_is_of_it) {
+    // As it is, a file of its size would hold far fewer pixels.
+    const std::string jpeg = BoastfulJpeg(4096);
+    const ExpectSilence silence;
+    const LogWatch log;
+    Image image;
+    EXPECT_TRUE(image.Load(jpeg));
+    EXPECT_EQ(image.GetSize(), ivec2(4096, 4096));
+    EXPECT_EQ(log.NewRows(), (Rows{{"Image", "LOADED", jpeg}}));
 }
 
 TEST_F(OutOfMemoryTest, Large_picture_that_packs_well_is_still_given_its_memory) {
@@ -181,14 +194,14 @@ TEST_F(OutOfMemoryTest, Mesh_without_room_for_its_content_is_refused_with_a_row)
 TEST_F(OutOfMemoryTest, Mesh_is_given_less_than_a_gigabyte_whatever_its_counts_say) {
     for (const char* counts :
          {"XT3DSTATIC 2147483647 ./ 0 ", "XT3DSTATIC 1 ./ 0 NULL NULL NULL 2147483647 ",
-          "XT3DSTATIC 65536 ./ 0 NULL NULL NULL 4194304 "}) {
+          "XT3DSTATIC 65536 ./ 0 NULL NULL NULL 6710886 "}) {
         SCOPED_TRACE(counts);
         const std::string name = NewName(".xt3dstatic");
         WriteFile(name, counts);
         largestAllocation = 0;
         XT3DStatic mesh;
         mesh.Load(name);
-        EXPECT_LT(largestAllocation, 64 * oneMegabyte); // of the five
+        EXPECT_LT(largestAllocation, 128 * oneMegabyte); // of the five
         mesh.Draw();
     }
 }
