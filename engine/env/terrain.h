@@ -33,13 +33,15 @@ public:
     Terrain(const Terrain&) = delete;
     Terrain& operator=(const Terrain&) = delete;
 
-    /// Loads the height map from a ".jpg" or ".png" file. The log gets a "LOADED" row for the
-    /// terrain in any case; a picture that failed has its own "ERROR" row from Image::Load().
-    /// Both shader stages read it with the filter and wrap mode that Image gives every picture:
-    /// linear between pixels, repeating beyond the edges, the vertex stage always at full size.
+    /// Loads the height map from a ".jpg" or ".png" file; once a terrain, see Image::Load(). The
+    /// log gets a "LOADED" row for the terrain in any case; a picture that failed has its own
+    /// "ERROR" row from Image::Load(). Both shader stages read it with the filter and wrap mode
+    /// that Image gives every picture: linear between pixels, repeating beyond the edges, the
+    /// vertex stage always at full size.
     void Load(const std::string& path);
 
-    /// Loads texture `i`, 0 to 3 (the caller keeps to that range). Only texture 0 is drawn.
+    /// Loads texture `i`, 0 to 3 (the caller keeps to that range), each once. Only texture 0 is
+    /// drawn.
     void SetTexture(const std::string& path, int i);
 
     /// Sets the scale that the shader first multiplies and then divides by: any scale without a

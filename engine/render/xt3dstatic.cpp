@@ -3,6 +3,7 @@
 #include "engine/core/core.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/ressourcemanager.h"
+#include "engine/render/trust.h"
 
 #include <fstream>
 #include <new>
@@ -16,10 +17,18 @@ const char* const magicWord = "XT3DSTATIC";
 const char* const noTexture = "NULL";
 const char* const lightmapFile = "lightmap.jpg"; // in the texture directory
 
-// What a file may ask for: far above any mesh this engine can draw in a frame, and low enough that
-// a damaged count is refused instead of taking the machine's memory (170 MB a sub-mesh at most).
-constexpr int mostSubMeshes = 1 << 16;
-constexpr int mostVertices = 1 << 22;
+// What one element of a count takes here, and the least that a file spends on it.
+struct Element {
+    size_t memory; // bytes
+    size_t text;   // bytes
+};
+// A number and what parts it from the one before: a blank, a sign or a point.
+constexpr size_t numberText = 2;
+constexpr Element plainVertex = {2 * sizeof(vec3) + 2 * sizeof(vec2), 8 * numberText};
+constexpr Element litVertex = {plainVertex.memory, 10 * numberText};
+// A record, three images and OpenGL's four buffers, without what the images' names take. "a b c 0"
+// is the shortest there is, and the next may follow its count without a blank.
+constexpr Element block = {2048, 7};
 
 // 600,000 numbers stand in the city's file: few large reads instead of many small ones.
 constexpr size_t readBufferBytes = size_t(1) << 18;
@@ -31,14 +40,26 @@ int ReadCount(std::istream& in) {
     return count > 0 ? count : 0;
 }
 
+// 0 for what cannot be measured, as a pipe.
+size_t BytesLeft(std::istream& in) {
+    std::streambuf& file = *in.rdbuf();
+    const std::streamoff here = file.pubseekoff(0, std::ios::cur, std::ios::in);
+    const std::streamoff end = file.pubseekoff(0, std::ios::end, std::ios::in);
+    file.pubseekpos(here, std::ios::in);
+    return end > here ? size_t(end - here) : 0;
+}
+
+// False when so many are more than is taken on trust and more than the rest of the file can hold.
+bool IsCredible(size_t count, const Element& element, std::istream& in) {
+    return count <= takenOnTrust / element.memory || count <= BytesLeft(in) / element.text;
+}
+
 // On its own so that a leak report names what is left behind on purpose, see Release().
 vec2* NewLightmapTexcoords(int count) {
     return new (std::nothrow) vec2[size_t(count)];
 }
 
 bool Allocate(XT3DSubMesh& subMesh, int vertexCount) {
-    if (vertexCount > mostVertices)
-        return false;
     subMesh.positions = new (std::nothrow) vec3[size_t(vertexCount)];
     subMesh.normals = new (std::nothrow) vec3[size_t(vertexCount)];
     subMesh.texcoords = new (std::nothrow) vec2[size_t(vertexCount)];
@@ -145,6 +166,9 @@ void XT3DStatic::Load(const std::string& path) {
     // Before the file is opened: a failed path stays taken, so that a missing file is tried once.
     registry.Register(this, path);
     name = path;
+    // Sub-meshes of an earlier file are forgotten, not released: other meshes may share them.
+    subMeshes = nullptr;
+    subMeshCount = 0;
     std::vector<char> buffer(readBufferBytes);
     std::ifstream file;
     file.rdbuf()->pubsetbuf(buffer.data(), std::streamsize(buffer.size()));
@@ -156,10 +180,9 @@ void XT3DStatic::Load(const std::string& path) {
     Log::GetInstance().Write("XT3DStatic", complete ? "LOADED" : "ERROR", name);
 }
 
-// The texture directory, the bounding box and the blend flag stay this mesh's own, on purpose.
+// The texture directory, the bounding box and the blend flag stay this mesh's own, on purpose. The
+// mesh that loads its own path again shares with itself, and nobody owns what it shares.
 void XT3DStatic::Share(const XT3DStatic& other) {
-    if (&other == this)
-        return; // the same path a second time: what this mesh owns stays owned
     name = other.name;
     subMeshCount = other.subMeshCount;
     subMeshes = other.subMeshes;
@@ -169,15 +192,15 @@ void XT3DStatic::Share(const XT3DStatic& other) {
     shared = true;
 }
 
-// False for a file that is no mesh or too large for one. A file that ends early, or has a word
-// where a number belongs, is not noticed, on purpose: the stream then gives nothing more, and
-// everything not read keeps its zeros.
+// False for a file that is no mesh or promises more than there can be. A file that ends early, or
+// has a word where a number belongs, is not noticed, on purpose: the stream then gives nothing
+// more, and everything not read keeps its zeros.
 bool XT3DStatic::Read(std::istream& in) {
     if (!ReadHeader(in))
         return false;
     if (hasLightmap)
         LoadLightmap();
-    for (int i = 0; i < subMeshCount && in; ++i)
+    for (int i = 0; i < subMeshCount; ++i)
         if (!ReadSubMesh(in, subMeshes[i]))
             return false;
     ComputeBBox();
@@ -190,13 +213,15 @@ bool XT3DStatic::ReadHeader(std::istream& in) {
     if (magic != magicWord)
         return false;
     const int count = ReadCount(in);
-    if (count > mostSubMeshes)
+    in >> textureDirectory >> hasLightmap;
+    // What is not there is loaded from the directory itself, whose name each image keeps.
+    const Element named = {block.memory + 3 * textureDirectory.size(), block.text};
+    if (!IsCredible(size_t(count), named, in))
         return false;
     subMeshes = new (std::nothrow) XT3DSubMesh[size_t(count)];
     if (subMeshes == nullptr)
         return false;
     subMeshCount = count;
-    in >> textureDirectory >> hasLightmap;
     return true;
 }
 
@@ -209,7 +234,10 @@ bool XT3DStatic::ReadSubMesh(std::istream& in, XT3DSubMesh& subMesh) {
     subMesh.texture0 = ReadTexture(in);
     subMesh.texture1 = ReadTexture(in);
     subMesh.texture2 = ReadTexture(in);
-    if (!Allocate(subMesh, ReadCount(in)))
+    const int count = ReadCount(in);
+    if (!IsCredible(size_t(count), hasLightmap ? litVertex : plainVertex, in))
+        return false;
+    if (!Allocate(subMesh, count))
         return false;
     ReadVertices(in, subMesh);
     if (CheckForExtension("GL_ARB_vertex_buffer_object") != 0)
@@ -217,9 +245,12 @@ bool XT3DStatic::ReadSubMesh(std::istream& in, XT3DSubMesh& subMesh) {
     return true;
 }
 
+// A name that is not there, because the file ends or reading has failed, is an empty one: no
+// "NULL", so an image of the directory itself, which is none.
 Image* XT3DStatic::ReadTexture(std::istream& in) {
     std::string file;
-    if (!(in >> file) || file == noTexture)
+    in >> file;
+    if (file == noTexture)
         return nullptr;
     Image* image = new Image;
     image->Load(textureDirectory + file);

@@ -58,10 +58,21 @@ public:
     XT3DStatic& operator=(const XT3DStatic&) = delete;
 
     /// Reads the file, its textures and light map, and fills the buffers; to be called once a mesh.
+    /// A second file would forget the first without releasing it: others may share it. The same
+    /// path once more makes the mesh share with itself: it then owns nothing, like every sharer, so
+    /// nothing of it is ever released and its end is not logged.
+    ///
     /// Registers the path even when loading fails. Logs "LOADED", or "ERROR" and stays empty when
-    /// the file is missing, is none of this format, or asks for more memory than a mesh may have.
-    /// Anything wrong further on is forgiven: what cannot be read stays zero, and negative counts
-    /// are taken as 0.
+    /// the file is missing, is none of this format, or has a count that is refused (below).
+    /// Anything else wrong further on is forgiven, an early end included: what cannot be read stays
+    /// zero, negative counts are taken as 0, and a texture whose name cannot be read is an image of
+    /// the texture directory itself. That one has no texture; the first of its path logs "ERROR".
+    ///
+    /// A count is refused when there is no memory for it, and when it would take more than
+    /// `takenOnTrust` bytes and the rest of the file could not hold it. A vertex takes 40 bytes and
+    /// at least 2 bytes of the file for each of its 8 or 10 numbers; a sub-mesh without its
+    /// vertices takes 2 KiB and three times the directory's name, and at least 7 bytes of the file.
+    /// What has no end to measure, a pipe, holds nothing here.
     void Load(const std::string& path) override;
 
     /// Draws every sub-mesh, with the material when there is one, cut by texture alpha at 0.5.

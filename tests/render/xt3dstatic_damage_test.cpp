@@ -130,6 +130,7 @@ TEST_F(XT3DStaticDamageTest, Reads_no_further_than_a_light_map_flag_that_is_neit
         Rows expected;
         if (c.lightmap)
             expected.push_back({"Image", "ERROR", prefix + "lightmap.jpg"});
+        expected.push_back({"Image", "ERROR", prefix}); // of the textures that are not read
         expected.push_back({"XT3DStatic", "LOADED", name});
         const LogWatch log;
         XT3DStatic mesh;
@@ -164,17 +165,52 @@ TEST_F(XT3DStaticDamageTest, Reads_what_it_can_of_a_file_that_ends_early) {
     const LogWatch log;
     XT3DStatic mesh;
     mesh.Load(name);
-    EXPECT_EQ(log.NewRows(), (Rows{{"XT3DStatic", "LOADED", name}}));
+    EXPECT_EQ(log.NewRows(), (Rows{{"Image", "ERROR", prefix}, {"XT3DStatic", "LOADED", name}}));
     ASSERT_EQ(Probe::Count(mesh), 3);
     const XT3DSubMesh& part = Probe::SubMesh(mesh, 0);
     ASSERT_EQ(part.vertexCount, 2);
     EXPECT_EQ(part.texcoords[0], vec2(7, 8));
     EXPECT_EQ(part.positions[1], vec3(9, 10, 0));
     EXPECT_EQ(part.normals[1], vec3(0, 0, 0));
-    EXPECT_EQ(Probe::SubMesh(mesh, 2).vertexCount, 0);
-    EXPECT_EQ(Probe::SubMesh(mesh, 2).texture0, nullptr);
+    EXPECT_EQ(part.texture0, nullptr) << "its name was there";
     mesh.Draw();
     mesh.DrawShadow();
+}
+
+TEST_F(XT3DStaticDamageTest, Takes_the_directory_itself_for_every_texture_that_is_not_there) {
+    // Ends behind the first texture of the second of four sub-meshes.
+    const std::string prefix = NewPrefix();
+    const std::string name = WriteMesh(prefix, Header(prefix, 4, false) + noTextures + "1 " +
+                                                   Vertex(1, 2, 3, 4, 5) + "NULL");
+    const LogWatch log;
+    XT3DStatic mesh;
+    mesh.Load(name);
+    EXPECT_EQ(log.NewRows(), (Rows{{"Image", "ERROR", prefix}, {"XT3DStatic", "LOADED", name}}));
+    ASSERT_EQ(Probe::Count(mesh), 4);
+    EXPECT_EQ(Probe::SubMesh(mesh, 1).texture0, nullptr);
+    for (int i = 1; i < 4; ++i) {
+        const XT3DSubMesh& part = Probe::SubMesh(mesh, i);
+        for (const Image* texture : {i == 1 ? part.texture1 : part.texture0, part.texture2}) {
+            ASSERT_NE(texture, nullptr);
+            EXPECT_EQ(texture->GetName(), prefix);
+            EXPECT_EQ(texture->GetID(), 0u);
+        }
+        EXPECT_NE(part.texture1, part.texture2) << "each has an image of its own";
+        EXPECT_EQ(part.vertexCount, 0);
+        EXPECT_NE(part.positionBuffer, 0u);
+    }
+    mesh.Draw();
+    mesh.DrawShadow();
+}
+
+TEST_F(XT3DStaticDamageTest,
+       Takes_an_empty_path_for_textures_when_not_even_the_directory_is_there) {
+    XT3DStatic mesh;
+    mesh.Load(WriteMesh(NewPrefix(), "XT3DSTATIC 1"));
+    ASSERT_EQ(Probe::Count(mesh), 1);
+    ASSERT_NE(Probe::SubMesh(mesh, 0).texture0, nullptr);
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).texture0->GetName(), "");
+    mesh.Draw();
 }
 
 TEST_F(XT3DStaticDamageTest, Survives_every_truncated_file) {
@@ -257,49 +293,4 @@ TEST_F(XT3DStaticDamageTest, Reads_a_real_file_with_other_line_ends_or_none_at_i
         EXPECT_TRUE(std::equal(part.positions, part.positions + 24, expected.positions));
         EXPECT_TRUE(std::equal(part.texcoords, part.texcoords + 24, expected.texcoords));
     }
-}
-
-TEST_F(XT3DStaticDamageTest, Shares_everything_of_a_path_that_is_loaded_already) {
-    const std::string prefix = NewPrefix();
-    WriteLightmap(prefix, red, green);
-    const std::string name =
-        WriteMesh(prefix, Header(prefix, 1, true) + noTextures + Rectangle(1, 1, 2, 2, 3, "0 0"));
-    XT3DStatic first;
-    first.Load(name);
-    first.SetMaterialShader(prefix + "none.vert", prefix + "none.frag");
-    first.SetBlend(true);
-    std::filesystem::remove(name); // would show if the file were read again
-    const LogWatch log;
-    {
-        XT3DStatic second;
-        second.Load(name);
-        EXPECT_TRUE(Probe::Shared(second));
-        EXPECT_EQ(Probe::Name(second), name);
-        EXPECT_EQ(Probe::Count(second), 1);
-        EXPECT_EQ(Probe::SubMeshes(second), Probe::SubMeshes(first));
-        EXPECT_EQ(second.GetMaterialShader(), first.GetMaterialShader());
-        EXPECT_TRUE(Probe::HasLightmap(second));
-        EXPECT_EQ(Probe::Lightmap(second), Probe::Lightmap(first));
-        EXPECT_EQ(Probe::Directory(second), "") << "not shared, on purpose";
-        EXPECT_EQ(second.GetBBox()->GetMax(), vec3(0, 0, 0)) << "not shared, on purpose";
-        EXPECT_FALSE(second.GetBlend()) << "each mesh has its own";
-        second.Draw();
-    }
-    EXPECT_EQ(log.NewRows(), Rows()) << "the end of a sharer frees nothing";
-    EXPECT_FALSE(Probe::Shared(first));
-    first.Draw();
-}
-
-TEST_F(XT3DStaticDamageTest, Keeps_what_it_owns_when_it_is_told_to_load_the_same_path_again) {
-    const std::string prefix = NewPrefix();
-    const std::string name =
-        WriteMesh(prefix, Header(prefix, 1, false) + noTextures + Rectangle(0, 0, 1, 1));
-    const LogWatch log;
-    {
-        XT3DStatic mesh;
-        mesh.Load(name);
-        mesh.Load(name);
-        EXPECT_FALSE(Probe::Shared(mesh));
-    }
-    EXPECT_EQ(log.NewRows(), (Rows{{"XT3DStatic", "LOADED", name}, {"XT3DStatic", "FREE", name}}));
 }

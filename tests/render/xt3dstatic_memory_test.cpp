@@ -1,8 +1,10 @@
 #include "engine/render/xt3dstatic.h"
 
+#include "engine/render/trust.h"
 #include "tests/render/xt3dstatic_probe.h"
 #include "tests/support/gl_state.h"
 
+#include <filesystem>
 #include <utility>
 
 #include <GL/glx.h>
@@ -163,4 +165,121 @@ TEST_F(XT3DStaticMemoryTest, Asks_for_buffers_at_every_sub_mesh_of_every_draw) {
         (mesh.*pass)();
         EXPECT_GE(timesAsked, 2);
     }
+}
+
+// --------------------------------------------------------------------- What a count is given
+
+namespace {
+
+/// A file whose last number is followed by a hole of so many bytes: nothing can be read of it, and
+/// it costs no disk.
+std::string WithHole(const std::string& text, size_t bytes) {
+    std::string name = WriteMesh(NewPrefix(), text);
+    std::filesystem::resize_file(name, text.size() + bytes);
+    return name;
+}
+
+/// Loads the file; "LOADED" or "ERROR".
+std::string Outcome(XT3DStatic& mesh, const std::string& name) {
+    const LogWatch log;
+    mesh.Load(name);
+    const LogRow row = log.NewRows().back();
+    EXPECT_EQ(row.section, "XT3DStatic");
+    EXPECT_EQ(row.file, name);
+    return row.status;
+}
+
+/// A mesh without a light map leaves them behind, here 54 MB of them.
+void DeleteUnusedCoordinates(const XT3DStatic& mesh) {
+    delete[] Probe::SubMesh(mesh, 0).lightmapTexcoords;
+}
+
+/// All but those of the first sub-mesh share with them. No mesh releases them, and here their names
+/// alone are hundreds of megabytes.
+void DeleteSharedTextures(const XT3DStatic& mesh) {
+    for (int i = 1; i < Probe::Count(mesh); ++i) {
+        const XT3DSubMesh& part = Probe::SubMesh(mesh, i);
+        for (const Image* texture : {part.texture0, part.texture1, part.texture2})
+            delete texture;
+    }
+}
+
+std::string VerticesOf(int count, bool lightmap) {
+    return std::string("XT3DSTATIC 1 dir/ ") + (lightmap ? "1" : "0") + " NULL NULL NULL " +
+           std::to_string(count);
+}
+
+} // namespace
+
+TEST_F(XT3DStaticMemoryTest, Gives_a_short_file_what_is_taken_on_trust_and_no_vertex_more) {
+    const NoBuffers driver;
+    constexpr int most = takenOnTrust / 40; // two vec3 and two vec2: 24 + 16 bytes
+    EXPECT_EQ(most, 6710886);
+    XT3DStatic mesh;
+    EXPECT_EQ(Outcome(mesh, WithHole(VerticesOf(most, false), 1)), "LOADED");
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).vertexCount, most);
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).positions[most - 1], vec3(0, 0, 0));
+    DeleteUnusedCoordinates(mesh);
+    XT3DStatic refused;
+    EXPECT_EQ(Outcome(refused, WithHole(VerticesOf(most + 1, false), 1)), "ERROR");
+    EXPECT_EQ(Probe::Count(refused), 0);
+}
+
+TEST_F(XT3DStaticMemoryTest, Gives_a_file_that_is_long_enough_every_vertex) {
+    const NoBuffers driver;
+    constexpr int count = takenOnTrust / 40 + 1;
+    for (const bool lightmap : {false, true}) {
+        // A number takes a digit and a blank.
+        const size_t least = size_t(count) * (lightmap ? 20 : 16);
+        XT3DStatic mesh;
+        EXPECT_EQ(Outcome(mesh, WithHole(VerticesOf(count, lightmap), least)), "LOADED");
+        EXPECT_EQ(Probe::SubMesh(mesh, 0).vertexCount, count);
+        if (!lightmap)
+            DeleteUnusedCoordinates(mesh);
+        XT3DStatic refused;
+        EXPECT_EQ(Outcome(refused, WithHole(VerticesOf(count, lightmap), least - 1)), "ERROR");
+    }
+}
+
+TEST_F(XT3DStaticMemoryTest, Reads_on_where_it_was_after_measuring_the_file) {
+    const NoBuffers driver;
+    constexpr int count = takenOnTrust / 40 + 1;
+    XT3DStatic mesh;
+    EXPECT_EQ(Outcome(mesh, WithHole(VerticesOf(count, false) + " 1 2 3 4 5 6 7 8  9 ",
+                                     size_t(count) * 16)),
+              "LOADED");
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).positions[0], vec3(1, 2, 3));
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).texcoords[0], vec2(7, 8));
+    EXPECT_EQ(Probe::SubMesh(mesh, 0).positions[1], vec3(9, 0, 0));
+    DeleteUnusedCoordinates(mesh);
+}
+
+TEST_F(XT3DStaticMemoryTest, Gives_a_short_file_no_more_sub_meshes_than_are_taken_on_trust) {
+    // 2 KiB each and three times the 2000 bytes of the directory: 268435456 / 8048 = 33354.3.
+    const std::string folder(2000, 'd');
+    for (const bool refused : {false, true}) {
+        const int count = refused ? 33355 : 33354;
+        XT3DStatic mesh;
+        EXPECT_EQ(
+            Outcome(mesh, WithHole("XT3DSTATIC " + std::to_string(count) + " " + folder + " 0", 1)),
+            refused ? "ERROR" : "LOADED");
+        EXPECT_EQ(Probe::Count(mesh), refused ? 0 : count);
+        DeleteSharedTextures(mesh);
+    }
+}
+
+TEST_F(XT3DStaticMemoryTest, Gives_a_file_that_is_long_enough_every_sub_mesh) {
+    const std::string folder(20000, 'd'); // 268435456 / (2048 + 60000) = 4326.3
+    constexpr int count = 4327;
+    std::string file = "XT3DSTATIC " + std::to_string(count) + " " + folder + " 0";
+    for (int i = 0; i < count; ++i)
+        file += "a b c 0"; // as short as can be: a number ends where a name begins
+    XT3DStatic mesh;
+    EXPECT_EQ(Outcome(mesh, WriteMesh(NewPrefix(), file)), "LOADED");
+    ASSERT_EQ(Probe::Count(mesh), count);
+    EXPECT_EQ(Probe::SubMesh(mesh, count - 1).texture2->GetName(), folder + "c");
+    DeleteSharedTextures(mesh);
+    file.pop_back();
+    XT3DStatic refused;
+    EXPECT_EQ(Outcome(refused, WriteMesh(NewPrefix(), file)), "ERROR");
 }
