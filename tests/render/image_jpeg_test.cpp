@@ -248,10 +248,24 @@ TEST_F(JpegImageTest, Survives_any_changed_byte) {
     }
 }
 
+TEST_F(JpegImageTest, Loads_a_picture_as_wide_or_high_as_a_texture_can_be) {
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    for (const ivec2& size : {ivec2(largest, 1), ivec2(1, largest)}) {
+        const std::string name = NewName(".jpg");
+        WriteJpeg(name, size.x, size.y, Bytes(size_t(largest) * 3, 9));
+        Image image;
+        EXPECT_TRUE(image.Load(name));
+        EXPECT_EQ(image.GetSize(), size);
+    }
+}
+
 TEST_F(JpegImageTest, Logs_a_picture_that_no_texture_can_hold) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
-    const std::string name = NewName(".jpg");
-    WriteJpeg(name, largest + 1, 1, Bytes(size_t(largest + 1) * 3, 9));
-    ExpectRefused(name);
+    for (const ivec2& size : {ivec2(largest + 1, 1), ivec2(1, largest + 1)}) {
+        const std::string name = NewName(".jpg");
+        WriteJpeg(name, size.x, size.y, Bytes(size_t(largest + 1) * 3, 9));
+        ExpectRefused(name);
+    }
 }

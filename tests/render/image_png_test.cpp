@@ -189,6 +189,12 @@ TEST_F(PngImageTest, Keeps_the_upper_byte_of_sixteen_bits) {
                 {10, 20, 30, 40});
 }
 
+TEST_F(PngImageTest, Cuts_the_lower_byte_of_sixteen_bits_off_without_rounding) {
+    // Rounded to the nearest of 255 steps, 0x00ff would be 1 and 0x01ff 2.
+    ExpectLoads({1, 1, 16, PNG_COLOR_TYPE_RGB, {0x00, 0xff, 0x01, 0xff, 0xff, 0x00}}, GL_RGB,
+                {0x00, 0x01, 0xff});
+}
+
 TEST_F(PngImageTest, Reads_interlaced_files_like_any_other) {
     PngFile picture{5, 5, 8, PNG_COLOR_TYPE_RGB, {}};
     Bytes pixels;
@@ -285,6 +291,18 @@ TEST_F(PngImageTest, Refuses_damaged_pixels_without_a_row) {
     EXPECT_FALSE(image.Load(name));
     ExpectEmpty(image);
     EXPECT_EQ(log.NewRows(), Rows());
+}
+
+TEST_F(PngImageTest, Loads_a_picture_as_wide_or_high_as_a_texture_can_be) {
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    for (const ivec2& size : {ivec2(largest, 1), ivec2(1, largest)}) {
+        const std::string name = NewName(".png");
+        WritePng(name, size.x, size.y, 3, Bytes(size_t(largest) * 3, 9));
+        Image image;
+        EXPECT_TRUE(image.Load(name));
+        EXPECT_EQ(image.GetSize(), size);
+    }
 }
 
 TEST_F(PngImageTest, Logs_a_picture_that_no_texture_can_hold) {
