@@ -187,7 +187,7 @@ TEST_F(BoundingBoxDraw, Draws_center_plus_and_minus_size_so_an_offset_box_is_too
 }
 
 TEST_F(BoundingBoxDraw, Draws_every_edge_in_the_given_colour) {
-    const vec4 colour(0.25f, 0.5f, 0.75f, 1.0f);
+    const vec4 colour(0.25f, 0.5f, 0.75f, 0.125f);
     const LineEnds ends = DrawInFeedback(Box(vec3(0, 0, 0), vec3(2, 2, 2)), colour);
     EXPECT_EQ(ends.positions.size(), 6u * 4u * 2u); // six faces of four edges with two ends each
     EXPECT_THAT(ends.colours, ::testing::Each(colour));

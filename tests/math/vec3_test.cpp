@@ -71,9 +71,9 @@ TEST(Vec3, Crosses_two_others_in_the_ordinary_way) {
 }
 
 TEST(Vec3, May_itself_be_one_of_the_two_it_crosses) {
-    vec3 v(1, 2, 3);
-    v.CrossProduct(v, vec3(4, 5, 6));
-    EXPECT_EQ(v, vec3(-3, 6, -3));
+    vec3 first(1, 2, 3), second(4, 5, 6);
+    EXPECT_EQ(first.CrossProduct(first, second), vec3(-3, 6, -3));
+    EXPECT_EQ(second.CrossProduct(vec3(1, 2, 3), second), vec3(-3, 6, -3));
 }
 
 TEST(Vec3, Forms_cross_products_in_double) {
@@ -111,6 +111,12 @@ TEST(IVec3, Crosses_as_the_float_type_does) {
     ivec3 ordinary;
     EXPECT_EQ(&ordinary.CrossProduct(ivec3(1, 2, 3), ivec3(4, 5, 6)), &ordinary);
     EXPECT_EQ(ordinary, ivec3(-3, 6, -3));
+}
+
+TEST(IVec3, May_itself_be_one_of_the_two_it_crosses) {
+    ivec3 first(1, 2, 3), second(4, 5, 6);
+    EXPECT_EQ(first.CrossProduct(first, second), ivec3(-3, 6, -3));
+    EXPECT_EQ(second.CrossProduct(ivec3(1, 2, 3), second), ivec3(-3, 6, -3));
 }
 
 } // namespace

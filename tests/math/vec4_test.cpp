@@ -56,9 +56,9 @@ TEST(Vec4, Takes_x_of_the_first_factor_where_the_ordinary_cross_product_takes_y)
 }
 
 TEST(Vec4, May_itself_be_one_of_the_two_it_crosses) {
-    vec4 v(1, 2, 3, 1);
-    v.CrossProduct(v, vec4(4, 5, 6, 1));
-    EXPECT_EQ(v, vec4(-9, 6, -3, 0));
+    vec4 first(1, 2, 3, 1), second(4, 5, 6, 1);
+    EXPECT_EQ(first.CrossProduct(first, second), vec4(-9, 6, -3, 0));
+    EXPECT_EQ(second.CrossProduct(vec4(1, 2, 3, 1), second), vec4(-9, 6, -3, 0));
 }
 
 TEST(IVec4, Keeps_its_components_in_order) {
@@ -84,6 +84,7 @@ TEST(IVec4DeathTest, Divides_w_by_zero_without_the_check_of_the_others) {
 
 TEST(IVec4, Sums_its_dot_product_with_floats_before_it_truncates) {
     static_assert(std::is_same_v<decltype(ivec4().DotProduct(vec4())), std::int32_t>);
+    EXPECT_EQ(ivec4(1, 2, 3, 4).DotProduct(vec4(5, 6, 7, 8)), 70); // 5 + 12 + 21 + 32
     // Four times 0.5 is 2; truncated one by one it would be 0.
     EXPECT_EQ(ivec4(1).DotProduct(vec4(0.5f)), 2);
     // 1 * 0.5 + 2 * 0.5 = 1.5 and its negative, toward zero.
@@ -107,6 +108,12 @@ TEST(IVec4, Crosses_as_the_float_type_does) {
     ivec4 ofTwo(9);
     EXPECT_EQ(&ofTwo.CrossProduct(ivec4(1, 2, 3, 1), ivec4(4, 5, 6, 1)), &ofTwo);
     EXPECT_EQ(ofTwo, ivec4(-9, 6, -3, 0));
+}
+
+TEST(IVec4, May_itself_be_one_of_the_two_it_crosses) {
+    ivec4 first(1, 2, 3, 1), second(4, 5, 6, 1);
+    EXPECT_EQ(first.CrossProduct(first, second), ivec4(-9, 6, -3, 0));
+    EXPECT_EQ(second.CrossProduct(ivec4(1, 2, 3, 1), second), ivec4(-9, 6, -3, 0));
 }
 
 } // namespace

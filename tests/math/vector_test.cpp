@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <limits>
 #include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -90,6 +91,8 @@ TYPED_TEST(Vector, Answers_every_index_outside_the_range_with_the_last_component
     for (int i : {-1000, -1, widthOf<TypeParam>, 7, 1000}) {
         EXPECT_EQ(&v[i], last) << "index " << i;
         EXPECT_EQ(&v(i), last) << "index " << i;
+        EXPECT_EQ(&std::as_const(v)[i], last) << "index " << i;
+        EXPECT_EQ(&std::as_const(v)(i), last) << "index " << i;
     }
 }
 
@@ -205,6 +208,14 @@ TYPED_TEST(FloatVector, Has_length_one_after_Normalize) {
     EXPECT_EQ(v.y, 0.8f);
 }
 
+TYPED_TEST(FloatVector, Is_normalised_by_its_length_as_a_float) {
+    // The root of 41 is 6.403124237, as a float 6.403124332. 5 through that is 0.7808687977, just
+    // below the middle (0.7808687985) of two floats; the root itself, or the float's reciprocal
+    // times 5, ends above it.
+    TypeParam v = Take<TypeParam>(5, 4, 0, 0);
+    EXPECT_EQ(v.Normalize().x, 0.7808687687f);
+}
+
 TYPED_TEST(FloatVector, Measures_lengths_whose_squares_no_float_can_hold) {
     // 3e30 squared is 9e60; the largest float is about 3.4e38.
     TypeParam v;
@@ -217,10 +228,36 @@ TYPED_TEST(FloatVector, Takes_negative_zero_for_a_zero_divisor) {
     EXPECT_EQ(TypeParam(1.0f) / -0.0f, TypeParam());
 }
 
+TYPED_TEST(FloatVector, Takes_no_divisor_but_zero_for_zero) {
+    // 2^-100 / 2^-120 = 2^20.
+    const TypeParam v(0x1p-100f);
+    const TypeParam quotient(0x1p20f);
+    EXPECT_EQ(v / 0x1p-120f, quotient);
+    EXPECT_EQ(v / TypeParam(0x1p-120f), quotient);
+    TypeParam inPlace = v;
+    EXPECT_EQ(inPlace /= 0x1p-120f, quotient);
+}
+
+TYPED_TEST(FloatVector, Keeps_a_zero_of_the_other_sign_which_is_neither_greater_nor_less) {
+    TypeParam negative(-0.0f), positive(0.0f);
+    negative.Max(0.0f);
+    positive.Min(-0.0f);
+    for (int i = 0; i < widthOf<TypeParam>; ++i) {
+        EXPECT_TRUE(std::signbit(negative[i])) << "component " << i;
+        EXPECT_FALSE(std::signbit(positive[i])) << "component " << i;
+    }
+}
+
 TYPED_TEST(FloatVector, Compares_without_tolerance) {
     TypeParam next(1.0f);
     next.y = std::nextafter(1.0f, 2.0f);
     EXPECT_FALSE(TypeParam(1.0f) == next);
+}
+
+TYPED_TEST(FloatVector, Compares_numbers_and_not_their_bits) {
+    EXPECT_TRUE(TypeParam(-0.0f) == TypeParam(0.0f));
+    const TypeParam noNumber(std::nanf(""));
+    EXPECT_FALSE(noNumber == noNumber);
 }
 
 template <class T>
@@ -241,6 +278,7 @@ TYPED_TEST(IntVector, Normalises_by_the_length_truncated_to_an_integer) {
     EXPECT_EQ(Take<TypeParam>(3, 4, 0, 0).Normalize(), Take<TypeParam>(0, 0, 0, 0)); // by 5
     EXPECT_EQ(Take<TypeParam>(10, 0, 0, 0).Normalize(), Take<TypeParam>(1, 0, 0, 0));
     EXPECT_EQ(Take<TypeParam>(1, 1, 0, 0).Normalize(), Take<TypeParam>(1, 1, 0, 0)); // by 1.41 -> 1
+    EXPECT_EQ(Take<TypeParam>(2, 2, 0, 0).Normalize(), Take<TypeParam>(1, 1, 0, 0)); // by 2.83 -> 2
 }
 
 TYPED_TEST(IntVector, Wraps_the_sum_of_squares_at_32_bits) {
