@@ -206,6 +206,21 @@ TEST_F(LogDeathTest, Goes_on_silently_while_the_page_cannot_be_opened) {
     EXPECT_THAT(ReadLogText(), HasSubstr("<td bgcolor=\"#999999\" width =\"15%\">kept</td>"));
 }
 
+TEST_F(LogDeathTest, Writes_where_the_program_works_at_that_moment) {
+    RunToExit([] {
+        std::filesystem::create_directory("elsewhere");
+        Log::GetInstance().Write("here", "OK", "1");
+        std::filesystem::current_path("elsewhere");
+        Log::GetInstance().Write("there", "OK", "2");
+        std::filesystem::current_path("..");
+        Log::GetInstance().Write("here", "OK", "3");
+    });
+    EXPECT_THAT(ReadLogRows(), ElementsAre(LogRow{"here", "OK", "1"}, LogRow{"here", "OK", "3"}));
+    std::filesystem::current_path("elsewhere");
+    EXPECT_THAT(ReadLogRows(), ElementsAre(LogRow{"there", "OK", "2"}));
+    std::filesystem::current_path("..");
+}
+
 TEST_F(LogDeathTest, Is_one_instance) {
     RunToExit([] {
         const Log* first = &Log::GetInstance();
