@@ -339,9 +339,9 @@ TEST_F(FrameCalls, Construction_makes_the_target_the_chain_and_the_fog) {
 
 TEST_F(FrameCalls, Fog_is_set_at_once) {
     Forget();
-    manager->SetFogColor(vec4(0.25f, 0.5f, 0.75f, 1));
+    manager->SetFogColor(vec4(0.25f, 0.5f, 0.75f, 0.5f));
     manager->SetFogDensity(0.125f);
-    EXPECT_TRUE(Made("glFogfv(GL_FOG_COLOR, 0.25 0.5 0.75 1); glFogf(GL_FOG_DENSITY, 0.125)"));
+    EXPECT_TRUE(Made("glFogfv(GL_FOG_COLOR, 0.25 0.5 0.75 0.5); glFogf(GL_FOG_DENSITY, 0.125)"));
 }
 
 TEST_F(FrameCalls, Shadow_mapping_is_made_once_and_then_configured_in_order) {

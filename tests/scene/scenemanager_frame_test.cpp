@@ -67,10 +67,12 @@ TEST_F(SceneFrame, Node_is_drawn_at_its_position_into_the_scene_target_and_shown
 TEST_F(SceneFrame, Nodes_out_of_view_are_not_drawn) {
     SceneManager scene;
     LookAhead(scene);
-    NotingMesh mesh("node", ahead, red, notes);
-    scene.AddSceneNode(&mesh, vec3(0, 0, 40)); // behind
+    NotingMesh behind("behind", ahead, red, notes);
+    NotingMesh seen("seen", ahead, red, notes);
+    scene.AddSceneNode(&behind, vec3(0, 0, 40));
+    scene.AddSceneNode(&seen, vec3(0));
     scene.Draw();
-    EXPECT_THAT(notes, ElementsAre());
+    EXPECT_THAT(notes, ElementsAre("seen main"));
 }
 
 TEST_F(SceneFrame, Plain_frame_draws_every_node_once_in_order) {

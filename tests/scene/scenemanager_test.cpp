@@ -114,12 +114,12 @@ TEST_F(SceneManagerTest, Begins_with_white_fog_of_no_density_and_fixed_fog_off) 
 
 TEST_F(SceneManagerTest, Fog_setters_store_and_set_opengl_s_fog) {
     SceneManager scene;
-    scene.SetFogColor(vec4(0.25f, 0.5f, 0.75f, 1.0f));
+    scene.SetFogColor(vec4(0.25f, 0.5f, 0.75f, 0.125f));
     scene.SetFogDensity(0.125f);
-    EXPECT_EQ(scene.GetFogColor(), vec4(0.25f, 0.5f, 0.75f, 1.0f));
+    EXPECT_EQ(scene.GetFogColor(), vec4(0.25f, 0.5f, 0.75f, 0.125f));
     EXPECT_EQ(scene.GetFogDensity(), 0.125f);
     EXPECT_EQ(FogDensity(), 0.125f);
-    EXPECT_THAT(FogColour(), ElementsAre(0.25f, 0.5f, 0.75f, 1.0f));
+    EXPECT_THAT(FogColour(), ElementsAre(0.25f, 0.5f, 0.75f, 0.125f));
 }
 
 TEST_F(SceneManagerTest, New_camera_stands_where_it_was_asked_to) {
@@ -164,6 +164,22 @@ TEST_F(SceneManagerTest, Current_camera_is_deleted_before_the_new_one_is_stored_
         ::new (memory.data()) Undying; // the manager now has a living camera again
     }
     EXPECT_EQ(Undying::Deletions(), 2);
+}
+
+TEST_F(SceneManagerTest, Camera_of_another_kind_sets_the_view_itself) {
+    struct Counting : Vell::Camera {
+        void Draw() override {
+            ++drawn;
+            Camera::Draw();
+        }
+        int drawn = 0;
+    };
+    SceneManager scene;
+    auto* camera = new Counting;
+    camera->Set(vec3(0, 0, 10), vec3(0, 0, 0));
+    scene.AddCamera(camera);
+    scene.Compute();
+    EXPECT_EQ(camera->drawn, 1);
 }
 
 TEST_F(SceneManagerTest, Node_gets_its_mesh_and_does_not_own_it) {
@@ -292,8 +308,14 @@ TEST_F(SceneManagerTest, Terrain_gets_its_level_and_its_height_map) {
 }
 
 TEST_F(SceneManagerTest, Debug_reaches_the_water_and_every_node_s_mesh) {
+    struct Own : RectangleMesh { // switches its box itself
+        using RectangleMesh::RectangleMesh;
+        void SetDebug(bool on) override { debugged = on; }
+        bool GetDebug() const override { return debugged; }
+        bool debugged = false;
+    };
     SceneManager scene;
-    RectangleMesh mesh(anywhere, {255, 0, 0, 255});
+    Own mesh(anywhere, {255, 0, 0, 255});
     RectangleMesh other(anywhere, {255, 0, 0, 255});
     scene.AddSceneNode(&mesh, vec3(0));
     scene.AddSceneNode(nullptr, vec3(0)); // passed over
