@@ -56,9 +56,9 @@ TEST_F(NodeCalls, Node_behind_the_camera_calls_nothing) {
 
 TEST_F(NodeCalls, Camera_looks_with_y_up) {
     Camera camera;
-    camera.Set(vec3(1, 2, 3), vec3(4, 5, 6));
+    camera.Set(vec3(1.5f, -2.25f, 3.125f), vec3(4.5f, 5.75f, -6.5f));
     camera.Draw();
-    EXPECT_TRUE(Made("gluLookAt(1, 2, 3, 4, 5, 6, 0, 1, 0)"));
+    EXPECT_TRUE(Made("gluLookAt(1.5, -2.25, 3.125, 4.5, 5.75, -6.5, 0, 1, 0)"));
 }
 
 TEST_F(NodeCalls, Frustum_reads_model_view_and_then_projection) {

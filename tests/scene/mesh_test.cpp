@@ -51,15 +51,17 @@ TEST(Mesh, Casts_no_shadow_once_it_is_hidden_since_one_flag_serves_both) {
 }
 
 TEST(Mesh, Keeps_the_debug_flag_apart_from_the_show_flag) {
-    PlainMesh mesh;
-    mesh.SetDebug(true);
-    EXPECT_TRUE(mesh.GetDebug());
-    EXPECT_TRUE(mesh.GetShadow());
-    mesh.SetShow(false);
-    EXPECT_TRUE(mesh.GetDebug());
-    mesh.SetDebug(false);
-    EXPECT_FALSE(mesh.GetDebug());
-    EXPECT_FALSE(mesh.GetShadow());
+    for (const bool debug : {false, true})
+        for (const bool show : {false, true}) {
+            PlainMesh mesh;
+            mesh.SetShow(show);
+            mesh.SetDebug(debug);
+            EXPECT_EQ(mesh.GetDebug(), debug);
+            EXPECT_EQ(mesh.GetShadow(), show) << "set before the debug flag, to " << debug;
+            mesh.SetShow(!show);
+            EXPECT_EQ(mesh.GetDebug(), debug) << "set before the show flag, to " << !show;
+            EXPECT_EQ(mesh.GetShadow(), !show);
+        }
 }
 
 TEST(Mesh, Neither_loads_nor_draws_a_shadow_unless_its_class_does) {

@@ -76,6 +76,9 @@ TEST_F(Object2DTest, Is_flattened_by_a_scale) {
     Note note;
     note.SetScale(vec2(2.0f, 3.0f));
     EXPECT_EQ(Rows(note), (Elements{2, 0, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}));
+    note.SetScale(vec2(5.0f, 7.0f));
+    EXPECT_EQ(Rows(note), (Elements{5, 0, 0, 0, 0, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}))
+        << "a scale replaces the one before";
 }
 
 TEST_F(Object2DTest, Keeps_its_scale_when_it_is_moved) {

@@ -154,6 +154,24 @@ TEST_F(SceneNodeTest, Leaves_the_state_and_its_own_transform_as_they_were) {
     ExpectSame(Transform(), before);
 }
 
+TEST_F(SceneNodeTest, May_be_moved_by_its_mesh_while_it_is_drawn) {
+    struct Mover : Square {
+        void Draw() override { node->SetPosition(vec3(1.0f, 2.0f, 3.0f)); }
+        void DrawShadow() override { Draw(); }
+        SceneNode* node = nullptr;
+    };
+    Mover mover;
+    mover.node = &node;
+    node.SetMesh(&mover);
+    Matrix expected;
+    expected.Translate(vec3(1.0f, 2.0f, 3.0f));
+    for (bool (SceneNode::*pass)() : {&SceneNode::Draw, &SceneNode::DrawShadow}) {
+        node.SetPosition(vec3(0.0f, 0.0f, 0.0f));
+        EXPECT_TRUE((node.*pass)());
+        ExpectSame(Transform(), expected);
+    }
+}
+
 TEST_F(SceneNodeTest, Is_not_drawn_behind_the_camera) {
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
@@ -191,9 +209,10 @@ TEST_F(SceneNodeTest, Is_culled_exactly_where_its_box_ends) {
         double left, right; // of the view
         bool drawn;
     };
-    // The square lies from x = 0 to 1.
+    // The square lies from x = 0.5 to 1.5.
     const Case cases[] = {
-        {0.75, 4.0, true}, {1.0, 5.0, false}, {-4.0, 0.25, true}, {-4.0, 0.0, false}};
+        {1.25, 5.25, true}, {1.5, 5.5, false}, {-3.25, 0.75, true}, {-3.5, 0.5, false}};
+    node.SetPosition(vec3(0.5f, 0.0f, 0.0f));
     for (const Case& c : cases) {
         LookAt(c.left, c.right);
         EXPECT_EQ(node.Draw(), c.drawn) << "view from " << c.left << " to " << c.right;

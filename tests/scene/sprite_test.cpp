@@ -155,6 +155,16 @@ TEST_F(SpriteTest, Keeps_its_drawn_height_when_its_size_is_set) {
     ExpectArea(red, [](int x, int) { return x < 64; });
 }
 
+TEST_F(SpriteTest, Keeps_the_depth_that_its_size_gave_when_it_takes_its_picture_s_size) {
+    Sprite sprite;
+    sprite.SetSize(vec2(0.75f, 0.125f));
+    sprite.SetTexture(PlainPng(64, 32, red)); // 0.5 and 0.25 of the screen
+    EXPECT_EQ(SpriteProbe::Quad(sprite), (Corners{{{1, 1, 0.5f, 0.25f, 0.125f},
+                                                   {0, 1, 0, 0.25f, 0.125f},
+                                                   {1, 0, 0.5f, 0, 0},
+                                                   {0, 0, 0, 0, 0}}}));
+}
+
 TEST_F(SpriteTest, Draws_the_same_after_a_rotation) {
     Sprite sprite;
     sprite.SetTexture(PlainPng(64, 32, red));
@@ -245,6 +255,16 @@ TEST_F(SpriteTest, Draws_nothing_when_its_picture_is_missing) {
     EXPECT_EQ(log.NewRows(), (std::vector<LogRow>{{"Image", "ERROR", "missing.png"}}));
     sprite.Draw();
     ExpectArea(white, [](int, int) { return false; });
+}
+
+TEST_F(SpriteTest, Takes_no_texture_of_others_when_it_has_none_itself) {
+    Sprite other;
+    other.SetTexture(PlainPng(2, 2, red)); // which leaves its texture bound
+    Sprite sprite;
+    sprite.Draw();
+    GLint bound = -1;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+    EXPECT_EQ(bound, 0);
 }
 
 TEST_F(SpriteTest, Frees_its_picture_when_it_ends) {
