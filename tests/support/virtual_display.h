@@ -9,9 +9,12 @@
 /// Started by the constructor, ended by the destructor.
 class VirtualDisplay {
 public:
+    /// With the usual options. Throws std::runtime_error when Xvfb does not start.
+    VirtualDisplay() : VirtualDisplay(std::vector<std::string>()) {}
+
     /// `changes` are options of Xvfb that overrule the usual ones: {"-extension", "GLX"}.
-    /// Throws std::runtime_error when Xvfb does not start.
-    explicit VirtualDisplay(const std::vector<std::string>& changes = {});
+    explicit VirtualDisplay(const std::vector<std::string>& changes);
+
     ~VirtualDisplay();
     VirtualDisplay(const VirtualDisplay&) = delete;
     VirtualDisplay& operator=(const VirtualDisplay&) = delete;

@@ -27,18 +27,18 @@ constexpr std::int64_t microsecondsPerSecond = 1000000;
 constexpr std::int64_t timeIsUp = 1000 * microsecondsPerSecond;
 
 /// The show that is being played: what the demo is told about time, and who is told of its frames.
-class Show {
+class Performance {
 public:
-    Show(const Rate& showRate, int lastFrame, Visitor& frameVisitor)
+    Performance(const Rate& showRate, int lastFrame, Visitor& frameVisitor)
         : rate(showRate),
           last(lastFrame),
           visitor(frameVisitor),
           music(std::make_shared<Vell::Sound::HandTime>()) {
         Vell::Sound::PlayByHand(music);
     }
-    ~Show() { Vell::Sound::SetOutputMaker({}); }
-    Show(const Show&) = delete;
-    Show& operator=(const Show&) = delete;
+    ~Performance() { Vell::Sound::SetOutputMaker({}); }
+    Performance(const Performance&) = delete;
+    Performance& operator=(const Performance&) = delete;
 
     std::int64_t Now() const { return now; }
     bool Complete() const { return frame > last; }
@@ -96,7 +96,7 @@ private:
     std::exception_ptr failure;
 };
 
-Show* show = nullptr; // while it plays
+Performance* show = nullptr; // while it plays
 
 } // namespace
 
@@ -151,9 +151,10 @@ namespace Film {
 void PlayShow(const Rate& rate, int last, Visitor& visitor) {
     constexpr int keepTheUsers = 0;
     setenv("SDL_VIDEODRIVER", "x11", keepTheUsers); // or SDL would take the terminal for a screen
-    Show now(rate, last, visitor);
+    Performance now(rate, last, visitor);
     show = &now;
-    const std::unique_ptr<Show*, void (*)(Show**)> end(&show, [](Show** it) { *it = nullptr; });
+    const std::unique_ptr<Performance*, void (*)(Performance**)> end(
+        &show, [](Performance** it) { *it = nullptr; });
     NimbrelMain();
     if (now.Failure())
         std::rethrow_exception(now.Failure());
