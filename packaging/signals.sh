@@ -42,6 +42,13 @@ end_job() {
     kill -KILL -- "-$job" 2>/dev/null || true
 }
 
+# pause_job: Ctrl-Z, which stops this script, stops the job with it.
+pause_job() {
+    [ -z "$job" ] || kill -STOP -- "-$job"
+    kill -STOP $$
+    [ -z "$job" ] || kill -CONT -- "-$job"
+}
+
 # start_job COMMAND...: starts it in a process group of its own, which the terminal's Ctrl-C and
 # hang-up do not reach: this script decides what they mean.
 start_job() {
@@ -89,4 +96,6 @@ leave_nothing() {
 }
 
 on_signals end_by
+trap 'answered=yes; pause_job' TSTP
+trap '' TTOU # or a terminal told to (stty tostop) would stop a job that has something to say
 trap leave_nothing EXIT

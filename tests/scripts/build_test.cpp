@@ -85,6 +85,12 @@ TEST_F(Build, Shows_one_line_that_moves_on_a_terminal) {
     EXPECT_THAT(end.output, Not(HasSubstr("\n"))) << "the line stays one";
 }
 
+TEST_F(Build, Is_shown_on_a_terminal_that_holds_back_what_is_not_in_front) {
+    BuildInSteps(4);
+    TerminalRun run({"/bin/bash", "-c", "stty tostop; ./call build_folder ."}, Around());
+    EXPECT_EQ(run.Wait(10.0).exitStatus, 0);
+}
+
 TEST_F(Build, Shows_a_few_lines_where_there_is_no_terminal) {
     BuildInSteps(200);
     // 50 of 200 is a quarter; the first step, of 0 %, says that it has begun.

@@ -65,6 +65,15 @@ TEST_F(Packages, Are_installed_when_they_are_missing_and_no_others) {
                                 "apt-get -qq install -y --no-install-recommends cmake xvfb\n");
 }
 
+TEST_F(Packages, Are_missing_when_only_their_settings_are_left) {
+    StandIn("dpkg-query",
+            "shift 2; for name; do case $name in xvfb) state=rc ;; *) state=ii ;; esac; "
+            "printf '%s:amd64=%s  ' $name $state; done");
+    Play();
+    EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
+                                "apt-get -qq install -y --no-install-recommends xvfb\n");
+}
+
 TEST_F(Packages, Wait_for_another_program_that_installs_some) {
     Missing("xvfb");
     HoldLocks();

@@ -12,7 +12,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <thread>
 
@@ -60,24 +59,47 @@ protected:
                           "exec '" NIMBREL_BINARY_DIR "/demo/nimbrel'");
     }
 
+    /// Ends a display that a script left behind.
+    void TearDown() override {
+        if (!fs::exists("display.txt") || !DisplayIsThere())
+            return;
+        const fs::path lock = fs::path("/tmp") / (".X" + DisplayNumber() + "-lock");
+        kill(std::stoi(ReadFile(lock)), SIGTERM);
+    }
+
     std::unique_ptr<TerminalRun> Play(const Environment& more = {}) const {
         return std::make_unique<TerminalRun>(
             std::vector<std::string>{fs::absolute("play").string()}, Around(more));
     }
 
-    /// Whether the process that told its number runs. (One that has ended may still wait for
-    /// somebody to take note of it.)
-    static bool DemoRuns() {
-        std::ifstream status("/proc/" + std::to_string(std::stoi(ReadFile("process.txt"))) +
-                             "/status");
-        std::string text{std::istreambuf_iterator<char>(status), {}};
-        return !text.empty() && text.find("State:\tZ") == std::string::npos;
+    /// The state of the process that told its number, as in /proc: 'R' running, 'S' sleeping, 'T'
+    /// stopped, 'Z' ended, but nobody took note of it yet; 0 when it is gone.
+    static char DemoState() {
+        const int process = std::stoi(ReadFile("process.txt"));
+        std::ifstream status("/proc/" + std::to_string(process) + "/status");
+        for (std::string name; status >> name;)
+            if (char state = 0; name == "State:" && status >> state)
+                return state;
+        return 0;
+    }
+
+    static bool DemoRuns() { return DemoState() != 0 && DemoState() != 'Z'; }
+
+    /// Waits until the demo is stopped, or is not; at most five seconds.
+    static bool DemoBecomesStopped(bool stopped) {
+        for (int tenths = 0; tenths < 50 && (DemoState() == 'T') != stopped; ++tenths)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return (DemoState() == 'T') == stopped;
     }
 
     /// Whether the demo's display, which was the script's own, is still there.
     static bool DisplayIsThere() {
+        return fs::exists(fs::path("/tmp") / ".X11-unix" / ("X" + DisplayNumber()));
+    }
+
+    static std::string DisplayNumber() {
         const std::string name = ReadFile("display.txt"); // ":7\n"
-        return fs::exists(fs::path("/tmp") / ".X11-unix" / ("X" + name.substr(1, name.size() - 2)));
+        return name.substr(1, name.size() - 2);
     }
 
     static void ExpectCompletePage() {
@@ -132,6 +154,7 @@ TEST_F(Signals, Leave_another_show_on_the_same_display_alone) {
     fs::create_directory_symlink(fs::absolute("Data"), "other/Data");
     fs::current_path("other");
     ProgramRun other({NIMBREL_BINARY_DIR "/demo/nimbrel"}, Around({{"DISPLAY", display.Name()}}));
+    Await("Vell_log.html"); // it has its window by then
     fs::current_path("..");
     const auto run = Play({{"DISPLAY", display.Name()}});
     Await("report.txt");
@@ -166,6 +189,38 @@ TEST_F(Signals, Leave_neither_show_nor_display_behind_when_the_script_is_killed)
     EXPECT_FALSE(DemoRuns());
     EXPECT_FALSE(DisplayIsThere());
     ExpectCompletePage();
+}
+
+TEST_F(Signals, Stop_the_show_and_let_it_go_on_with_the_script) {
+    const auto run = Play();
+    Await("report.txt");
+    run->Type("\x1a"); // Ctrl-Z
+    EXPECT_TRUE(DemoBecomesStopped(true));
+    run->Signal(SIGCONT);
+    EXPECT_TRUE(DemoBecomesStopped(false));
+    run->Type(ctrlC);
+    EXPECT_EQ(run->Wait(60.0).exitStatus, 130);
+    ExpectCompletePage();
+}
+
+TEST_F(Signals, Let_a_film_be_completed_but_not_twice) {
+    for (const bool patient : {true, false}) {
+        // It takes a second over completing the film.
+        WriteScript("build/release/tools/film/nimbrel_film",
+                    "rm -f film.txt; echo $$ >process.txt\n"
+                    "trap 'sleep 1; echo complete >film.txt; exit 130' TERM\n"
+                    "while :; do sleep 0.1; done");
+        fs::remove("process.txt");
+        TerminalRun run({fs::absolute("movie").string()}, Around());
+        Await("process.txt");
+        run.Type(ctrlC);
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        if (!patient)
+            run.Type(ctrlC);
+        EXPECT_EQ(run.Wait(60.0).exitStatus, 130);
+        EXPECT_EQ(fs::exists("film.txt"), patient);
+        EXPECT_FALSE(DemoRuns());
+    }
 }
 
 TEST_F(Signals, End_a_build_with_all_that_it_started) {
