@@ -58,10 +58,10 @@ TEST(Clock, Starts_at_zero_and_grows_in_real_time) {
 }
 
 TEST(Clock, Counts_seconds_since_construction) {
-    const FakeTimeScope time(epochSeconds);
+    const FakeTimeScope time(epochSeconds + 0.75); // not at a whole second
     const Clock clock;
     EXPECT_EQ(clock.GetElapsedTime(), 0.0f);
-    SetFakeTime(epochSeconds + 118.25);
+    SetFakeTime(epochSeconds + 119);
     EXPECT_EQ(clock.GetElapsedTime(), 118.25f);
     EXPECT_EQ(clock.GetElapsedTime(), 118.25f) << "asking is not a frame and moves nothing";
 }
@@ -69,10 +69,10 @@ TEST(Clock, Counts_seconds_since_construction) {
 TEST(Clock, Starts_again_at_Reset) {
     const FakeTimeScope time(epochSeconds);
     Clock clock;
-    SetFakeTime(epochSeconds + 10);
+    SetFakeTime(epochSeconds + 10.5);
     clock.Reset();
     EXPECT_EQ(clock.GetElapsedTime(), 0.0f);
-    SetFakeTime(epochSeconds + 12.5);
+    SetFakeTime(epochSeconds + 13);
     EXPECT_EQ(clock.GetElapsedTime(), 2.5f);
 }
 

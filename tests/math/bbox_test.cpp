@@ -84,16 +84,17 @@ TEST(BoundingBox, Hands_out_its_fields_by_reference) {
 }
 
 TEST(BoundingBox, Is_hit_strictly_inside_in_x_and_y_whatever_z_is) {
-    const BoundingBox box = Box(vec3(-1, -2, -3), vec3(1, 2, 3));
+    const BoundingBox box = Box(vec3(-1, 2, -3), vec3(5, 4, 3));
     struct Case {
         vec3 point;
         bool hit;
     };
     const Case cases[] = {
-        {vec3(0, 0, 0), true},      {vec3(0.99f, 1.99f, 0), true}, {vec3(0, 0, 1000), true},
-        {vec3(0, 0, -1000), true},  {vec3(1, 0, 0), false},        {vec3(-1, 0, 0), false},
-        {vec3(0, 2, 0), false},     {vec3(0, -2, 0), false},       {vec3(1.5f, 0, 0), false},
-        {vec3(0, -2.5f, 0), false},
+        {vec3(2, 3, 0), true},      {vec3(4.99f, 3.99f, 0), true}, {vec3(-0.99f, 2.01f, 0), true},
+        {vec3(2, 3, 1000), true},   {vec3(2, 3, -1000), true},     {vec3(5, 3, 0), false},
+        {vec3(-1, 3, 0), false},    {vec3(2, 4, 0), false},        {vec3(2, 2, 0), false},
+        {vec3(-1.5f, 3, 0), false}, {vec3(5.5f, 3, 0), false},     {vec3(2, 1.5f, 0), false},
+        {vec3(2, 4.5f, 0), false},
     };
     for (const Case& c : cases)
         EXPECT_EQ(box.Hit(c.point), c.hit) << c.point.x << ' ' << c.point.y << ' ' << c.point.z;

@@ -89,6 +89,16 @@ TEST_F(FrustumTest, Follows_the_camera_into_world_space) {
                   vec4(-half, -half, 0, d), vec4(1, 0, 0, 0), vec4(-1, 0, 0, 9)});
 }
 
+TEST_F(FrustumTest, Follows_an_eye_that_stands_aside_and_up) {
+    UseRightAngle();
+    gluLookAt(3, 4, 0, 3, 4, -1, 0, 1, 0);
+    frustum.MakePlane();
+    // As from the origin, with x - 3 for x and y - 4 for y: right is -(x - 3) - z > 0.
+    ExpectPlanes({vec4(-half, 0, -half, 3 * half), vec4(half, 0, -half, -3 * half),
+                  vec4(0, half, -half, -4 * half), vec4(0, -half, -half, 4 * half),
+                  vec4(0, 0, 1, 10), vec4(0, 0, -1, -1)});
+}
+
 TEST_F(FrustumTest, Keeps_its_planes_until_they_are_made_again) {
     UseRightAngle();
     frustum.MakePlane();

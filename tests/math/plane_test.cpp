@@ -49,6 +49,16 @@ TEST(Plane, Has_its_inside_where_the_normal_points_and_never_on_itself) {
     EXPECT_FALSE(plane.PointIn(vec3(7, 1.999f, -9)));
 }
 
+TEST(Plane, Tells_its_sides_apart_by_every_component) {
+    // x + 2 y + 4 z = 8 cuts the axes at 8, 4 and 2.
+    const Plane plane(vec3(1, 2, 4), -8);
+    const vec3 cuts[] = {vec3(8, 0, 0), vec3(0, 4, 0), vec3(0, 0, 2)};
+    for (const vec3& cut : cuts) {
+        EXPECT_TRUE(plane.PointIn(cut * 1.25f)) << cut.x << ' ' << cut.y << ' ' << cut.z;
+        EXPECT_FALSE(plane.PointIn(cut)) << cut.x << ' ' << cut.y << ' ' << cut.z;
+    }
+}
+
 TEST(Plane, Tells_its_sides_apart_where_a_float_sum_cannot) {
     // 1 + 2^-30 - 1: in floats the 2^-30 is lost beside the 1.
     const Plane plane(vec3(1, 1, 0), -1);

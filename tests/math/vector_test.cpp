@@ -180,6 +180,20 @@ TYPED_TEST(Vector, Max_raises_from_below) {
     EXPECT_EQ(v, Take<TypeParam>(0, 2, 0, 0));
 }
 
+TYPED_TEST(Vector, Min_and_Max_reach_every_component) {
+    for (int i = 0; i < widthOf<TypeParam>; ++i) {
+        TypeParam capped(0), raised(3), expectedCap(0), expectedFloor(3);
+        capped[i] = 5;
+        expectedCap[i] = 1;
+        capped.Min(1);
+        EXPECT_EQ(capped, expectedCap) << "component " << i;
+        raised[i] = -2;
+        expectedFloor[i] = 1;
+        raised.Max(1);
+        EXPECT_EQ(raised, expectedFloor) << "component " << i;
+    }
+}
+
 TYPED_TEST(Vector, Has_the_root_of_its_summed_squares_for_length) {
     EXPECT_FLOAT_EQ(Take<TypeParam>(3, 4, 0, 0).Length(), 5.0f);
     // 2 * 2 per component: root of 8, 12 or 16.
@@ -206,6 +220,11 @@ TYPED_TEST(FloatVector, Has_length_one_after_Normalize) {
     // 3 / 5 and 4 / 5, rounded to float.
     EXPECT_EQ(v.x, 0.6f);
     EXPECT_EQ(v.y, 0.8f);
+    // All components alike: each is 1 over the root of their number.
+    TypeParam diagonal(-2.0f);
+    diagonal.Normalize();
+    for (int i = 0; i < widthOf<TypeParam>; ++i)
+        EXPECT_FLOAT_EQ(diagonal[i], static_cast<float>(-1.0 / std::sqrt(widthOf<TypeParam>)));
 }
 
 TYPED_TEST(FloatVector, Is_normalised_by_its_length_as_a_float) {

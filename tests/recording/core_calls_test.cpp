@@ -102,10 +102,10 @@ TEST_F(CoreCalls, Field_of_view_and_ratio_rebuild_the_projection_only) {
 TEST_F(CoreCalls, Each_view_setting_holds_until_it_is_set_itself) {
     Vell::SetRatio(1.5f);
     EXPECT_TRUE(Made(Projection("70", "1.5")));
-    Vell::SetFovy(59.5f); // not a whole number of degrees
-    EXPECT_TRUE(Made(Projection("59.5", "1.5")));
+    Vell::SetFovy(150.5f); // very wide, and not a whole number of degrees
+    EXPECT_TRUE(Made(Projection("150.5", "1.5")));
     Vell::SetScreen(ivec2(1600, 600)); // which sets the ratio anew
-    EXPECT_TRUE(Made("glViewport(0, 0, 1600, 600)\n" + Projection("59.5", "2")));
+    EXPECT_TRUE(Made("glViewport(0, 0, 1600, 600)\n" + Projection("150.5", "2")));
 }
 
 TEST_F(CoreCalls, Start_up_sets_the_screen_and_fetches_the_six_groups_in_order) {
