@@ -209,6 +209,19 @@ TEST_F(SceneManagerTest, Mesh_is_loaded_once_and_shared_by_path) {
                                            LogRow{"XT3DStatic", "FREE", path}));
 }
 
+TEST_F(SceneManagerTest, Meshes_of_two_paths_are_two_and_both_owned) {
+    const std::string one = TriangleFile(), other = TriangleFile();
+    const LogWatch log;
+    {
+        SceneManager scene;
+        EXPECT_NE(scene.GetMesh(one), scene.GetMesh(other));
+    }
+    EXPECT_THAT(log.NewRows(),
+                ::testing::UnorderedElementsAre(
+                    LogRow{"XT3DStatic", "LOADED", one}, LogRow{"XT3DStatic", "LOADED", other},
+                    LogRow{"XT3DStatic", "FREE", one}, LogRow{"XT3DStatic", "FREE", other}));
+}
+
 TEST_F(SceneManagerTest, Mesh_that_fails_to_load_is_returned_empty_and_shared_as_well) {
     const std::string missing = FreshName("missing", ".xt3dstatic");
     const LogWatch log;

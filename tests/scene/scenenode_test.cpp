@@ -204,19 +204,28 @@ TEST_F(SceneNodeTest, Leaves_it_to_its_mesh_to_be_hidden_and_to_cast_no_shadow) 
     EXPECT_EQ(square.shadows, 1);
 }
 
-TEST_F(SceneNodeTest, Is_culled_exactly_where_its_box_ends) {
+TEST_F(SceneNodeTest, Is_culled_exactly_where_its_box_ends_along_every_axis) {
     struct Case {
-        double left, right; // of the view
+        double low, high; // of the view along the axis
         bool drawn;
     };
-    // The square lies from x = 0.5 to 1.5.
     const Case cases[] = {
         {1.25, 5.25, true}, {1.5, 5.5, false}, {-3.25, 0.75, true}, {-3.5, 0.5, false}};
-    node.SetPosition(vec3(0.5f, 0.0f, 0.0f));
-    for (const Case& c : cases) {
-        LookAt(c.left, c.right);
-        EXPECT_EQ(node.Draw(), c.drawn) << "view from " << c.left << " to " << c.right;
-    }
+    square.GetBBox()->Set(vec3(0.0f, 0.0f, 0.0f), vec3(1.0f, 1.0f, 1.0f));
+    node.SetPosition(vec3(0.5f, 0.5f, 0.5f)); // the box lies from 0.5 to 1.5
+    for (int axis = 0; axis < 3; ++axis)
+        for (const Case& c : cases) {
+            double low[] = {-4.0, -4.0, -4.0}, high[] = {4.0, 4.0, 4.0};
+            low[axis] = c.low;
+            high[axis] = c.high;
+            glMatrixMode(GL_PROJECTION);
+            glLoadIdentity();
+            glOrtho(low[0], high[0], low[1], high[1], -high[2], -low[2]); // it looks along -z
+            glMatrixMode(GL_MODELVIEW);
+            Frustum::GetInstance().MakePlane();
+            EXPECT_EQ(node.Draw(), c.drawn)
+                << "axis " << axis << ", view from " << c.low << " to " << c.high;
+        }
 }
 
 TEST_F(SceneNodeTest, Is_culled_by_the_box_between_its_two_turned_corners_alone) {
