@@ -23,6 +23,7 @@ struct SampleCase {
     int pass = 1;
     double depth = 0.5; // of the surface, 0..1
     double w = 2.0;     // of the look-up
+    int aside = 0;      // how many texels further along x and y a pixel looks up
 };
 
 void PrintTo(const SampleCase& c, std::ostream* out) {
@@ -52,6 +53,8 @@ bool Occluded(int x, int y, double depth) {
 // The share of shadow of one pixel, 0..255: 8 n samples over 4 n, held at 1.
 int Share(int x, int y, const SampleCase& c) {
     int occluded = 0;
+    x += c.aside;
+    y += c.aside;
     for (int i = -c.pass; i < c.pass; ++i) {
         occluded += Occluded(x + i, y, c.depth);
         occluded += Occluded(x, y + i, c.depth);
@@ -75,13 +78,15 @@ void FillDepth(Vell::FBO& target) {
                     depths.data());
 }
 
-// Leads every point of the unit square to its own texel and to that depth; all components are `w`
-// times as large, for the program to divide by the fourth.
-void LoadTextureMatrix(double depth, double w) {
-    const std::array<GLdouble, 16> place{w, 0, 0,         0, //
-                                         0, w, 0,         0, //
-                                         0, 0, 0,         0, //
-                                         0, 0, w * depth, w};
+// Leads every point of the unit square to its texel and to its depth; all components are `w` times
+// as large, for the program to divide by the fourth.
+void LoadTextureMatrix(const SampleCase& c) {
+    const double w = c.w;
+    const double aside = w * c.aside / size;
+    const std::array<GLdouble, 16> place{w,     0,     0,           0, //
+                                         0,     w,     0,           0, //
+                                         0,     0,     0,           0, //
+                                         aside, aside, w * c.depth, w};
     glActiveTexture(GL_TEXTURE0);
     glMatrixMode(GL_TEXTURE);
     glLoadMatrixd(place.data());
@@ -102,7 +107,7 @@ TEST_P(ShadowPicture, Counts_exactly_the_samples_of_the_cross) {
     glBindTexture(GL_TEXTURE_2D, surface);
     Vell::PushUnitProjection();
     shadow.BindShadowMap();
-    LoadTextureMatrix(c.depth, c.w);
+    LoadTextureMatrix(c);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     Vell::Fast2DQuad::GetInstance().Draw(vec2(1.0f));
     shadow.UnBindShadowMap();
@@ -117,18 +122,21 @@ TEST_P(ShadowPicture, Counts_exactly_the_samples_of_the_cross) {
 }
 
 // The light buffer holds 0, 0.25, 0.5 and 0.75; a texel shades what lies at least 0.0001 behind it.
-INSTANTIATE_TEST_SUITE_P(Shadow, ShadowPicture,
-                         ::testing::Values(SampleCase{.name = "Before_all", .depth = 0.00009},
-                                           SampleCase{
-                                               .name = "Just_as_deep", .depth = 0.0001, .w = 1.0},
-                                           SampleCase{.name = "Just_not_behind", .depth = 0.50009},
-                                           SampleCase{.name = "Just_behind", .depth = 0.50011},
-                                           SampleCase{.name = "Behind_all", .depth = 0.9},
-                                           SampleCase{.name = "Pass_1", .pass = 1},
-                                           SampleCase{.name = "Pass_2", .pass = 2},
-                                           SampleCase{.name = "Pass_4", .pass = 4},
-                                           SampleCase{.name = "Pass_8", .pass = 8}),
-                         ::testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(
+    Shadow, ShadowPicture,
+    ::testing::Values(
+        SampleCase{.name = "Before_all", .depth = 0.00009},
+        SampleCase{.name = "Just_as_deep", .depth = 0.0001, .w = 1.0},
+        SampleCase{.name = "Just_not_behind", .depth = 0.50009},
+        SampleCase{.name = "Just_behind", .depth = 0.50011},
+        SampleCase{.name = "Behind_all", .depth = 0.9},
+        SampleCase{.name = "Behind_the_light", .w = -2.0},
+        SampleCase{.name = "Beyond_its_view_up", .pass = 8, .depth = 0.2, .aside = 100},
+        SampleCase{.name = "Beyond_its_view_down", .pass = 8, .depth = 0.2, .aside = -100},
+        SampleCase{.name = "Pass_1", .pass = 1}, SampleCase{.name = "Pass_2", .pass = 2},
+        SampleCase{.name = "Pass_4", .pass = 4}, SampleCase{.name = "Pass_8", .pass = 8},
+        SampleCase{.name = "Pass_16", .pass = 16, .depth = 0.2}),
+    ::testing::PrintToStringParamName());
 
 class ShadowComposite : public GlTest, public ::testing::WithParamInterface<CompositeCase> {};
 
@@ -153,7 +161,7 @@ TEST_P(ShadowComposite, Darkens_every_pixel_by_its_share_times_the_intensity) {
 
     // Black with opacity o blended over it: colour * (1 - o), alpha o * o + alpha * (1 - o).
     const Picture expected = MakePicture(size, size, [&](int x, int y) {
-        const double o = share(x, y) / 255.0 * intensity;
+        const double o = std::min(1.0, share(x, y) / 255.0 * intensity);
         return Colour(before.At(x, y))
             .Add(Colour(before.At(x, y)), -o)
             .Add(Colour({0, 0, 0, 255}), o * o)
@@ -166,5 +174,6 @@ TEST_P(ShadowComposite, Darkens_every_pixel_by_its_share_times_the_intensity) {
 INSTANTIATE_TEST_SUITE_P(Shadow, ShadowComposite,
                          ::testing::Values(CompositeCase{"Intensity_0", 0.0f},
                                            CompositeCase{"Intensity_middle", 0.5f},
-                                           CompositeCase{"Intensity_1", 1.0f}),
+                                           CompositeCase{"Intensity_1", 1.0f},
+                                           CompositeCase{"Intensity_2", 2.0f}),
                          ::testing::PrintToStringParamName());

@@ -115,6 +115,31 @@ TEST_F(ShadowShader, Alpha_is_the_surface_s_own) {
     glDeleteTextures(1, &glass);
 }
 
+TEST_F(ShadowShader, Clip_planes_cut_by_the_place_before_the_projection) {
+    // This projection takes every z to 0: of what is near or far nothing is left in the clip
+    // position, and a plane across z can only cut by the place in eye space.
+    ShadowMapping shadow;
+    shadow.SetLight(lightPosition, lightTarget);
+    UseUnitOrtho();
+    glMatrixMode(GL_PROJECTION);
+    glScalef(1.0f, 1.0f, 0.0f);
+    glMatrixMode(GL_MODELVIEW);
+    shadow.BindShadowMap();
+    glClearColor(0.0f, 0.0f, 1.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    const GLdouble infront[] = {0.0, 0.0, 1.0, 0.0}; // keeps z >= 0
+    glClipPlane(GL_CLIP_PLANE0, infront);
+    glEnable(GL_CLIP_PLANE0);
+    DrawRectangle({vec3(0, 0, -0.5f), vec3(0.5f, 0, 0), vec3(0, 1, 0)});
+    DrawRectangle({vec3(0.5f, 0, 0.5f), vec3(0.5f, 0, 0), vec3(0, 1, 0)});
+    glDisable(GL_CLIP_PLANE0);
+    shadow.UnBindShadowMap();
+    // Alpha tells what was drawn: 1, as nothing is bound to unit 0.
+    const Picture shares = ReadTexture(shadow.GetShadowBuffer().GetColor());
+    EXPECT_EQ(shares.At(32, 64).a, 0);
+    EXPECT_EQ(shares.At(96, 64).a, 255);
+}
+
 TEST_F(ShadowShader, Clip_planes_cut_what_casts_and_takes_shadows) {
     ShadowMapping shadow;
     shadow.SetLight(lightPosition, lightTarget);

@@ -52,15 +52,23 @@ TEST_F(ShadowCalls, Construction_builds_both_shaders_and_sizes_both_buffers) {
         SizeTarget("light", 1024, 1024) + SetUniform("shadows", "offset", "1f", "0.0009765625")));
 }
 
-TEST_F(ShadowCalls, Setters_send_at_once) {
+TEST_F(ShadowCalls, Setters_send_at_once_whatever_they_are_given) {
     const auto shadow = Made1024();
-    shadow->SetSize(512);
-    EXPECT_TRUE(
-        Made(SizeTarget("light", 512, 512) + SetUniform("shadows", "offset", "1f", "0.001953125")));
-    shadow->SetBlurPass(3);
-    EXPECT_TRUE(Made(SetUniform("shadows", "pass", "1i", "3")));
-    shadow->SetIntensity(0.75f);
-    EXPECT_TRUE(Made(SetUniform("composite", "intensity", "1f", "0.75")));
+    for (const auto& [size, offset] : {std::pair{512, "0.001953125"}, {1000, "0.001"}, {1, "1"}}) {
+        shadow->SetSize(size);
+        EXPECT_TRUE(
+            Made(SizeTarget("light", size, size) + SetUniform("shadows", "offset", "1f", offset)));
+        EXPECT_EQ(shadow->GetSize(), size);
+    }
+    for (const int pass : {3, 0, 20}) {
+        shadow->SetBlurPass(pass);
+        EXPECT_TRUE(Made(SetUniform("shadows", "pass", "1i", std::to_string(pass))));
+    }
+    for (const auto& [intensity, sent] : {std::pair{0.75f, "0.75"}, {2.0f, "2"}, {-1.0f, "-1"}}) {
+        shadow->SetIntensity(intensity);
+        EXPECT_TRUE(Made(SetUniform("composite", "intensity", "1f", sent)));
+        EXPECT_EQ(shadow->GetIntensity(), intensity);
+    }
 }
 
 TEST_F(ShadowCalls, Light_is_captured_between_two_pushes) {
