@@ -194,13 +194,14 @@ protected:
     }
 
     // Whether the shadow falls where the look-up is at (x, y, z) everywhere, in a map of one depth.
-    bool InShadowAt(double x, double y, double z, int depth) {
+    // The program finds all of it w times as large, and w itself to divide by.
+    bool InShadowAt(double x, double y, double z, int depth, double w = 1.0) {
         Vell::Water water;
         Fill(WaterProbe::Reflection(water), Picture(targetSize, targetSize, {200, 200, 200, 255}));
         water.SetBlend(0.0f);
         const GLuint map = UploadTexture(Picture(1, 1, {depth, depth, depth, 255}));
         BindShadowMap(map);
-        LoadTextureMatrix({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, x, y, z, 1});
+        LoadTextureMatrix({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, w * x, w * y, w * z, w});
         const int grey = Drawn(water).At(64, 64).r;
         glDeleteTextures(1, &map);
         EXPECT_TRUE(grey == 100 || grey == 200) << grey;
@@ -257,19 +258,28 @@ INSTANTIATE_TEST_SUITE_P(
         WaterCase{.name = "Fog_1", .density = 1.0f},        //
         WaterCase{.name = "Fog_dense", .density = 8.0f},    //
         WaterCase{.name = "Scrolled_by_speed", .seconds = 2.5f, .speed = vec2(0.25f, -0.5f)},
-        WaterCase{.name = "Drifted_for_a_million_s", .seconds = 1000000.0f}, //
-        WaterCase{.name = "UV_repeat_0", .uvrep = vec2(0, 0)},               //
-        WaterCase{.name = "UV_repeat_3_and_2", .uvrep = vec2(3, 2)},         //
-        WaterCase{.name = "Shadow", .shadow = true},                         //
+        WaterCase{.name = "Drifted_by_a_quarter", .seconds = 50000.0f}, //
+        WaterCase{.name = "UV_repeat_0", .uvrep = vec2(0, 0)},          //
+        WaterCase{.name = "UV_repeat_3_and_2", .uvrep = vec2(3, 2)},    //
+        WaterCase{.name = "Shadow", .shadow = true},                    //
         WaterCase{.name = "Shadow_in_fog", .density = 0.8f, .shadow = true}),
     ::testing::PrintToStringParamName());
 
 TEST_F(WaterPictureTest, Shadow_needs_a_hundred_thousandth_of_depth) {
-    // The map's depth is 51 / 255 = 0.2; the surface must lie 0.00001 behind it to be shaded.
-    EXPECT_FALSE(InShadowAt(0.5, 0.5, 0.2, 51));
-    EXPECT_FALSE(InShadowAt(0.5, 0.5, 0.200008, 51));
-    EXPECT_TRUE(InShadowAt(0.5, 0.5, 0.200012, 51));
+    // The map's depth is 51 / 255 = 0.2; the surface must lie 0.00001 behind it to be shaded,
+    // whatever its depth was divided by.
+    for (double w : {0.25, 1.0, 4.0}) {
+        EXPECT_FALSE(InShadowAt(0.5, 0.5, 0.2, 51, w)) << w;
+        EXPECT_FALSE(InShadowAt(0.5, 0.5, 0.200008, 51, w)) << w;
+        EXPECT_TRUE(InShadowAt(0.5, 0.5, 0.200012, 51, w)) << w;
+    }
     EXPECT_TRUE(InShadowAt(0.5, 0.5, 0.00001, 0)); // just as deep, less that
+}
+
+TEST_F(WaterPictureTest, Shadow_falls_behind_the_light_as_in_front_of_it) {
+    // What lies behind the light has a negative w; after the division it counts like the rest.
+    EXPECT_TRUE(InShadowAt(0.5, 0.5, 0.9, 51, -1.0));
+    EXPECT_FALSE(InShadowAt(0.5, 0.5, 0.1, 51, -1.0));
 }
 
 TEST_F(WaterPictureTest, Shadow_map_reaches_from_0_to_1_both_included) {

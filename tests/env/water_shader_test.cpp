@@ -128,6 +128,8 @@ TEST_F(WaterShader, Blend_mixes_reflection_and_refraction) {
         {0.25f, {150, 25, 50, 255}}, // 200 * 0.75, 100 * 0.25, 40 * 0.75 + 80 * 0.25
         {0.5f, {100, 50, 60, 255}},
         {1.0f, {0, 100, 80, 255}},
+        {-0.5f, {255, 0, 20, 255}}, // beyond both: 200 * 1.5, 100 * -0.5, 40 * 1.5 - 80 * 0.5
+        {1.5f, {0, 150, 100, 255}}, // 200 * -0.5, 100 * 1.5, 80 * 1.5 - 40 * 0.5
     };
     for (const auto& [blend, expected] : cases) {
         water.SetBlend(blend);
@@ -252,12 +254,16 @@ TEST_F(WaterShader, Noise_scrolls_by_speed_in_repeats_per_second) {
 }
 
 TEST_F(WaterShader, Noise_drifts_by_a_thousandth_of_the_time_on_top_of_its_speed) {
-    // time / 1000 units of texture coordinate, 0.005 repeats each: 50,000 s are a quarter.
-    Vell::Water water;
-    PrepareBend(water, StripedNormals());
-    LookAtLitWater(0, -100);
-    EXPECT_TRUE(BendsRight(water, 50000.0f, 64));
-    EXPECT_FALSE(BendsRight(water, 150000.0f, 64));
+    // time / 1000 units of texture coordinate, 0.005 repeats each, along both axes: 50,000 s are a
+    // quarter. Row 12 is 51.5 pixels below the middle: 4 * 64 / 51.5 = 5 units ahead, at z = -200,
+    // a whole repeat away from 0.
+    for (const bool alongZ : {false, true}) {
+        Vell::Water water;
+        PrepareBend(water, StripedNormals(alongZ));
+        LookAtLitWater(0, -195);
+        EXPECT_TRUE(BendsRight(water, 50000.0f, 64)) << (alongZ ? "z" : "x");
+        EXPECT_FALSE(BendsRight(water, 150000.0f, 64)) << (alongZ ? "z" : "x");
+    }
 }
 
 TEST_F(WaterShader, Time_is_the_seconds_since_construction) {

@@ -135,6 +135,7 @@ TEST_F(SkyCalls, Drawn_around_the_camera_without_depth) {
     } const cases[] = {{vec3(1, 2, 3), false, "1, 2, 3"},
                        {vec3(1, -2, 3), false, "1, -2, 3"},
                        {vec3(1, 0, 3), true, "1, 0, 3"}, // at the surface: not mirrored
+                       {vec3(1, -1.0f / 1024, 3), true, "1, -0.0009765625, 3"},
                        {vec3(1, -2, 3), true, "1, -2, 3"}};
     for (const auto& [eye, reflection, place] : cases) {
         Draw(sky, eye, reflection);
@@ -157,22 +158,30 @@ TEST_F(SkyCalls, Drawn_around_the_camera_without_depth) {
 TEST_F(SkyCalls, Mirrored_in_the_reflection_and_not_clipped) {
     SkyBox sky;
     Forget();
-    Draw(sky, vec3(1, 2, 3), true);
-    EXPECT_TRUE(Made(R"(
-        -- 1.
-        glPushMatrix()
-        -- 3.
-        glDisable(GL_CLIP_PLANE0)
-        glTranslatef(1, -2, 3)
-        -- 4.
-        glDepthMask(GL_FALSE)
-        glCallList(list 1)
-        glDepthMask(GL_TRUE)
-        -- 5.
-        glEnable(GL_CLIP_PLANE0)
-        -- 6.
-        glPopMatrix()
-        )"));
+    struct {
+        float height;
+        const char* place;
+    } const cases[] = {
+        {2.0f, "1, -2, 3"}, {0.25f, "1, -0.25, 3"}, {1.0f / 1024, "1, -0.0009765625, 3"}};
+    for (const auto& [height, place] : cases) {
+        Draw(sky, vec3(1, height, 3), true);
+        EXPECT_TRUE(Made(R"(
+            -- 1.
+            glPushMatrix()
+            -- 3.
+            glDisable(GL_CLIP_PLANE0)
+            glTranslatef()" +
+                         std::string(place) + R"()
+            -- 4.
+            glDepthMask(GL_FALSE)
+            glCallList(list 1)
+            glDepthMask(GL_TRUE)
+            -- 5.
+            glEnable(GL_CLIP_PLANE0)
+            -- 6.
+            glPopMatrix()
+            )"));
+    }
 }
 
 TEST_F(SkyCalls, Second_recording_replaces_the_first) {

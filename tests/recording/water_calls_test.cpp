@@ -120,13 +120,20 @@ TEST_F(WaterCalls, Every_parameter_is_sent_at_once_and_the_size_is_not) {
 
 TEST_F(WaterCalls, Reflection_is_mirrored_and_clipped_only_above_the_surface) {
     const auto water = Make();
-    for (const float y : {2.0f, 0.25f, 0.0f, -2.0f}) {
+    struct {
+        float y;
+        const char* eye;
+    } const cases[] = {{2.0f, "1, 2, 3"},
+                       {0.25f, "1, 0.25, 3"},
+                       {1.0f / 1024, "1, 0.0009765625, 3"},
+                       {0.0f, "1, 0, 3"},
+                       {-1.0f / 1024, "1, -0.0009765625, 3"},
+                       {-2.0f, "1, -2, 3"}};
+    for (const auto& [y, eye] : cases) {
         Camera camera;
         camera.Set(vec3(1, y, 3), vec3(4, 5, 6));
         Forget();
         water->BeginReflection(camera);
-        std::string eye = "1, 2, 3";
-        eye.replace(3, 1, y == 2 ? "2" : y == 0.25f ? "0.25" : y == 0 ? "0" : "-2");
         const std::string mirror = R"(
             -- 3.
             glScalef(1, -1, 1)
@@ -135,7 +142,7 @@ TEST_F(WaterCalls, Reflection_is_mirrored_and_clipped_only_above_the_surface) {
             )";
         EXPECT_TRUE(Made("-- 1.\n" + EnableTarget("reflection", 512, 512) +
                          "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); glPushMatrix()\n" +
-                         "-- 2.\ngluLookAt(" + eye + ", 4, 5, 6, 0, 1, 0)\n" +
+                         "-- 2.\ngluLookAt(" + std::string(eye) + ", 4, 5, 6, 0, 1, 0)\n" +
                          (y > 0 ? mirror : "")));
         water->EndReflection();
         EXPECT_TRUE(Made("glDisable(GL_CLIP_PLANE0); glPopMatrix()\n" + DisableTarget()));
@@ -188,17 +195,33 @@ TEST_F(WaterCalls, Surface_out_of_view_calls_nothing) {
 
 TEST_F(WaterCalls, New_size_moves_the_positive_corners_only) {
     const auto water = InView();
-    water->SetSize(ivec2(100, 200));
     LookFrom(-10);
-    water->DrawShadow(); // whatever the frustum says
-    EXPECT_TRUE(Made(R"(
-        glInterleavedArrays(GL_T2F_V3F, 0, memory)
-        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
-        )"));
-    EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 100, 0, 200,   //
-                                        0, 1, -1024, 0, 200, //
-                                        1, 0, 100, 0, -1024, //
-                                        0, 0, -1024, 0, -1024));
+    // As they are given: more than 16 bits, or negative.
+    for (const ivec2& size : {ivec2(100, 200), ivec2(100000, 70000), ivec2(-5, -7)}) {
+        water->SetSize(size);
+        water->DrawShadow(); // whatever the frustum says
+        EXPECT_TRUE(Made(R"(
+            glInterleavedArrays(GL_T2F_V3F, 0, memory)
+            glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
+            )"));
+        const auto x = float(size.x);
+        const auto z = float(size.y);
+        EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, x, 0, z,     //
+                                            0, 1, -1024, 0, z, //
+                                            1, 0, x, 0, -1024, //
+                                            0, 0, -1024, 0, -1024));
+        EXPECT_EQ(water->GetBBox()->GetMin(), vec3(-x, -0.1f, -z));
+        EXPECT_EQ(water->GetBBox()->GetMax(), vec3(2 * x, 0.1f, 2 * z));
+    }
+}
+
+TEST_F(WaterCalls, Show_flag_counts_neither_for_the_surface_nor_for_its_shadow) {
+    const auto water = InView();
+    water->SetShow(false);
+    water->Draw();
+    EXPECT_TRUE(Made(Surface("0", "")));
+    water->DrawShadow();
+    EXPECT_TRUE(Made(Quad()));
 }
 
 TEST_F(WaterCalls, End_releases_picture_shader_and_both_targets) {
