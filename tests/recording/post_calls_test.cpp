@@ -38,6 +38,21 @@ private:
     FBO& scene;
 };
 
+/// An effect that switches another one off.
+class Silencing : public Noted {
+public:
+    Silencing(FBO& sceneTarget, Vell::PostEffect& otherEffect)
+        : Noted("silencing", sceneTarget), other(otherEffect) {}
+
+    void Process(FBO* in, FBO* out) override {
+        Noted::Process(in, out);
+        other.SetEnabled(false);
+    }
+
+private:
+    Vell::PostEffect& other;
+};
+
 class PostCalls : public Calls {
 protected:
     /// Two targets of the screen's size, "in" and "out", and no call noted.
@@ -121,6 +136,14 @@ TEST_F(PostCalls, Chain_makes_and_deletes_its_spare_target) {
     EXPECT_TRUE(Made(DeleteTarget("spare")));
 }
 
+TEST_F(PostCalls, Spare_target_is_as_large_as_the_screen_whatever_the_scene_target_is) {
+    in->SetSize(ivec2(100, 50));
+    Forget();
+    gl.NameTarget("spare");
+    const PostProcess chain(in.get());
+    EXPECT_TRUE(Made(NewTarget("spare") + SizeTarget("spare", 640, 480)));
+}
+
 TEST_F(PostCalls, Empty_chain_shows_the_scene) {
     PostProcess chain(in.get());
     Forget();
@@ -180,6 +203,18 @@ TEST_F(PostCalls, Effect_added_twice_runs_twice) {
                      Shown("in") + End()));
 }
 
+TEST_F(PostCalls, Effect_that_an_earlier_one_switches_off_is_skipped) {
+    PostProcess chain(in.get());
+    Noted a("a", *in), b("b", *in);
+    Silencing silencing(*in, a);
+    for (Noted* effect : {static_cast<Noted*>(&silencing), &a, &b})
+        chain.AddPostEffect(effect);
+    Forget();
+    chain.Draw();
+    EXPECT_TRUE(Made(Begin() + "Process(silencing, scene to spare); Process(b, spare to scene)\n" +
+                     Shown("in") + End()));
+}
+
 // --------------------------------------------------------------------------------------- Blur
 
 TEST_F(PostCalls, Blur_builds_targets_and_shader_and_sends_its_defaults) {
@@ -188,12 +223,27 @@ TEST_F(PostCalls, Blur_builds_targets_and_shader_and_sends_its_defaults) {
     EXPECT_TRUE(Made(NewTarget("first") + NewTarget("second") + NewProgram("blur") +
                      SizeTarget("first", 128, 128) + SizeTarget("second", 128, 128) +
                      Clamp("first") + Clamp("second") + SetUniform("blur", "offset", "0.01")));
-    blur->SetSizeRTT(64);
-    EXPECT_TRUE(Made(SizeTarget("first", 64, 64) + SizeTarget("second", 64, 64)));
-    blur->SetOffset(0.5f);
-    EXPECT_TRUE(Made(SetUniform("blur", "offset", "0.5")));
-    blur->SetPass(3);
-    EXPECT_TRUE(Made(""));
+}
+
+TEST_F(PostCalls, Blur_takes_its_parameters_as_they_are_given) {
+    NameBlur();
+    PostBlur blur;
+    Forget();
+    for (const int size : {64, 1, 1000}) { // also beyond the screen
+        blur.SetSizeRTT(size);
+        EXPECT_TRUE(Made(SizeTarget("first", size, size) + SizeTarget("second", size, size)));
+        EXPECT_EQ(blur.GetSizeRTT(), size);
+    }
+    for (const auto& [offset, sent] : {std::pair{0.5f, "0.5"}, {-0.25f, "-0.25"}, {2.0f, "2"}}) {
+        blur.SetOffset(offset);
+        EXPECT_TRUE(Made(SetUniform("blur", "offset", sent)));
+        EXPECT_EQ(blur.GetOffset(), offset);
+    }
+    for (const int passes : {3, 0, 100}) {
+        blur.SetPass(passes);
+        EXPECT_TRUE(Made(""));
+        EXPECT_EQ(blur.GetPass(), passes);
+    }
 }
 
 TEST_F(PostCalls, Blur_filters_back_and_forth) {
@@ -202,7 +252,7 @@ TEST_F(PostCalls, Blur_filters_back_and_forth) {
     Forget();
     blur.Process(in.get(), out.get());
     EXPECT_TRUE(Made(Blurred("in", "out", 5)));
-    for (const int passes : {0, 1, 2}) {
+    for (const int passes : {0, 1, 2, 12}) {
         blur.SetPass(passes);
         blur.Process(in.get(), out.get());
         EXPECT_TRUE(Made(Blurred("in", "out", passes))) << passes;
@@ -224,14 +274,28 @@ TEST_F(PostCalls, Bloom_builds_its_parts_and_sends_its_defaults) {
                      SizeTarget("glow", 640, 480) + SetUniform("threshold", "threshold", "0.9")));
     EXPECT_THAT(gl.Source("threshold fragment"),
                 ::testing::HasSubstr("(color.r+color.g+color.b)/3"));
-    bloom.SetIntensity(0.5f);
-    EXPECT_TRUE(Made(""));
-    bloom.SetThreshold(0.25f);
-    EXPECT_TRUE(Made(SetUniform("threshold", "threshold", "0.25")));
+}
+
+TEST_F(PostCalls, Bloom_takes_its_parameters_as_they_are_given_and_hands_the_blur_s_on) {
+    NameBlur();
+    gl.NameProgram("threshold");
+    PostBloom bloom;
+    Forget();
+    for (const float intensity : {0.5f, 2.0f, -1.0f}) {
+        bloom.SetIntensity(intensity);
+        EXPECT_TRUE(Made(""));
+        EXPECT_EQ(bloom.GetIntensity(), intensity);
+    }
+    for (const auto& [level, sent] : {std::pair{0.25f, "0.25"}, {1.5f, "1.5"}, {-0.5f, "-0.5"}}) {
+        bloom.SetThreshold(level);
+        EXPECT_TRUE(Made(SetUniform("threshold", "threshold", sent)));
+        EXPECT_EQ(bloom.GetThreshold(), level);
+    }
     bloom.SetOffset(0.5f);
     EXPECT_TRUE(Made(SetUniform("blur", "offset", "0.5")));
+    EXPECT_EQ(bloom.GetOffset(), 0.5f);
     bloom.SetSizeRTT(64);
-    EXPECT_TRUE(Made(SizeTarget("first", 64, 64) + SizeTarget("second", 64, 64)));
+    EXPECT_EQ(bloom.GetSizeRTT(), 64);
 }
 
 TEST_F(PostCalls, Bloom_adds_the_blurred_bright_pass) {
