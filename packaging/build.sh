@@ -15,15 +15,21 @@ build() {
             *) targets+=("$word") ;;
         esac
     done
-    configure_preset "$preset" "${options[@]}" && build_folder "build/$preset" "${targets[@]}"
+    alone configure_and_build
 }
 
-# configure_preset PRESET [-DNAME=VALUE...]: the first half of that.
+# configure_and_build: for `build`, with its variables.
+configure_and_build() {
+    configure "build/$preset" . --preset "$preset" "${options[@]}" &&
+        build_targets "build/$preset" "${targets[@]}"
+}
+
+# configure_preset PRESET [-DNAME=VALUE...]: the first half of that alone.
 configure_preset() {
     alone configure "build/$1" . --preset "$@"
 }
 
-# build_folder FOLDER [TARGET...]: the second half, in any folder that is configured.
+# build_folder FOLDER [TARGET...]: the second half alone, in any folder that is configured.
 build_folder() {
     alone build_targets "$@"
 }

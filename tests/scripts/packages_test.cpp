@@ -5,8 +5,6 @@
 
 #include <gmock/gmock.h>
 
-namespace fs = std::filesystem;
-
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;

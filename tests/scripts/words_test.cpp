@@ -8,8 +8,6 @@
 #include <algorithm>
 #include <cctype>
 
-namespace fs = std::filesystem;
-
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
