@@ -1,5 +1,7 @@
 // The doctor itself, as it is called: on a machine where all is well but the sound, and on others.
 
+#include "tools/doctor/advice.h"
+
 #include "tests/doctor/published_data.h"
 #include "tests/support/program_run.h"
 #include "tests/support/virtual_display.h"
@@ -8,14 +10,12 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <set>
 #include <sstream>
-#include <thread>
 
 namespace fs = std::filesystem;
 
@@ -80,29 +80,6 @@ std::set<std::string> DocumentedIds() {
     return ids;
 }
 
-/// An X server without OpenGL; it ends with this object.
-class PlainDisplay {
-public:
-    PlainDisplay()
-        : server({"/bin/sh", "-c",
-                  "exec Xvfb -displayfd 1 -screen 0 1280x256x24 -extension GLX -nolisten tcp "
-                  "-noreset"},
-                 {}) {
-        std::string number;
-        while (server.Running() && number.find('\n') == std::string::npos) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-            number = ReadFile("stdout.txt");
-        }
-        name += number.substr(0, number.find('\n'));
-    }
-
-    const std::string& Name() const { return name; }
-
-private:
-    ProgramRun server;
-    std::string name = ":";
-};
-
 } // namespace
 
 TEST_F(DoctorProgram, Finds_a_machine_fit_that_has_no_sound_and_disturbs_nothing) {
@@ -138,6 +115,11 @@ TEST_F(DoctorProgram, Finds_a_machine_fit_that_has_no_sound_and_disturbs_nothing
     EXPECT_GT(Find(page, "texture_size").at("values").at("width"), 0.0);
 }
 
+TEST_F(DoctorProgram, Virtual_display_of_the_documentation_is_the_one_that_is_advised) {
+    EXPECT_THAT(ReadFile(NIMBREL_SOURCE_DIR "/docs/doctor.md"),
+                HasSubstr("    " + Doctor::virtualDisplay + " build/release/demo/nimbrel\n"));
+}
+
 TEST_F(DoctorProgram, Json_is_taken_by_another_reader) {
     if (std::system("command -v python3 >/dev/null") != 0)
         GTEST_SKIP() << "needs python3";
@@ -164,33 +146,6 @@ TEST_F(DoctorProgram, Names_a_damaged_file) {
     EXPECT_EQ(StateOf(page, "data"), "warn");
     EXPECT_EQ(StateOf(page, std::string("data:") + waterPicture), "warn");
     EXPECT_THAT(TextOf(page, "sentence"), HasSubstr("Data/Gfx/water.jpg (damaged or changed)"));
-}
-
-TEST_F(DoctorProgram, Says_that_there_is_no_display) {
-    MakeDemoData();
-    const Outcome outcome = Run({}, {{"DISPLAY", ""}});
-    EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_THAT(outcome.output, HasSubstr("\nNimbrel cannot run here: there is no display"));
-    EXPECT_THAT(outcome.output, HasSubstr("xvfb"));
-}
-
-TEST_F(DoctorProgram, Says_that_the_display_does_not_answer) {
-    MakeDemoData();
-    const Json page = Json::parse(Run({"--json"}, {{"DISPLAY", ":98765"}}).output);
-    EXPECT_EQ(page.at("verdict"), "fail");
-    EXPECT_THAT(TextOf(Find(page, "display"), "finding"), HasSubstr("no display answers: "));
-    EXPECT_EQ(StateOf(page, "show"), "unknown") << "the demo was not started";
-}
-
-TEST_F(DoctorProgram, Says_that_there_is_no_opengl) {
-    MakeDemoData();
-    const PlainDisplay plain;
-    const Outcome outcome = Run({"--json"}, {{"DISPLAY", plain.Name()}});
-    EXPECT_EQ(outcome.exitStatus, 1);
-    const Json page = Json::parse(outcome.output);
-    EXPECT_EQ(StateOf(page, "display"), "ok");
-    EXPECT_EQ(StateOf(page, "opengl"), "fail");
-    EXPECT_THAT(TextOf(Find(page, "opengl"), "advice"), HasSubstr("libgl1-mesa-dri"));
 }
 
 TEST_F(DoctorProgram, Says_that_it_was_started_in_another_folder) {

@@ -1,0 +1,78 @@
+#include "tools/doctor/xserver.h"
+
+#include "tests/support/virtual_display.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+
+using Doctor::Apart;
+using Doctor::Fact;
+using Doctor::Facts;
+using Doctor::HoldServer;
+using Doctor::LookAtServer;
+using Doctor::Notebook;
+using Doctor::RunApart;
+
+namespace {
+
+constexpr double patience = 30.0; // seconds
+
+/// What is noted of a server that was started with these changes.
+Facts FactsOf(const std::vector<std::string>& changes) {
+    const VirtualDisplay server(changes);
+    setenv("DISPLAY", server.Name().c_str(), 1);
+    const Apart look = RunApart(LookAtServer, patience);
+    EXPECT_TRUE(look.InOrder()) << look.HowItEnded();
+    return look.facts;
+}
+
+/// The name of a server that has ended.
+std::string DeadServer() {
+    return std::make_unique<VirtualDisplay>()->Name();
+}
+
+} // namespace
+
+TEST(XServer, Tells_its_extensions_and_its_bits) {
+    const Facts usual = FactsOf({});
+    EXPECT_EQ(Fact(usual, "glx"), "1");
+    EXPECT_EQ(Fact(usual, "depth"), "24");
+    EXPECT_EQ(Fact(FactsOf({"-extension", "GLX"}), "glx"), "0");
+    EXPECT_EQ(Fact(FactsOf({"-screen", "0", "640x480x8"}), "depth"), "8");
+}
+
+TEST(XServer, Is_found_to_start_over_or_to_stay) {
+    EXPECT_EQ(Fact(FactsOf({"-noreset"}), "resets"), "0");
+    EXPECT_EQ(Fact(FactsOf({"-reset"}), "resets"), "1");
+}
+
+TEST(XServer, Stays_as_long_as_it_is_held) {
+    const VirtualDisplay server({"-reset"});
+    setenv("DISPLAY", server.Name().c_str(), 1);
+    const Apart look = RunApart(
+        [](const Notebook& notebook) {
+            notebook.Note("held", HoldServer() ? 1 : 0);
+            LookAtServer(notebook);
+        },
+        patience);
+    EXPECT_EQ(Fact(look.facts, "held"), "1");
+    EXPECT_EQ(Fact(look.facts, "resets"), "0");
+}
+
+TEST(XServer, That_has_ended_cannot_be_held_and_tells_nothing) {
+    setenv("DISPLAY", DeadServer().c_str(), 1);
+    EXPECT_FALSE(HoldServer());
+    EXPECT_TRUE(RunApart(LookAtServer, patience).facts.empty());
+}
+
+TEST(XServer, That_is_not_named_need_not_be_held) {
+    for (const bool set : {true, false}) {
+        unsetenv("DISPLAY");
+        if (set)
+            setenv("DISPLAY", "", 1);
+        EXPECT_TRUE(HoldServer());
+        EXPECT_TRUE(RunApart(LookAtServer, patience).facts.empty());
+    }
+}
