@@ -15,7 +15,10 @@ using Doctor::Facts;
 using Doctor::Row;
 using Doctor::State;
 using Doctor::Table;
+using ::testing::AllOf;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 namespace {
 
@@ -121,15 +124,25 @@ INSTANTIATE_TEST_SUITE_P(
                       Lack{"target", "0", "render_target", State::Fail, "cannot draw into"}),
     [](const auto& lack) { return std::to_string(lack.index) + "_" + lack.param.row; });
 
-TEST(Graphics, Missing_group_says_what_is_missing_on_the_screen) {
+TEST(Graphics, Missing_group_says_what_the_demo_does) {
     for (const Doctor::GlGroup& group : Doctor::GlGroups()) {
         const Table table = RowsWith(group.id, "glSomethingARB");
         EXPECT_EQ(NotOk(table), Ids{group.id});
         const Row& row = Find(table, group.id);
         EXPECT_EQ(row.state, State::Fail);
-        EXPECT_THAT(row.finding, HasSubstr("glSomethingARB"));
-        EXPECT_THAT(row.finding, HasSubstr(": no "));
+        EXPECT_EQ(row.finding, "missing (glSomethingARB): the demo ends at once");
+        EXPECT_THAT(row.advice, StartsWith("install the driver: libgl1-mesa-dri"));
     }
+}
+
+TEST(Graphics, Settings_that_may_take_opengl_away_are_to_be_tried_without) {
+    Facts facts = GoodFacts();
+    facts["settings"] = "LIBGL_ALWAYS_INDIRECT MESA_EXTENSION_OVERRIDE";
+    EXPECT_EQ(NotOk(Rows(facts)), Ids()) << "nothing is wrong with them";
+    facts["framebuffers"] = "EXT_framebuffer_object";
+    EXPECT_THAT(Find(Rows(facts), "framebuffers").advice,
+                AllOf(HasSubstr("env -u LIBGL_ALWAYS_INDIRECT -u MESA_EXTENSION_OVERRIDE ./play;"),
+                      HasSubstr("libgl1-mesa-dri")));
 }
 
 TEST(Graphics, Groups_are_those_that_the_engine_fetches) {
@@ -186,6 +199,45 @@ TEST(Graphics, Display_that_does_not_answer_is_quoted) {
     EXPECT_EQ(Find(table, "display").finding, "no display answers: No available video device");
 }
 
+TEST(Graphics, Server_that_does_not_answer_is_named) {
+    const Facts facts = {{"sdl", "1.2.15"}, {"display", ":9"}, {"no_server", "1"}};
+    const Table table = GraphicsRows(Look(facts), true, {});
+    EXPECT_EQ(Find(table, "display").state, State::Fail);
+    EXPECT_EQ(Find(table, "display").finding, "no X server answers at DISPLAY=:9");
+    EXPECT_THAT(Find(table, "display").advice, HasSubstr("-noreset"));
+    EXPECT_EQ(Find(table, "opengl").state, State::Unknown);
+}
+
+TEST(Graphics, Server_that_turns_us_away_is_quoted) {
+    Apart look = Look({{"sdl", "1.2.15"}, {"display", ":9"}, {"no_server", "1"}});
+    look.complaint = "Authorization required";
+    const Row row = Find(GraphicsRows(look, true, {}), "display");
+    EXPECT_EQ(row.state, State::Fail);
+    EXPECT_EQ(row.finding, "the X server at DISPLAY=:9 turns programs of this user away, saying "
+                           "\"Authorization required\"");
+    EXPECT_THAT(row.advice, HasSubstr("env -u DISPLAY ./play"));
+}
+
+TEST(Graphics, Server_that_starts_over_is_a_warning) {
+    const Table table = RowsWith("resets", "1");
+    EXPECT_EQ(NotOk(table), Ids{"display"});
+    EXPECT_EQ(Find(table, "display").state, State::Warn);
+    EXPECT_EQ(Find(table, "display").finding,
+              "the X server starts over whenever its last program leaves, and may then turn the "
+              "demo away");
+    EXPECT_THAT(Find(table, "display").advice, HasSubstr("the option -noreset"));
+    EXPECT_EQ(NotOk(RowsWith("resets", "0")), Ids());
+}
+
+TEST(Graphics, Driver_that_the_environment_chose_is_blamed_on_it) {
+    Facts facts = {{"sdl", "1.2.15"}, {"driver", "dummy"}, {"no_window", "No OpenGL"}};
+    facts["settings"] = "SDL_VIDEODRIVER";
+    const Row row = Find(GraphicsRows(Look(facts), true, {}), "display");
+    EXPECT_EQ(row.state, State::Fail);
+    EXPECT_EQ(row.finding, "SDL_VIDEODRIVER has SDL draw by its driver dummy, which has no OpenGL");
+    EXPECT_THAT(row.advice, EndsWith("env -u SDL_VIDEODRIVER ./play"));
+}
+
 TEST(Graphics, Driver_that_draws_letters_is_no_display) {
     const Table table = GraphicsRows(
         Look({{"sdl", "1.2.15"}, {"driver", "caca"}, {"no_window", "No OpenGL"}}), true, {});
@@ -202,6 +254,21 @@ TEST(Graphics, Window_without_opengl_is_quoted) {
     EXPECT_EQ(Find(table, "display").state, State::Ok);
     EXPECT_EQ(Find(table, "opengl").finding, "no window with OpenGL can be had: No GLX");
     EXPECT_EQ(Find(table, "glsl").state, State::Unknown);
+}
+
+TEST(Graphics, Server_without_glx_and_screen_of_few_bits_are_named) {
+    Facts facts = {{"sdl", "1.2.15"}, {"driver", "x11"}, {"no_window", "No visual"}};
+    const auto openGl = [&] { return Find(GraphicsRows(Look(facts), true, {}), "opengl"); };
+    facts["depth"] = "24";
+    facts["glx"] = "0";
+    EXPECT_THAT(openGl().finding, StartsWith("this X server has no GLX"));
+    EXPECT_THAT(openGl().advice, HasSubstr("+extension GLX"));
+    facts["depth"] = "8"; // at which a server has none
+    EXPECT_EQ(openGl().finding, "the screen has 8 bits a pixel, too few for a window with OpenGL");
+    EXPECT_THAT(openGl().advice, HasSubstr("-screen 0 1280x1024x24"));
+    facts["depth"] = "15"; // there is OpenGL with as many
+    facts["glx"] = "1";
+    EXPECT_EQ(openGl().finding, "no window with OpenGL can be had: No visual");
 }
 
 TEST(Graphics, Driver_that_crashes_is_no_reason_to_crash) {

@@ -74,6 +74,17 @@ TEST(Rehearsal, Demo_that_breaks_off_cannot_run) {
     EXPECT_EQ(table[speed].state, State::Unknown) << "there was nothing to measure";
 }
 
+TEST(Rehearsal, Demo_that_found_no_opengl_has_not_played_although_it_ended_in_order) {
+    Rehearsal rehearsal;
+    rehearsal.rows = {"InitEngine GLExtentions"};
+    const Table table = RehearsalRows(rehearsal);
+    EXPECT_EQ(table[show].state, State::Fail);
+    EXPECT_EQ(table[show].finding, "the demo found no usable OpenGL and ended at once");
+    EXPECT_THAT(table[show].advice, HasSubstr("-noreset"));
+    for (const auto row : {speed, glErrors, logRows})
+        EXPECT_EQ(table[row].state, State::Unknown) << table[row].id;
+}
+
 TEST(Rehearsal, Errors_of_opengl_are_a_warning) {
     Rehearsal rehearsal = Frames1To100();
     EXPECT_EQ(RehearsalRows(rehearsal)[glErrors].state, State::Ok);

@@ -4,22 +4,31 @@
 #include "tools/doctor/graphics.h"
 #include "tools/doctor/page.h"
 #include "tools/doctor/sound.h"
+#include "tools/doctor/xserver.h"
 
 namespace Doctor {
 
 namespace {
 
 // Seconds that a part may take before it counts as hanging; all of them take less than one.
+constexpr double serverPatience = 10.0;
 constexpr double graphicsPatience = 20.0;
 constexpr double soundPatience = 10.0;
+
+/// The X server is asked by itself: it knows better why there is no OpenGL than OpenGL does.
+Apart LookAtScreen() {
+    const Apart server = RunApart(LookAtServer, serverPatience);
+    Apart look = RunApart(LookAtGraphics, graphicsPatience);
+    look.facts.insert(server.facts.begin(), server.facts.end());
+    return look;
+}
 
 } // namespace
 
 Table Examine(const Programs& programs, double seconds) {
     Table table = {FolderRow()};
     Append(table, DataRows());
-    Append(table, GraphicsRows(RunApart(LookAtGraphics, graphicsPatience), DisplayIsNamed(),
-                               FindLargestPicture()));
+    Append(table, GraphicsRows(LookAtScreen(), DisplayIsNamed(), FindLargestPicture()));
     const bool canRun = Verdict(table) != State::Fail;
     table.push_back(SoundRow(RunApart(LookAtSound, soundPatience)));
     Append(table, canRun ? RehearsalRows(Rehearse(programs, seconds))

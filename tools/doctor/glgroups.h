@@ -11,7 +11,6 @@ struct GlGroup {
     const char* extension; ///< what the engine looks for in the driver's list
     const char** names;    ///< entry points, ended by a null pointer
     void*** pointers;      ///< where they are stored
-    const char* without;   ///< what is missing on the screen without it
 };
 
 /// All six, in the order in which the engine fetches them.

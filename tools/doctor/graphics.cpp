@@ -1,6 +1,7 @@
 #include "tools/doctor/graphics.h"
 
 #include "tools/doctor/glgroups.h"
+#include "tools/doctor/xserver.h"
 
 #include "demo/show.h"
 
@@ -42,6 +43,41 @@ void NoteSdl2(const Notebook& notebook) {
         notebook.Note("sdl2", Dotted(version.major, version.minor, version.patch));
     }
     dlclose(library);
+}
+
+// Settings of the environment that reach into OpenGL or SDL, and may take from them what is there.
+const char* const settings[] = {"GALLIUM_DRIVER",
+                                "LIBGL_ALWAYS_INDIRECT",
+                                "LIBGL_DRIVERS_PATH",
+                                "MESA_EXTENSION_OVERRIDE",
+                                "MESA_GL_VERSION_OVERRIDE",
+                                "MESA_GLSL_VERSION_OVERRIDE",
+                                "MESA_LOADER_DRIVER_OVERRIDE",
+                                "SDL_VIDEODRIVER",
+                                "__GLX_VENDOR_LIBRARY_NAME"};
+
+/// What a variable of the environment holds; empty when it is not set.
+std::string Setting(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr ? value : "";
+}
+
+bool IsSet(const char* variable) {
+    return !Setting(variable).empty();
+}
+
+/// The SDL that runs on SDL 2 may take a Wayland session too.
+bool OtherScreenIsNamed() {
+    return IsSet("WAYLAND_DISPLAY") || IsSet("SDL_VIDEODRIVER");
+}
+
+void NoteEnvironment(const Notebook& notebook) {
+    notebook.Note("display", Setting("DISPLAY"));
+    std::string list;
+    for (const char* variable : settings)
+        if (IsSet(variable))
+            list += std::string(list.empty() ? "" : " ") + variable;
+    notebook.Note("settings", list);
 }
 
 void NoteSdl(const Notebook& notebook) {
@@ -147,9 +183,13 @@ void NoteTarget(const Notebook& notebook) {
 } // namespace
 
 void LookAtGraphics(const Notebook& notebook) {
+    NoteEnvironment(notebook);
     NoteSdl(notebook);
+    const bool answers = HoldServer();
+    if (!answers)
+        notebook.Note("no_server", 1);
     // Without a display SDL would look for another place to draw on, such as the text screen.
-    if (!DisplayIsNamed() || !NoteVideo(notebook))
+    if (!(answers ? DisplayIsNamed() : OtherScreenIsNamed()) || !NoteVideo(notebook))
         return;
     if (NoteWindow(notebook) && NoteTexts(notebook)) {
         Vell::SetScreen(Vell::ivec2(screenWidth, screenHeight));
@@ -162,13 +202,7 @@ void LookAtGraphics(const Notebook& notebook) {
 }
 
 bool DisplayIsNamed() {
-    // The SDL that runs on SDL 2 may take a Wayland session too.
-    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"}) {
-        const char* value = std::getenv(variable);
-        if (value != nullptr && *value != '\0')
-            return true;
-    }
-    return false;
+    return IsSet("DISPLAY") || OtherScreenIsNamed();
 }
 
 } // namespace Doctor

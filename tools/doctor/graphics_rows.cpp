@@ -1,3 +1,4 @@
+#include "tools/doctor/advice.h"
 #include "tools/doctor/glgroups.h"
 #include "tools/doctor/graphics.h"
 
@@ -8,17 +9,26 @@
 #include <cstdio>
 #include <filesystem>
 #include <iterator>
+#include <sstream>
 
 namespace Doctor {
 
 namespace {
 
-const char* const driverAdvice =
-    "install the driver: libgl1-mesa-dri for AMD, Intel and machines without a graphics card, "
-    "nvidia-driver for NVIDIA; then start the session anew";
-const char* const displayAdvice =
-    "start it from a graphical session, or on a virtual display: install xvfb and xauth and run "
-    "xvfb-run -s \"-screen 0 1280x1024x24\" before the command";
+const std::string displayAdvice =
+    "start it from a graphical session, or by ./play, which plays on a virtual display where there "
+    "is none; or install xvfb and xauth and put this before the command: " +
+    virtualDisplay;
+const char* const serverAdvice =
+    "start the X server with GLX: Xvfb and Xephyr with +extension GLX, Xorg without what disables "
+    "it in xorg.conf; where it has none, as some for remote desktops, let ./movie make a film";
+const char* const depthAdvice =
+    "give the screen 24 bits a pixel: Xvfb by -screen 0 1280x1024x24, Xorg by -depth 24 or by "
+    "DefaultDepth in xorg.conf";
+
+const char* const accessAdvice =
+    "start it as the user whose session that is, or play on a virtual display: env -u DISPLAY "
+    "./play";
 
 /// The compatibility layer counts its versions from 1.2.50, SDL 1.2 itself ended at 1.2.15.
 constexpr int firstLayerPatch = 50;
@@ -41,6 +51,8 @@ Version ParseVersion(const std::string& text) {
     std::sscanf(text.c_str(), "%d.%d.%d", &version.major, &version.minor, &version.patch);
     return version;
 }
+
+constexpr int bitsNeeded = 15; // a pixel: below, there is no window with OpenGL
 
 constexpr Version glNeeded = {2, 0};
 constexpr Version glslNeeded = {1, 10};
@@ -80,6 +92,25 @@ struct Subject {
     bool Knows(const char* fact) const { return look.facts.count(fact) != 0; }
 };
 
+/// "env -u A -u B ./play" for the settings that are there.
+std::string WithoutSettings(const Subject& subject) {
+    std::istringstream names(subject.Get("settings"));
+    std::string command = "env";
+    for (std::string name; names >> name;)
+        command += " -u " + name;
+    return "try without the settings that reach into OpenGL here: " + command + " ./play";
+}
+
+/// For what OpenGL lacks: the settings that may take it away, and then the driver.
+std::string DriverAdvice(const Subject& subject) {
+    const char* const driver =
+        "install the driver: libgl1-mesa-dri for AMD, Intel and machines without a graphics card, "
+        "nvidia-driver for NVIDIA; then start the session anew";
+    if (subject.Get("settings").empty())
+        return driver;
+    return WithoutSettings(subject) + "; if that does not help, " + driver;
+}
+
 void LookAtSdl(const Subject& subject, Row& row) {
     const std::string version = subject.Get("sdl");
     const bool layer = ParseVersion(version).patch >= firstLayerPatch;
@@ -102,20 +133,72 @@ bool HasWindows(const std::string& name) {
     return driver == "x11" || driver == "wayland" || driver == "kmsdrm";
 }
 
-void LookAtDisplay(const Subject& subject, Row& row) {
+/// SDL has a driver, but none that shows windows.
+bool IsLeftWithoutWindows(const Subject& subject) {
+    return subject.Knows("no_window") && !HasWindows(subject.Get("driver"));
+}
+
+void LookAtDriver(const Subject& subject, Row& row) {
     const std::string driver = subject.Get("driver");
-    row.values = {{"driver", driver}};
-    if (!subject.displayNamed)
-        row.Set(State::Fail, "there is no display: DISPLAY is not set", displayAdvice);
-    else if (subject.Knows("driver") && subject.Knows("no_window") && !HasWindows(driver))
+    const bool chosen = subject.Get("settings").find("SDL_VIDEODRIVER") != std::string::npos;
+    if (IsLeftWithoutWindows(subject) && chosen)
+        row.Set(State::Fail,
+                "SDL_VIDEODRIVER has SDL draw by its driver " + driver + ", which has no OpenGL",
+                WithoutSettings(subject));
+    else if (IsLeftWithoutWindows(subject))
         row.Set(State::Fail, "no display answers: SDL is left with the video driver " + driver,
                 displayAdvice);
-    else if (subject.Knows("driver"))
+    else if (subject.Number("resets") != 0)
+        row.Set(State::Warn,
+                "the X server starts over whenever its last program leaves, and may then turn the "
+                "demo away",
+                resetAdvice);
+    else
         row.Set(State::Ok, "SDL's video driver " + driver + " answers");
+}
+
+/// Xlib says something only when a server answered and turned it away.
+void TellNoServer(const Subject& subject, Row& row) {
+    const std::string where = "DISPLAY=" + subject.Get("display");
+    const std::string& said = subject.look.complaint;
+    if (said.empty())
+        row.Set(State::Fail, "no X server answers at " + where, displayAdvice);
+    else
+        row.Set(State::Fail,
+                "the X server at " + where + " turns programs of this user away, saying \"" + said +
+                    '"',
+                accessAdvice);
+}
+
+void LookAtDisplay(const Subject& subject, Row& row) {
+    row.values = {{"driver", subject.Get("driver")}};
+    if (!subject.displayNamed)
+        row.Set(State::Fail, "there is no display: DISPLAY is not set", displayAdvice);
+    else if (subject.Knows("driver"))
+        LookAtDriver(subject, row);
+    else if (subject.Knows("no_server"))
+        TellNoServer(subject, row);
     else if (subject.Knows("no_video"))
         row.Set(State::Fail, "no display answers: " + subject.Get("no_video"), displayAdvice);
     else
         row.Set(State::Fail, "opening the display " + subject.look.HowItEnded(), displayAdvice);
+}
+
+/// Why there is no window with OpenGL.
+void TellNoWindow(const Subject& subject, Row& row) {
+    const std::string bits = subject.Get("depth");
+    if (subject.Knows("depth") && subject.Number("depth") < bitsNeeded) // a reason for no GLX too
+        row.Set(State::Fail,
+                "the screen has " + bits + " bits a pixel, too few for a window with OpenGL",
+                depthAdvice);
+    else if (subject.Knows("glx") && subject.Number("glx") == 0)
+        row.Set(State::Fail,
+                "this X server has no GLX, by which programs come to OpenGL: no window with it can "
+                "be had",
+                serverAdvice);
+    else
+        row.Set(State::Fail, "no window with OpenGL can be had: " + subject.Get("no_window"),
+                DriverAdvice(subject));
 }
 
 void LookAtOpenGl(const Subject& subject, Row& row) {
@@ -123,17 +206,17 @@ void LookAtOpenGl(const Subject& subject, Row& row) {
     row.values = {{"version", version},
                   {"vendor", subject.Get("vendor")},
                   {"renderer", subject.Get("renderer")}};
-    if (subject.Knows("no_window") && !HasWindows(subject.Get("driver")))
+    if (IsLeftWithoutWindows(subject))
         row = NotLookedAt(row.id, row.title); // the display's row tells why
     else if (subject.Knows("no_window"))
-        row.Set(State::Fail, "no window with OpenGL can be had: " + subject.Get("no_window"),
-                driverAdvice);
+        TellNoWindow(subject, row);
     else if (!subject.look.InOrder())
-        row.Set(State::Fail, "looking at OpenGL " + subject.look.HowItEnded(), driverAdvice);
+        row.Set(State::Fail, "looking at OpenGL " + subject.look.HowItEnded(),
+                DriverAdvice(subject));
     else if (version.empty())
-        row.Set(State::Fail, "the window has no OpenGL", driverAdvice);
+        row.Set(State::Fail, "the window has no OpenGL", DriverAdvice(subject));
     else if (ParseVersion(version) < glNeeded)
-        row.Set(State::Fail, "OpenGL " + version + " is older than 2.0", driverAdvice);
+        row.Set(State::Fail, "OpenGL " + version + " is older than 2.0", DriverAdvice(subject));
     else
         row.Set(State::Ok, version + ", by " + subject.Get("vendor"));
 }
@@ -145,7 +228,7 @@ void LookAtRenderer(const Subject& subject, Row& row) {
     row.Set(State::Ok, name + (processor ? ": the processor draws, no graphics card" : ""));
     if (processor && CardIsThere())
         row.Set(State::Warn, "there is a graphics card, but the processor draws (" + name + ")",
-                std::string(driverAdvice) + "; on a virtual display this is as it should be");
+                DriverAdvice(subject) + "; on a virtual display this is as it should be");
 }
 
 void LookAtGlsl(const Subject& subject, Row& row) {
@@ -155,7 +238,7 @@ void LookAtGlsl(const Subject& subject, Row& row) {
         row.Set(State::Fail,
                 version.empty() ? "there is none: nothing can be drawn"
                                 : "GLSL " + version + " is older than 1.10: nothing can be drawn",
-                driverAdvice);
+                DriverAdvice(subject));
     else
         row.Set(State::Ok, version);
 }
@@ -165,7 +248,7 @@ void LookAtMultitexture(const Subject& subject, Row& row) {
         row.Set(State::Fail,
                 "missing (GL_ARB_multitexture): the city is without light and the water without "
                 "reflections",
-                driverAdvice);
+                DriverAdvice(subject));
     else
         row.Set(State::Ok, "there");
 }
@@ -178,7 +261,7 @@ void LookAtUnits(const Subject& subject, Row& row) {
         row.Set(State::Warn,
                 "only " + std::to_string(units) + " of " + std::to_string(unitsNeeded) +
                     ": the city is without its light map",
-                driverAdvice);
+                DriverAdvice(subject));
 }
 
 void LookAtTextureSize(const Subject& subject, Row& row) {
@@ -192,7 +275,7 @@ void LookAtTextureSize(const Subject& subject, Row& row) {
         row.Set(State::Warn,
                 largest.path + " has " + size + ", pictures of more than " + std::to_string(limit) +
                     " are not shown",
-                driverAdvice);
+                DriverAdvice(subject));
     else
         row.Set(State::Ok, "up to " + std::to_string(limit) + " pixels; the largest here has " +
                                (largest.path.empty() ? "none" : size));
@@ -203,7 +286,7 @@ void LookAtAnySize(const Subject& subject, Row& row) {
         row.Set(State::Fail,
                 "missing (GL_ARB_texture_non_power_of_two): no picture, since the frame of 960 x "
                 "89 pixels is such a texture",
-                driverAdvice);
+                DriverAdvice(subject));
     else
         row.Set(State::Ok, "there");
 }
@@ -211,7 +294,7 @@ void LookAtAnySize(const Subject& subject, Row& row) {
 void LookAtTarget(const Subject& subject, Row& row) {
     if (subject.Number("target") == 0)
         row.Set(State::Fail, "the driver cannot draw into a target with colour and depth",
-                driverAdvice);
+                DriverAdvice(subject));
     else
         row.Set(State::Ok, "colour and depth of the demo's size can be drawn into");
 }
@@ -222,7 +305,8 @@ void LookAtGroup(const Subject& subject, const GlGroup& group, Row& row) {
     if (missing.empty())
         row.Set(State::Ok, "there");
     else
-        row.Set(State::Fail, "missing (" + missing + "): " + group.without, driverAdvice);
+        row.Set(State::Fail, "missing (" + missing + "): the demo ends at once",
+                DriverAdvice(subject));
 }
 
 // --- The table --------------------------------------------------------------------------------

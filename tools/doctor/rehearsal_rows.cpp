@@ -1,5 +1,7 @@
 #include "tools/doctor/rehearsal.h"
 
+#include "tools/doctor/advice.h"
+
 #include <algorithm>
 #include <cmath>
 #include <sstream>
@@ -29,8 +31,17 @@ double Milliseconds(const std::vector<double>& sorted, double part) {
     return sorted[size_t(part * double(sorted.size() - 1))];
 }
 
+/// Whether the engine told the log that it found no usable OpenGL: the demo ends then at once, and
+/// in order.
+bool EngineRefused(const Rehearsal& rehearsal) {
+    return std::any_of(rehearsal.rows.begin(), rehearsal.rows.end(),
+                       [](const std::string& row) { return row.starts_with("InitEngine "); });
+}
+
 void LookAtEnd(const Rehearsal& rehearsal, Row& row) {
-    if (rehearsal.end.InOrder())
+    if (rehearsal.end.InOrder() && EngineRefused(rehearsal))
+        row.Set(State::Fail, "the demo found no usable OpenGL and ended at once", resetAdvice);
+    else if (rehearsal.end.InOrder())
         row.Set(State::Ok, "played the whole show in fast motion, in " +
                                Rounded(rehearsal.seconds, 1) + " s, and ended by itself");
     else
@@ -97,7 +108,7 @@ struct Check {
     void (*look)(const Rehearsal& rehearsal, Row& row);
 };
 const Check checks[] = {
-    {"show", "Rehearsal", LookAtEnd},
+    {"show", "Rehearsal", LookAtEnd}, // the others have nothing to look at when it did not begin
     {"speed", "Speed", LookAtSpeed},
     {"gl_errors", "OpenGL errors", LookAtErrors},
     {"log", "The demo's log", LookAtLog},
@@ -107,7 +118,8 @@ const Check checks[] = {
 
 Table RehearsalRows(const Rehearsal& rehearsal) {
     Table table = NoRehearsalRows("the demo did not get that far");
-    for (size_t i = 0; i < table.size(); ++i)
+    const size_t looks = EngineRefused(rehearsal) ? 1 : table.size();
+    for (size_t i = 0; i < looks; ++i)
         checks[i].look(rehearsal, table[i]);
     return table;
 }
