@@ -1,0 +1,74 @@
+// What the doctor advises works, also where many do it at the same time.
+
+#include "tools/doctor/advice.h"
+
+#include "tests/support/demo_data.h"
+#include "tests/support/log_page.h"
+#include "tests/support/program_run.h"
+#include "tests/support/scratch.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+using ::testing::HasSubstr;
+
+namespace {
+
+/// The command with a demo whose time is up after its first frame.
+std::string Command() {
+    return Doctor::virtualDisplay +
+           " env LD_PRELOAD=" NIMBREL_BINARY_DIR
+           "/tools/capture/libnimbrel_probe.so NIMBREL_PROBE_STEP=1000 " NIMBREL_BINARY_DIR
+           "/demo/nimbrel";
+}
+
+/// Starts it in a folder of its own.
+std::unique_ptr<ProgramRun> StartIn(const fs::path& folder) {
+    fs::create_directory(folder);
+    fs::current_path(folder);
+    MakeDemoData();
+    return std::make_unique<ProgramRun>(
+        std::vector<std::string>{"/bin/sh", "-c", Command()},
+        Environment{{"ALSA_CONFIG_PATH", "/dev/null"},
+                    {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}},
+        std::vector<std::string>{"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"});
+}
+
+/// Fails unless the demo has played: its engine was started, and everything was freed.
+void ExpectPlayed(ProgramRun& run) {
+    constexpr double patience = 200.0;
+    const Outcome end = run.Wait(patience);
+    EXPECT_TRUE(end.ended);
+    EXPECT_EQ(end.exitStatus, 0);
+    EXPECT_EQ(end.output, "");
+    const std::vector<LogRow> rows = ReadLogRows();
+    ASSERT_FALSE(rows.empty()) << end.complaint;
+    EXPECT_EQ(rows.front().section, "InitEngine");
+    EXPECT_EQ(rows.front().status, "OK");
+    EXPECT_EQ(rows.back().status, "FREE");
+    EXPECT_THAT(ReadLogText(), HasSubstr("</html>\n"));
+}
+
+} // namespace
+
+TEST(Advice, Virtual_display_lets_the_demo_play_sixteen_times_at_once) {
+    if (std::system("command -v xvfb-run xauth >/dev/null") != 0)
+        GTEST_SKIP() << "needs xvfb-run and xauth";
+    const ScratchDir scratch;
+    std::vector<std::unique_ptr<ProgramRun>> runs;
+    for (int i = 0; i < 16; ++i)
+        runs.push_back(StartIn(scratch.Path() / std::to_string(i)));
+    for (size_t i = 0; i < runs.size(); ++i) {
+        SCOPED_TRACE(i);
+        fs::current_path(scratch.Path() / std::to_string(i));
+        ExpectPlayed(*runs[i]);
+    }
+}
