@@ -88,6 +88,16 @@ TEST_F(Fast2DQuadTest, Forgets_the_size_of_the_draw_before) {
     EXPECT_EQ(screen.At(0, 1), (Rgba{0, 0, 0, 255}));
 }
 
+TEST_F(Fast2DQuadTest, Takes_every_size_as_it_is) {
+    for (const vec2& size : {vec2(-32, -48), vec2(0.25f, 0.75f), vec2(1e-3f, 1e6f), vec2(0, 0)}) {
+        quad.Draw(size);
+        EXPECT_THAT(SentVertices(), ElementsAreArray({1.0f, 1.0f, size.x, size.y, 0.0f, //
+                                                      0.0f, 1.0f, 0.0f,   size.y, 0.0f, //
+                                                      1.0f, 0.0f, size.x, 0.0f,   0.0f, //
+                                                      0.0f, 0.0f, 0.0f,   0.0f,   0.0f}));
+    }
+}
+
 TEST_F(Fast2DQuadTest, Puts_the_lower_left_texel_at_the_origin) {
     const Picture picture = MakePicture(128, 128, [](int x, int y) {
         return Rgba{2 * x, 2 * y, x < y ? 255 : 0, 255};

@@ -4,6 +4,13 @@
 
 #include "tests/support/fake_time.h"
 
+#include <gmock/gmock.h>
+
+#include <utility>
+
+using ::testing::Contains;
+using Vell::XT3DStatic;
+
 namespace {
 
 constexpr const char* endShadow = R"(
@@ -147,6 +154,35 @@ TEST_F(MeshCalls, Hidden_mesh_calls_nothing_in_either_pass) {
     mesh->Draw();
     mesh->DrawShadow();
     EXPECT_TRUE(Made(""));
+}
+
+TEST_F(MeshCalls, Time_runs_from_the_making_of_each_mesh_not_from_its_loading) {
+    XT3DStatic first; // at 0
+    SetFakeTime(1.0);
+    XT3DStatic second;
+    SetFakeTime(1.5);
+    WriteFile(folder + "empty.xt3dstatic", "XT3DSTATIC 0 " + folder + " 0");
+    first.Load(folder + "empty.xt3dstatic");
+    SetMaterial(first);
+    second.Load(folder + "empty.xt3dstatic"); // shares the material
+    SetFakeTime(4.0);
+    for (const auto& [mesh, time] : {std::pair{&first, "4"}, {&second, "3"}}) {
+        Forget();
+        mesh->Draw();
+        EXPECT_TRUE(Made("glUseProgramObject(material)\n" + Send("material", "time", "1f", time) +
+                         beginArrays + unbindBuffer + endArrays + "glUseProgramObject(0)"));
+    }
+}
+
+TEST_F(MeshCalls, Number_of_vertices_is_drawn_as_it_is_whole_triangles_or_not) {
+    WriteFile(folder + "four.xt3dstatic", "XT3DSTATIC 1 " + folder + " 0 NULL NULL NULL 4");
+    XT3DStatic mesh;
+    mesh.Load(folder + "four.xt3dstatic");
+    for (void (XT3DStatic::*pass)() : {&XT3DStatic::Draw, &XT3DStatic::DrawShadow}) {
+        Forget();
+        (mesh.*pass)();
+        EXPECT_THAT(gl.Take(), Contains("glDrawArrays(GL_TRIANGLES, 0, 4)"));
+    }
 }
 
 // ------------------------------------------------------------------------------- Shadow pass

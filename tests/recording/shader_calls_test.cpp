@@ -302,6 +302,7 @@ TEST_F(ShaderCalls, Uniforms_are_looked_up_on_every_sending) {
     shader.Send("g", Vell::vec4(1.5f, 2, 3, 4));
     shader.Send("h", Vell::ivec4(1, 2, 3, 4));
     shader.Send("a", 0.75f);
+    shader.Send("a", 0.75f);
     EXPECT_TRUE(Made(R"(
         glGetUniformLocation(program 1, "a"); glUniform1f(a, 0.5)
         glGetUniformLocation(program 1, "b"); glUniform1i(b, 3)
@@ -311,6 +312,7 @@ TEST_F(ShaderCalls, Uniforms_are_looked_up_on_every_sending) {
         glGetUniformLocation(program 1, "f"); glUniform3i(f, 1, 2, 3)
         glGetUniformLocation(program 1, "g"); glUniform4f(g, 1.5, 2, 3, 4)
         glGetUniformLocation(program 1, "h"); glUniform4i(h, 1, 2, 3, 4)
+        glGetUniformLocation(program 1, "a"); glUniform1f(a, 0.75)
         glGetUniformLocation(program 1, "a"); glUniform1f(a, 0.75)
         )"));
 }

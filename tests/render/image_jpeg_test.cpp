@@ -72,6 +72,30 @@ std::string ChosenJpeg(int side, J_COLOR_SPACE space, Choice choose) {
     return name;
 }
 
+/// The file's pixels, the last one first, as libjpeg decodes it by default.
+Bytes PixelsBackwards(const std::string& name) {
+    jpeg_decompress_struct jpeg{};
+    jpeg_error_mgr errors{};
+    FILE* file = std::fopen(name.c_str(), "rb");
+    jpeg.err = jpeg_std_error(&errors);
+    jpeg_create_decompress(&jpeg);
+    jpeg_stdio_src(&jpeg, file);
+    jpeg_read_header(&jpeg, TRUE);
+    jpeg_start_decompress(&jpeg);
+    Bytes backwards;
+    Bytes row(size_t(jpeg.output_width) * 3);
+    while (jpeg.output_scanline < jpeg.output_height) {
+        JSAMPROW rows[] = {row.data()};
+        jpeg_read_scanlines(&jpeg, rows, 1);
+        for (size_t i = 0; i < row.size(); i += 3)
+            backwards.insert(backwards.begin(), {row[i], row[i + 1], row[i + 2]});
+    }
+    jpeg_finish_decompress(&jpeg);
+    jpeg_destroy_decompress(&jpeg);
+    std::fclose(file);
+    return backwards;
+}
+
 void AsUsual(j_compress_ptr) {}
 
 void Progressive(j_compress_ptr jpeg) {
@@ -167,6 +191,29 @@ TEST_F(JpegImageTest, Becomes_the_same_texture_whatever_its_width) {
         EXPECT_TRUE(Matches(ReadTexture(image.GetID()), expected,
                             {.max = jpegRounding, .mean = jpegRounding}));
     }
+}
+
+TEST_F(JpegImageTest, Has_the_pixels_that_the_library_gives_when_nothing_is_asked_of_it) {
+    for (const Encoding& encoding : encodings) {
+        SCOPED_TRACE(encoding.what);
+        const std::string name = ChosenJpeg(24, JCS_RGB, encoding.choose);
+        Image image;
+        ASSERT_TRUE(image.Load(name));
+        EXPECT_EQ(Pixels(image, 3), PixelsBackwards(name));
+    }
+}
+
+TEST_F(JpegImageTest, Takes_red_green_and_blue_for_what_they_are) {
+    // Most files store brightness and two differences of colour; some store the colours themselves.
+    Image image;
+    ASSERT_TRUE(image.Load(ChosenJpeg(8, JCS_RGB, [](j_compress_ptr jpeg) {
+        jpeg_set_quality(jpeg, 100, TRUE);
+        jpeg_set_colorspace(jpeg, JCS_RGB);
+    })));
+    // The last row of the file is the first: its last pixels are (90, 90, 90), its first (63, 90,
+    // 90).
+    EXPECT_TRUE(Near(PixelAt(image, 0), {90, 90, 90, 255}, 1)) << "rounded coefficients";
+    EXPECT_TRUE(Near(PixelAt(image, 7), {63, 90, 90, 255}, 1)) << "rounded coefficients";
 }
 
 TEST_F(JpegImageTest, Refuses_grey_with_a_row) {

@@ -99,6 +99,25 @@ auto Transparent(png_uint_16 r, png_uint_16 g, png_uint_16 b) {
     };
 }
 
+/// The values are proportional to the light.
+void Gamma(png_structp png, png_infop info) {
+    png_set_gAMA(png, info, 1.0);
+}
+
+/// The picture is meant to lie on white.
+void Background(png_structp png, png_infop info) {
+    png_color_16 white{};
+    white.red = white.green = white.blue = 255;
+    png_set_bKGD(png, info, &white);
+}
+
+/// Five bits of each value count.
+void SignificantBits(png_structp png, png_infop info) {
+    png_color_8 five{};
+    five.red = five.green = five.blue = five.alpha = 5;
+    png_set_sBIT(png, info, &five);
+}
+
 class PngImageTest : public GlTest {
 protected:
     static void ExpectLoads(const PngFile& picture, GLenum format, const Bytes& pixels) {
@@ -187,6 +206,16 @@ TEST_F(PngImageTest, Keeps_the_upper_byte_of_sixteen_bits) {
     ExpectLoads({1, 1, 16, PNG_COLOR_TYPE_RGB, {10, 99, 20, 99, 30, 99}}, GL_RGB, {10, 20, 30});
     ExpectLoads({1, 1, 16, PNG_COLOR_TYPE_RGBA, {10, 99, 20, 99, 30, 99, 40, 99}}, GL_RGBA,
                 {10, 20, 30, 40});
+}
+
+TEST_F(PngImageTest, Takes_the_stored_values_whatever_else_the_file_says_about_them) {
+    const PngFile files[] = {
+        {1, 1, 8, PNG_COLOR_TYPE_RGBA, {10, 100, 200, 40}, Gamma},
+        {1, 1, 8, PNG_COLOR_TYPE_RGBA, {10, 100, 200, 40}, Background},
+        {1, 1, 8, PNG_COLOR_TYPE_RGBA, {10, 100, 200, 40}, SignificantBits},
+    };
+    for (const PngFile& file : files)
+        ExpectLoads(file, GL_RGBA, file.rows);
 }
 
 TEST_F(PngImageTest, Cuts_the_lower_byte_of_sixteen_bits_off_without_rounding) {

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include <dlfcn.h>
 #include <unistd.h>
@@ -143,9 +144,29 @@ TEST_F(ShaderFailureTest, Keeps_the_program_it_had) {
     Shader shader;
     shader.LoadToChar(plainVertex, redFragment);
     const GLuint program = ShaderProbe::Program(shader);
-    shader.LoadToChar(plainVertex, brokenFragment);
-    EXPECT_EQ(ShaderProbe::Program(shader), program);
-    EXPECT_EQ(DrawnColour(shader), red);
+    for (const auto& [vertex, fragment] :
+         {std::pair{plainVertex, brokenFragment}, {brokenVertex, redFragment}}) {
+        shader.LoadToChar(vertex, fragment);
+        EXPECT_EQ(ShaderProbe::Program(shader), program);
+        EXPECT_EQ(DrawnColour(shader), red);
+    }
+}
+
+TEST_F(ShaderFailureTest, Frees_without_a_row_when_the_vertex_file_is_called_like_a_text) {
+    WriteFile("Internal", plainVertex);
+    const std::string other = VertexFile();
+    const std::string frag = FragmentFile();
+    const auto rowsAtItsEnd = [](const std::string& vert, const std::string& fragment) {
+        auto shader = std::make_unique<Shader>();
+        shader->Load(vert, fragment);
+        shader->Disable();
+        const LogWatch log;
+        shader.reset();
+        return log.NewRows();
+    };
+    EXPECT_EQ(rowsAtItsEnd("Internal", frag), Rows());
+    WriteFile("Internal", redFragment);
+    EXPECT_EQ(rowsAtItsEnd(other, "Internal"), (Rows{{"Shader", "FREE", Both(other, "Internal")}}));
 }
 
 TEST_F(ShaderFailureTest, Takes_a_compiler_message_of_any_length) {

@@ -5,6 +5,8 @@
 #include "tests/scene/layout.h"
 #include "tests/support/buffers.h"
 
+#include <cmath>
+
 using namespace Vell;
 
 namespace {
@@ -126,6 +128,31 @@ TEST_F(XT3DStaticTest, Takes_a_number_in_any_notation_a_stream_accepts) {
         EXPECT_EQ(Probe::SubMesh(mesh, 0).positions[0], vec3(2.0f, c.value, 3.0f));
         EXPECT_EQ(Probe::SubMesh(mesh, 0).texcoords[0], vec2(7.0f, 8.0f)) << "reading went on";
     }
+}
+
+TEST_F(XT3DStaticTest, Keeps_the_sign_of_a_zero) {
+    XT3DStatic mesh;
+    LoadPlain(mesh, "1  -0 -0.0 -0e5  -0 -0 -0  -0 -0");
+    const XT3DSubMesh& part = Probe::SubMesh(mesh, 0);
+    for (const float zero :
+         {part.positions[0].x, part.positions[0].y, part.positions[0].z, part.normals[0].x,
+          part.normals[0].y, part.normals[0].z, part.texcoords[0].x, part.texcoords[0].y}) {
+        EXPECT_EQ(zero, 0.0f);
+        EXPECT_TRUE(std::signbit(zero));
+    }
+}
+
+TEST_F(XT3DStaticTest, Rounds_a_number_once) {
+    // A little above the middle between 1 and the next float, 1 + 2^-23, but in a double just the
+    // middle, from where a float would go back to 1.
+    const std::string number = " 1.000000059604644775390625000001";
+    XT3DStatic mesh;
+    LoadPlain(mesh, "1 " + number + number + number + number + number + number + number + number);
+    const float next = 1.0f + 1.0f / (1 << 23);
+    const XT3DSubMesh& part = Probe::SubMesh(mesh, 0);
+    EXPECT_EQ(part.positions[0], vec3(next, next, next));
+    EXPECT_EQ(part.normals[0], vec3(next, next, next));
+    EXPECT_EQ(part.texcoords[0], vec2(next, next));
 }
 
 TEST_F(XT3DStaticTest, Reads_zeros_from_the_first_word_that_is_no_number_on) {
