@@ -231,7 +231,8 @@ TEST_F(Main, Does_not_care_that_SDL_reports_failure) {
     EXPECT_EQ(Count("Draw"), allFrames);
 }
 
-// The engine is the one that is asked whether there is OpenGL: no sound, no scene and no frame then.
+// The engine is the one that is asked whether there is OpenGL: no sound, no scene and no frame
+// then.
 TEST_F(Main, Ends_in_order_at_once_when_the_engine_does_not_start) {
     stage.engineResult = false;
     EXPECT_EQ(PlayNimbrel(), 0);

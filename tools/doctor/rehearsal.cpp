@@ -18,8 +18,8 @@ namespace Doctor {
 
 namespace {
 
-constexpr double showSeconds = Show::runningTime;  // how long the demo lasts
-constexpr double loadingPatience = 60.0; // seconds
+constexpr double showSeconds = Show::runningTime; // how long the demo lasts
+constexpr double loadingPatience = 60.0;          // seconds
 
 const char* const framesFile = "frames.txt";
 const char* const reportFile = "report.txt";
