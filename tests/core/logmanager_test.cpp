@@ -162,6 +162,11 @@ TEST_F(LogDeathTest, Dumps_text_between_the_rows_without_changing_their_alternat
                                          "    <td bgcolor=\"#999999\" width =\"15%\">b</td>\n"));
 }
 
+TEST_F(LogDeathTest, Dumps_text_of_any_length) {
+    RunToExit([] { Log::GetInstance() << "" << std::string(100000, 'm') << "end"; });
+    EXPECT_EQ(ReadLogText(), header + "\n" + std::string(100000, 'm') + "\nend\n" + footer);
+}
+
 TEST_F(LogDeathTest, Writes_texts_as_they_are) {
     RunToExit([] { Log::GetInstance().Write("%s%n", "%d", "<b>100% & more</b>"); });
     EXPECT_THAT(ReadLogRows(), ElementsAre(LogRow{"%s%n", "%d", "<b>100% & more</b>"}));

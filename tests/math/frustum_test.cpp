@@ -160,6 +160,8 @@ TEST_F(FrustumTest, Sees_boxes_that_no_single_plane_shuts_out) {
     const BoxCase cases[] = {
         {"inside", vec3(-1, -1, -6), vec3(1, 1, -4), true},
         {"around the whole frustum", vec3(-99, -99, -99), vec3(99, 99, 99), true},
+        {"a point in view", vec3(0, 0, -5), vec3(0, 0, -5), true},
+        {"a point out of view", vec3(0, 0, 5), vec3(0, 0, 5), false},
         {"across the right plane", vec3(4, -1, -6), vec3(99, 1, -4), true},
         {"across the near plane", vec3(-1, -1, -2), vec3(1, 1, 2), true},
         {"right of it", vec3(20, -1, -6), vec3(22, 1, -4), false},

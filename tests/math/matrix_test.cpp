@@ -130,6 +130,7 @@ TEST(Matrix, Stores_sine_and_cosine_rounded_from_double_in_four_places) {
     // that is nearest to the true value, which is written here.
     const Angle angles[] = {
         {0.5f, 0.479425538604f, 0.877582561890f},
+        {-0.5f, -0.479425538604f, 0.877582561890f},
         {10.5f, -0.879695759972f, -0.475536927996f},
         {34.0f, 0.529082686120f, -0.848570274785f},
     };

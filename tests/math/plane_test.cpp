@@ -67,9 +67,11 @@ TEST(Plane, Tells_its_sides_apart_where_a_float_sum_cannot) {
 }
 
 TEST(Plane, Divides_distance_and_normal_by_the_length_of_the_normal) {
-    Plane plane(vec3(0, 3, 4), 10);
-    plane.Normalize();
-    ExpectNear(plane.Get(), vec4(0, 0.6f, 0.8f, 2)); // length 5
+    for (const float d : {10.0f, -10.0f}) {
+        Plane plane(vec3(0, -3, 4), d);
+        plane.Normalize();
+        ExpectNear(plane.Get(), vec4(0, -0.6f, 0.8f, d / 5)); // length 5
+    }
 }
 
 TEST(Plane, Keeps_a_zero_normal_and_divides_d_by_zero_when_normalised) {

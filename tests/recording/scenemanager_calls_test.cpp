@@ -346,18 +346,21 @@ TEST_F(FrameCalls, Fog_is_set_at_once) {
 
 TEST_F(FrameCalls, Shadow_mapping_is_made_once_and_then_configured_in_order) {
     Furnish({false, WaterIs::absent, 0, true});
-    manager->AddShadowMapping(vec3(1, 2, 3), vec3(4, 5, 6), 128, 0.75f);
-    EXPECT_TRUE(Made(SizeTarget("light", 128, 128) + "glUseProgramObject(shadows)\n" +
-                     Send("shadows", "offset", "1f", "0.0078125") + "glUseProgramObject(0)\n" +
-                     "glUseProgramObject(composite)\n" +
-                     Send("composite", "intensity", "1f", "0.75") + R"(
+    for (const char* const call : {"second", "third, with the same size"}) {
+        SCOPED_TRACE(call);
+        manager->AddShadowMapping(vec3(1, 2, 3), vec3(4, 5, 6), 128, 0.75f);
+        EXPECT_TRUE(Made(SizeTarget("light", 128, 128) + "glUseProgramObject(shadows)\n" +
+                         Send("shadows", "offset", "1f", "0.0078125") + "glUseProgramObject(0)\n" +
+                         "glUseProgramObject(composite)\n" +
+                         Send("composite", "intensity", "1f", "0.75") + R"(
         glUseProgramObject(0)
         glMatrixMode(GL_PROJECTION); glPushMatrix(); glLoadIdentity()
         gluPerspective(120, 1, 1, 25000)
         glMatrixMode(GL_MODELVIEW); glPushMatrix(); glLoadIdentity()
         gluLookAt(1, 2, 3, 4, 5, 6, 0, 1, 0)
         )" + MakePlane() +
-                     PopUnitSquare()));
+                         PopUnitSquare()));
+    }
 }
 
 TEST_F(FrameCalls, End_goes_from_terrains_and_meshes_to_shadow_sky_camera_water_chain_and_target) {

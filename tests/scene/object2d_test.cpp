@@ -91,6 +91,13 @@ TEST_F(Object2DTest, Keeps_its_scale_when_it_is_moved) {
         << "a position replaces the one before";
 }
 
+TEST_F(Object2DTest, Goes_left_and_down_and_is_mirrored_by_negative_numbers) {
+    Note note;
+    note.SetPosition(vec2(-0.25f, -0.5f));
+    note.SetScale(vec2(-2.0f, -3.0f));
+    EXPECT_EQ(Rows(note), (Elements{-2, 0, 0, -0.25f, 0, -3, 0, -0.5f, 0, 0, 0, 0, 0, 0, 0, 1}));
+}
+
 TEST_F(Object2DTest, Does_not_turn) {
     Note note;
     note.SetRotation(vec2(1.0f, 2.0f));

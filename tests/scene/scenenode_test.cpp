@@ -228,6 +228,13 @@ TEST_F(SceneNodeTest, Is_culled_exactly_where_its_box_ends_along_every_axis) {
         }
 }
 
+TEST_F(SceneNodeTest, Is_culled_by_its_place_when_its_mesh_has_no_box) {
+    square.GetBBox()->Set(vec3(0.0f, 0.0f, 0.0f), vec3(0.0f, 0.0f, 0.0f));
+    EXPECT_TRUE(node.Draw());
+    node.SetPosition(vec3(4.5f, 0.0f, 0.0f)); // the view ends at 4
+    EXPECT_FALSE(node.Draw());
+}
+
 TEST_F(SceneNodeTest, Is_culled_by_the_box_between_its_two_turned_corners_alone) {
     // A box of +-1 turned by 45 degrees reaches from x = -1.41 to 1.41, but its corners (-1, -1)
     // and (1, 1) both land on x = 0: with a view that begins at x = 0.5 the node is culled.

@@ -125,6 +125,12 @@ TEST_F(SpriteTest, Measures_width_and_height_against_the_screen_s_own) {
     EXPECT_EQ(sprite.GetSize(), vec2(0.5f, 0.25f)); // 64 / 128, 16 / 64
 }
 
+TEST_F(SpriteTest, Reaches_beyond_the_screen_when_its_picture_does) {
+    Sprite sprite;
+    sprite.SetTexture(PlainPng(256, 192, red));
+    EXPECT_EQ(sprite.GetSize(), vec2(2.0f, 1.5f)); // 256 / 128, 192 / 128
+}
+
 TEST_F(SpriteTest, Shows_its_picture_upright) {
     const std::string name = NewName();
     WritePng(name, 2, 2, 3, {255, 0, 0, 0, 255, 0, /* below */ 0, 0, 255, 255, 255, 255});
