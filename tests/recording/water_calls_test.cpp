@@ -165,10 +165,12 @@ TEST_F(WaterCalls, Refraction_is_the_plain_view) {
 }
 
 TEST_F(WaterCalls, Surface_in_view_is_drawn_with_its_images_and_its_time) {
-    const auto water = InView();
-    SetFakeTime(1.5); // made at 0
-    water->Draw();
-    EXPECT_TRUE(Made(Surface("1.5", "")));
+    const auto water = InView(); // made at 0
+    for (const auto& [time, sent] : {std::pair{1.5, "1.5"}, {4000.5, "4000.5"}}) {
+        SetFakeTime(time);
+        water->Draw();
+        EXPECT_TRUE(Made(Surface(sent, "")));
+    }
     EXPECT_TRUE(water->GetInFrustum());
     EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 1024, 0, 1024,  // s, t, x, y, z
                                         0, 1, -1024, 0, 1024, //
