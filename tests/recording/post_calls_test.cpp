@@ -179,8 +179,9 @@ TEST_F(PostCalls, Effects_alternate_between_scene_and_spare_target) {
         int count = 0;
         Noted* const effects[] = {&a, &b, &c};
         for (int i = 0; i < 3; ++i) {
-            effects[i]->SetEnabled((enabled >> i & 1) != 0);
-            if (!effects[i]->GetEnabled())
+            const bool on = (enabled >> i & 1) != 0;
+            effects[i]->SetEnabled(on);
+            if (!on)
                 continue;
             steps += std::string("Process(") + "abc"[i] +
                      (count++ % 2 == 0 ? ", scene to spare)\n" : ", spare to scene)\n");
