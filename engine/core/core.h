@@ -8,12 +8,17 @@ namespace Vell {
 /// of GLExtensions.h. Call it once, before anything else of the engine, with the window's context
 /// current; its first log row creates the log page.
 ///
+/// After a failure, and without this call, nothing may be made of the classes that need its success
+/// and say so: the entry points that they call may be null pointers, and that ends the program.
+///
 /// @param size  screen size in pixels, both at least 1.
-/// @return false, with an "ERROR" row in the log, when an extension or entry point is missing. The
-///         screen is set all the same; the pointers of the groups after the failing one stay null.
+/// @return false, with an "ERROR" row in the log, when there is no context or an extension or entry
+///         point is missing. The screen is set all the same; the pointers of the groups after the
+///         failing one stay null.
 bool InitEngine(const ivec2& size);
 
-/// Stores the screen size, sets the viewport to it and rebuilds the projection.
+/// Stores the screen size, sets the viewport to it and rebuilds the projection. The size is stored
+/// without a context too.
 ///
 /// The ratio becomes the integer quotient width / height, which is intended: 1280 x 720 gives 1.0
 /// and only shapes at least twice as wide as high give 2.0 or more. Call SetRatio() afterwards for

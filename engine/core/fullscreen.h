@@ -4,7 +4,8 @@
 
 namespace Vell {
 
-// What every full-screen pass shares: its matrices, its vertex shader and its one draw call.
+// What every full-screen pass shares: its matrices, its vertex shader and its one draw call. All
+// three functions need a current context.
 
 /// Pushes projection and model-view and sets both so that x and y run from 0 to 1 over the whole
 /// viewport. Leaves model-view current.

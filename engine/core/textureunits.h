@@ -5,7 +5,8 @@ namespace Vell {
 /// Which texture unit carries what, by role: the one place where these numbers are written.
 ///
 /// The same number is made active and sent to the sampler uniform that reads it, so several roles
-/// share a unit where their passes never meet. Every pass leaves unit 0 active.
+/// share a unit where their passes never meet. Every pass leaves unit 0 active. The two functions
+/// need a current context.
 namespace TextureUnit {
 
 constexpr int surface = 0;    ///< a surface's own texture; also a full-screen pass's input image

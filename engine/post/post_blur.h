@@ -12,6 +12,8 @@ namespace Vell {
 /// The picture is copied into a small square target, filtered back and forth between two such
 /// targets with a box of nine samples, and stretched over the output. Both the softness of the
 /// scaling and the distance of the samples shape the look.
+///
+/// Needs: a current context on which InitEngine() succeeded.
 class PostBlur : public PostEffect {
 public:
     /// 5 double passes at 128 x 128 with an offset of 0.01.

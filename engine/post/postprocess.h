@@ -8,6 +8,9 @@ namespace Vell {
 class FBO;
 
 /// One full-screen effect of the chain.
+///
+/// Needs: those of this tree need a current context on which InitEngine() succeeded as soon as they
+///        are made, since each has its program from then on.
 class PostEffect {
 public:
     virtual ~PostEffect() = default;

@@ -10,6 +10,7 @@ namespace Vell {
 /// through such a camera collapses. The same happens when it looks straight up or down.
 ///
 /// Space: world.
+/// Needs: a current context, for Draw() alone.
 class Camera {
 public:
     Camera();

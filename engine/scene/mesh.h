@@ -9,6 +9,7 @@ namespace Vell {
 /// Anything with a bounding box that a scene node can place and draw.
 ///
 /// Space: the mesh's own; the node's transform is on the model-view matrix while it draws.
+/// Needs: nothing by itself; what loading and drawing it needs, each mesh says.
 class Mesh {
 public:
     virtual ~Mesh();

@@ -10,6 +10,7 @@ namespace Vell {
 /// Something drawn flat over the 3D picture, with a transform of its own.
 ///
 /// Space: whatever the caller's projection makes of it; the demo uses 0..1 in both directions.
+/// Needs: a current context, for Draw() alone.
 class Object2D {
 public:
     Object2D();

@@ -11,6 +11,8 @@ namespace Vell {
 /// The setters edit one matrix, so their order matters: SetPosition replaces the translation only
 /// and may come at any time, SetScale replaces the diagonal (also one that a rotation made), and
 /// SetRotation multiplies onto whatever is there.
+///
+/// Needs: a current context, and what its mesh needs, for Draw() and DrawShadow() alone.
 class SceneNode {
 public:
     SceneNode();
