@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cmath>
 
 using ::testing::IsEmpty;
 using Vell::vec3;
@@ -47,6 +48,21 @@ TEST_F(FreeFlight, Sideways_leaves_the_height_exactly) {
         Update(KeyDown(key), 0.4f);
         EXPECT_EQ(camera.GetTarget().y, 0.1f) << key;
     }
+}
+
+TEST_F(FreeFlight, Sideways_and_a_floor_at_the_same_height_leave_a_negative_zero) {
+    camera.SetTarget(vec3(0, -0.0f, 0));
+    for (const SDLKey key : {SDLK_q, SDLK_d}) {
+        Update(KeyDown(key), 0.4f, 0.0f); // no greater than -0
+        EXPECT_TRUE(std::signbit(camera.GetTarget().y)) << key;
+    }
+}
+
+TEST_F(FreeFlight, Shift_and_the_like_make_no_difference) {
+    SDL_Event forward = KeyDown(SDLK_z);
+    forward.key.keysym.mod = SDLMod(KMOD_SHIFT | KMOD_CAPS);
+    Update(forward, 0.4f);
+    ExpectVector(camera.GetTarget(), -root3, 8, -3);
 }
 
 TEST_F(FreeFlight, Every_other_key_moves_nothing) {

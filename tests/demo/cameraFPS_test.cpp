@@ -136,6 +136,18 @@ TEST_F(FreeFlight, Mouse_turns_half_a_degree_a_pixel_away_from_200_200) {
     ExpectAngles(25 + 100, 63.5f - 20.5f);
 }
 
+TEST_F(FreeFlight, Mouse_turns_as_far_as_a_pointer_can_go) {
+    Update(PointerAt(65535, 200));
+    EXPECT_NEAR(Azimuth(), 30 - 65335 * 0.5f, 0.01f); // a few float steps at 32,000
+}
+
+TEST_F(FreeFlight, Mouse_turns_while_a_button_is_held) {
+    SDL_Event motion = PointerAt(210, 200);
+    motion.motion.state = SDL_BUTTON(1);
+    Update(motion);
+    ExpectAngles(30 - 5, 60);
+}
+
 TEST_F(FreeFlight, Mouse_moves_the_eye_in_the_same_update_and_not_the_target) {
     Update(PointerAt(260, 140), 0.4f); // to 0 and 90 degrees
     EXPECT_EQ(camera.GetTarget(), vec3(0, 10, 0));

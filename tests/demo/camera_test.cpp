@@ -91,6 +91,15 @@ TEST_F(CameraPaths, Target_adds_its_lead_in_double) {
     EXPECT_EQ(line.GetTarget().x, 0.104999996722f);
 }
 
+TEST_F(CameraPaths, Eye_is_the_way_times_the_part_flown_plus_the_start_in_floats) {
+    Camera line;
+    line.AddPath(vec3(1.0f, 0, 0), vec3(1e-8f, 0, 0), 1.0f);
+    line.Reset(); // at 0 s
+    SetFakeTime(1.0);
+    // 1e-8 - 1 is -1 as a float, and -1 * 1 + 1 is 0. In double, or as a blend of both ends, 1e-8.
+    EXPECT_EQ(line.GetPos().x, 0.0f);
+}
+
 TEST_F(CameraPaths, Asking_twice_within_a_flight_gives_the_same_point) {
     SetFakeTime(1.0);
     ExpectPoint(camera->GetPos(), 2, 1, -4);
@@ -209,6 +218,27 @@ TEST_F(CameraPaths, Adding_a_flight_touches_neither_the_current_one_nor_its_cloc
     camera->AddPath(vec3(0), vec3(1), 1.0f);
     EXPECT_EQ(Current(), 1u);
     ExpectPoint(camera->GetPos(), 20, 5, 0);
+}
+
+TEST_F(CameraPaths, A_flight_added_while_the_last_end_is_held_is_flown_at_once) {
+    RunOut(); // at 6.25 s
+    SetFakeTime(6.75);
+    camera->AddPath(vec3(0, 0, 0), vec3(8, 4, 2), 2.0f);
+    EXPECT_EQ(Current(), 2u);
+    ExpectPoint(camera->GetPos(), 2, 1, 0.5f); // 0.5 s of its 2 s
+}
+
+TEST_F(CameraPaths, Any_number_of_flights_is_played) {
+    Camera many;
+    for (int i = 0; i < 300; ++i)
+        many.AddPath(vec3(float(i), 0, 0), vec3(float(i), 0, 0), 1.0f);
+    many.Reset();
+    for (int i = 0; i < 299; ++i) {
+        SetFakeTime(2.0 * (i + 1));
+        EXPECT_EQ(many.GetPos().x, float(i));
+    }
+    EXPECT_EQ(CameraProbe::Current(many), 299u);
+    EXPECT_EQ(many.GetPos().x, 299.0f);
 }
 
 TEST_F(CameraPaths, Flights_are_kept_in_the_order_they_were_added) {

@@ -16,7 +16,7 @@ constexpr int size = 100;
 
 Picture Sample() {
     return MakePicture(size, size, [](int x, int y) {
-        return Rgba{2 * x + 20, 2 * y + 30, (x * 7 + y * 3) % 256, 255 - x};
+        return Rgba{x + y + 20, 2 * y + 30, (x * 7 + y * 3) % 256, 255 - x};
     });
 }
 
@@ -123,7 +123,7 @@ TEST_F(PostRGBTest, Offset_10_takes_all_green_and_shifts_by_a_tenth) {
     rgb.SetOffset(10.0f);
     const Picture result = Run(rgb, Sample());
     EXPECT_TRUE(Matches(result, Split(Sample(), 10), rounding));
-    EXPECT_TRUE(Near(result.At(50, 50), {2 * 40 + 20, 0, (60 * 7 + 60 * 3) % 256, 255}, 1));
+    EXPECT_TRUE(Near(result.At(50, 50), {40 + 40 + 20, 0, (60 * 7 + 60 * 3) % 256, 255}, 1));
 }
 
 TEST_F(PostRGBTest, Red_slides_to_the_upper_right_and_blue_to_the_lower_left) {

@@ -333,6 +333,19 @@ TEST_F(SceneTimeline, No_shader_stays_in_use_after_a_frame) {
     EXPECT_EQ(program, 0);
 }
 
+// --- What is not its own --------------------------------------------------------------------
+
+TEST_F(SceneTimeline, Every_segment_leaves_the_levels_of_the_others_alone) {
+    for (const double t : {5.0, 13.912, 20.0, 34.0, 48.0, 80.0, 97.0, 110.0}) {
+        SCOPED_TRACE(t);
+        Scene1Probe::Rgb(TheScene()).SetOffset(0.375f);
+        Scene1Probe::Bloom(TheScene()).SetIntensity(0.625f);
+        DrawAt(t, 1.0f);
+        EXPECT_EQ(Split(), t == 48.0 ? 0.0f : 0.375f); // its own: to rest in a loud frame of 1 s
+        EXPECT_EQ(Glow(), t == 80.0 ? 0.0f : 0.625f);  // put out by the approach
+    }
+}
+
 // --- Every turn of the camera ---------------------------------------------------------------
 
 TEST_F(SceneTimeline, Turned_camera_stands_where_the_flight_is_when_it_turns) {

@@ -3,6 +3,7 @@
 #include "demo/scene1.h"
 
 #include "tests/support/demo_data.h"
+#include "tests/support/fake_time.h"
 #include "tests/support/gl_state.h"
 #include "tests/support/pixels.h"
 #include "tests/support/scene_stage.h"
@@ -37,6 +38,15 @@ TEST_F(SceneLogo, Logo_is_no_longer_drawn_from_ten_seconds_on) {
     DrawAt(10.0);
     glGetIntegerv(GL_BLEND_DST, &destination);
     EXPECT_EQ(destination, GL_ONE);
+}
+
+TEST_F(SceneLogo, Logo_is_drawn_when_the_frame_began_before_ten_seconds) {
+    GoTo(9.95);
+    SetTickingTime(9.95, 0.1); // a second reading of the clock would be too late
+    TheScene().Draw(0.02f);
+    GLint destination = 0;
+    glGetIntegerv(GL_BLEND_DST, &destination);
+    EXPECT_EQ(destination, GL_ONE_MINUS_SRC_ALPHA);
 }
 
 TEST_F(SceneLogo, Logo_leaves_only_the_documented_state_behind) {

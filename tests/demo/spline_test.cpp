@@ -115,8 +115,7 @@ protected:
         return *spline;
     }
 
-    /// The second derivative along each axis, from two velocities `seconds` apart: the middle of
-    /// the span is exact, for the velocity within an interval is a polynomial of second degree.
+    /// Exact while `t` is the middle of a span of one cubic: its velocity is a parabola.
     static vec3 Acceleration(const Spline& path, float t, float seconds) {
         return (path.GetDerivative(t + seconds / 2) - path.GetDerivative(t - seconds / 2)) /
                seconds;
@@ -149,6 +148,17 @@ TEST_F(SplinePath, Coefficients_of_a_straight_line_vanish_from_the_square_on) {
         EXPECT_EQ(abcd[2][i], vec3(0, 0, 0));
         EXPECT_EQ(abcd[3][i], vec3(0, 0, 0));
     }
+}
+
+TEST_F(SplinePath, Every_stored_value_is_a_float) {
+    // The way D is 1 + s with s = 2^-23, one float step. 3 D = 3 + 3 s is halfway between two
+    // floats, which are 2 s apart from 2 on; the even one is z0 = 3 + 4 s. Then
+    // z1 = 3 + 3 s - z0 / 2 = 1.5 + s, b1 = z1 / 1.5 = 1 + 2 s / 3 = 1 + s; z0 - b1 = 2 + 3 s is
+    // halfway again and 2 + 4 s, so that b0 = 1 + 2 s.
+    constexpr float s = 0x1p-23f;
+    const vec3* b = SplineProbe::B(Through({{vec3(0), 0.0f}, {vec3(1 + s), 1.0f}}));
+    EXPECT_EQ(b[1].x, 1 + s);
+    EXPECT_EQ(b[0].x, 1 + 2 * s);
 }
 
 // ------------------------------------------------------------------------------ Even times
@@ -199,8 +209,7 @@ TEST_F(SplinePath, Even_times_leave_no_jump_of_the_acceleration_at_a_point) {
 // ---------------------------------------------------------------------------- Uneven times
 
 TEST_F(SplinePath, Uneven_times_divide_by_the_following_interval_alone) {
-    const Spline& path = Through(uneven);
-    // Divided by the time from neighbour to neighbour, B of x would be 10 and b1 a third.
+    const Spline& path = Through(uneven); // divided by both intervals, B of x would be 10
     ExpectVector(path.GetDerivative(0.0f), 2, 7, -0.5f);
     ExpectVector(path.GetDerivative(1.0f), 2, -2, 1);
     ExpectVector(path.GetDerivative(3.0f), 5, -5, 2.5f);

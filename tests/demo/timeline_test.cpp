@@ -114,6 +114,14 @@ TEST(TimelineCity, Is_eased_in_floats) {
     EXPECT_EQ(Timeline::CityHeight(27.822f), -20.0f * 0x1p-24f);
 }
 
+TEST(TimelineCity, Counts_its_phrases_in_doubles) {
+    // Three float steps of 2^-19 after 20.868f = 20.8680000305 the rise is 5.7525e-6 s past its
+    // half, 4.135e-7 of a phrase: 6.94 steps of 2^-24, so x is 7 above 1/2. There f rises by pi / 2
+    // a step: 11.0, and the height by 20 * 11 / 16 = 13.75 steps of 2^-20, which are 14. Divided in
+    // floats t / phrase has steps of 2^-23 only, and x would be 6 or 8.
+    EXPECT_EQ(Timeline::CityHeight(20.868f + 3 * 0x1p-19f), -10.0f + 14 * 0x1p-20f);
+}
+
 TEST(TimelineFish, Every_place_in_the_list_belongs_to_one_fish) {
     std::set<int> places;
     for (int column = 0; column < 4; ++column)
@@ -167,6 +175,19 @@ TEST(TimelineWisps, Blue_swings_along_z) {
     ExpectPoint(Timeline::BlueWispPosition(80.0f), 22, 3, -0.9938887 * 2.5 + 15);
 }
 
+TEST(TimelineWisps, Green_sinks_by_the_sine_of_a_double) {
+    // Near its lowest point the height shows it: sin(80) = -0.993888653923, and the float next to
+    // that is 2.2e-8 lower, which 2.5 makes 5.6e-8.
+    constexpr double steps = 2e-9; // two float steps at 0.015
+    EXPECT_NEAR(Timeline::GreenWispPosition(80.0f).y, 2.5 - 2.5 * 0.993888653923, steps);
+}
+
+TEST(TimelineWisps, Red_is_rounded_once) {
+    // sin(t / 2) * 2.5 is 697546.528 steps of 2^-19 then, the steps of floats from 16 on: with 30
+    // it is rounded up. Rounded to a float by itself it would be 697546.5, and then the even one.
+    EXPECT_EQ(Timeline::RedWispPosition(76.52058411f).x, 30.0f + 697547 * 0x1p-19f);
+}
+
 TEST(TimelineLevel, Jumps_to_the_peak_while_the_lowest_band_is_quiet) {
     EXPECT_FLOAT_EQ(Timeline::NextLevel(0.2f, 0.0f, 0.1f, Timeline::splitPulse), 0.7f);
     EXPECT_FLOAT_EQ(Timeline::NextLevel(0.2f, 0.0299f, 0.1f, Timeline::splitPulse), 0.7f);
@@ -194,6 +215,27 @@ TEST(TimelineLevel, Stops_at_its_rest_after_a_very_long_frame) {
 TEST(TimelineLevel, Is_raised_to_its_rest_when_it_starts_below) {
     // What the colour split leaves may be lower than the glow's rest.
     EXPECT_EQ(Timeline::NextLevel(0.0f, 0.5f, 0.01f, Timeline::glowPulse), 0.25f);
+}
+
+TEST(TimelineLevel, Decays_while_the_band_is_not_a_number) {
+    EXPECT_FLOAT_EQ(Timeline::NextLevel(0.5f, std::nanf(""), 0.1f, Timeline::splitPulse), 0.2f);
+}
+
+TEST(TimelineLevel, Decays_from_above_its_peak_as_from_anywhere) {
+    EXPECT_FLOAT_EQ(Timeline::NextLevel(0.9f, 0.5f, 0.01f, Timeline::splitPulse), 0.87f);
+}
+
+TEST(TimelineLevel, Decays_in_doubles) {
+    // dt is a sixteenth of 1 + 2^-23, and three times that is 0.1875 + 3 * 2^-27. As a float it
+    // would be 4 * 2^-27 above 0.1875, halfway between two steps and rounded to the even one.
+    constexpr float dt = (1.0f + 0x1p-23f) / 16.0f;
+    EXPECT_EQ(Timeline::NextLevel(0.25f, 0.5f, dt, Timeline::splitPulse), 0.0625f - 3 * 0x1p-27f);
+}
+
+TEST(TimelineLogo, Is_hardly_there_and_not_gone_in_its_last_moment) {
+    // The float before 10 is 10 - 2^-20: alpha is a tenth of 2^-20. One minus a float would be a
+    // multiple of 2^-24, which is six tenths of it.
+    EXPECT_FLOAT_EQ(Timeline::LogoAlpha(std::nextafter(10.0f, 0.0f)), 0x1p-20f / 10.0f);
 }
 
 TEST(TimelineLogo, Fades_from_opaque_to_transparent_in_ten_seconds) {
