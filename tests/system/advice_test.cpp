@@ -1,6 +1,7 @@
 // What the doctor advises works, also where many do it at the same time.
 
 #include "tools/doctor/advice.h"
+#include "tools/preload/preload.h"
 
 #include "tests/support/demo_data.h"
 #include "tests/support/log_page.h"
@@ -24,10 +25,9 @@ namespace {
 
 /// The command with a demo whose time is up after its first frame.
 std::string Command() {
-    return Doctor::virtualDisplay +
-           " env LD_PRELOAD=" NIMBREL_BINARY_DIR
-           "/tools/capture/libnimbrel_probe.so NIMBREL_PROBE_STEP=1000 " NIMBREL_BINARY_DIR
-           "/demo/nimbrel";
+    return Doctor::virtualDisplay + " env LD_PRELOAD=" +
+           Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so") +
+           " NIMBREL_PROBE_STEP=1000 \"" NIMBREL_BINARY_DIR "/demo/nimbrel\"";
 }
 
 /// Starts it in a folder of its own.
