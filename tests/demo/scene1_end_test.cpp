@@ -11,34 +11,9 @@
 
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <memory>
-#include <new>
 
 using ::testing::Contains;
-
-namespace {
-
-const void* watched = nullptr;
-bool watchedIsFreed = false;
-
-} // namespace
-
-// In the place of the standard ones: they tell when an array that is watched is freed as one.
-void* operator new[](std::size_t size) {
-    if (void* memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete[](void* memory) noexcept {
-    watchedIsFreed = watchedIsFreed || (memory != nullptr && memory == watched);
-    std::free(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept {
-    operator delete[](memory);
-}
 
 namespace {
 
@@ -64,16 +39,6 @@ const std::vector<LogRow> freed = {
 };
 
 } // namespace
-
-TEST_F(SceneEnd, Frees_its_list_of_fish) {
-    auto scene = std::make_unique<Scene1>();
-    PostWater* ripple = &Scene1Probe::Ripple(*scene);
-    watched = Scene1Probe::Fish(*scene);
-    EXPECT_FALSE(watchedIsFreed);
-    scene.reset();
-    EXPECT_TRUE(watchedIsFreed);
-    delete ripple;
-}
 
 TEST_F(SceneEnd, Frees_everything_it_loaded_the_logo_last_and_leaves_the_ripple_alive) {
     MakeDemoData();

@@ -78,14 +78,17 @@ TEST_F(SceneEndCalls, Nodes_end_first_of_all) {
 }
 
 TEST_F(SceneEndCalls, Sky_and_water_end_before_their_successors_are_made) {
-    const std::function<void()> additions[] = {
-        [&] { manager->AddSkyBox("1", "2", "3", "4", "5", "6"); },
-        [&] { manager->AddWater(); },
+    // Other faces the second time: the registry still has the paths of those that are gone.
+    const std::function<void(const std::string&)> additions[] = {
+        [&](const std::string& n) {
+            manager->AddSkyBox(n + '1', n + '2', n + '3', n + '4', n + '5', n + '6');
+        },
+        [&](const std::string&) { manager->AddWater(); },
     };
     for (const auto& add : additions) {
-        add();
+        add("first ");
         Forget();
-        add();
+        add("second ");
         const std::string first = gl.Take().at(0);
         EXPECT_TRUE(first.starts_with("glDelete")) << first;
     }

@@ -77,7 +77,8 @@ private:
 
     // One for all tests: a second Load() would share the first one's program, which must then
     // outlive it.
-    static inline Vell::Shader shader;
+    // Not destroyed, for its last row would come after the log.
+    static inline Vell::Shader& shader = *new Vell::Shader;
     static inline bool loaded = false;
     GLuint texture = 0;
     GLuint lightmap = 0;
