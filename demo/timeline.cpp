@@ -83,12 +83,12 @@ vec3 RedWispPosition(float t) {
 }
 
 vec3 GreenWispPosition(float t) {
-    return vec3(25.0f, static_cast<float>(std::sin(double(t)) * 2.5 + 2.5),
-                static_cast<float>(std::cos(double(t)) * 2.5 + 15.0));
+    return vec3(25.0f, static_cast<float>(std::sin(static_cast<double>(t)) * 2.5 + 2.5),
+                static_cast<float>(std::cos(static_cast<double>(t)) * 2.5 + 15.0));
 }
 
 vec3 BlueWispPosition(float t) {
-    return vec3(22.0f, 3.0f, static_cast<float>(std::sin(double(t)) * 2.5 + 15.0));
+    return vec3(22.0f, 3.0f, static_cast<float>(std::sin(static_cast<double>(t)) * 2.5 + 15.0));
 }
 
 float NextLevel(float level, float band, float dt, const Pulse& pulse) {

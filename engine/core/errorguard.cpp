@@ -12,7 +12,7 @@ void RaiseFramebufferError() {
     glGenFramebuffersEXT(1, &empty);
     glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, empty);
     glClear(GL_COLOR_BUFFER_BIT);
-    glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, GLuint(bound));
+    glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, static_cast<GLuint>(bound));
     glDeleteFramebuffersEXT(1, &empty);
 }
 

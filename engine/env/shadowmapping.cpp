@@ -125,7 +125,7 @@ void ShadowMapping::SetLight(const vec3& pos, const vec3& target) {
 void ShadowMapping::SetSize(int size) {
     lightBuffer.SetSize(ivec2(size, size));
     shadowShader.Enable();
-    shadowShader.Send("offset", 1.0f / float(size));
+    shadowShader.Send("offset", 1.0f / static_cast<float>(size));
     shadowShader.Disable();
 }
 
@@ -206,7 +206,7 @@ void ShadowMapping::BuildShadowShader() {
     shadowShader.Send("texture0", TextureUnit::surface);
     shadowShader.Send("lightbuffer", TextureUnit::shadowmap);
     shadowShader.Send("pass", 1);
-    shadowShader.Send("offset", 1.0f / float(defaultSize));
+    shadowShader.Send("offset", 1.0f / static_cast<float>(defaultSize));
     shadowShader.Disable();
 }
 

@@ -146,27 +146,27 @@ int Terrain::BufferCount() const {
 }
 
 void Terrain::CreateBuffers() {
-    indexBuffers = std::make_unique<unsigned int[]>(size_t(BufferCount()));
+    indexBuffers = std::make_unique<unsigned int[]>(static_cast<std::size_t>(BufferCount()));
     glGenBuffers(1, &vertexBuffer);
     glGenBuffers(BufferCount(), indexBuffers.get());
 }
 
 void Terrain::UploadVertices() {
     std::vector<vec3> vertices;
-    vertices.reserve(size_t(side) * side);
+    vertices.reserve(static_cast<std::size_t>(side) * side);
     for (int i = 0; i < side; ++i)
         for (int j = 0; j < side; ++j)
-            vertices.emplace_back(float(i), 0.0f, float(j));
+            vertices.emplace_back(static_cast<float>(i), 0.0f, static_cast<float>(j));
 
     glBindBuffer(GL_ARRAY_BUFFER, vertexBuffer);
-    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(vertices.size() * sizeof(vec3)), vertices.data(),
-                 GL_STATIC_DRAW);
+    glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(vertices.size() * sizeof(vec3)),
+                 vertices.data(), GL_STATIC_DRAW);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
 void Terrain::UploadIndices() {
     std::vector<GLuint> indices;
-    indices.reserve(size_t(cells) * cells * 4);
+    indices.reserve(static_cast<std::size_t>(cells) * cells * 4);
     for (GLuint r = 0; r < cells; ++r)
         for (GLuint k = 0; k < cells; ++k) {
             const GLuint corner = r * side + k;
@@ -174,7 +174,7 @@ void Terrain::UploadIndices() {
         }
 
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indexBuffers[0]);
-    glBufferData(GL_ELEMENT_ARRAY_BUFFER, GLsizeiptr(indices.size() * sizeof(GLuint)),
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(indices.size() * sizeof(GLuint)),
                  indices.data(), GL_STATIC_DRAW);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
 }
@@ -214,9 +214,9 @@ void Terrain::DrawTiles() {
     const int n = heightmap.GetSize().x / tilePixels;
     glPushMatrix();
     for (int a = 0; a < n; ++a) {
-        glTranslatef(float(cells), 0.0f, 0.0f);
+        glTranslatef(static_cast<float>(cells), 0.0f, 0.0f);
         for (int b = 0; b < n; ++b) {
-            glTranslatef(0.0f, 0.0f, float(cells));
+            glTranslatef(0.0f, 0.0f, static_cast<float>(cells));
             glDrawElements(GL_QUADS, drawnIndices, GL_UNSIGNED_INT, nullptr);
         }
     }

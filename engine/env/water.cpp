@@ -124,7 +124,8 @@ Water::Water() : speed(1.0f, 1.0f), uvrep(1.0f, 1.0f), size(1024, 1024) {
     SetSpeed(speed);
     SetUVRepeat(uvrep);
     // Intended: a surface whose size was never set is looked for in its positive quarter only.
-    bbox.Set(vec3(0.0f, -halfThickness, 0.0f), vec3(float(size.x), halfThickness, float(size.y)));
+    bbox.Set(vec3(0.0f, -halfThickness, 0.0f),
+             vec3(static_cast<float>(size.x), halfThickness, static_cast<float>(size.y)));
     SizeTargets();
     WriteQuad();
 }
@@ -133,8 +134,8 @@ Water::~Water() = default;
 
 void Water::SetSize(const ivec2& s) {
     size = s;
-    const float x = float(s.x);
-    const float z = float(s.y);
+    const float x = static_cast<float>(s.x);
+    const float z = static_cast<float>(s.y);
     // The negative corners are left where the constructor put them: intended.
     quad[x0] = x;
     quad[z0] = z;
@@ -240,8 +241,8 @@ void Water::SizeTargets() {
 }
 
 void Water::WriteQuad() {
-    const float x = float(size.x);
-    const float z = float(size.y);
+    const float x = static_cast<float>(size.x);
+    const float z = static_cast<float>(size.y);
     const float vertices[] = {
         1, 1, x,  0, z,  //
         0, 1, -x, 0, z,  //

@@ -25,8 +25,8 @@ constexpr int rgbaBytes = 4;
 // What one byte of a file can stand for at most. JPEG: each block of 8 x 8 samples costs a bit, and
 // no component is coarser than a quarter of the picture in each direction. PNG: deflate needs 2
 // bits for its longest run, 258 bytes.
-constexpr size_t mostPixelsAJpegByte = 8192;
-constexpr size_t mostBytesAPngByte = 1032;
+constexpr std::size_t mostPixelsAJpegByte = 8192;
+constexpr std::size_t mostBytesAPngByte = 1032;
 
 /// What a decoder makes of a file.
 struct Decoded {
@@ -51,24 +51,26 @@ using File = std::unique_ptr<FILE, FileCloser>;
 bool FitsTexture(unsigned width, unsigned height) {
     GLint largest = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
-    return largest <= 0 || (width <= unsigned(largest) && height <= unsigned(largest));
+    return largest <= 0 ||
+           (width <= static_cast<unsigned>(largest) && height <= static_cast<unsigned>(largest));
 }
 
 /// Whether a picture of so many bytes may stand in the file, which would need so many for it at
 /// least. Asked before memory is taken.
-bool IsCredible(FILE* file, size_t pictureBytes, size_t least) {
+bool IsCredible(FILE* file, std::size_t pictureBytes, std::size_t least) {
     if (pictureBytes <= takenOnTrust)
         return true;
     struct stat status {};
     const bool measured = fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
-    return !measured || size_t(status.st_size) >= least;
+    return !measured || static_cast<std::size_t>(status.st_size) >= least;
 }
 
 /// False when there is no memory for the pixels.
 bool MakeRoom(Decoded& picture, unsigned width, unsigned height, int pixelBytes) {
-    picture.size = ivec2(int(width), int(height));
+    picture.size = ivec2(static_cast<int>(width), static_cast<int>(height));
     picture.format = pixelBytes == rgbaBytes ? GL_RGBA : GL_RGB;
-    picture.pixels.reset(new (std::nothrow) unsigned char[size_t(width) * height * pixelBytes]);
+    picture.pixels.reset(
+        new (std::nothrow) unsigned char[static_cast<std::size_t>(width) * height * pixelBytes]);
     return picture.pixels != nullptr;
 }
 
@@ -100,7 +102,7 @@ Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors,
         return Outcome::refused;
     if (!FitsTexture(jpeg.image_width, jpeg.image_height))
         return Outcome::tooLarge;
-    const size_t pixels = size_t(jpeg.image_width) * jpeg.image_height;
+    const std::size_t pixels = static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height;
     // Arithmetic coding may need next to nothing for any number of flat blocks.
     if (!jpeg.arith_code && !IsCredible(file, pixels * rgbBytes, pixels / mostPixelsAJpegByte))
         return Outcome::refused;
@@ -108,8 +110,8 @@ Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors,
         return Outcome::tooLarge;
     jpeg_start_decompress(&jpeg);
     while (jpeg.output_scanline < jpeg.output_height) {
-        JSAMPROW row =
-            picture.pixels.get() + size_t(jpeg.output_scanline) * jpeg.output_width * rgbBytes;
+        JSAMPROW row = picture.pixels.get() + static_cast<std::size_t>(jpeg.output_scanline) *
+                                                  jpeg.output_width * rgbBytes;
         jpeg_read_scanlines(&jpeg, &row, 1);
     }
     jpeg_finish_decompress(&jpeg);
@@ -130,7 +132,8 @@ Outcome ReadJpeg(FILE* file, Decoded& picture) {
 /// The pixels in reverse order, which turns the picture by 180 degrees: flipped for OpenGL, and
 /// mirrored as well. PNG files are only flipped; the difference is intended.
 std::unique_ptr<unsigned char[]> Turned(const Decoded& picture) {
-    const size_t count = size_t(picture.size.x) * size_t(picture.size.y);
+    const std::size_t count =
+        static_cast<std::size_t>(picture.size.x) * static_cast<std::size_t>(picture.size.y);
     std::unique_ptr<unsigned char[]> turned(new (std::nothrow) unsigned char[count * rgbBytes]);
     if (turned == nullptr)
         return nullptr;
@@ -202,9 +205,9 @@ int PixelBytes(png_structp png, png_infop info) {
 
 /// Where libpng puts its rows, top row first: into the picture from the last row down, which flips
 /// it for OpenGL.
-void PointAtRows(std::vector<png_bytep>& rows, const Decoded& picture, size_t rowBytes) {
-    rows.resize(size_t(picture.size.y));
-    for (size_t i = 0; i < rows.size(); ++i)
+void PointAtRows(std::vector<png_bytep>& rows, const Decoded& picture, std::size_t rowBytes) {
+    rows.resize(static_cast<std::size_t>(picture.size.y));
+    for (std::size_t i = 0; i < rows.size(); ++i)
         rows[i] = picture.pixels.get() + (rows.size() - 1 - i) * rowBytes;
 }
 
@@ -216,7 +219,8 @@ Outcome DecodePng(FILE* file, PngReader& reader, std::vector<png_bytep>& rows, D
     png_init_io(reader.png, file);
     png_set_sig_bytes(reader.png, signatureBytes);
     png_read_info(reader.png, reader.info);
-    const size_t packedRow = png_get_rowbytes(reader.png, reader.info); // before the transforms
+    const std::size_t packedRow =
+        png_get_rowbytes(reader.png, reader.info); // before the transforms
     AskForTransforms(reader.png, reader.info);
     const int pixelBytes = PixelBytes(reader.png, reader.info);
     if (pixelBytes == 0)
@@ -225,12 +229,14 @@ Outcome DecodePng(FILE* file, PngReader& reader, std::vector<png_bytep>& rows, D
     const unsigned height = png_get_image_height(reader.png, reader.info);
     if (!FitsTexture(width, height))
         return Outcome::tooLarge;
-    if (!IsCredible(file, size_t(width) * height * size_t(pixelBytes),
+    if (!IsCredible(file,
+                    static_cast<std::size_t>(width) * height * static_cast<std::size_t>(pixelBytes),
                     packedRow * height / mostBytesAPngByte))
         return Outcome::refused;
     if (!MakeRoom(picture, width, height, pixelBytes))
         return Outcome::tooLarge;
-    PointAtRows(rows, picture, size_t(picture.size.x) * size_t(pixelBytes));
+    PointAtRows(rows, picture,
+                static_cast<std::size_t>(picture.size.x) * static_cast<std::size_t>(pixelBytes));
     png_read_image(reader.png, rows.data());
     png_read_end(reader.png, nullptr);
     return Outcome::decoded;
@@ -276,7 +282,7 @@ bool Image::Load(const std::string& path) {
 }
 
 bool Image::LoadByEnding(const std::string& path) {
-    const size_t dot = path.rfind('.');
+    const std::size_t dot = path.rfind('.');
     const std::string ending = dot == std::string::npos ? "" : path.substr(dot);
     if (ending == ".png")
         return LoadPNG(path);
@@ -342,8 +348,8 @@ void Image::Upload() const {
     // Rows are packed: with OpenGL's usual alignment of 4 an RGB picture whose width is no multiple
     // of 4 would be read askew, and past its end.
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    glTexImage2D(GL_TEXTURE_2D, 0, GLint(format), size.x, size.y, 0, format, GL_UNSIGNED_BYTE,
-                 data);
+    glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), size.x, size.y, 0, format,
+                 GL_UNSIGNED_BYTE, data);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
 }
 

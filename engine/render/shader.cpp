@@ -28,7 +28,7 @@ off_t FileSize(const char* path) {
 
 // Reads up to `size` bytes and ends them with a NUL. Null when the bytes cannot be had, as with a
 // folder, which opens like a file.
-char* ReadText(FILE* file, size_t size) {
+char* ReadText(FILE* file, std::size_t size) {
     char* text = static_cast<char*>(std::malloc(size + 1));
     if (text == nullptr)
         return nullptr;
@@ -88,7 +88,7 @@ char* Shader::textFileRead(const char* path) {
     FILE* file = path != nullptr ? std::fopen(path, "rt") : nullptr;
     // A folder opens as well; file systems give it no size, or one that no buffer could have.
     const bool readable = file != nullptr && size >= 0 && size < std::numeric_limits<int>::max();
-    char* text = readable && size > 0 ? ReadText(file, size_t(size)) : nullptr;
+    char* text = readable && size > 0 ? ReadText(file, static_cast<std::size_t>(size)) : nullptr;
     if (!readable || (size > 0 && text == nullptr))
         Log::GetInstance().Write("Shader", "ERROR", path != nullptr ? path : "");
     if (file != nullptr)
@@ -209,7 +209,7 @@ void Shader::LogFailure(const char* section) {
     glGetShaderiv(vertexObject, GL_INFO_LOG_LENGTH, &length);
     // `length` counts the terminator, so one more than the buffer holds may be offered; with no
     // message at all the terminator still needs its place.
-    char* message = new char[length > 0 ? size_t(length) : 1];
+    char* message = new char[length > 0 ? static_cast<std::size_t>(length) : 1];
     message[0] = '\0';
     glGetShaderInfoLog(vertexObject, length + 1, nullptr, message);
     log << "\n" << message << "\n\n";

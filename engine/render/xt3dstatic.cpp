@@ -19,11 +19,11 @@ const char* const lightmapFile = "lightmap.jpg"; // in the texture directory
 
 // What one element of a count takes here, and the least that a file spends on it.
 struct Element {
-    size_t memory; // bytes
-    size_t text;   // bytes
+    std::size_t memory; // bytes
+    std::size_t text;   // bytes
 };
 // A number and what parts it from the one before: a blank, a sign or a point.
-constexpr size_t numberText = 2;
+constexpr std::size_t numberText = 2;
 constexpr Element plainVertex = {2 * sizeof(vec3) + 2 * sizeof(vec2), 8 * numberText};
 constexpr Element litVertex = {plainVertex.memory, 10 * numberText};
 // A record, three images and OpenGL's four buffers, without what the images' names take. "a b c 0"
@@ -31,7 +31,7 @@ constexpr Element litVertex = {plainVertex.memory, 10 * numberText};
 constexpr Element block = {2048, 7};
 
 // 600,000 numbers stand in the city's file: few large reads instead of many small ones.
-constexpr size_t readBufferBytes = size_t(1) << 18;
+constexpr std::size_t readBufferBytes = static_cast<std::size_t>(1) << 18;
 
 // A count as it stands in the file; a negative one, and one that is no number, is 0.
 int ReadCount(std::istream& in) {
@@ -41,28 +41,28 @@ int ReadCount(std::istream& in) {
 }
 
 // 0 for what cannot be measured, as a pipe.
-size_t BytesLeft(std::istream& in) {
+std::size_t BytesLeft(std::istream& in) {
     std::streambuf& file = *in.rdbuf();
     const std::streamoff here = file.pubseekoff(0, std::ios::cur, std::ios::in);
     const std::streamoff end = file.pubseekoff(0, std::ios::end, std::ios::in);
     file.pubseekpos(here, std::ios::in);
-    return end > here ? size_t(end - here) : 0;
+    return end > here ? static_cast<std::size_t>(end - here) : 0;
 }
 
 // False when so many are more than is taken on trust and more than the rest of the file can hold.
-bool IsCredible(size_t count, const Element& element, std::istream& in) {
+bool IsCredible(std::size_t count, const Element& element, std::istream& in) {
     return count <= takenOnTrust / element.memory || count <= BytesLeft(in) / element.text;
 }
 
 // On its own so that a leak report names what is left behind on purpose, see Release().
 vec2* NewLightmapTexcoords(int count) {
-    return new (std::nothrow) vec2[size_t(count)];
+    return new (std::nothrow) vec2[static_cast<std::size_t>(count)];
 }
 
 bool Allocate(XT3DSubMesh& subMesh, int vertexCount) {
-    subMesh.positions = new (std::nothrow) vec3[size_t(vertexCount)];
-    subMesh.normals = new (std::nothrow) vec3[size_t(vertexCount)];
-    subMesh.texcoords = new (std::nothrow) vec2[size_t(vertexCount)];
+    subMesh.positions = new (std::nothrow) vec3[static_cast<std::size_t>(vertexCount)];
+    subMesh.normals = new (std::nothrow) vec3[static_cast<std::size_t>(vertexCount)];
+    subMesh.texcoords = new (std::nothrow) vec2[static_cast<std::size_t>(vertexCount)];
     subMesh.lightmapTexcoords = NewLightmapTexcoords(vertexCount);
     const bool complete = subMesh.positions != nullptr && subMesh.normals != nullptr &&
                           subMesh.texcoords != nullptr && subMesh.lightmapTexcoords != nullptr;
@@ -74,7 +74,8 @@ bool Allocate(XT3DSubMesh& subMesh, int vertexCount) {
 template <class Vector>
 void FillBuffer(GLuint buffer, const Vector* vectors, int count) {
     glBindBuffer(GL_ARRAY_BUFFER, buffer);
-    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(size_t(count) * sizeof(Vector)), vectors,
+    glBufferData(GL_ARRAY_BUFFER,
+                 static_cast<GLsizeiptr>(static_cast<std::size_t>(count) * sizeof(Vector)), vectors,
                  GL_STATIC_DRAW);
 }
 
@@ -171,7 +172,7 @@ void XT3DStatic::Load(const std::string& path) {
     subMeshCount = 0;
     std::vector<char> buffer(readBufferBytes);
     std::ifstream file;
-    file.rdbuf()->pubsetbuf(buffer.data(), std::streamsize(buffer.size()));
+    file.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
     file.open(path);
     // What failed keeps its light map: the registry points at it.
     const bool complete = file.is_open() && Read(file);
@@ -216,9 +217,9 @@ bool XT3DStatic::ReadHeader(std::istream& in) {
     in >> textureDirectory >> hasLightmap;
     // What is not there is loaded from the directory itself, whose name each image keeps.
     const Element named = {block.memory + 3 * textureDirectory.size(), block.text};
-    if (!IsCredible(size_t(count), named, in))
+    if (!IsCredible(static_cast<std::size_t>(count), named, in))
         return false;
-    subMeshes = new (std::nothrow) XT3DSubMesh[size_t(count)];
+    subMeshes = new (std::nothrow) XT3DSubMesh[static_cast<std::size_t>(count)];
     if (subMeshes == nullptr)
         return false;
     subMeshCount = count;
@@ -235,7 +236,7 @@ bool XT3DStatic::ReadSubMesh(std::istream& in, XT3DSubMesh& subMesh) {
     subMesh.texture1 = ReadTexture(in);
     subMesh.texture2 = ReadTexture(in);
     const int count = ReadCount(in);
-    if (!IsCredible(size_t(count), hasLightmap ? litVertex : plainVertex, in))
+    if (!IsCredible(static_cast<std::size_t>(count), hasLightmap ? litVertex : plainVertex, in))
         return false;
     if (!Allocate(subMesh, count))
         return false;

@@ -17,7 +17,7 @@ constexpr int drawUnits[] = {TextureUnit::lightmap, 2, 1, TextureUnit::surface};
 constexpr int shadowUnits[] = {2, 1, TextureUnit::surface};
 
 void ActivateSet(int set) {
-    glClientActiveTexture(GLenum(GL_TEXTURE0 + set));
+    glClientActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + set));
 }
 
 // A unit without a texture must not keep the one that the sub-mesh before has bound there. A
@@ -28,7 +28,7 @@ void BindTexture(int unit, const Image* image) {
         TextureUnit::Enable(unit);
         image->Bind();
     } else {
-        glActiveTexture(GLenum(GL_TEXTURE0 + unit));
+        glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
         glBindTexture(GL_TEXTURE_2D, 0);
         glDisable(GL_TEXTURE_2D);
     }

@@ -17,7 +17,8 @@ void Sprite::SetTexture(const std::string& path) {
     texture.Load(path);
     const ivec2 picture = texture.GetSize();
     const ivec2 screen = GetScreen();
-    size = vec2(float(picture.x), float(picture.y)) / vec2(float(screen.x), float(screen.y));
+    size = vec2(static_cast<float>(picture.x), static_cast<float>(picture.y)) /
+           vec2(static_cast<float>(screen.x), static_cast<float>(screen.y));
     quad[0].x = size.x;
     quad[0].y = size.y;
     quad[1].y = size.y;
