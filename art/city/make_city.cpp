@@ -33,7 +33,7 @@ bool Leave(Art::Steps& steps, const std::string& name) {
                                   [&](const Art::StepRow& r) { return r.name == name; });
     if (row == Art::kSteps.end())
         return false;
-    steps.reset(static_cast<size_t>(row - Art::kSteps.begin()));
+    steps.reset(static_cast<std::size_t>(row - Art::kSteps.begin()));
     return true;
 }
 

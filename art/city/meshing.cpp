@@ -70,7 +70,7 @@ bool Pack(std::vector<Charted>& all, float density) {
         charts.push_back(c.chart);
     if (!PackCharts(charts, kLightmapSize))
         return false;
-    for (size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < all.size(); ++i)
         all[i].chart = charts[i];
     return true;
 }
@@ -137,7 +137,7 @@ bool IsRectangle(const std::vector<Vec2>& p) {
 
 void AppendPolygon(std::vector<MeshVertex>& out, const Charted& c,
                    const std::vector<Vec2>& polygon) {
-    for (size_t i = 2; i < polygon.size(); ++i)
+    for (std::size_t i = 2; i < polygon.size(); ++i)
         for (const Vec2 p : {polygon[0], polygon[i - 1], polygon[i]})
             out.push_back(VertexAt(c, p));
 }
@@ -171,26 +171,28 @@ void AppendSurface(std::vector<MeshVertex>& out, const Charted& c) {
     }
 }
 
-std::vector<size_t> AsPlanned(const std::vector<Charted>& all) {
-    std::vector<size_t> order(all.size());
-    std::iota(order.begin(), order.end(), size_t{0});
+std::vector<std::size_t> AsPlanned(const std::vector<Charted>& all) {
+    std::vector<std::size_t> order(all.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
     return order;
 }
 
 /// By turn, what hides others first; among equals near first. What the pictures never show
 /// comes last.
-std::vector<size_t> HidersFirst(const std::vector<Charted>& all) {
-    std::vector<size_t> order = AsPlanned(all);
-    const auto key = [&](size_t i) { return all[i].sight.Turn() + 0.002f * all[i].sight.distance; };
+std::vector<std::size_t> HidersFirst(const std::vector<Charted>& all) {
+    std::vector<std::size_t> order = AsPlanned(all);
+    const auto key = [&](std::size_t i) {
+        return all[i].sight.Turn() + 0.002f * all[i].sight.distance;
+    };
     std::stable_sort(order.begin(), order.end(),
-                     [&](size_t a, size_t b) { return key(a) < key(b); });
+                     [&](std::size_t a, std::size_t b) { return key(a) < key(b); });
     return order;
 }
 
 float AreaOf(const Surface& surface) {
     float area = 0;
     for (const auto& polygon : surface.polygons)
-        for (size_t i = 2; i < polygon.size(); ++i)
+        for (std::size_t i = 2; i < polygon.size(); ++i)
             area += Cross(polygon[i - 1] - polygon[0], polygon[i] - polygon[0]) / 2;
     return area;
 }
@@ -225,19 +227,19 @@ std::vector<Charted> ToShow(const std::vector<Surface>& surfaces, const Measures
     const bool marked = Takes(steps, Step::Marks);
     const bool everything = !Takes(steps, Step::Hidden);
     std::vector<Charted> all;
-    for (size_t i = 0; i < surfaces.size(); ++i)
+    for (std::size_t i = 0; i < surfaces.size(); ++i)
         if (everything || (open[i] && (views[i] != 0 || AreaOf(surfaces[i]) > kDetailArea)))
             all.push_back(Enclose(surfaces[i], sights[i], marked ? views[i] : kAllViews));
     return all;
 }
 
 /// The surfaces in this order, cut into bands, one sub-mesh a texture and band.
-void AppendBands(MeshFile& mesh, const std::vector<Charted>& all, const std::vector<size_t>& order,
-                 int bands) {
-    std::vector<SubMesh> bins(static_cast<size_t>(bands) * kMaterialCount);
-    for (size_t i = 0; i < order.size(); ++i) {
+void AppendBands(MeshFile& mesh, const std::vector<Charted>& all,
+                 const std::vector<std::size_t>& order, int bands) {
+    std::vector<SubMesh> bins(static_cast<std::size_t>(bands) * kMaterialCount);
+    for (std::size_t i = 0; i < order.size(); ++i) {
         const Charted& c = all[order[i]];
-        const auto material = static_cast<size_t>(c.surface->paint.material);
+        const auto material = static_cast<std::size_t>(c.surface->paint.material);
         SubMesh& bin = bins[i * bands / order.size() * kMaterialCount + material];
         bin.textures[0] = FileOf(c.surface->paint.material).texture;
         AppendSurface(bin.vertices, c);

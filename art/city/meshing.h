@@ -9,9 +9,9 @@ namespace Art {
 
 /// What became of the surfaces on the way to the mesh.
 struct MeshReport {
-    size_t surfaces = 0;
-    size_t hidden = 0; ///< surfaces dropped: enclosed, or details no flight shows
-    size_t vertices = 0;
+    std::size_t surfaces = 0;
+    std::size_t hidden = 0; ///< surfaces dropped: enclosed, or details no flight shows
+    std::size_t vertices = 0;
     float density = 0; ///< light-map texels per unit where the flights come closest
 };
 

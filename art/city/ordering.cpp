@@ -54,7 +54,7 @@ bool IsOpen(const Surface& surface, const SightLines& lines, Random& random) {
 std::vector<bool> FindOpenSurfaces(const std::vector<Surface>& surfaces) {
     const SightLines lines(surfaces);
     std::vector<bool> open(surfaces.size());
-    for (size_t i = 0; i < surfaces.size(); ++i) {
+    for (std::size_t i = 0; i < surfaces.size(); ++i) {
         Random random(static_cast<unsigned>(i));
         open[i] = IsOpen(surfaces[i], lines, random);
     }
@@ -73,7 +73,7 @@ struct Crossing {
 };
 
 /// The surfaces that face the eye along a ray, near first, at most this many.
-constexpr size_t kDeepest = 10;
+constexpr std::size_t kDeepest = 10;
 
 /// What lies along a picture ray; the mirror image in the water is another picture, so it comes as
 /// a list of its own.
@@ -97,7 +97,7 @@ void FollowRay(const SightLines& lines, const Eye& eye, Vec3 direction, std::vec
 
 /// Notes what is first on a ray (when nothing else is before the water) and who hides whom.
 void NoteRay(const std::vector<Crossing>& crossings, bool first, std::vector<Sight>& sights) {
-    for (size_t i = 0; i < crossings.size(); ++i) {
+    for (std::size_t i = 0; i < crossings.size(); ++i) {
         Sight& sight = sights[crossings[i].surface];
         if (i == 0 && first) {
             sight.rays += 1;
@@ -120,7 +120,7 @@ Vec3 Middle(const Surface& surface) {
 }
 
 void NoteNearest(const Eye& eye, const std::vector<Surface>& surfaces, std::vector<Sight>& sights) {
-    for (size_t i = 0; i < surfaces.size(); ++i) {
+    for (std::size_t i = 0; i < surfaces.size(); ++i) {
         const Vec3 middle = Middle(surfaces[i]);
         // Across the water's surface nothing is seen closely.
         const bool apart = (middle.y < -0.05f) != (eye.position.y < 0);

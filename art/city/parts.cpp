@@ -15,7 +15,7 @@ Vec3 At(Vec2 ground, float y) {
 /// Walls face outwards when the outline runs this way round (negative shoelace in x, z).
 std::vector<Vec2> Outwards(std::vector<Vec2> outline) {
     float area = 0;
-    for (size_t i = 0; i < outline.size(); ++i)
+    for (std::size_t i = 0; i < outline.size(); ++i)
         area += Cross(outline[i], outline[(i + 1) % outline.size()]);
     if (area > 0)
         std::reverse(outline.begin(), outline.end());
@@ -62,7 +62,7 @@ void AddFloor(Builder& b, std::vector<Vec2> outline, float y, const Paint& paint
 
 void AddPrism(Builder& b, std::vector<Vec2> outline, float y0, float y1, const Finish& finish) {
     outline = Outwards(std::move(outline));
-    for (size_t i = 0; i < outline.size(); ++i)
+    for (std::size_t i = 0; i < outline.size(); ++i)
         AddWall(b, outline[i], outline[(i + 1) % outline.size()], y0, y1, finish.wall);
     AddFloor(b, outline, y1, finish.top);
 }
@@ -74,8 +74,8 @@ void AddTaper(Builder& b, std::vector<Vec2> outline, Vec2 centre, float y0, floa
     upper.reserve(outline.size());
     for (const Vec2 p : outline)
         upper.push_back(centre + (p - centre) * scale);
-    for (size_t i = 0; i < outline.size(); ++i) {
-        const size_t j = (i + 1) % outline.size();
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        const std::size_t j = (i + 1) % outline.size();
         if (scale > 0)
             b.Facet({At(outline[i], y0), At(outline[j], y0), At(upper[j], y1), At(upper[i], y1)},
                     finish.wall);
@@ -288,7 +288,7 @@ void AddSpark(Builder& b, Vec3 c, float size, float power) {
     const Paint glow{Material::Lamp, {0.5f, 0.5f}, {0, 0}};
     const std::vector<Vec2> ring = Outwards(Ring({c.x, c.z}, size, 4, kPi / 4));
     AddTaper(b, ring, {c.x, c.z}, c.y - size * 0.3f, c.y + size * 1.3f, 0, {glow, glow}, false);
-    for (size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i)
         b.Facet({At(ring[(i + 1) % 4], c.y - size * 0.3f),
                  At(ring[i], c.y - size * 0.3f),
                  {c.x, c.y - size * 1.3f, c.z}},
@@ -339,7 +339,7 @@ void AddBoat(Builder& b, Vec3 at, float length) {
             std::vector<Vec3> corners = strake;
             if (side < 0)
                 std::reverse(corners.begin(), corners.end());
-            for (size_t i = 2; i < corners.size(); ++i)
+            for (std::size_t i = 2; i < corners.size(); ++i)
                 b.Facet({corners[0], corners[i - 1], corners[i]}, wood);
         }
     }

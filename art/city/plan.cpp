@@ -194,9 +194,9 @@ Builder BuildCity(unsigned seed) {
     for (const auto& outline : kLand)
         AddLand(b, outline);
     AddVault(b, kNorthPavement, kNorthGround);
-    for (size_t i = 0; i < kRows.size(); ++i)
+    for (std::size_t i = 0; i < kRows.size(); ++i)
         AddRow(b, kRows[i].from, kRows[i].to, kRows[i].style, Hash(seed, static_cast<unsigned>(i)));
-    for (size_t i = 0; i < kTowers.size(); ++i)
+    for (std::size_t i = 0; i < kTowers.size(); ++i)
         AddTower(b, kTowers[i], Hash(seed, static_cast<unsigned>(i), 1));
     AddPalace(b, {32.6f, 27.0f}, {23.6f + 5.4f, 27.4f}, 3, 5, Hash(seed, 1, 2));
     AddBasilica(b, {8.0f, -36.2f}, {-1, 0}, 1.5f, Hash(seed, 2, 2));

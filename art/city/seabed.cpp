@@ -40,7 +40,7 @@ void AddGround(Builder& b, unsigned seed) {
 
 void AddRock(Builder& b, Vec2 at, float size, unsigned seed) {
     std::vector<Vec2> ring = Ring(at, size, 6, HashUnit(seed) * 6);
-    for (size_t i = 0; i < ring.size(); ++i)
+    for (std::size_t i = 0; i < ring.size(); ++i)
         ring[i] = at + (ring[i] - at) * (0.7f + 0.6f * HashUnit(seed, static_cast<unsigned>(i)));
     const float y = SeaBedHeight(at, 1) - 1;
     const float middle = y + size * (0.9f + HashUnit(seed, 11));

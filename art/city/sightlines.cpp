@@ -5,9 +5,9 @@ namespace Art {
 std::vector<Vec3> Corners(const std::vector<Surface>& surfaces, std::vector<int>& owner) {
     std::vector<Vec3> corners;
     owner.clear();
-    for (size_t s = 0; s < surfaces.size(); ++s) {
+    for (std::size_t s = 0; s < surfaces.size(); ++s) {
         for (const auto& polygon : surfaces[s].polygons) {
-            for (size_t i = 2; i < polygon.size(); ++i) {
+            for (std::size_t i = 2; i < polygon.size(); ++i) {
                 for (const Vec2 p : {polygon[0], polygon[i - 1], polygon[i]})
                     corners.push_back(surfaces[s].World(p));
                 owner.push_back(static_cast<int>(s));
@@ -21,7 +21,7 @@ SightLines::SightLines(const std::vector<Surface>& surfaces)
     : corners(Corners(surfaces, owner)), rays(corners) {}
 
 bool SightLines::Faces(int triangle, Vec3 direction) const {
-    const Vec3* c = &corners[static_cast<size_t>(triangle) * 3];
+    const Vec3* c = &corners[static_cast<std::size_t>(triangle) * 3];
     return Dot(Cross(c[1] - c[0], c[2] - c[0]), direction) < 0;
 }
 

@@ -78,7 +78,7 @@ std::string ViewFunction(std::span<const Show::Flight> flights) {
     std::string text = "float View(vec3 eye, bool mirrored)\n{\n"
                        "    vec3 over = vec3(eye.x, abs(eye.y), eye.z);\n"
                        "    float view = -1.0;\n";
-    for (size_t i = 0; i < flights.size(); ++i)
+    for (std::size_t i = 0; i < flights.size(); ++i)
         text += (i == 0 ? "    " : "    else ") + BoxRow(flights[i], kFlightViews[i]);
     return text + "    return view;\n}\n";
 }
@@ -136,8 +136,8 @@ std::string ViewFunctions(std::span<const Show::Flight> flights) {
 
 std::optional<std::string> WithViewFunctions(const std::string& shader,
                                              const std::string& functions) {
-    const size_t begin = shader.find(kBlockBegins);
-    const size_t end = shader.find(kBlockEnds);
+    const std::size_t begin = shader.find(kBlockBegins);
+    const std::size_t end = shader.find(kBlockEnds);
     if (begin == std::string::npos || end == std::string::npos || end < begin ||
         shader.find(kBlockBegins, begin + 1) != std::string::npos)
         return std::nullopt;

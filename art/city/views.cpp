@@ -69,7 +69,7 @@ void NoteRay(const SightLines& lines, const Eye& eye, const FlightView& view, Ve
 }
 
 Views ViewsOfEye(const SightLines& lines, const Eye& eye, const FlightView& view, unsigned seed,
-                 size_t surfaces) {
+                 std::size_t surfaces) {
     Views views(surfaces);
     Random random(seed);
     for (int i = 0; i < kAcross * kUp; ++i) {
@@ -100,20 +100,20 @@ const std::array<FlightView, Show::flightCount> kFlightViews = {{
 std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
     const SightLines lines(surfaces);
     const int eyes = static_cast<int>(Show::flightCount) * kEyesPerFlight;
-    std::vector<Views> ofEyes(static_cast<size_t>(eyes));
+    std::vector<Views> ofEyes(static_cast<std::size_t>(eyes));
     Progress progress("what each flight shows", eyes);
     ForEachIndex(eyes, 0, [&](int i) {
-        const auto flight = static_cast<size_t>(i / kEyesPerFlight);
+        const auto flight = static_cast<std::size_t>(i / kEyesPerFlight);
         // The first and the last eye are those of the flight's ends.
         const float t = static_cast<float>(i % kEyesPerFlight) / (kEyesPerFlight - 1);
-        ofEyes[static_cast<size_t>(i)] =
+        ofEyes[static_cast<std::size_t>(i)] =
             ViewsOfEye(lines, EyeAt(Show::flights[flight], t), kFlightViews[flight],
                        static_cast<unsigned>(i), surfaces.size());
         progress.Add(1);
     });
     Views all(surfaces.size());
     for (const Views& views : ofEyes)
-        for (size_t s = 0; s < all.size(); ++s)
+        for (std::size_t s = 0; s < all.size(); ++s)
             all[s] |= views[s];
     return all;
 }

@@ -61,7 +61,7 @@ std::vector<float> HumpStations(const Hump& hump) {
 void AddHumpSide(Builder& b, const Hump& hump, float z, float facing, float low, bool deckOnly) {
     const std::vector<float> stations = HumpStations(hump);
     Surface& face = b.Open({0, 0, z}, {facing, 0, 0}, kUp, kStone);
-    for (size_t i = 0; i + 1 < stations.size(); ++i) {
+    for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
         const float a = stations[i];
         const float c = stations[i + 1];
         const bool solid = i == 0 || i + 2 == stations.size();
@@ -82,7 +82,7 @@ void AddHumpSide(Builder& b, const Hump& hump, float z, float facing, float low,
 
 void AddHumpSurfaces(Builder& b, const Hump& hump, float z) {
     const std::vector<float> stations = HumpStations(hump);
-    for (size_t i = 0; i + 1 < stations.size(); ++i) {
+    for (std::size_t i = 0; i + 1 < stations.size(); ++i) {
         const float a = stations[i];
         const float c = stations[i + 1];
         b.Facet({{a, hump.Deck(a), z},

@@ -21,9 +21,9 @@ void Append(const MeshVertex& vertex, Numbers& numbers) {
 std::vector<Triangle> SortedTriangles(const MeshFile& mesh) {
     std::vector<Triangle> triangles;
     for (const SubMesh& subMesh : mesh.subMeshes)
-        for (size_t v = 0; v + 2 < subMesh.vertices.size(); v += 3) {
+        for (std::size_t v = 0; v + 2 < subMesh.vertices.size(); v += 3) {
             Triangle& triangle = triangles.emplace_back(subMesh.textures[0], Numbers());
-            for (size_t corner = 0; corner < 3; ++corner)
+            for (std::size_t corner = 0; corner < 3; ++corner)
                 Append(subMesh.vertices[v + corner], triangle.second);
         }
     std::sort(triangles.begin(), triangles.end());
@@ -35,7 +35,7 @@ std::vector<Triangle> SortedTriangles(const MeshFile& mesh) {
 double Likeness(const MeshFile& a, const MeshFile& b) {
     const std::vector<Triangle> ofA = SortedTriangles(a);
     const std::vector<Triangle> ofB = SortedTriangles(b);
-    const size_t most = std::max(ofA.size(), ofB.size());
+    const std::size_t most = std::max(ofA.size(), ofB.size());
     if (most == 0)
         return 1.0;
     std::vector<Triangle> common;

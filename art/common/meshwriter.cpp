@@ -23,7 +23,7 @@ bool IsOneToken(const std::string& name) {
     return true;
 }
 
-std::string At(size_t vertex, size_t subMesh) {
+std::string At(std::size_t vertex, std::size_t subMesh) {
     return "vertex " + std::to_string(vertex) + " of sub-mesh " + std::to_string(subMesh) + ": ";
 }
 
@@ -42,7 +42,7 @@ std::string WhyNotVertex(const MeshVertex& v, bool hasLightmap) {
     return {};
 }
 
-std::string WhyNotSubMesh(const SubMesh& sub, size_t index, bool hasLightmap) {
+std::string WhyNotSubMesh(const SubMesh& sub, std::size_t index, bool hasLightmap) {
     const std::string place = "sub-mesh " + std::to_string(index) + ": ";
     for (const std::string& name : sub.textures)
         if (!IsOneToken(name) || name == kNoTexture)
@@ -50,7 +50,7 @@ std::string WhyNotSubMesh(const SubMesh& sub, size_t index, bool hasLightmap) {
     if (sub.vertices.empty() || sub.vertices.size() % 3 != 0)
         return place + "expected a positive multiple of 3 vertices, found " +
                std::to_string(sub.vertices.size());
-    for (size_t i = 0; i < sub.vertices.size(); ++i)
+    for (std::size_t i = 0; i < sub.vertices.size(); ++i)
         if (const std::string why = WhyNotVertex(sub.vertices[i], hasLightmap); !why.empty())
             return At(i, index) + why;
     return {};
@@ -145,7 +145,7 @@ MeshVertex ReadVertex(Tokens& tokens, const std::string& place, bool hasLightmap
     return {{n[0], n[1], n[2]}, {n[3], n[4], n[5]}, {n[6], n[7]}, {n[8], n[9]}};
 }
 
-SubMesh ReadSubMesh(Tokens& tokens, size_t index, bool hasLightmap) {
+SubMesh ReadSubMesh(Tokens& tokens, std::size_t index, bool hasLightmap) {
     SubMesh sub;
     const std::string place = "sub-mesh " + std::to_string(index) + ": ";
     for (std::string& name : sub.textures) {
@@ -167,7 +167,7 @@ std::string WhyNotWritable(const MeshFile& mesh) {
     if (mesh.textureDirectory.empty() || !IsOneToken(mesh.textureDirectory))
         return "mesh: expected a texture directory without blanks, found \"" +
                mesh.textureDirectory + "\"";
-    for (size_t i = 0; i < mesh.subMeshes.size(); ++i)
+    for (std::size_t i = 0; i < mesh.subMeshes.size(); ++i)
         if (std::string why = WhyNotSubMesh(mesh.subMeshes[i], i, mesh.hasLightmap); !why.empty())
             return why;
     return {};
@@ -208,8 +208,8 @@ bool ReadMesh(const std::string& path, MeshFile& mesh, std::string& error) {
     return false;
 }
 
-size_t VertexCount(const MeshFile& mesh) {
-    size_t count = 0;
+std::size_t VertexCount(const MeshFile& mesh) {
+    std::size_t count = 0;
     for (const SubMesh& sub : mesh.subMeshes)
         count += sub.vertices.size();
     return count;

@@ -48,6 +48,6 @@ bool WriteMesh(const std::string& path, const MeshFile& mesh);
 bool ReadMesh(const std::string& path, MeshFile& mesh, std::string& error);
 
 /// Vertices in all sub-meshes.
-size_t VertexCount(const MeshFile& mesh);
+std::size_t VertexCount(const MeshFile& mesh);
 
 } // namespace Art

@@ -19,7 +19,7 @@ Picture::Picture(int w, int h) {
         return;
     width = w;
     height = h;
-    pixels.resize(static_cast<size_t>(w) * h);
+    pixels.resize(static_cast<std::size_t>(w) * h);
 }
 
 const Rgba& Picture::Wrapped(int x, int y) const {

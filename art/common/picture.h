@@ -40,8 +40,8 @@ public:
     int Height() const { return height; }
 
     /// The pixel at (x, y), 0 <= x < width, 0 <= y < height (not checked).
-    Rgba& At(int x, int y) { return pixels[static_cast<size_t>(y) * width + x]; }
-    const Rgba& At(int x, int y) const { return pixels[static_cast<size_t>(y) * width + x]; }
+    Rgba& At(int x, int y) { return pixels[static_cast<std::size_t>(y) * width + x]; }
+    const Rgba& At(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
     /// The pixel at (x, y) of the plane tiled with this picture; any x and y.
     const Rgba& Wrapped(int x, int y) const;
     /// Bilinear look-up at texture coordinates (u, v) of the tiled picture, as GL_REPEAT does.

@@ -28,7 +28,7 @@ bool Complain(const std::string& path, const char* what) {
 
 std::vector<std::uint8_t> Bytes(const Picture& picture, int channels, Depth depth) {
     std::vector<std::uint8_t> bytes;
-    bytes.reserve(static_cast<size_t>(picture.Width()) * picture.Height() * channels);
+    bytes.reserve(static_cast<std::size_t>(picture.Width()) * picture.Height() * channels);
     for (int y = 0; y < picture.Height(); ++y) {
         for (int x = 0; x < picture.Width(); ++x) {
             const Rgba& p = picture.At(x, y);
@@ -66,7 +66,7 @@ bool EncodePng(FILE* file, const Picture& picture, int channels, std::uint8_t* b
     png_set_compression_level(png, 9);
     png_write_info(png, info);
     for (int y = 0; y < picture.Height(); ++y)
-        png_write_row(png, bytes + static_cast<size_t>(y) * picture.Width() * channels);
+        png_write_row(png, bytes + static_cast<std::size_t>(y) * picture.Width() * channels);
     png_write_end(png, info);
     png_destroy_write_struct(&png, &info);
     return true;
@@ -118,9 +118,9 @@ bool DecodeJpeg(FILE* file, std::vector<std::uint8_t>& bytes, int& width, int& h
     jpeg_start_decompress(&info);
     width = static_cast<int>(info.output_width);
     height = static_cast<int>(info.output_height);
-    bytes.resize(static_cast<size_t>(width) * height * 3);
+    bytes.resize(static_cast<std::size_t>(width) * height * 3);
     while (info.output_scanline < info.output_height) {
-        JSAMPROW row = bytes.data() + static_cast<size_t>(info.output_scanline) * width * 3;
+        JSAMPROW row = bytes.data() + static_cast<std::size_t>(info.output_scanline) * width * 3;
         jpeg_read_scanlines(&info, &row, 1);
     }
     jpeg_finish_decompress(&info);

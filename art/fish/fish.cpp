@@ -23,10 +23,10 @@ void AddTriangle(Vec3 a, Vec3 b, Vec3 c, std::vector<MeshVertex>& out) {
 /// scene draws sixty cells in each of three passes, so every corner counts.
 void AddBody(std::vector<MeshVertex>& out) {
     const std::vector<FishSection>& sections = FishSections();
-    const auto back = [&](size_t s) { return Vec3{sections[s].x, sections[s].back, 0}; };
-    const auto belly = [&](size_t s) { return Vec3{sections[s].x, sections[s].belly, 0}; };
+    const auto back = [&](std::size_t s) { return Vec3{sections[s].x, sections[s].back, 0}; };
+    const auto belly = [&](std::size_t s) { return Vec3{sections[s].x, sections[s].belly, 0}; };
     AddTriangle(back(0), belly(1), back(1), out);
-    for (size_t s = 1; s + 1 < sections.size(); ++s) {
+    for (std::size_t s = 1; s + 1 < sections.size(); ++s) {
         AddTriangle(back(s), belly(s), back(s + 1), out);
         AddTriangle(belly(s), belly(s + 1), back(s + 1), out);
     }

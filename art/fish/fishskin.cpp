@@ -17,7 +17,7 @@ constexpr Vec3 kFinEdge = {1.00f, 0.80f, 0.45f};
 /// The body's outline at x, by the section before and after.
 FishSection SectionAt(float x) {
     const std::vector<FishSection>& sections = FishSections();
-    size_t next = 1;
+    std::size_t next = 1;
     while (next + 1 < sections.size() && sections[next].x < x)
         ++next;
     const FishSection& a = sections[next - 1];

@@ -74,7 +74,9 @@ private:
     void Finish();
     Vec3 Smoothed(const Texel& texel, const std::vector<int>& texelAt) const;
 
-    size_t IndexOf(const Texel& t) const { return static_cast<size_t>(t.y) * quality.size + t.x; }
+    std::size_t IndexOf(const Texel& t) const {
+        return static_cast<std::size_t>(t.y) * quality.size + t.x;
+    }
     unsigned IdOf(const Texel& t) const {
         return Hash(static_cast<unsigned>(t.x), static_cast<unsigned>(t.y), 77);
     }
@@ -95,7 +97,7 @@ Bake::Bake(const BakeScene& s, const BakeQuality& q) : scene(s), quality(q) {
     for (const SubMesh& sub : scene.mesh.subMeshes) {
         const auto found = scene.surfaces.find(sub.textures[0]);
         const Picture* surface = found == scene.surfaces.end() ? nullptr : &found->second;
-        for (size_t i = 0; i < sub.vertices.size(); i += 3) {
+        for (std::size_t i = 0; i < sub.vertices.size(); i += 3) {
             const MeshVertex* v = &sub.vertices[i];
             facets.push_back({v->normal,
                               {v[0].texcoord, v[1].texcoord, v[2].texcoord},
@@ -107,7 +109,7 @@ Bake::Bake(const BakeScene& s, const BakeQuality& q) : scene(s), quality(q) {
     }
     rays = std::make_unique<RayTracer>(corners);
     texels = FindTexels(scene.mesh, quality.size);
-    const size_t count = static_cast<size_t>(quality.size) * quality.size;
+    const std::size_t count = static_cast<std::size_t>(quality.size) * quality.size;
     direct.resize(count);
     gathered.resize(count);
     total.resize(count);
@@ -155,7 +157,7 @@ Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
     constexpr float kNear = 8;
     constexpr unsigned kNearRays = 16;
     Vec3 sum;
-    for (size_t i = 0; i < scene.lamps.size(); ++i) {
+    for (std::size_t i = 0; i < scene.lamps.size(); ++i) {
         const PointLight& lamp = scene.lamps[i];
         const Vec3 middle = lamp.position - from;
         const float brightest = std::max({lamp.intensity.x, lamp.intensity.y, lamp.intensity.z});
@@ -184,7 +186,7 @@ Vec3 Bake::Leaving(const Hit& hit) const {
     const Vec2 map = Interpolated(facet.lightmap, hit) * static_cast<float>(quality.size);
     const int x = std::clamp(static_cast<int>(map.x), 0, quality.size - 1);
     const int y = std::clamp(static_cast<int>(map.y), 0, quality.size - 1);
-    const Vec3 light = total[static_cast<size_t>(y) * quality.size + x];
+    const Vec3 light = total[static_cast<std::size_t>(y) * quality.size + x];
     if (facet.surface == nullptr)
         return light;
     const Vec2 t = Interpolated(facet.texcoord, hit);
@@ -224,9 +226,10 @@ void Bake::Pass(const char* title,
     {
         Progress progress(title, chunks);
         ForEachIndex(chunks, quality.threads, [&](int chunk) {
-            const size_t end = std::min(texels.size(), static_cast<size_t>(chunk + 1) * kChunk);
-            for (size_t i = static_cast<size_t>(chunk) * kChunk; i < end; ++i) {
-                const size_t at = IndexOf(texels[i]);
+            const std::size_t end =
+                std::min(texels.size(), static_cast<std::size_t>(chunk + 1) * kChunk);
+            for (std::size_t i = static_cast<std::size_t>(chunk) * kChunk; i < end; ++i) {
+                const std::size_t at = IndexOf(texels[i]);
                 valid[at] = 1;
                 result[at] = texelLight(texels[i], valid[at]) * scene.veil(texels[i].position);
             }
@@ -247,10 +250,10 @@ Vec3 Bake::Smoothed(const Texel& texel, const std::vector<int>& texelAt) const {
          ++y) {
         for (int x = std::max(texel.x - kReach, 0);
              x <= std::min(texel.x + kReach, quality.size - 1); ++x) {
-            const size_t at = static_cast<size_t>(y) * quality.size + x;
+            const std::size_t at = static_cast<std::size_t>(y) * quality.size + x;
             if (texelAt[at] < 0 || known[at] == 0)
                 continue;
-            const Texel& other = texels[static_cast<size_t>(texelAt[at])];
+            const Texel& other = texels[static_cast<std::size_t>(texelAt[at])];
             const float offPlane = std::abs(Dot(other.position - texel.position, texel.normal));
             if (Dot(other.normal, texel.normal) < 0.99f || offPlane > 0.02f)
                 continue;
@@ -267,7 +270,7 @@ Vec3 Bake::Smoothed(const Texel& texel, const std::vector<int>& texelAt) const {
 /// Adds up direct and smoothed light into the map that is handed out.
 void Bake::Finish() {
     std::vector<int> texelAt(total.size(), -1);
-    for (size_t i = 0; i < texels.size(); ++i)
+    for (std::size_t i = 0; i < texels.size(); ++i)
         texelAt[IndexOf(texels[i])] = static_cast<int>(i);
     for (const Texel& texel : texels)
         total[IndexOf(texel)] =
@@ -296,7 +299,7 @@ Picture Bake::Run() {
     Picture picture(quality.size, quality.size);
     for (int y = 0; y < quality.size; ++y) {
         for (int x = 0; x < quality.size; ++x) {
-            const Vec3 light = total[static_cast<size_t>(y) * quality.size + x];
+            const Vec3 light = total[static_cast<std::size_t>(y) * quality.size + x];
             picture.At(x, quality.size - 1 - y) = {light.x, light.y, light.z, 1};
         }
     }

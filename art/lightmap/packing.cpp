@@ -70,15 +70,15 @@ private:
 } // namespace
 
 bool PackCharts(std::vector<Chart>& charts, int size) {
-    std::vector<size_t> order(charts.size());
-    std::iota(order.begin(), order.end(), size_t{0});
-    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
+    std::vector<std::size_t> order(charts.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
         if (charts[a].height != charts[b].height)
             return charts[a].height > charts[b].height;
         return charts[a].width > charts[b].width;
     });
     Skyline skyline(size);
-    for (const size_t i : order) {
+    for (const std::size_t i : order) {
         Chart& chart = charts[i];
         if (!skyline.Place(chart.width + 2 * kChartPadding, chart.height + 2 * kChartPadding,
                            chart.x, chart.y))

@@ -61,7 +61,7 @@ void ClaimTexels(std::vector<Claim>& claims, const Footprint& t, int triangle, i
             const Vec2 middle{static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f};
             const Vec2 point = NearestIn(t, middle);
             const float distance = Length(point - middle);
-            Claim& claim = claims[static_cast<size_t>(y) * size + x];
+            Claim& claim = claims[static_cast<std::size_t>(y) * size + x];
             if (distance <= kMargin && distance < claim.distance)
                 claim = {triangle, distance, point};
         }
@@ -75,7 +75,7 @@ Footprint FootprintOf(const MeshVertex* v, float size) {
 std::vector<const MeshVertex*> Triangles(const MeshFile& mesh) {
     std::vector<const MeshVertex*> triangles;
     for (const SubMesh& sub : mesh.subMeshes)
-        for (size_t i = 0; i < sub.vertices.size(); i += 3)
+        for (std::size_t i = 0; i < sub.vertices.size(); i += 3)
             triangles.push_back(&sub.vertices[i]);
     return triangles;
 }
@@ -84,12 +84,12 @@ std::vector<const MeshVertex*> Triangles(const MeshFile& mesh) {
 
 std::vector<Texel> FindTexels(const MeshFile& mesh, int size) {
     const std::vector<const MeshVertex*> triangles = Triangles(mesh);
-    std::vector<Claim> claims(static_cast<size_t>(size) * size);
-    for (size_t i = 0; i < triangles.size(); ++i)
+    std::vector<Claim> claims(static_cast<std::size_t>(size) * size);
+    for (std::size_t i = 0; i < triangles.size(); ++i)
         ClaimTexels(claims, FootprintOf(triangles[i], static_cast<float>(size)),
                     static_cast<int>(i), size);
     std::vector<Texel> texels;
-    for (size_t i = 0; i < claims.size(); ++i) {
+    for (std::size_t i = 0; i < claims.size(); ++i) {
         const Claim& claim = claims[i];
         if (claim.triangle < 0)
             continue;
@@ -115,9 +115,9 @@ bool MeanAround(const std::vector<Vec3>& values, const std::vector<std::uint8_t>
             const int nx = x + dx;
             const int ny = y + dy;
             if (nx < 0 || ny < 0 || nx >= size || ny >= size ||
-                known[static_cast<size_t>(ny) * size + nx] == 0)
+                known[static_cast<std::size_t>(ny) * size + nx] == 0)
                 continue;
-            sum += values[static_cast<size_t>(ny) * size + nx];
+            sum += values[static_cast<std::size_t>(ny) * size + nx];
             count += 1;
         }
     }
@@ -128,14 +128,14 @@ bool MeanAround(const std::vector<Vec3>& values, const std::vector<std::uint8_t>
 } // namespace
 
 void Dilate(std::vector<Vec3>& values, std::vector<std::uint8_t>& known, int size) {
-    std::vector<size_t> unknown;
-    for (size_t i = 0; i < known.size(); ++i)
+    std::vector<std::size_t> unknown;
+    for (std::size_t i = 0; i < known.size(); ++i)
         if (known[i] == 0)
             unknown.push_back(i);
     while (!unknown.empty() && unknown.size() < known.size()) {
-        std::vector<size_t> rest;
-        std::vector<size_t> filled;
-        for (const size_t i : unknown) {
+        std::vector<std::size_t> rest;
+        std::vector<std::size_t> filled;
+        for (const std::size_t i : unknown) {
             Vec3 mean;
             if (MeanAround(values, known, size, static_cast<int>(i) % size,
                            static_cast<int>(i) / size, mean)) {
@@ -145,7 +145,7 @@ void Dilate(std::vector<Vec3>& values, std::vector<std::uint8_t>& known, int siz
                 rest.push_back(i);
             }
         }
-        for (const size_t i : filled)
+        for (const std::size_t i : filled)
             known[i] = 1;
         unknown = std::move(rest);
     }

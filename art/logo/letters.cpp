@@ -104,7 +104,7 @@ std::vector<Letter> DrawLetters() {
 } // namespace
 
 bool Stroke::Contains(Vec2 p) const {
-    for (size_t i = 0; i + 1 < points.size(); ++i) {
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         const Point& a = points[i];
         const Point& b = points[i + 1];
         const Vec2 along = b.at - a.at;
@@ -143,7 +143,7 @@ std::vector<PlacedLetter> SetWord(const std::string& word, float left, float rig
     float ink = 0;
     for (const char name : word)
         ink += LetterNamed(name).width * height;
-    const auto gaps = static_cast<float>(std::max<size_t>(word.size(), 2) - 1);
+    const auto gaps = static_cast<float>(std::max<std::size_t>(word.size(), 2) - 1);
     const float gap = (right - left - ink) / gaps;
     std::vector<PlacedLetter> line;
     float x = left;

@@ -76,12 +76,12 @@ float Coverage(Vec2 p) {
 
 using Layer = std::vector<float>;
 
-size_t Place(int x, int y) {
-    return static_cast<size_t>(y) * kLogoWidth + x;
+std::size_t Place(int x, int y) {
+    return static_cast<std::size_t>(y) * kLogoWidth + x;
 }
 
 Layer Filled(const std::function<float(int, int)>& value) {
-    Layer layer(static_cast<size_t>(kLogoWidth) * kLogoHeight);
+    Layer layer(static_cast<std::size_t>(kLogoWidth) * kLogoHeight);
     ForEachIndex(kLogoHeight, 0, [&](int y) {
         for (int x = 0; x < kLogoWidth; ++x)
             layer[Place(x, y)] = value(x, y);

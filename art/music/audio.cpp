@@ -10,14 +10,14 @@ void Stereo::Clear() {
 }
 
 void Stereo::Add(const Stereo& other, float gain) {
-    for (size_t i = 0; i < left.size(); ++i) {
+    for (std::size_t i = 0; i < left.size(); ++i) {
         left[i] += other.left[i] * gain;
         right[i] += other.right[i] * gain;
     }
 }
 
 void Stereo::Scale(float gain) {
-    for (size_t i = 0; i < left.size(); ++i) {
+    for (std::size_t i = 0; i < left.size(); ++i) {
         left[i] *= gain;
         right[i] *= gain;
     }

@@ -17,9 +17,9 @@ struct Stereo {
     std::vector<float> right;
 
     Stereo() = default;
-    explicit Stereo(size_t frames) : left(frames, 0.0F), right(frames, 0.0F) {}
+    explicit Stereo(std::size_t frames) : left(frames, 0.0F), right(frames, 0.0F) {}
 
-    size_t Frames() const { return left.size(); }
+    std::size_t Frames() const { return left.size(); }
     /// Silence of the same length.
     void Clear();
     /// Adds `other` (same length) times `gain`.
@@ -42,8 +42,8 @@ inline double NoteFrequency(double midi) {
 }
 
 /// Sample index that lies nearest to a time in seconds.
-inline size_t FrameAt(double seconds) {
-    return static_cast<size_t>(std::llround(std::fmax(seconds, 0.0) * kSampleRate));
+inline std::size_t FrameAt(double seconds) {
+    return static_cast<std::size_t>(std::llround(std::fmax(seconds, 0.0) * kSampleRate));
 }
 
 /// Zero in place of values so small that they would become denormal numbers in a feedback

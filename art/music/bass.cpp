@@ -11,7 +11,7 @@ namespace Music {
 
 namespace {
 
-constexpr size_t kControl = 16;
+constexpr std::size_t kControl = 16;
 constexpr double kLongestRelease = 2.0;
 
 /// exp(k (cos x - 1)) without its mean: a pulse whose harmonics fall off like a bell curve of
@@ -59,9 +59,10 @@ public:
 
     void Render(const Note& note, Stereo& out) const override {
         Voice voice(set, note);
-        const size_t begin = FrameAt(note.start);
-        const size_t end = std::min(out.Frames(), begin + FrameAt(note.length + kLongestRelease));
-        for (size_t i = begin; i < end && !voice.Done(); ++i) {
+        const std::size_t begin = FrameAt(note.start);
+        const std::size_t end =
+            std::min(out.Frames(), begin + FrameAt(note.length + kLongestRelease));
+        for (std::size_t i = begin; i < end && !voice.Done(); ++i) {
             voice.Next(i - begin, out.left[i], out.right[i]);
         }
     }
@@ -84,7 +85,7 @@ private:
 
         bool Done() const { return amplitude.Done() || amplitude.Silent(); }
 
-        void Next(size_t frame, float& left, float& right) {
+        void Next(std::size_t frame, float& left, float& right) {
             const float bright = brightness.Next();
             const float open = sweep.Next();
             if (frame % kControl == 0) {

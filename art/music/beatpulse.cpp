@@ -50,8 +50,8 @@ float LowAt(const std::vector<float>& samples, std::ptrdiff_t centre) {
     for (std::ptrdiff_t i = -kFirReach; i <= kFirReach; ++i) {
         const std::ptrdiff_t at = centre + i;
         if (at >= 0 && at < count) {
-            sum += samples[static_cast<size_t>(at)] *
-                   LowPassTaps()[static_cast<size_t>(i + kFirReach)];
+            sum += samples[static_cast<std::size_t>(at)] *
+                   LowPassTaps()[static_cast<std::size_t>(i + kFirReach)];
         }
     }
     return sum;
@@ -69,16 +69,16 @@ std::vector<float> BoxMean(const std::vector<float>& values, int length, int bef
     for (std::ptrdiff_t i = -before; i < count; ++i) {
         const std::ptrdiff_t enter = i + before;
         const std::ptrdiff_t leave = enter - length;
-        sum += enter < count ? values[static_cast<size_t>(enter)] : 0.0F;
-        sum -= leave >= 0 ? values[static_cast<size_t>(leave)] : 0.0F;
+        sum += enter < count ? values[static_cast<std::size_t>(enter)] : 0.0F;
+        sum -= leave >= 0 ? values[static_cast<std::size_t>(leave)] : 0.0F;
         if (i >= 0) {
-            means[static_cast<size_t>(i)] = static_cast<float>(sum / length);
+            means[static_cast<std::size_t>(i)] = static_cast<float>(sum / length);
         }
     }
     return means;
 }
 
-std::vector<float> SlidingMaximum(std::vector<float> values, size_t reach) {
+std::vector<float> SlidingMaximum(std::vector<float> values, std::size_t reach) {
     for (float& value : values) {
         value = -value;
     }
@@ -96,12 +96,12 @@ std::vector<float> LowestBandMean(const std::vector<float>& samples) {
     return BoxMean(BoxMean(samples, kWindow / 2, kWindow / 4), kWindow / 2, kWindow / 4 - 1);
 }
 
-float LowestBand(const std::vector<float>& samples, size_t first) {
+float LowestBand(const std::vector<float>& samples, std::size_t first) {
     double sum = 0;
     double weights = 0;
     for (int i = 0; i < kWindow; ++i) {
         const double weight = 1.0 - std::fabs((i - (kWindow - 1) / 2.0) / (kWindow / 2.0));
-        const size_t at = first + static_cast<size_t>(i);
+        const std::size_t at = first + static_cast<std::size_t>(i);
         sum += weight * (at < samples.size() ? samples[at] : 0.0F);
         weights += weight;
     }
@@ -127,7 +127,7 @@ void BeatPulse::OpenGap(std::vector<float>& channel, const Gap& gap) const {
         const double time = static_cast<double>(i) / kSampleRate;
         const float closed = std::min(Ease((time - gap.from + kEdge) / kEdge),
                                       Ease((gap.to + kEdge - time) / kEdge));
-        channel[static_cast<size_t>(i)] -= closed * LowAt(before, i);
+        channel[static_cast<std::size_t>(i)] -= closed * LowAt(before, i);
     }
 }
 
@@ -155,8 +155,8 @@ void BeatPulse::FollowSide(Stereo& signal) const {
         const Gap out = GapOf(beat + 1);
         const double halfIn = (in.to - in.from) / 2;
         const double halfOut = (out.to - out.from) / 2;
-        const size_t end = std::min(FrameAt(out.to), signal.Frames());
-        for (size_t i = FrameAt(in.from); i < end; ++i) {
+        const std::size_t end = std::min(FrameAt(out.to), signal.Frames());
+        for (std::size_t i = FrameAt(in.from); i < end; ++i) {
             const double time = static_cast<double>(i) / kSampleRate;
             const float turned = std::min(Ease((time - in.from) / (2 * halfIn)),
                                           Ease((out.to - time) / (2 * halfOut)));
@@ -170,20 +170,20 @@ void BeatPulse::FollowSide(Stereo& signal) const {
 void BeatPulse::AddCarrier(Stereo& signal) const {
     const std::vector<float> mean = LowestBandMean(signal.left);
     for (int beat = 0; beat < beats; ++beat) {
-        const size_t begin = FrameAt(TimeOf(beat));
-        const size_t end = std::min(FrameAt(TimeOf(beat + 1)), signal.Frames());
+        const std::size_t begin = FrameAt(TimeOf(beat));
+        const std::size_t end = std::min(FrameAt(TimeOf(beat + 1)), signal.Frames());
         if (begin >= end) {
             return;
         }
-        const size_t first = FrameAt(TimeOf(beat) + kFreeAfter) - begin;
-        const size_t last = FrameAt(TimeOf(beat + 1) - kFreeBefore) - begin;
+        const std::size_t first = FrameAt(TimeOf(beat) + kFreeAfter) - begin;
+        const std::size_t last = FrameAt(TimeOf(beat + 1) - kFreeBefore) - begin;
         std::vector<float> needed(end - begin, 0.0F);
-        for (size_t i = first; i < std::min(last, needed.size()); ++i) {
+        for (std::size_t i = first; i < std::min(last, needed.size()); ++i) {
             needed[i] = std::max(0.0F, margin - Side(beat) * mean[begin + i]);
         }
-        const size_t reach = FrameAt(kCarrierReach);
+        const std::size_t reach = FrameAt(kCarrierReach);
         const std::vector<float> carrier = HannSmoothed(SlidingMaximum(needed, reach), reach);
-        for (size_t i = 0; i < carrier.size(); ++i) {
+        for (std::size_t i = 0; i < carrier.size(); ++i) {
             signal.left[begin + i] += Side(beat) * carrier[i];
             signal.right[begin + i] += Side(beat) * carrier[i];
         }

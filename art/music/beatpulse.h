@@ -57,6 +57,6 @@ std::vector<float> LowestBandMean(const std::vector<float>& samples);
 /// first of the 128 samples): a constant of full scale reads 1.0. Spectra that scale all bins
 /// alike, so that a sine of full scale reads 1.0 in its own, show twice as much; the gaps are
 /// deep enough and the plateaus high enough for both.
-float LowestBand(const std::vector<float>& samples, size_t first);
+float LowestBand(const std::vector<float>& samples, std::size_t first);
 
 } // namespace Music

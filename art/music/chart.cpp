@@ -48,7 +48,7 @@ int BarX(double bar) {
 
 /// Section titles on top and a line through the sheet at each.
 void DrawSections(Picture& picture, const Music::Score& score) {
-    for (size_t i = 0; i < score.sections.size(); ++i) {
+    for (std::size_t i = 0; i < score.sections.size(); ++i) {
         const auto& [bar, title] = score.sections[i];
         Music::FillBox(picture, BarX(bar), 0, 1, picture.Height(), kCut);
         Music::WriteText(picture, BarX(bar) + 4, i % 2 == 0 ? 3 : 14, title, kInk);
@@ -60,7 +60,7 @@ Picture Arrangement(const Music::Score& score) {
     const int rows = static_cast<int>(score.tracks.size());
     Picture picture = Sheet(BarX(score.bars + 1) + 10, kTop + rows * kRowHeight + 4);
     for (int row = 0; row < rows; ++row) {
-        const Music::TrackText& track = score.tracks[static_cast<size_t>(row)];
+        const Music::TrackText& track = score.tracks[static_cast<std::size_t>(row)];
         const int y = kTop + row * kRowHeight;
         Music::FillBox(picture, kLeft, y + kRowHeight - 1, picture.Width() - kLeft - 10, 1, kGrid);
         Music::WriteText(picture, 6, y + 3, track.name, kInk);
@@ -79,10 +79,10 @@ Picture Arrangement(const Music::Score& score) {
 /// Power of a log-frequency row: the mean of the bins that fall into it, dB.
 double RowLevel(const std::vector<double>& power, double from, double to, int size) {
     const double binsPerHertz = static_cast<double>(size) / Music::kSampleRate;
-    const auto first = static_cast<size_t>(std::max(1.0, std::floor(from * binsPerHertz)));
-    const auto last = std::min(power.size() - 1, static_cast<size_t>(to * binsPerHertz) + 1);
+    const auto first = static_cast<std::size_t>(std::max(1.0, std::floor(from * binsPerHertz)));
+    const auto last = std::min(power.size() - 1, static_cast<std::size_t>(to * binsPerHertz) + 1);
     double most = 1e-12;
-    for (size_t k = first; k < last; ++k) {
+    for (std::size_t k = first; k < last; ++k) {
         most = std::max(most, power[k]);
     }
     return 10.0 * std::log10(most);
@@ -99,7 +99,7 @@ Picture Spectrogram(const Music::Score& score, const Music::Stereo& signal) {
     };
     for (int x = kLeft; x < BarX(score.bars + 1); ++x) {
         const double bar = 1 + (x - kLeft) / static_cast<double>(kPixelsPerBar);
-        const size_t at = Music::FrameAt(score.TimeOfBar(bar));
+        const std::size_t at = Music::FrameAt(score.TimeOfBar(bar));
         if (at + kFft > signal.Frames()) {
             break;
         }
@@ -142,9 +142,10 @@ Picture PulseLook(const Music::Score& score, const Music::Stereo& signal) {
         Music::FillBox(picture, x, kTop, 1, 2 * kHalf, kCut);
     }
     for (int x = 0; x < kWidth; ++x) {
-        const size_t first = Music::FrameAt(from + x * perPixel);
-        const size_t last = std::min(means.size(), Music::FrameAt(from + (x + 1) * perPixel) + 1);
-        for (size_t i = first; i < last; ++i) {
+        const std::size_t first = Music::FrameAt(from + x * perPixel);
+        const std::size_t last =
+            std::min(means.size(), Music::FrameAt(from + (x + 1) * perPixel) + 1);
+        for (std::size_t i = first; i < last; ++i) {
             const int y = middle - static_cast<int>(std::lround(means[i] / kFullScale * kHalf));
             Music::FillBox(picture, kLeft + x, y, 1, 1, kInk);
         }

@@ -34,14 +34,14 @@ public:
     void Render(const Note& note, Stereo& out) const override {
         const float gain = FromDb(static_cast<float>(set["level"])) * note.velocity;
         const auto drive = static_cast<float>(set["drive"]);
-        const size_t begin = FrameAt(note.start);
-        const size_t hold = FrameAt(set["hold"]);
+        const std::size_t begin = FrameAt(note.start);
+        const std::size_t hold = FrameAt(set["hold"]);
         Fall body(set["decay"]);
         Fall click(0.012);
         Random random(7); // every stroke alike
         Biquad edge = Biquad::HighPass(1800, 0.7);
         double phase = 0;
-        for (size_t i = 0; begin + i < out.Frames() && !body.Done(); ++i) {
+        for (std::size_t i = 0; begin + i < out.Frames() && !body.Done(); ++i) {
             const double seconds = static_cast<double>(i) / kSampleRate;
             const double pitch =
                 set["to"] + (set["from"] - set["to"]) * std::exp(-seconds / set["bend"]);
@@ -74,9 +74,9 @@ public:
                          Biquad::HighPass(set["low_cut"], 0.7)};
         Biquad high[2] = {Biquad::LowPass(set["high_cut"], 0.7),
                           Biquad::LowPass(set["high_cut"], 0.7)};
-        const size_t begin = FrameAt(note.start);
+        const std::size_t begin = FrameAt(note.start);
         double phase = 0;
-        for (size_t i = 0; begin + i < out.Frames() && !rattle.Done(); ++i) {
+        for (std::size_t i = 0; begin + i < out.Frames() && !rattle.Done(); ++i) {
             const double seconds = static_cast<double>(i) / kSampleRate;
             phase += set["tone"] * (1.0 + 0.6 * std::exp(-seconds / 0.012)) / kSampleRate;
             const float drum =
@@ -106,17 +106,18 @@ public:
 
     void Render(const Note& note, Stereo& out) const override {
         const float gain = 2.0F * FromDb(static_cast<float>(set["level"])) * note.velocity;
-        const auto hits = static_cast<size_t>(set["hits"]);
-        const size_t gap = std::max<size_t>(1, FrameAt(set["gap"]));
+        const auto hits = static_cast<std::size_t>(set["hits"]);
+        const std::size_t gap = std::max<std::size_t>(1, FrameAt(set["gap"]));
         Random random(note.seed);
         StateFilter filters[2];
         filters[0].Set(set["center"], set["resonance"]);
         filters[1].Set(set["center"] * 1.08, set["resonance"]);
-        const size_t begin = FrameAt(note.start);
+        const std::size_t begin = FrameAt(note.start);
         const double shortFall = std::pow(0.001, 1.0 / (0.03 * kSampleRate));
         const double longFall = std::pow(0.001, 1.0 / (set["decay"] * kSampleRate));
         double level = 0;
-        for (size_t i = 0; begin + i < out.Frames() && (i < hits * gap || level > 0.0002); ++i) {
+        for (std::size_t i = 0; begin + i < out.Frames() && (i < hits * gap || level > 0.0002);
+             ++i) {
             const bool strike = i % gap == 0 && i / gap < hits;
             level = strike ? 1.0 : level * (i / gap + 1 < hits ? shortFall : longFall);
             filters[0].Process(random.Bipolar());
@@ -138,7 +139,7 @@ public:
     void Render(const Note& note, Stereo& out) const override {
         static constexpr std::array<double, 6> kModes{1.0, 1.342, 1.6532, 1.9523, 2.1523, 2.4567};
         std::array<Oscillator, kModes.size()> modes;
-        for (size_t m = 0; m < modes.size(); ++m) {
+        for (std::size_t m = 0; m < modes.size(); ++m) {
             modes.at(m) = Oscillator(Wave::Square, 0.37 * static_cast<double>(m));
             modes.at(m).SetFrequency(set["tone"] * kModes.at(m));
         }
@@ -150,10 +151,10 @@ public:
                          Biquad::HighPass(set["low_cut"], 0.8)};
         const auto rise = static_cast<float>(1.0 / std::max(1.0, set["attack"] * kSampleRate));
         float attack = 0.0F;
-        const size_t begin = FrameAt(note.start);
-        for (size_t i = begin; i < out.Frames() && !fall.Done(); ++i) {
+        const std::size_t begin = FrameAt(note.start);
+        for (std::size_t i = begin; i < out.Frames() && !fall.Done(); ++i) {
             float ring[2] = {0.0F, 0.0F};
-            for (size_t m = 0; m < modes.size(); ++m) {
+            for (std::size_t m = 0; m < modes.size(); ++m) {
                 const float value = modes.at(m).Next() * (1.0F - noise) / 3.0F;
                 ring[m % 2] += value;
                 ring[(m + 1) % 2] += 0.5F * value;
@@ -184,8 +185,8 @@ public:
         Oscillator tones[2] = {Oscillator(Wave::Saw, 0.0), Oscillator(Wave::Saw, 0.5)};
         const auto tone = static_cast<float>(set["tone"]);
         const float gain = FromDb(static_cast<float>(set["level"])) * note.velocity;
-        const size_t begin = FrameAt(note.start);
-        for (size_t i = begin; i < out.Frames() && !envelope.Done(); ++i) {
+        const std::size_t begin = FrameAt(note.start);
+        for (std::size_t i = begin; i < out.Frames() && !envelope.Done(); ++i) {
             const double part =
                 std::min(1.0, static_cast<double>(i - begin) / (note.length * kSampleRate));
             if ((i - begin) % 16 == 0) {
@@ -235,9 +236,9 @@ public:
         Fall rush(set["noise_decay"]);
         Biquad cut[2] = {Biquad::LowPass(set["noise_cut"], 0.7),
                          Biquad::LowPass(set["noise_cut"], 0.7)};
-        const size_t begin = FrameAt(note.start);
+        const std::size_t begin = FrameAt(note.start);
         double phase = 0;
-        for (size_t i = 0; begin + i < out.Frames() && !(tone.Done() && rush.Done()); ++i) {
+        for (std::size_t i = 0; begin + i < out.Frames() && !(tone.Done() && rush.Done()); ++i) {
             const double seconds = static_cast<double>(i) / kSampleRate;
             const double pitch =
                 set["to"] + (set["from"] - set["to"]) * std::exp(-3.0 * seconds / set["time"]);

@@ -20,7 +20,7 @@ std::array<std::array<float, kTaps>, kPhases> InterpolatorTaps() {
             const double x = whole - phase / static_cast<double>(kPhases);
             const double sinc = x == 0.0 ? 1.0 : std::sin(kPi * x) / (kPi * x);
             const double window = 0.5 + 0.5 * std::cos(kPi * x / (kTaps / 2.0));
-            taps[static_cast<size_t>(phase)][static_cast<size_t>(tap)] =
+            taps[static_cast<std::size_t>(phase)][static_cast<std::size_t>(tap)] =
                 static_cast<float>(sinc * window);
         }
     }
@@ -46,7 +46,7 @@ std::vector<float> Compressor::GainDb(const Stereo& key) const {
     const auto toRelease = static_cast<float>(1.0 - std::exp(-1.0 / (release * kSampleRate)));
     std::vector<float> gains(key.Frames());
     float gain = 0.0F;
-    for (size_t i = 0; i < gains.size(); ++i) {
+    for (std::size_t i = 0; i < gains.size(); ++i) {
         const float peak = std::max(std::fabs(key.left[i]), std::fabs(key.right[i]));
         const float wanted = KneeGain(ToDb(peak) - threshold, ratio, knee);
         gain += (wanted - gain) * (wanted < gain ? toAttack : toRelease);
@@ -57,7 +57,7 @@ std::vector<float> Compressor::GainDb(const Stereo& key) const {
 }
 
 void ApplyGainDb(Stereo& signal, const std::vector<float>& gainDb, float amount) {
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         const float gain = FromDb(gainDb[i] * amount);
         signal.left[i] *= gain;
         signal.right[i] *= gain;
@@ -77,21 +77,22 @@ std::vector<float> TruePeaks(const std::vector<float>& samples) {
             for (std::ptrdiff_t tap = 0; tap < kTaps; ++tap) {
                 const std::ptrdiff_t at = first + tap;
                 if (inside || (at >= 0 && at < count)) {
-                    value += samples[static_cast<size_t>(at)] * phase[static_cast<size_t>(tap)];
+                    value += samples[static_cast<std::size_t>(at)] *
+                             phase[static_cast<std::size_t>(tap)];
                 }
             }
             peak = std::max(peak, std::fabs(value));
         }
-        peaks[static_cast<size_t>(i)] = peak;
+        peaks[static_cast<std::size_t>(i)] = peak;
     }
     return peaks;
 }
 
-std::vector<float> SlidingMinimum(const std::vector<float>& values, size_t reach) {
+std::vector<float> SlidingMinimum(const std::vector<float>& values, std::size_t reach) {
     std::vector<float> result(values.size());
-    std::deque<size_t> rising; // indices of candidates, values growing
-    size_t added = 0;
-    for (size_t i = 0; i < values.size(); ++i) {
+    std::deque<std::size_t> rising; // indices of candidates, values growing
+    std::size_t added = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
         for (; added < values.size() && added <= i + reach; ++added) {
             while (!rising.empty() && values[rising.back()] >= values[added]) {
                 rising.pop_back();
@@ -106,7 +107,7 @@ std::vector<float> SlidingMinimum(const std::vector<float>& values, size_t reach
     return result;
 }
 
-std::vector<float> HannSmoothed(const std::vector<float>& values, size_t reach) {
+std::vector<float> HannSmoothed(const std::vector<float>& values, std::size_t reach) {
     // A raised cosine is a constant plus a cosine: both parts are running sums, the second one
     // of the values turned by the cosine's angle. Doubles keep the running sums exact enough.
     const double angle = kPi / static_cast<double>(reach + 1);
@@ -115,7 +116,7 @@ std::vector<float> HannSmoothed(const std::vector<float>& values, size_t reach) 
     std::vector<float> result(values.size());
     const auto at = [&](std::ptrdiff_t i) {
         return static_cast<double>(
-            values[static_cast<size_t>(std::clamp<std::ptrdiff_t>(i, 0, n - 1))]);
+            values[static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(i, 0, n - 1))]);
     };
     double plain = 0;
     double cosine = 0;
@@ -132,7 +133,7 @@ std::vector<float> HannSmoothed(const std::vector<float>& values, size_t reach) 
         sine += at(i + r) * std::sin(enter);
         const double here = angle * static_cast<double>(i);
         const double turned = cosine * std::cos(here) + sine * std::sin(here);
-        result[static_cast<size_t>(i)] =
+        result[static_cast<std::size_t>(i)] =
             static_cast<float>((plain + turned) / (2.0 * static_cast<double>(r + 1)));
         const double leave = angle * static_cast<double>(i - r);
         plain -= at(i - r);
@@ -147,12 +148,12 @@ float Limiter::Apply(Stereo& signal) const {
     const std::vector<float> leftPeaks = TruePeaks(signal.left);
     const std::vector<float> rightPeaks = TruePeaks(signal.right);
     std::vector<float> gain(signal.Frames());
-    for (size_t i = 0; i < gain.size(); ++i) {
+    for (std::size_t i = 0; i < gain.size(); ++i) {
         gain[i] = std::min(1.0F, top / std::max({leftPeaks[i], rightPeaks[i], 1e-9F}));
     }
     // The minimum reaches as far as the smoothing, so the smoothed gain is never above the
     // wanted one.
-    const size_t reach = FrameAt(lookAhead);
+    const std::size_t reach = FrameAt(lookAhead);
     gain = SlidingMinimum(gain, reach);
     const auto recover = static_cast<float>(1.0 - std::exp(-1.0 / (release * kSampleRate)));
     float held = 1.0F;
@@ -162,7 +163,7 @@ float Limiter::Apply(Stereo& signal) const {
     }
     gain = HannSmoothed(gain, reach);
     float deepest = 1.0F;
-    for (size_t i = 0; i < gain.size(); ++i) {
+    for (std::size_t i = 0; i < gain.size(); ++i) {
         signal.left[i] *= gain[i];
         signal.right[i] *= gain[i];
         deepest = std::min(deepest, gain[i]);

@@ -39,9 +39,9 @@ struct Limiter {
 };
 
 /// For each sample the smallest value within `reach` samples to either side.
-std::vector<float> SlidingMinimum(const std::vector<float>& values, size_t reach);
+std::vector<float> SlidingMinimum(const std::vector<float>& values, std::size_t reach);
 
 /// Weighted mean over `reach` samples to either side with a raised-cosine weight.
-std::vector<float> HannSmoothed(const std::vector<float>& values, size_t reach);
+std::vector<float> HannSmoothed(const std::vector<float>& values, std::size_t reach);
 
 } // namespace Music

@@ -6,7 +6,7 @@ namespace Music {
 
 namespace {
 
-constexpr size_t kLines = 8;
+constexpr std::size_t kLines = 8;
 // Prime numbers of samples between 29 and 81 ms, so that echoes never fall together.
 constexpr std::array<int, kLines> kLengths{1289, 1447, 1663, 1873, 2129, 2503, 2999, 3571};
 constexpr float kWander = 9.0F; // samples a line's length moves to each side
@@ -15,8 +15,8 @@ constexpr float kWander = 9.0F; // samples a line's length moves to each side
 class Network {
 public:
     explicit Network(const Reverb& reverb) {
-        for (size_t i = 0; i < kLines; ++i) {
-            lines.emplace_back(static_cast<size_t>(kLengths[i]) + 16);
+        for (std::size_t i = 0; i < kLines; ++i) {
+            lines.emplace_back(static_cast<std::size_t>(kLengths[i]) + 16);
             gains[i] =
                 static_cast<float>(std::pow(0.001, kLengths[i] / (reverb.time * kSampleRate)));
             phases[i] = static_cast<double>(i) / kLines;
@@ -27,13 +27,13 @@ public:
     void Next(float inLeft, float inRight, float& outLeft, float& outRight) {
         std::array<float, kLines> taps{};
         float sum = 0.0F;
-        for (size_t i = 0; i < kLines; ++i) {
+        for (std::size_t i = 0; i < kLines; ++i) {
             taps[i] = lines[i].Read(static_cast<float>(kLengths[i]) + wander[i]);
             dark[i] = Flushed(dark[i] + damp * (taps[i] - dark[i]));
             sum += dark[i] * gains[i];
         }
         const float shared = sum * (2.0F / kLines);
-        for (size_t i = 0; i < kLines; ++i) {
+        for (std::size_t i = 0; i < kLines; ++i) {
             const float input = i % 2 == 0 ? inLeft : inRight;
             lines[i].Write(input + dark[i] * gains[i] - shared);
         }
@@ -43,7 +43,7 @@ public:
 
     /// Moves the lengths; called every few samples.
     void Wander(double seconds) {
-        for (size_t i = 0; i < kLines; ++i) {
+        for (std::size_t i = 0; i < kLines; ++i) {
             const double rate = 0.31 + 0.07 * static_cast<double>(i);
             wander[i] =
                 kWander * static_cast<float>(std::sin(2.0 * kPi * (rate * seconds + phases[i])));
@@ -60,7 +60,7 @@ private:
 };
 
 /// `samples` moved later by `frames`, cut to the same length.
-std::vector<float> Later(const std::vector<float>& samples, size_t frames) {
+std::vector<float> Later(const std::vector<float>& samples, std::size_t frames) {
     std::vector<float> moved(samples.size(), 0.0F);
     if (frames < samples.size()) {
         std::copy(samples.begin(), samples.end() - static_cast<std::ptrdiff_t>(frames),
@@ -72,11 +72,11 @@ std::vector<float> Later(const std::vector<float>& samples, size_t frames) {
 } // namespace
 
 float DelayLine::Read(float distance) const {
-    const auto whole = static_cast<size_t>(distance);
+    const auto whole = static_cast<std::size_t>(distance);
     const float part = distance - static_cast<float>(whole);
-    const size_t size = ring.size();
-    const size_t newer = (head + size - whole) % size;
-    const size_t older = (newer + size - 1) % size;
+    const std::size_t size = ring.size();
+    const std::size_t newer = (head + size - whole) % size;
+    const std::size_t older = (newer + size - 1) % size;
     return ring[newer] + part * (ring[older] - ring[newer]);
 }
 
@@ -85,7 +85,7 @@ void Chorus::Apply(Stereo& signal) const {
     DelayLine left(longest);
     DelayLine right(longest);
     const double step = 2.0 * kPi * rate / kSampleRate;
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         const double angle = step * static_cast<double>(i);
         const auto base = static_cast<float>(delay * kSampleRate);
         const auto swing = static_cast<float>(depth * kSampleRate);
@@ -99,7 +99,7 @@ void Chorus::Apply(Stereo& signal) const {
 }
 
 Stereo PingPong::Process(const Stereo& input) const {
-    const size_t frames = FrameAt(time);
+    const std::size_t frames = FrameAt(time);
     DelayLine left(frames + 1);
     DelayLine right(frames + 1);
     Biquad leftLow = Biquad::HighPass(lowCut, 0.6);
@@ -108,7 +108,7 @@ Stereo PingPong::Process(const Stereo& input) const {
     Biquad rightHigh = leftHigh;
     Stereo echoes(input.Frames());
     const auto distance = static_cast<float>(frames);
-    for (size_t i = 0; i < input.Frames(); ++i) {
+    for (std::size_t i = 0; i < input.Frames(); ++i) {
         const float fromLeft = left.Read(distance);
         const float fromRight = right.Read(distance);
         echoes.left[i] = fromLeft;
@@ -130,8 +130,8 @@ Stereo Reverb::Process(const Stereo& input) const {
     thin.Apply(sent.right);
     Network network(*this);
     Stereo hall(input.Frames());
-    constexpr size_t kControl = 16; // samples between moves of the delay lengths
-    for (size_t i = 0; i < input.Frames(); ++i) {
+    constexpr std::size_t kControl = 16; // samples between moves of the delay lengths
+    for (std::size_t i = 0; i < input.Frames(); ++i) {
         if (i % kControl == 0) {
             network.Wander(static_cast<double>(i) / kSampleRate);
         }

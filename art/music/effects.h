@@ -12,7 +12,7 @@ namespace Music {
 class DelayLine {
 public:
     /// Holds `longest` samples.
-    explicit DelayLine(size_t longest) : ring(longest + 4, 0.0F) {}
+    explicit DelayLine(std::size_t longest) : ring(longest + 4, 0.0F) {}
 
     void Write(float value) {
         ring[head] = Flushed(value);
@@ -24,7 +24,7 @@ public:
 
 private:
     std::vector<float> ring;
-    size_t head = 0;
+    std::size_t head = 0;
 };
 
 /// Thickens a signal with two slowly wandering copies a side. In place.

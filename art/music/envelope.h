@@ -56,8 +56,8 @@ private:
     float release;
     float level = 0.0F;
     bool rising = true;
-    size_t position = 0;
-    size_t held;
+    std::size_t position = 0;
+    std::size_t held;
 };
 
 } // namespace Music

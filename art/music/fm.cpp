@@ -61,8 +61,8 @@ public:
                           note.length);
         const float gain = 0.5F * FromDb(static_cast<float>(set["level"])) * note.velocity;
         const auto level2 = static_cast<float>(set["level2"]);
-        const size_t begin = FrameAt(note.start);
-        for (size_t i = begin; i < out.Frames(); ++i) {
+        const std::size_t begin = FrameAt(note.start);
+        for (std::size_t i = begin; i < out.Frames(); ++i) {
             const double bent = PitchFactor(static_cast<double>(i - begin) / kSampleRate);
             const float level = envelope.Next() * gain;
             out.left[i] += level * (first[0].Next(bent) + level2 * second[0].Next(bent));

@@ -44,17 +44,17 @@ void FillBox(Art::Picture& picture, int x, int y, int width, int height, Art::Rg
 
 void WriteText(Art::Picture& picture, int x, int y, const std::string& text, Art::Rgba colour,
                int scale) {
-    for (size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
         const int letter = std::toupper(static_cast<unsigned char>(text[i]));
         const char* found = letter == 0 ? nullptr : std::strchr(kLetters, letter);
         if (found == nullptr) {
             continue;
         }
-        const Glyph& glyph = kGlyphs.at(static_cast<size_t>(found - kLetters));
+        const Glyph& glyph = kGlyphs.at(static_cast<std::size_t>(found - kLetters));
         const int left = x + static_cast<int>(i) * kAdvance * scale;
         for (int row = 0; row < kRows; ++row) {
             for (int column = 0; column < kColumns; ++column) {
-                if ((glyph.at(static_cast<size_t>(row)) >> (kColumns - 1 - column) & 1) != 0) {
+                if ((glyph.at(static_cast<std::size_t>(row)) >> (kColumns - 1 - column) & 1) != 0) {
                     FillBox(picture, left + column * scale, y + row * scale, scale, scale, colour);
                 }
             }

@@ -32,7 +32,7 @@ Meter NewMeter() {
 std::vector<float> Interleaved(const Stereo& signal) {
     std::vector<float> samples;
     samples.reserve(kChannels * signal.Frames());
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         samples.push_back(signal.left[i]);
         samples.push_back(signal.right[i]);
     }

@@ -37,7 +37,7 @@ Music::Stereo Render(const Music::Score& score, std::string& message,
     if (!message.empty()) {
         return {};
     }
-    const size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
+    const std::size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
     // The master takes about as long as a dozen tracks.
     constexpr int kMasterSteps = 12;
     Art::Progress bar("music", static_cast<int>(score.tracks.size()) + kMasterSteps);

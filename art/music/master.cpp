@@ -12,12 +12,12 @@ namespace {
 /// Takes the difference of the sides away below `frequency`: the bass is the same on both.
 void CentreBass(Stereo& signal, double frequency) {
     std::vector<float> side(signal.Frames());
-    for (size_t i = 0; i < side.size(); ++i) {
+    for (std::size_t i = 0; i < side.size(); ++i) {
         side[i] = 0.5F * (signal.left[i] - signal.right[i]);
     }
     std::vector<float> high = side;
     Biquad::HighPass(frequency, 0.5).ApplyBothWays(high);
-    for (size_t i = 0; i < side.size(); ++i) {
+    for (std::size_t i = 0; i < side.size(); ++i) {
         signal.left[i] += high[i] - side[i];
         signal.right[i] -= high[i] - side[i];
     }
@@ -36,7 +36,7 @@ void ToneShape(Stereo& signal, const Settings& set) {
 
 /// Silence from `end` seconds on, reached smoothly from `begin` on.
 void FadeOut(Stereo& signal, double begin, double end) {
-    for (size_t i = FrameAt(begin); i < signal.Frames(); ++i) {
+    for (std::size_t i = FrameAt(begin); i < signal.Frames(); ++i) {
         const double part = (static_cast<double>(i) / kSampleRate - begin) / (end - begin);
         const auto gain = static_cast<float>(0.5 + 0.5 * std::cos(kPi * std::min(part, 1.0)));
         signal.left[i] *= part >= 1.0 ? 0.0F : gain;

@@ -15,15 +15,15 @@ constexpr int kFft = 8192;
 std::vector<double> OctaveLevels(const Music::Stereo& signal, double from, double to) {
     std::vector<double> octaves(10, 1e-12);
     int blocks = 0;
-    const size_t end = std::min(Music::FrameAt(to), signal.Frames());
-    for (size_t at = Music::FrameAt(from); at + kFft <= end; at += kFft / 2, ++blocks) {
+    const std::size_t end = std::min(Music::FrameAt(to), signal.Frames());
+    for (std::size_t at = Music::FrameAt(from); at + kFft <= end; at += kFft / 2, ++blocks) {
         for (const std::vector<float>* channel : {&signal.left, &signal.right}) {
             const std::vector<double> power = Music::PowerSpectrum(channel->data() + at, kFft);
-            for (size_t bin = 1; bin < power.size(); ++bin) {
+            for (std::size_t bin = 1; bin < power.size(); ++bin) {
                 const double hertz = static_cast<double>(bin) * Music::kSampleRate / kFft;
                 const auto octave = std::lround(std::log2(hertz / 31.5));
                 if (octave >= 0 && octave < 10) {
-                    octaves[static_cast<size_t>(octave)] += power[bin];
+                    octaves[static_cast<std::size_t>(octave)] += power[bin];
                 }
             }
         }
@@ -43,7 +43,7 @@ double Slope(const std::vector<double>& octaves) {
     double products = 0;
     double squares = 0;
     for (int octave = kFirst; octave <= kLast; ++octave) {
-        products += (octave - kCentre) * octaves[static_cast<size_t>(octave)];
+        products += (octave - kCentre) * octaves[static_cast<std::size_t>(octave)];
         squares += (octave - kCentre) * (octave - kCentre);
     }
     return products / squares;
@@ -63,7 +63,7 @@ double Correlation(const Music::Stereo& signal) {
     double both = 0;
     double left = 1e-12;
     double right = 1e-12;
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         both += static_cast<double>(signal.left[i]) * signal.right[i];
         left += static_cast<double>(signal.left[i]) * signal.left[i];
         right += static_cast<double>(signal.right[i]) * signal.right[i];
@@ -74,7 +74,7 @@ double Correlation(const Music::Stereo& signal) {
 float GreatestStep(const Music::Stereo& signal) {
     float step = 0;
     for (const std::vector<float>* channel : {&signal.left, &signal.right}) {
-        for (size_t i = 1; i < channel->size(); ++i) {
+        for (std::size_t i = 1; i < channel->size(); ++i) {
             step = std::max(step, std::fabs((*channel)[i] - (*channel)[i - 1]));
         }
     }
@@ -84,7 +84,7 @@ float GreatestStep(const Music::Stereo& signal) {
 void PrintSections(const Music::Score& score, const Music::Stereo& signal) {
     std::printf("%-22s %6s %6s %5s |  31   63  125  250  500   1k   2k   4k   8k  16k\n", "section",
                 "LUFS", "dBTP", "corr");
-    for (size_t i = 0; i < score.sections.size(); ++i) {
+    for (std::size_t i = 0; i < score.sections.size(); ++i) {
         const double from = score.TimeOfBar(score.sections[i].first);
         const int next =
             i + 1 < score.sections.size() ? score.sections[i + 1].first : score.bars + 1;
@@ -106,7 +106,7 @@ void PrintPulse(const Music::BeatPulse& pulse, const Music::Stereo& signal, doub
     constexpr double kFrame = 1.0 / 60.0;
     constexpr float kThreshold = 0.03F;
     constexpr double kNear = 0.060;
-    std::vector<bool> hit(static_cast<size_t>(pulse.beats) + 1, false);
+    std::vector<bool> hit(static_cast<std::size_t>(pulse.beats) + 1, false);
     int elsewhere = 0;
     double closest = 1.0;
     const double end = pulse.TimeOf(pulse.beats);
@@ -123,7 +123,7 @@ void PrintPulse(const Music::BeatPulse& pulse, const Music::Stereo& signal, doub
         }
         // Heard through either scale: the gap by the one that reads double.
         if (2 * reading < kThreshold && near) {
-            hit[static_cast<size_t>(std::max(beat, 0))] = true;
+            hit[static_cast<std::size_t>(std::max(beat, 0))] = true;
         } else if (reading < kThreshold && !near) {
             ++elsewhere;
             std::printf("  false at %.3f (beat %d%+.0f ms)\n", time, beat,

@@ -30,7 +30,7 @@ const std::vector<SettingDefault> kTrackDefaults{
     {"orbit", 0}, // radians a second with which the sound swings from side to side
     {"orbit_depth", 0.6}};
 
-constexpr size_t kControl = 32;      // samples between filter changes
+constexpr std::size_t kControl = 32; // samples between filter changes
 constexpr double kLongestEcho = 5.0; // seconds
 
 /// One track's values over time: its setting, or its curve where the score has one.
@@ -49,7 +49,7 @@ public:
         }
     }
 
-    double At(size_t frame) const {
+    double At(std::size_t frame) const {
         if (!Moves()) {
             return constant;
         }
@@ -77,7 +77,7 @@ void Sweep(Stereo& signal, const Automation& cutoff, double resonance, Pass pass
     for (std::vector<float>* channel : {&signal.left, &signal.right}) {
         StateFilter first;
         StateFilter second;
-        for (size_t i = 0; i < channel->size(); ++i) {
+        for (std::size_t i = 0; i < channel->size(); ++i) {
             if (i % kControl == 0) {
                 const double off = pass == Pass::Low ? 20000.0 : 10.0;
                 const double hertz = cutoff.At(i) > 0 ? cutoff.At(i) : off;
@@ -96,7 +96,7 @@ void Place(Stereo& signal, const Automation& pan, const Automation& gain, const 
     const auto width = static_cast<float>(set["width"]);
     float left = 1.0F;
     float right = 1.0F;
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         if (i % kControl == 0) {
             const double seconds = static_cast<double>(i) / kSampleRate;
             const double swing =
@@ -118,7 +118,7 @@ void AddSent(Stereo& bus, const Stereo& signal, const Automation& level) {
         return;
     }
     float gain = 0.0F;
-    for (size_t i = 0; i < bus.Frames(); ++i) {
+    for (std::size_t i = 0; i < bus.Frames(); ++i) {
         if (i % kControl == 0) {
             gain = level.At(i) <= -90.0 ? 0.0F : FromDb(static_cast<float>(level.At(i)));
         }
@@ -129,7 +129,7 @@ void AddSent(Stereo& bus, const Stereo& signal, const Automation& level) {
 
 /// Turns the whole mix up and down along a curve in dB.
 void Breathe(Stereo& signal, const Automation& gainDb) {
-    for (size_t i = 0; gainDb.Moves() && i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; gainDb.Moves() && i < signal.Frames(); ++i) {
         const float gain = FromDb(static_cast<float>(gainDb.At(i)));
         signal.left[i] *= gain;
         signal.right[i] *= gain;
@@ -139,7 +139,7 @@ void Breathe(Stereo& signal, const Automation& gainDb) {
 /// All buses of the desk while the tracks are played.
 class Desk {
 public:
-    Desk(const Score& piece, const BeatPulse& pictureBeat, size_t frames,
+    Desk(const Score& piece, const BeatPulse& pictureBeat, std::size_t frames,
          std::vector<TrackLevel>* measured)
         : score(piece),
           pulse(pictureBeat),
@@ -266,7 +266,7 @@ BeatPulse PulseOf(const Score& score, std::string& message) {
     return pulse;
 }
 
-Mix PlayTracks(const Score& score, const BeatPulse& pulse, size_t frames,
+Mix PlayTracks(const Score& score, const BeatPulse& pulse, std::size_t frames,
                const MixProgress& progress, std::string& message, std::vector<TrackLevel>* levels) {
     const Settings master(MasterDefaults(), score.masterSettings, message);
     Desk desk(score, pulse, frames, levels);

@@ -34,7 +34,7 @@ BeatPulse PulseOf(const Score& score, std::string& message);
 /// Plays all tracks of the score. On a mistake in the settings the message is set and the mix is
 /// incomplete. `frames` is the length of the piece in samples; `levels`, unless null, receives
 /// a measurement of every track in the order in which they are played.
-Mix PlayTracks(const Score& score, const BeatPulse& pulse, size_t frames,
+Mix PlayTracks(const Score& score, const BeatPulse& pulse, std::size_t frames,
                const MixProgress& progress, std::string& message,
                std::vector<TrackLevel>* levels = nullptr);
 

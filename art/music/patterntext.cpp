@@ -61,7 +61,7 @@ bool AddTuneNote(std::string word, Pattern& pattern) {
         event.velocity = 1.0F;
         word.pop_back();
     }
-    const size_t colon = word.find(':');
+    const std::size_t colon = word.find(':');
     double length = 0;
     if (colon == std::string::npos || !ParseNumber(word.substr(colon + 1), length) || length < 1 ||
         length > kLongestNote) {

@@ -123,7 +123,7 @@ private:
             return Fail("expected 'section BAR TITLE'");
         }
         std::string title = words[2];
-        for (size_t i = 3; i < words.size(); ++i) {
+        for (std::size_t i = 3; i < words.size(); ++i) {
             title += " " + words[i];
         }
         score.sections.emplace_back(static_cast<int>(bar), title);
@@ -138,9 +138,9 @@ private:
         return AddChords(words, 2);
     }
 
-    bool AddChords(const Words& words, size_t first) {
-        for (size_t i = first; i < words.size(); ++i) {
-            const size_t colon = words[i].find(':');
+    bool AddChords(const Words& words, std::size_t first) {
+        for (std::size_t i = first; i < words.size(); ++i) {
+            const std::size_t colon = words[i].find(':');
             double bars = 1.0;
             ChordChange change;
             change.bar = nextChordBar;
@@ -169,9 +169,9 @@ private:
         return AddToPattern(words, 2);
     }
 
-    bool AddToPattern(const Words& words, size_t first) {
+    bool AddToPattern(const Words& words, std::size_t first) {
         Pattern& pattern = score.patterns[current];
-        for (size_t i = first; i < words.size(); ++i) {
+        for (std::size_t i = first; i < words.size(); ++i) {
             const bool good = pattern.kind == PatternKind::Tune ? AddTuneNote(words[i], pattern)
                                                                 : AddSteps(words[i], pattern);
             if (!good) {
@@ -198,7 +198,7 @@ private:
         if (words.size() % 2 != 0) {
             return Fail("settings are pairs of name and value");
         }
-        for (size_t i = 0; i < words.size(); i += 2) {
+        for (std::size_t i = 0; i < words.size(); i += 2) {
             settings.push_back({words[i], words[i + 1], line});
         }
         return true;
@@ -236,7 +236,7 @@ private:
             return Fail("expected 'curve NAME BAR VALUE BAR VALUE ...'");
         }
         Curve& curve = curves[words[1]];
-        for (size_t i = 2; i < words.size(); i += 2) {
+        for (std::size_t i = 2; i < words.size(); i += 2) {
             double bar = 0;
             double value = 0;
             if (!ParseNumber(words[i], bar) || !ParseNumber(words[i + 1], value)) {
@@ -257,7 +257,7 @@ private:
             return Fail("expected 'play FIRST-LAST PATTERN [up N] [at NOTE] [velocity V]'");
         }
         play.pattern = words[2];
-        for (size_t i = 3; i < words.size(); i += 2) {
+        for (std::size_t i = 3; i < words.size(); i += 2) {
             double value = 0;
             const bool number = ParseNumber(words[i + 1], value);
             if (words[i] == "up" && number) {
@@ -275,7 +275,7 @@ private:
 
     /// "25-32" or "25".
     static bool ReadBars(const std::string& text, Play& play) {
-        const size_t dash = text.find('-');
+        const std::size_t dash = text.find('-');
         double first = 0;
         double last = 0;
         if (!ParseNumber(text.substr(0, dash), first)) {
@@ -295,7 +295,7 @@ private:
         if (score.bars < 1 || score.harmony.empty() || score.harmony.front().bar > 1.0) {
             return Fail("the score needs 'bars' and a harmony from bar 1");
         }
-        size_t play = 0;
+        std::size_t play = 0;
         for (const TrackText& track : score.tracks) {
             line = track.line;
             if (score.instruments.count(track.instrument) == 0) {
@@ -332,7 +332,7 @@ double Curve::At(double bar) const {
     if (bar <= points.front().first) {
         return points.front().second;
     }
-    for (size_t i = 1; i < points.size(); ++i) {
+    for (std::size_t i = 1; i < points.size(); ++i) {
         const auto& [bar0, value0] = points[i - 1];
         const auto& [bar1, value1] = points[i];
         if (bar < bar1) {

@@ -13,7 +13,7 @@ namespace Music {
 
 namespace {
 
-constexpr size_t kHeader = 44;
+constexpr std::size_t kHeader = 44;
 constexpr int kChannels = 2;
 constexpr int kWavBytes = 3;
 
@@ -29,10 +29,10 @@ void PutText(Bytes& bytes, const char* text) {
     bytes.insert(bytes.end(), text, text + 4);
 }
 
-std::uint32_t Get(const Bytes& bytes, size_t at, int count) {
+std::uint32_t Get(const Bytes& bytes, std::size_t at, int count) {
     std::uint32_t value = 0;
     for (int i = 0; i < count; ++i) {
-        value |= static_cast<std::uint32_t>(bytes[at + static_cast<size_t>(i)]) << (8 * i);
+        value |= static_cast<std::uint32_t>(bytes[at + static_cast<std::size_t>(i)]) << (8 * i);
     }
     return value;
 }
@@ -43,7 +43,7 @@ void PutSample(Bytes& bytes, float value) {
     Put(bytes, static_cast<std::uint32_t>(whole), kWavBytes);
 }
 
-float SampleAt(const Bytes& bytes, size_t at, int size) {
+float SampleAt(const Bytes& bytes, std::size_t at, int size) {
     const std::uint32_t raw = Get(bytes, at, size) << (32 - 8 * size);
     return static_cast<float>(static_cast<std::int32_t>(raw)) / 2147483648.0F;
 }
@@ -60,7 +60,7 @@ struct LameDeleter {
 };
 using Encoder = std::unique_ptr<lame_global_flags, LameDeleter>;
 
-Encoder MakeEncoder(size_t frames, int kilobits) {
+Encoder MakeEncoder(std::size_t frames, int kilobits) {
     Encoder encoder(lame_init());
     lame_global_flags* flags = encoder.get();
     lame_set_num_samples(flags, static_cast<unsigned long>(frames));
@@ -78,10 +78,10 @@ Encoder MakeEncoder(size_t frames, int kilobits) {
 
 /// Appends the encoder's output for the whole signal; false when LAME reports an error.
 bool Encode(lame_global_flags* flags, const Stereo& signal, Bytes& bytes) {
-    constexpr size_t kBlock = 1152 * 64;
+    constexpr std::size_t kBlock = 1152 * 64;
     Bytes buffer(kBlock * 5 / 4 + 7200);
-    for (size_t at = 0; at < signal.Frames(); at += kBlock) {
-        const size_t count = std::min(kBlock, signal.Frames() - at);
+    for (std::size_t at = 0; at < signal.Frames(); at += kBlock) {
+        const std::size_t count = std::min(kBlock, signal.Frames() - at);
         const int written = lame_encode_buffer_ieee_float(
             flags, signal.left.data() + at, signal.right.data() + at, static_cast<int>(count),
             buffer.data(), static_cast<int>(buffer.size()));
@@ -118,7 +118,7 @@ bool WriteWav(const std::string& path, const Stereo& signal) {
     Put(bytes, 8 * kWavBytes, 2);
     PutText(bytes, "data");
     Put(bytes, size, 4);
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         PutSample(bytes, signal.left[i]);
         PutSample(bytes, signal.right[i]);
     }
@@ -134,18 +134,18 @@ bool ReadWav(const std::string& path, Stereo& signal) {
         return false;
     }
     const int size = static_cast<int>(Get(bytes, 34, 2) / 8);
-    size_t at = 12;
+    std::size_t at = 12;
     while (at + 8 <= bytes.size() && std::memcmp(bytes.data() + at, "data", 4) != 0) {
         at += 8 + Get(bytes, at + 4, 4);
     }
     if (at + 8 > bytes.size() || (size != 2 && size != 3)) {
         return false;
     }
-    const size_t step = kChannels * static_cast<size_t>(size);
-    const size_t length = std::min<size_t>(Get(bytes, at + 4, 4), bytes.size() - at - 8);
-    for (size_t sample = at + 8; sample + step <= at + 8 + length; sample += step) {
+    const std::size_t step = kChannels * static_cast<std::size_t>(size);
+    const std::size_t length = std::min<std::size_t>(Get(bytes, at + 4, 4), bytes.size() - at - 8);
+    for (std::size_t sample = at + 8; sample + step <= at + 8 + length; sample += step) {
         signal.left.push_back(SampleAt(bytes, sample, size));
-        signal.right.push_back(SampleAt(bytes, sample + static_cast<size_t>(size), size));
+        signal.right.push_back(SampleAt(bytes, sample + static_cast<std::size_t>(size), size));
     }
     return true;
 }
@@ -157,7 +157,7 @@ bool WriteMp3(const std::string& path, const Stereo& signal, int kilobits) {
         return false;
     }
     // LAME left room for the tag in the first frame; it is known only now.
-    const size_t tag = lame_get_lametag_frame(encoder.get(), nullptr, 0);
+    const std::size_t tag = lame_get_lametag_frame(encoder.get(), nullptr, 0);
     if (tag == 0 || tag > bytes.size()) {
         return false;
     }

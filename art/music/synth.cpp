@@ -10,7 +10,7 @@ namespace Music {
 
 namespace {
 
-constexpr size_t kControl = 16; // samples between changes of pitch and cut-off
+constexpr std::size_t kControl = 16; // samples between changes of pitch and cut-off
 constexpr int kMostVoices = 32;
 constexpr double kLongestRelease = 8.0; // seconds a note may ring after its end
 
@@ -27,9 +27,10 @@ public:
 
     void Render(const Note& note, Stereo& out) const override {
         Voice voice(set, note);
-        const size_t first = FrameAt(note.start);
-        const size_t last = std::min(out.Frames(), first + FrameAt(note.length + kLongestRelease));
-        for (size_t i = first; i < last && !voice.Done(); ++i) {
+        const std::size_t first = FrameAt(note.start);
+        const std::size_t last =
+            std::min(out.Frames(), first + FrameAt(note.length + kLongestRelease));
+        for (std::size_t i = first; i < last && !voice.Done(); ++i) {
             voice.Next(i - first, out.left[i], out.right[i]);
         }
     }
@@ -64,7 +65,7 @@ private:
 
         bool Done() const { return amplitude.Done() || amplitude.Silent(); }
 
-        void Next(size_t frame, float& left, float& right) {
+        void Next(std::size_t frame, float& left, float& right) {
             const float bright = sweep.Next();
             if (frame % kControl == 0) {
                 Control(static_cast<double>(frame) / kSampleRate, bright);

@@ -25,12 +25,12 @@ const std::vector<Quality>& Qualities() {
 }
 
 /// Reads a letter and an accidental at `at`, moving `at` behind them.
-bool ParsePitchClass(const std::string& text, size_t& at, int& pitchClass) {
+bool ParsePitchClass(const std::string& text, std::size_t& at, int& pitchClass) {
     static constexpr std::array<int, 7> kLetters{9, 11, 0, 2, 4, 5, 7}; // A..G
     if (at >= text.size() || text[at] < 'A' || text[at] > 'G') {
         return false;
     }
-    pitchClass = kLetters.at(static_cast<size_t>(text[at++] - 'A'));
+    pitchClass = kLetters.at(static_cast<std::size_t>(text[at++] - 'A'));
     if (at < text.size() && (text[at] == '#' || text[at] == 'b')) {
         pitchClass += text[at++] == '#' ? 1 : -1;
     }
@@ -50,7 +50,7 @@ int IntervalOf(const Chord& chord, std::initializer_list<int> wanted, int otherw
 } // namespace
 
 bool ParseNote(const std::string& text, int& midi) {
-    size_t at = 0;
+    std::size_t at = 0;
     int pitchClass = 0;
     if (!ParsePitchClass(text, at, pitchClass) || at + 1 != text.size() ||
         std::isdigit(static_cast<unsigned char>(text[at])) == 0) {
@@ -61,12 +61,12 @@ bool ParseNote(const std::string& text, int& midi) {
 }
 
 bool ParseChord(const std::string& text, Chord& chord) {
-    size_t at = 0;
+    std::size_t at = 0;
     Chord parsed;
     if (!ParsePitchClass(text, at, parsed.root)) {
         return false;
     }
-    const size_t slash = text.find('/', at);
+    const std::size_t slash = text.find('/', at);
     const std::string name = text.substr(at, slash == std::string::npos ? slash : slash - at);
     const auto found = std::find_if(Qualities().begin(), Qualities().end(),
                                     [&](const Quality& quality) { return name == quality.name; });

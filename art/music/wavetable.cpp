@@ -77,14 +77,14 @@ std::vector<float> Version(Wave wave, int harmonics) {
     for (int n = 1; n <= harmonics; ++n) {
         // A sine of amplitude a is a/2i at +n and -a/2i at -n.
         const std::complex<double> half(0.0, -0.5 * Harmonic(wave, n));
-        bins[static_cast<size_t>(n)] = half;
-        bins[static_cast<size_t>(kSize - n)] = std::conj(half);
+        bins[static_cast<std::size_t>(n)] = half;
+        bins[static_cast<std::size_t>(kSize - n)] = std::conj(half);
     }
     std::vector<std::complex<double>> period(kSize);
     kissfft<double>(kSize, true).transform(bins.data(), period.data());
     std::vector<float> samples;
     for (int i = -1; i < kSize + 2; ++i) {
-        const auto at = static_cast<size_t>((i + kSize) % kSize);
+        const auto at = static_cast<std::size_t>((i + kSize) % kSize);
         samples.push_back(static_cast<float>(period[at].real()));
     }
     return samples;
@@ -103,7 +103,7 @@ bool FindWave(const std::string& name, Wave& wave) {
 }
 
 Wave WaveOf(double number) {
-    return kNames.at(static_cast<size_t>(std::clamp(number, 0.0, kNames.size() - 1.0))).wave;
+    return kNames.at(static_cast<std::size_t>(std::clamp(number, 0.0, kNames.size() - 1.0))).wave;
 }
 
 WaveTable::WaveTable(Wave wave) {
@@ -121,14 +121,14 @@ const WaveTable& WaveTable::Of(Wave wave) {
                                                  WaveTable(Wave::Square), WaveTable(Wave::Triangle),
                                                  WaveTable(Wave::Hollow), WaveTable(Wave::Organ),
                                                  WaveTable(Wave::Reed)};
-    return tables.at(static_cast<size_t>(wave));
+    return tables.at(static_cast<std::size_t>(wave));
 }
 
 const float* WaveTable::Version(double frequency) const {
     const int most = static_cast<int>(kHighestPartial / frequency);
     const auto above = std::upper_bound(harmonics.begin(), harmonics.end(), most);
     const auto index = above == harmonics.begin() ? 0 : above - harmonics.begin() - 1;
-    return versions[static_cast<size_t>(index)].data();
+    return versions[static_cast<std::size_t>(index)].data();
 }
 
 float WaveTable::Read(const float* version, double phase) {

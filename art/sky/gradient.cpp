@@ -37,15 +37,15 @@ Vec3 AtRegions(const Stop& stop, const Regions& regions) {
 }
 
 /// The index of the stop at or below the elevation, at most the last but one.
-size_t StopBelow(float elevation) {
-    size_t below = 0;
+std::size_t StopBelow(float elevation) {
+    std::size_t below = 0;
     while (below + 2 < kStops.size() && kStops[below + 1].elevation <= elevation)
         ++below;
     return below;
 }
 
 /// Slope of the gradient at a stop, by its neighbours, so that no stop shows as a band.
-Vec3 SlopeAt(size_t index, const Regions& regions) {
+Vec3 SlopeAt(std::size_t index, const Regions& regions) {
     const Stop& before = kStops[index == 0 ? 0 : index - 1];
     const Stop& after = kStops[std::min(index + 1, kStops.size() - 1)];
     return (AtRegions(after, regions) - AtRegions(before, regions)) /
@@ -85,7 +85,7 @@ Vec3 MixRegions(const Regions& regions, Vec3 towards, Vec3 across, Vec3 away) {
 Vec3 ClearSky(const SkyPoint& point) {
     const float elevation = std::max(point.elevation, 0.0f);
     const Regions regions = RegionsAt(point.fromLight);
-    const size_t index = StopBelow(elevation);
+    const std::size_t index = StopBelow(elevation);
     const float span = kStops[index + 1].elevation - kStops[index].elevation;
     const float t = (elevation - kStops[index].elevation) / span;
     // Cubic Hermite interpolation between the two stops.

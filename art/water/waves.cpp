@@ -59,7 +59,7 @@ Wave DrawWave(const Scale& scale, Random& random) {
 std::vector<Wave> DrawWaves(const Scale& scale, std::uint32_t seed) {
     Random random(seed);
     std::vector<Wave> waves;
-    waves.reserve(static_cast<size_t>(scale.waves));
+    waves.reserve(static_cast<std::size_t>(scale.waves));
     for (int i = 0; i < scale.waves; ++i)
         waves.push_back(DrawWave(scale, random));
     return waves;
@@ -84,14 +84,14 @@ float Gust(int s, int t, int size) {
 }
 
 void FillRow(const std::vector<std::vector<Wave>>& sea, int t, SlopeMap& map) {
-    std::vector<Vec2> row(static_cast<size_t>(map.size));
-    for (size_t i = 0; i < sea.size(); ++i) {
+    std::vector<Vec2> row(static_cast<std::size_t>(map.size));
+    for (std::size_t i = 0; i < sea.size(); ++i) {
         row.assign(row.size(), {});
         for (const Wave& wave : sea[i])
             AddToRow(wave, map.size, t, row);
         for (int s = 0; s < map.size; ++s) {
             const float share = Mix(1.0f, 1.7f * Gust(s, t, map.size), kScales[i].gusting);
-            Vec2& slope = map.slopes[static_cast<size_t>(t) * map.size + s];
+            Vec2& slope = map.slopes[static_cast<std::size_t>(t) * map.size + s];
             slope = slope + row[s] * share;
         }
     }
@@ -117,7 +117,7 @@ SlopeMap MakeWaves(int size) {
     std::vector<std::vector<Wave>> sea;
     for (const Scale& scale : kScales)
         sea.push_back(DrawWaves(scale, 700 + static_cast<std::uint32_t>(sea.size())));
-    SlopeMap map{size, std::vector<Vec2>(static_cast<size_t>(size) * size)};
+    SlopeMap map{size, std::vector<Vec2>(static_cast<std::size_t>(size) * size)};
     ForEachIndex(size, 0, [&](int t) { FillRow(sea, t, map); });
     Level(map);
     return map;

@@ -12,7 +12,7 @@ struct SlopeMap {
     int size = 0;
     std::vector<Vec2> slopes; ///< size * size, rows in the order of growing t
 
-    const Vec2& At(int s, int t) const { return slopes[static_cast<size_t>(t) * size + s]; }
+    const Vec2& At(int s, int t) const { return slopes[static_cast<std::size_t>(t) * size + s]; }
 };
 
 /// A calm evening sea of waves from half a tile down to a ninetieth of one. The waves of
