@@ -67,7 +67,7 @@ std::vector<double> Numbers(const char* name) {
 double Seconds(clockid_t clock) {
     timespec now{};
     clock_gettime(clock, &now);
-    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
 /// The function of this name that the program would have called without the probe.
@@ -96,7 +96,7 @@ public:
 
     /// Called when a frame has ended: moves stepped time to that of the next one.
     void EndFrame(int nextFrame) {
-        const size_t next = size_t(nextFrame);
+        const std::size_t next = static_cast<std::size_t>(nextFrame);
         if (times.empty())
             stepped = step * nextFrame;
         else
@@ -108,7 +108,7 @@ public:
     /// What gettimeofday() tells the program, in microseconds.
     std::int64_t ClockMicroseconds() const {
         const double seconds = Stepped() ? stepped : Seconds(CLOCK_REALTIME);
-        return std::llround(seconds * double(microsecondsPerSecond));
+        return std::llround(seconds * static_cast<double>(microsecondsPerSecond));
     }
 
 private:
@@ -133,8 +133,8 @@ public:
 private:
     void Write(double time) const {
         const SDL_Surface* screen = SDL_GetVideoSurface();
-        const size_t row = size_t(screen->w) * 3;
-        std::vector<unsigned char> bytes(row * size_t(screen->h));
+        const std::size_t row = static_cast<std::size_t>(screen->w) * 3;
+        std::vector<unsigned char> bytes(row * static_cast<std::size_t>(screen->h));
         GLint alignment = 0;
         glGetIntegerv(GL_PACK_ALIGNMENT, &alignment);
         glPixelStorei(GL_PACK_ALIGNMENT, 1);
@@ -146,15 +146,15 @@ private:
         std::ofstream file(folder + name, std::ios::binary);
         file << "P6\n" << screen->w << ' ' << screen->h << "\n255\n";
         for (int y = screen->h - 1; y >= 0; --y) // OpenGL counts rows from below
-            file.write(reinterpret_cast<const char*>(&bytes[size_t(y) * row]),
-                       std::streamsize(row));
+            file.write(reinterpret_cast<const char*>(&bytes[static_cast<std::size_t>(y) * row]),
+                       static_cast<std::streamsize>(row));
         if (!file.good())
             std::cerr << "cannot write " << folder << name << '\n';
     }
 
     std::vector<double> times;
     std::string folder;
-    size_t next = 0;
+    std::size_t next = 0;
 };
 
 // --- Durations --------------------------------------------------------------------------------
@@ -245,7 +245,8 @@ private:
         if (milliseconds.empty())
             return 0.0;
         std::sort(milliseconds.begin(), milliseconds.end());
-        return milliseconds[size_t(part * double(milliseconds.size() - 1))];
+        return milliseconds[static_cast<std::size_t>(part *
+                                                     static_cast<double>(milliseconds.size() - 1))];
     }
 
     void Write() {

@@ -19,8 +19,8 @@ using namespace Tools;
 
 /// "some/frame_0013.900.ppm" -> "13.900"; other names -> nothing.
 std::string Label(const std::string& path) {
-    const size_t begin = path.rfind("frame_");
-    const size_t end = path.rfind(".ppm");
+    const std::size_t begin = path.rfind("frame_");
+    const std::size_t end = path.rfind(".ppm");
     if (begin == std::string::npos || end == std::string::npos || end < begin + 6)
         return "";
     std::string label = path.substr(begin + 6, end - begin - 6);

@@ -26,7 +26,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr auto lookInterval = std::chrono::milliseconds(5);
-constexpr size_t mostComplaint = 1 << 12; // bytes read of what it said
+constexpr std::size_t mostComplaint = 1 << 12; // bytes read of what it said
 
 /// A file descriptor that is closed at the end of a block.
 class Descriptor {
@@ -80,12 +80,12 @@ std::string ReadAll(int pipe, Clock::time_point end) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
         pollfd waiting{pipe, POLLIN, 0};
-        if (left <= 0 || poll(&waiting, 1, int(left)) == 0)
+        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0)
             return text;
         const ssize_t count = read(pipe, piece.data(), piece.size());
         if (count == 0 || (count < 0 && errno != EINTR))
             return text;
-        text.append(piece.data(), size_t(std::max<ssize_t>(count, 0)));
+        text.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     }
 }
 
@@ -93,7 +93,7 @@ Facts ParseFacts(const std::string& text) {
     Facts facts;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
-        const size_t blank = line.find(' ');
+        const std::size_t blank = line.find(' ');
         if (blank != std::string::npos)
             facts[line.substr(0, blank)] = line.substr(blank + 1);
     }
@@ -103,7 +103,8 @@ Facts ParseFacts(const std::string& text) {
 /// The first line tells what went wrong, those behind it where.
 std::string FirstLine(int file) {
     std::string text(mostComplaint, '\0');
-    text.resize(size_t(std::max<ssize_t>(pread(file, text.data(), text.size(), 0), 0)));
+    text.resize(
+        static_cast<std::size_t>(std::max<ssize_t>(pread(file, text.data(), text.size(), 0), 0)));
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);)
         if (!line.empty())

@@ -92,7 +92,7 @@ Row FileRow(const DataFile& file, const std::string& published) {
         return row;
     }
     const std::string sum = SumOf(in);
-    row.values.push_back(NumberValue("bytes", double(bytes)));
+    row.values.push_back(NumberValue("bytes", static_cast<double>(bytes)));
     row.values.push_back({"sha256", sum});
     Compare(sum, published, file, row);
     return row;
@@ -126,8 +126,9 @@ Row SumUp(const Table& details) {
         bytes += Bytes(detail);
     const auto good = std::count_if(details.begin(), details.end(),
                                     [](const Row& detail) { return detail.state == State::Ok; });
-    row.values = {NumberValue("files", double(details.size())),
-                  NumberValue("as_published", double(good)), NumberValue("bytes", bytes)};
+    row.values = {NumberValue("files", static_cast<double>(details.size())),
+                  NumberValue("as_published", static_cast<double>(good)),
+                  NumberValue("bytes", bytes)};
     const std::string wrong = NameWrong(details);
     if (wrong.empty())
         row.Set(State::Ok, "all " + std::to_string(good) + " files are there, as published");
@@ -149,8 +150,8 @@ std::vector<DataFile> DataFiles() {
 }
 
 std::map<std::string, std::string> ReadSums(const std::string& path) {
-    constexpr size_t digits = 64;
-    constexpr size_t gap = 2; // a blank, and a blank or the star of a binary file
+    constexpr std::size_t digits = 64;
+    constexpr std::size_t gap = 2; // a blank, and a blank or the star of a binary file
     std::map<std::string, std::string> sums;
     std::ifstream in(path);
     for (std::string line; std::getline(in, line);)

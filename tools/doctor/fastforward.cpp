@@ -24,7 +24,7 @@ std::int64_t begin = 0; // of the first frame, in microseconds; 0: it has not be
 std::int64_t RealTime() {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    return std::int64_t(now.tv_sec) * microsecondsPerSecond + now.tv_nsec / 1000;
+    return static_cast<std::int64_t>(now.tv_sec) * microsecondsPerSecond + now.tv_nsec / 1000;
 }
 
 double Factor() {
@@ -46,7 +46,7 @@ extern "C" int SDL_PollEvent(SDL_Event* event) {
 extern "C" int gettimeofday(timeval* time, void*) noexcept {
     std::int64_t now = RealTime();
     if (begin != 0)
-        now = begin + std::llround(double(now - begin) * Factor());
+        now = begin + std::llround(static_cast<double>(now - begin) * Factor());
     time->tv_sec = now / microsecondsPerSecond;
     time->tv_usec = now % microsecondsPerSecond;
     return 0;

@@ -92,7 +92,7 @@ bool NoteVideo(const Notebook& notebook) {
         return false;
     }
     std::array<char, 64> name{};
-    SDL_VideoDriverName(name.data(), int(name.size()));
+    SDL_VideoDriverName(name.data(), static_cast<int>(name.size()));
     notebook.Note("driver", name.data());
     return true;
 }

@@ -59,7 +59,7 @@ constexpr Version glslNeeded = {1, 10};
 
 std::string Lowered(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char letter) { return char(std::tolower(letter)); });
+                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
     return text;
 }
 

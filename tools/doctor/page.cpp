@@ -10,8 +10,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr size_t stateColumn = 6; // letters
-constexpr size_t titleColumn = 22;
+constexpr std::size_t stateColumn = 6; // letters
+constexpr std::size_t titleColumn = 22;
 
 /// Raised when a key is renamed or removed, not when one is added.
 constexpr int jsonFormat = 1;
@@ -33,7 +33,7 @@ const StateName& NameOf(State state) {
                          [&](const StateName& name) { return name.state == state; });
 }
 
-std::string Padded(const std::string& text, size_t width) {
+std::string Padded(const std::string& text, std::size_t width) {
     return text + std::string(text.size() < width ? width - text.size() : 1, ' ');
 }
 

@@ -66,7 +66,7 @@ PictureSize ReadJpeg(std::istream& in) {
 
 PictureSize ReadPictureSize(std::istream& in) {
     std::string signature(8, '\0');
-    in.read(signature.data(), std::streamsize(signature.size()));
+    in.read(signature.data(), static_cast<std::streamsize>(signature.size()));
     if (signature == "\x89PNG\r\n\x1A\n")
         return ReadPng(in);
     if (signature.compare(0, 2, "\xFF\xD8") == 0)

@@ -28,7 +28,7 @@ std::string Rounded(double number, int digits) {
 
 /// The time that `part` (0..1) of the frames stay within. There is at least one frame.
 double Milliseconds(const std::vector<double>& sorted, double part) {
-    return sorted[size_t(part * double(sorted.size() - 1))];
+    return sorted[static_cast<std::size_t>(part * static_cast<double>(sorted.size() - 1))];
 }
 
 /// Whether the engine told the log that it found no usable OpenGL: the demo ends then at once, and
@@ -54,10 +54,10 @@ void Measure(const std::vector<double>& sorted, Row& row) {
         sum += milliseconds;
     const double median = Milliseconds(sorted, 0.5);
     const double slow = Milliseconds(sorted, slowPart);
-    const double rate = sum > 0.0 ? double(sorted.size()) * 1000.0 / sum : 0.0;
-    row.values = {NumberValue("frames", double(sorted.size())), NumberValue("fps", rate),
-                  NumberValue("median_ms", median), NumberValue("slow_ms", slow),
-                  NumberValue("longest_ms", sorted.back())};
+    const double rate = sum > 0.0 ? static_cast<double>(sorted.size()) * 1000.0 / sum : 0.0;
+    row.values = {NumberValue("frames", static_cast<double>(sorted.size())),
+                  NumberValue("fps", rate), NumberValue("median_ms", median),
+                  NumberValue("slow_ms", slow), NumberValue("longest_ms", sorted.back())};
     row.finding = Rounded(rate, 1) + " frames per second; half of the frames take " +
                   Rounded(median, 1) + " ms or less, the slowest 5 % more than " +
                   Rounded(slow, 1) + " ms";
@@ -90,7 +90,7 @@ void LookAtErrors(const Rehearsal& rehearsal, Row& row) {
 }
 
 void LookAtLog(const Rehearsal& rehearsal, Row& row) {
-    row.values = {NumberValue("rows", double(rehearsal.rows.size()))};
+    row.values = {NumberValue("rows", static_cast<double>(rehearsal.rows.size()))};
     row.Set(State::Ok, "no row says ERROR");
     if (rehearsal.rows.empty())
         return;
@@ -118,8 +118,8 @@ const Check checks[] = {
 
 Table RehearsalRows(const Rehearsal& rehearsal) {
     Table table = NoRehearsalRows("the demo did not get that far");
-    const size_t looks = EngineRefused(rehearsal) ? 1 : table.size();
-    for (size_t i = 0; i < looks; ++i)
+    const std::size_t looks = EngineRefused(rehearsal) ? 1 : table.size();
+    for (std::size_t i = 0; i < looks; ++i)
         checks[i].look(rehearsal, table[i]);
     return table;
 }

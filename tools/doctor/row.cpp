@@ -7,7 +7,7 @@ namespace Doctor {
 Value NumberValue(const std::string& name, double number) {
     std::ostringstream text;
     // Whole numbers, such as bytes, to the last digit.
-    text.precision(number == double(static_cast<long long>(number)) ? 15 : 4);
+    text.precision(number == static_cast<double>(static_cast<long long>(number)) ? 15 : 4);
     text << number;
     return {name, text.str(), true};
 }

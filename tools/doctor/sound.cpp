@@ -42,7 +42,7 @@ std::string Describe(snd_pcm_t* pcm) {
     const std::unique_ptr<snd_output_t, Closer> output(opened);
     snd_pcm_dump(pcm, output.get());
     char* text = nullptr;
-    const size_t length = snd_output_buffer_string(output.get(), &text);
+    const std::size_t length = snd_output_buffer_string(output.get(), &text);
     return {text, length};
 }
 
@@ -77,12 +77,13 @@ bool NoteRoute(const Notebook& notebook) {
 
 /// The longest time, in frames, that the device held back what it was given.
 std::int64_t LongestDelay(Device& device) {
-    const std::vector<std::int16_t> silence(size_t(device.PeriodFrames() * Vell::Sound::sides), 0);
+    const std::vector<std::int16_t> silence(
+        static_cast<std::size_t>(device.PeriodFrames() * Vell::Sound::sides), 0);
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(longest);
     std::int64_t given = 0;
     std::int64_t delay = 0;
     // A device that takes everything at once would take this without an end: both are limits.
-    while (std::chrono::steady_clock::now() < end && double(given) < longest * rate) {
+    while (std::chrono::steady_clock::now() < end && static_cast<double>(given) < longest * rate) {
         const Device::Answer answer = device.Write(silence.data(), device.PeriodFrames());
         if (answer.outcome == Device::Outcome::Lost)
             break;
@@ -154,7 +155,7 @@ void LookAtSound(const Notebook& notebook) {
     if (!device.Open(rate))
         return;
     const std::int64_t delay = LongestDelay(device);
-    notebook.Note("delay_ms", int(delay * 1000 / rate));
+    notebook.Note("delay_ms", static_cast<int>(delay * 1000 / rate));
 }
 
 Row SoundRow(const Apart& look) {

@@ -57,7 +57,8 @@ pid_t OwnerOf(Display* display, Window window) {
     const XMemory<unsigned char> owned(bytes);
     if (status != Success || bits != 32 || count != 1)
         return 0;
-    return pid_t(*reinterpret_cast<unsigned long*>(bytes)); // Xlib keeps 32 bits in a long
+    return static_cast<pid_t>(
+        *reinterpret_cast<unsigned long*>(bytes)); // Xlib keeps 32 bits in a long
 }
 
 /// The process's window among `parent` and all that it holds; None without one.

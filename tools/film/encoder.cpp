@@ -15,7 +15,7 @@ namespace Film {
 
 namespace {
 
-constexpr size_t rowBytes = size_t(pictureWidth) * framePixelBytes;
+constexpr std::size_t rowBytes = static_cast<std::size_t>(pictureWidth) * framePixelBytes;
 
 std::vector<std::string> Joined(std::initializer_list<std::vector<std::string>> lists) {
     std::vector<std::string> all;
@@ -115,22 +115,24 @@ Encoder::Encoder(const std::string& path, const FilmFormat& format, const std::s
 void Encoder::Write(FramePixels pixels) {
     // Rows go out from the top: the order costs nothing here.
     std::array<iovec, pictureHeight> rows;
-    for (size_t y = 0; y < rows.size(); ++y) {
-        const size_t fromBelow = rows.size() - 1 - y;
+    for (std::size_t y = 0; y < rows.size(); ++y) {
+        const std::size_t fromBelow = rows.size() - 1 - y;
         rows[y] = {const_cast<unsigned char*>(&pixels[fromBelow * rowBytes]), rowBytes};
     }
-    size_t first = 0;
+    std::size_t first = 0;
     while (first < rows.size()) {
-        ssize_t written = writev(ffmpeg.Input(), &rows[first], int(rows.size() - first));
+        ssize_t written =
+            writev(ffmpeg.Input(), &rows[first], static_cast<int>(rows.size() - first));
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
             throw std::runtime_error("ffmpeg gave up: " + ffmpeg.Output());
-        for (; first < rows.size() && size_t(written) >= rows[first].iov_len; ++first)
-            written -= ssize_t(rows[first].iov_len);
+        for (; first < rows.size() && static_cast<std::size_t>(written) >= rows[first].iov_len;
+             ++first)
+            written -= static_cast<ssize_t>(rows[first].iov_len);
         if (first < rows.size()) {
             rows[first].iov_base = static_cast<char*>(rows[first].iov_base) + written;
-            rows[first].iov_len -= size_t(written);
+            rows[first].iov_len -= static_cast<std::size_t>(written);
         }
     }
 }

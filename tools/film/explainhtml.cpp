@@ -39,7 +39,7 @@ std::string LinkTo(const std::string& id, const std::string& content) {
 std::string Grouped(long long number) {
     const std::string digits = std::to_string(number);
     std::string grouped;
-    for (size_t i = 0; i < digits.size(); ++i) {
+    for (std::size_t i = 0; i < digits.size(); ++i) {
         const bool afterDigit = i > 0 && digits[i - 1] != '-';
         if (afterDigit && (digits.size() - i) % 3 == 0)
             grouped += ',';
@@ -65,9 +65,9 @@ std::string Numbers(const std::vector<float>& numbers) {
 
 void Table::Row(const std::vector<std::string>& cells) {
     std::string row;
-    for (size_t i = 0; i < cells.size(); ++i) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
         std::string attributes = IsNumber(i) ? "class=\"n\"" : "";
-        const size_t rest = heads.size() - i;
+        const std::size_t rest = heads.size() - i;
         if (i + 1 == cells.size() && rest > 1)
             attributes = "colspan=\"" + std::to_string(rest) + "\"";
         row += Element("td", cells[i], attributes);
@@ -77,7 +77,7 @@ void Table::Row(const std::vector<std::string>& cells) {
 
 std::string Table::Html() const {
     std::string head;
-    for (size_t i = 0; i < heads.size(); ++i)
+    for (std::size_t i = 0; i < heads.size(); ++i)
         head += IsNumber(i) ? Element("th", heads[i].substr(1), "class=\"n\"")
                             : Element("th", heads[i]);
     std::string table = "\n";

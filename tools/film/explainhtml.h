@@ -37,7 +37,7 @@ public:
     std::string Html() const;
 
 private:
-    bool IsNumber(size_t column) const { return heads[column].starts_with('#'); }
+    bool IsNumber(std::size_t column) const { return heads[column].starts_with('#'); }
 
     const std::vector<std::string> heads;
     std::string rows;

@@ -40,7 +40,7 @@ std::string Joined(const std::vector<std::string>& texts) {
     return joined;
 }
 
-std::string PassId(size_t index) {
+std::string PassId(std::size_t index) {
     return "pass-" + std::to_string(index + 1);
 }
 
@@ -50,7 +50,7 @@ std::string PassId(size_t index) {
 std::string FlightInWords(const Story& story) {
     if (story.flights.empty())
         return "none";
-    const size_t index = FlightOf(story);
+    const std::size_t index = FlightOf(story);
     const TracedFlight& flight = story.flights[index];
     return std::to_string(index + 1) + " of " + std::to_string(story.flights.size()) + ", from " +
            Point(flight.start) + " to " + Point(flight.end) + " in " + Number(flight.duration) +
@@ -84,7 +84,8 @@ Value Total(const Story& story, Value (*of)(const Pass& pass)) {
 }
 
 std::string TotalsInWords(const Story& story) {
-    const int draws = Total<int>(story, [](const Pass& pass) { return int(pass.draws.size()); });
+    const int draws =
+        Total<int>(story, [](const Pass& pass) { return static_cast<int>(pass.draws.size()); });
     return Grouped(Total<int>(story, Vertices)) + " vertices, " +
            Grouped(Total<int>(story, Triangles)) + " triangles in " + Grouped(draws) +
            " calls and " + std::to_string(story.passes.size()) + " passes";
@@ -97,11 +98,12 @@ std::string TotalTime(const Story& story) {
 
 std::string Facts(const Story& story, Measured measured) {
     // A float, as the demo keeps it: it decides at a cut.
-    const Timeline::Segment segment = Timeline::SegmentAt(float(story.time));
+    const Timeline::Segment segment = Timeline::SegmentAt(static_cast<float>(story.time));
     Table table({"", ""});
     table.Row({"Demo time", Fixed(story.time, 3) + " s"});
     table.Row({"Frame", Grouped(story.frame) + ", counted from 0, at " +
-                            Number(double(story.rate.frames) / double(story.rate.seconds)) +
+                            Number(static_cast<double>(story.rate.frames) /
+                                   static_cast<double>(story.rate.seconds)) +
                             " a second"});
     table.Row({"Timeline", Escape(WordsFor(segment))});
     table.Row({"Flight", Escape(FlightInWords(story))});
@@ -122,14 +124,14 @@ std::string PassTable(const Story& story, const Shots& shots, Measured measured)
     if (measured == Measured::shown)
         heads.emplace_back("#ms");
     Table table(heads);
-    for (size_t i = 0; i < story.passes.size(); ++i) {
+    for (std::size_t i = 0; i < story.passes.size(); ++i) {
         const Pass& pass = story.passes[i];
         std::vector<std::string> cells = {std::to_string(i + 1),
                                           LinkTo(PassId(i), Escape(pass.name)),
                                           shots.SmallPass(i),
                                           Escape(pass.target),
                                           Size(pass.width, pass.height),
-                                          Grouped(int(pass.draws.size())),
+                                          Grouped(static_cast<int>(pass.draws.size())),
                                           Grouped(Vertices(pass)),
                                           Grouped(Triangles(pass))};
         if (measured == Measured::shown)
@@ -176,7 +178,7 @@ std::string StateOf(const Pass& pass) {
     std::string items;
     for (const std::string& clear : pass.clears)
         items += Element("li", "clears " + clear);
-    const int all = int(pass.draws.size());
+    const int all = static_cast<int>(pass.draws.size());
     for (const auto& [phrase, count] : phrases)
         items +=
             Element("li", Escape(phrase) + (count == all ? ""
@@ -191,9 +193,10 @@ std::string ReadsOf(const Pass& pass, const Shots& shots) {
     Table table({"", "reads", "by", "#size"});
     for (const Input& input : pass.inputs) {
         const std::string name = Escape(input.name);
-        table.Row({shots.SmallInput(input),
-                   input.pass < 0 ? name : LinkTo(PassId(size_t(input.pass)), name),
-                   Escape(input.reader), input.width > 0 ? Size(input.width, input.height) : ""});
+        table.Row(
+            {shots.SmallInput(input),
+             input.pass < 0 ? name : LinkTo(PassId(static_cast<std::size_t>(input.pass)), name),
+             Escape(input.reader), input.width > 0 ? Size(input.width, input.height) : ""});
     }
     return Element("h3", "Reads") + table.Html();
 }
@@ -225,17 +228,17 @@ std::string BaseName(const std::string& name) {
 
 std::string DrawsOf(const Pass& pass) {
     Table table({"#", "call", "#vertices", "#triangles", "program", "reads", "state"});
-    for (size_t i = 0; i < pass.draws.size(); ++i) {
+    for (std::size_t i = 0; i < pass.draws.size(); ++i) {
         const Draw& draw = pass.draws[i];
         std::vector<std::string> reads;
         for (const int input : draw.inputs)
-            reads.push_back(BaseName(pass.inputs[size_t(input)].name));
+            reads.push_back(BaseName(pass.inputs[static_cast<std::size_t>(input)].name));
         table.Row({std::to_string(i + 1), draw.call, Grouped(draw.vertices),
                    Grouped(draw.triangles),
-                   Escape(BaseName(pass.programs[size_t(draw.program)].name)),
+                   Escape(BaseName(pass.programs[static_cast<std::size_t>(draw.program)].name)),
                    Escape(Joined(reads)), Escape(Joined(draw.state))});
     }
-    const size_t count = pass.draws.size();
+    const std::size_t count = pass.draws.size();
     return Element("details", Element("summary", count == 1 ? "The call that draws"
                                                             : "The " + std::to_string(count) +
                                                                   " calls that draw") +
@@ -243,12 +246,13 @@ std::string DrawsOf(const Pass& pass) {
 }
 
 std::string CostOf(const Pass& pass, Measured measured) {
-    return Grouped(int(pass.draws.size())) + (pass.draws.size() == 1 ? " call, " : " calls, ") +
-           Grouped(Vertices(pass)) + " vertices, " + Grouped(Triangles(pass)) + " triangles" +
+    return Grouped(static_cast<int>(pass.draws.size())) +
+           (pass.draws.size() == 1 ? " call, " : " calls, ") + Grouped(Vertices(pass)) +
+           " vertices, " + Grouped(Triangles(pass)) + " triangles" +
            (measured == Measured::shown ? ", " + Fixed(pass.milliseconds, 2) + " ms" : "");
 }
 
-std::string Section(const Story& story, size_t index, const Shots& shots, Measured measured) {
+std::string Section(const Story& story, std::size_t index, const Shots& shots, Measured measured) {
     const Pass& pass = story.passes[index];
     const std::string title =
         std::to_string(index + 1) + ". " + Escape(pass.name) + " " +
@@ -268,7 +272,7 @@ std::string PageOf(const Story& story, Measured measured) {
     const std::string title = "Nimbrel at " + Fixed(story.time, 3) + " s, pass by pass";
     std::string body = Element("h1", title) + "\n" + shots.Final() + Facts(story, measured) +
                        Overview(story, shots, measured);
-    for (size_t i = 0; i < story.passes.size(); ++i)
+    for (std::size_t i = 0; i < story.passes.size(); ++i)
         body += Section(story, i, shots, measured);
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n"
            "<meta name=\"viewport\" content=\"width=device-width\"/>\n" +

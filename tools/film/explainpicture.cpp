@@ -9,17 +9,17 @@ namespace Film {
 
 namespace {
 
-constexpr size_t pixelBytes = 4; // RGBA
+constexpr std::size_t pixelBytes = 4; // RGBA
 
 std::string Base64(const std::vector<unsigned char>& bytes) {
     constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string text;
-    for (size_t i = 0; i < bytes.size(); i += 3) {
-        const size_t count = std::min<size_t>(3, bytes.size() - i);
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        const std::size_t count = std::min<std::size_t>(3, bytes.size() - i);
         unsigned int bits = 0;
-        for (size_t k = 0; k < 3; ++k)
+        for (std::size_t k = 0; k < 3; ++k)
             bits = bits << 8 | (k < count ? bytes[i + k] : 0);
-        for (size_t k = 0; k < 4; ++k)
+        for (std::size_t k = 0; k < 4; ++k)
             text += k <= count ? digits[bits >> (18 - 6 * k) & 63] : '=';
     }
     return text;
@@ -50,7 +50,7 @@ constexpr float untouchedDepth = 1.0f; // what glClear() leaves
 double Distance(const Pass& pass, float depth) {
     const double n = pass.nearPlane;
     const double f = pass.farPlane;
-    return n * f / (f - double(depth) * (f - n));
+    return n * f / (f - static_cast<double>(depth) * (f - n));
 }
 
 constexpr unsigned char nothing[] = {24, 34, 74};
@@ -73,7 +73,9 @@ Picture FromPixels(const std::vector<unsigned char>& pixels, int width, int heig
     Picture picture(width, height);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
-            const size_t from = size_t(height - 1 - y) * size_t(width) + size_t(x);
+            const std::size_t from =
+                static_cast<std::size_t>(height - 1 - y) * static_cast<std::size_t>(width) +
+                static_cast<std::size_t>(x);
             std::copy_n(&pixels[from * pixelBytes], Picture::channels, picture.At(x, y));
         }
     return picture;
@@ -106,7 +108,7 @@ int FactorFor(int width, int height, int mostWidth, int mostHeight) {
 
 DepthRange RangeOf(const Pass& pass) {
     DepthRange range;
-    size_t drawn = 0;
+    std::size_t drawn = 0;
     for (const float depth : pass.depth) {
         if (depth >= untouchedDepth)
             continue;
@@ -116,7 +118,7 @@ DepthRange RangeOf(const Pass& pass) {
         ++drawn;
     }
     if (!pass.depth.empty())
-        range.untouched = 1.0 - double(drawn) / double(pass.depth.size());
+        range.untouched = 1.0 - static_cast<double>(drawn) / static_cast<double>(pass.depth.size());
     return range;
 }
 
@@ -124,7 +126,9 @@ Picture DepthPicture(const Pass& pass, const DepthRange& range) {
     Picture picture(pass.width, pass.height);
     for (int y = 0; y < pass.height; ++y)
         for (int x = 0; x < pass.width; ++x) {
-            const size_t from = size_t(pass.height - 1 - y) * size_t(pass.width) + size_t(x);
+            const std::size_t from = static_cast<std::size_t>(pass.height - 1 - y) *
+                                         static_cast<std::size_t>(pass.width) +
+                                     static_cast<std::size_t>(x);
             unsigned char* const to = picture.At(x, y);
             if (pass.depth[from] < untouchedDepth)
                 std::fill_n(to, Picture::channels, Grey(Distance(pass, pass.depth[from]), range));
@@ -138,10 +142,11 @@ Picture ReadTexturePicture(GLuint texture) {
     const TracedTexture known = FindTexture(texture);
     GLint bound = 0;
     glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
-    std::vector<unsigned char> pixels(size_t(known.width) * size_t(known.height) * pixelBytes);
+    std::vector<unsigned char> pixels(static_cast<std::size_t>(known.width) *
+                                      static_cast<std::size_t>(known.height) * pixelBytes);
     glBindTexture(GL_TEXTURE_2D, texture);
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    glBindTexture(GL_TEXTURE_2D, GLuint(bound));
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(bound));
     return FromPixels(pixels, known.width, known.height);
 }
 

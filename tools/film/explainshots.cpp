@@ -86,7 +86,7 @@ std::string Shots::Final() const {
     return Element("div", Show(final, "the finished picture"), "class=\"wide\"") + "\n";
 }
 
-std::string Shots::PassFigures(size_t index) const {
+std::string Shots::PassFigures(std::size_t index) const {
     const Pass& pass = story.passes[index];
     std::string figures = Figure(colours[index], "Colour it left, " + Scale(pass) + ".");
     if (!depths[index].kind.empty())
@@ -94,7 +94,7 @@ std::string Shots::PassFigures(size_t index) const {
     return Element("div", "\n" + figures, "class=\"shots\"") + "\n";
 }
 
-std::string Shots::DepthFigure(size_t index) const {
+std::string Shots::DepthFigure(std::size_t index) const {
     const DepthRange range = RangeOf(story.passes[index]);
     return Figure(depths[index], "Depth it left: white at " + Short(range.nearest) +
                                      " units from the eye, darkest at " + Short(range.farthest) +
@@ -102,13 +102,13 @@ std::string Shots::DepthFigure(size_t index) const {
                                      Percent(range.untouched) + ").");
 }
 
-std::string Shots::SmallPass(size_t pass) const {
+std::string Shots::SmallPass(std::size_t pass) const {
     return ShowSmall(colours[pass], "what pass " + std::to_string(pass + 1) + " left");
 }
 
 std::string Shots::SmallInput(const Input& input) const {
     if (input.pass >= 0) {
-        const size_t pass = size_t(input.pass);
+        const std::size_t pass = static_cast<std::size_t>(input.pass);
         const bool depth = input.texture == story.passes[pass].depthTexture;
         return ShowSmall(depth ? depths[pass] : colours[pass], input.name);
     }

@@ -19,10 +19,10 @@ public:
     std::string Final() const;
 
     /// What a pass left, with captions.
-    std::string PassFigures(size_t pass) const;
+    std::string PassFigures(std::size_t pass) const;
 
     /// What a pass left, as high as a line of a table.
-    std::string SmallPass(size_t pass) const;
+    std::string SmallPass(std::size_t pass) const;
 
     /// What an input holds, likewise; nothing for a texture that was not read back.
     std::string SmallInput(const Input& input) const;
@@ -41,7 +41,7 @@ private:
     std::string Show(const Shot& shot, const std::string& words) const;
     std::string ShowSmall(const Shot& shot, const std::string& words) const;
     std::string Figure(const Shot& shot, const std::string& caption) const;
-    std::string DepthFigure(size_t pass) const;
+    std::string DepthFigure(std::size_t pass) const;
 
     const Story& story;
     std::map<std::string, std::string> kinds; ///< class by picture

@@ -88,12 +88,12 @@ Story TakeApart(const Rate& rate, int frame) {
     return story;
 }
 
-size_t FlightOf(const Story& story) {
+std::size_t FlightOf(const Story& story) {
     const auto nearest = std::min_element(
         story.flights.begin(), story.flights.end(), [&](const auto& a, const auto& b) {
             return DistanceTo(a, story.view) < DistanceTo(b, story.view);
         });
-    return size_t(nearest - story.flights.begin());
+    return static_cast<std::size_t>(nearest - story.flights.begin());
 }
 
 double ProgressOn(const TracedFlight& flight, const View& view) {

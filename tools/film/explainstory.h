@@ -30,7 +30,7 @@ struct Story {
 Story TakeApart(const Rate& rate, int frame);
 
 /// Which flight the eye is on: the index of the one whose line is nearest to it.
-size_t FlightOf(const Story& story);
+std::size_t FlightOf(const Story& story);
 
 /// How far the eye is along a flight: 0 at its start, 1 at its end.
 double ProgressOn(const TracedFlight& flight, const View& view);

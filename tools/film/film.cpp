@@ -91,7 +91,7 @@ std::vector<SheetEntry> DrawEntries(const Rate& rate, std::vector<int> frames, i
 double ProcessSeconds() {
     timespec now{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
 /// Whether the demo's log tells of something missing.
@@ -104,7 +104,7 @@ void TellResult(const std::string& path, double seconds) {
     constexpr double megabyte = 1e6;
     char text[64];
     std::snprintf(text, sizeof text, ": %.1f s, %.1f MB\n", seconds,
-                  double(std::filesystem::file_size(path)) / megabyte);
+                  static_cast<double>(std::filesystem::file_size(path)) / megabyte);
     std::cerr << path << text;
 }
 
@@ -139,7 +139,7 @@ int MakeFilm(const FilmWish& wish) {
     {
         Progress progress(piece.count, wish.format.rate);
         ToEncoder taker(encoder, progress);
-        std::vector<int> frames(size_t(piece.count));
+        std::vector<int> frames(static_cast<std::size_t>(piece.count));
         std::iota(frames.begin(), frames.end(), piece.first);
         cost = DrawFrames({wish.format.rate, frames, wish.jobs}, taker, &log);
         count = taker.Count();
@@ -151,7 +151,8 @@ int MakeFilm(const FilmWish& wish) {
         sound.CutAfter(wish.format.rate.Seconds(piece.first + count) - piece.Begin());
     encoder.Finish();
     file.Complete();
-    TellResult(wish.path, double(count) * double(piece.rate.seconds) / double(piece.rate.frames));
+    TellResult(wish.path, static_cast<double>(count) * static_cast<double>(piece.rate.seconds) /
+                              static_cast<double>(piece.rate.frames));
     TellCost(cost, giving, count);
     if (HasError(log))
         std::cerr << "The demo's log tells of missing or damaged files: see ./movie --doctor\n";
@@ -170,7 +171,7 @@ void MakeContactSheet(const Rate& rate, double begin, double end, double step, i
     for (int i = 0; begin + i * step <= end; ++i)
         frames.push_back(rate.FrameAt(begin + i * step));
     frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
-    constexpr size_t longColumn = 60;
+    constexpr std::size_t longColumn = 60;
     WritePng(MakeSheet(DrawEntries(rate, frames, jobs), frames.size() > longColumn ? 2 : 1), path);
 }
 

@@ -14,9 +14,10 @@ namespace Film {
 
 namespace {
 
-constexpr size_t frameBytes = size_t(pictureWidth) * pictureHeight * framePixelBytes;
-constexpr size_t headerBytes = 4096; // one page, so that frames begin on a page
-constexpr long patience = 100000000; // nanoseconds
+constexpr std::size_t frameBytes =
+    static_cast<std::size_t>(pictureWidth) * pictureHeight * framePixelBytes;
+constexpr std::size_t headerBytes = 4096; // one page, so that frames begin on a page
+constexpr long patience = 100000000;      // nanoseconds
 
 } // namespace
 
@@ -38,7 +39,7 @@ FrameRing::~FrameRing() {
 
 unsigned char* FrameRing::Place(int number) const {
     return reinterpret_cast<unsigned char*>(shared) + headerBytes +
-           size_t(number % places) * frameBytes;
+           static_cast<std::size_t>(number % places) * frameBytes;
 }
 
 std::span<unsigned char> FrameRing::BeginWrite() {

@@ -42,7 +42,7 @@ public:
 
 private:
     static constexpr int places = 8;
-    static constexpr size_t reasonSize = 1024;
+    static constexpr std::size_t reasonSize = 1024;
 
     struct Shared {
         sem_t free;

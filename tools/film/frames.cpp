@@ -61,7 +61,7 @@ public:
 private:
     const std::vector<int> frames;
     FrameRing& ring;
-    size_t next = 0;
+    std::size_t next = 0;
     double last = 0.0;
 };
 
@@ -70,7 +70,7 @@ private:
 void ShareCores(int jobs) {
     if (jobs == 1)
         return;
-    const int cores = int(std::max(1U, std::thread::hardware_concurrency()));
+    const int cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
     const int share = std::max(1, cores / jobs);
     constexpr int keepTheUsers = 0;
     setenv("LP_NUM_THREADS", std::to_string(share > 1 ? share : 0).c_str(), keepTheUsers);
@@ -152,14 +152,15 @@ private:
 /// Every `jobs`th of the frames, from number `first` on.
 std::vector<int> Share(const FrameOrder& order, int first) {
     std::vector<int> share;
-    for (size_t i = size_t(first); i < order.frames.size(); i += size_t(order.jobs))
+    for (std::size_t i = static_cast<std::size_t>(first); i < order.frames.size();
+         i += static_cast<std::size_t>(order.jobs))
         share.push_back(order.frames[i]);
     return share;
 }
 
 std::vector<std::unique_ptr<Job>> StartJobs(const FrameOrder& order) {
     std::vector<std::unique_ptr<Job>> jobs;
-    jobs.reserve(size_t(order.jobs));
+    jobs.reserve(static_cast<std::size_t>(order.jobs));
     for (int i = 0; i < order.jobs; ++i)
         jobs.push_back(std::make_unique<Job>(order, Share(order, i)));
     return jobs;
@@ -202,9 +203,9 @@ FrameCost DrawFrames(const FrameOrder& wish, FrameTaker& taker, std::string* log
     FrameOrder order = wish;
     if (order.frames.empty())
         return {};
-    order.jobs = std::clamp(order.jobs, 1, int(order.frames.size()));
+    order.jobs = std::clamp(order.jobs, 1, static_cast<int>(order.frames.size()));
     const auto jobs = StartJobs(order);
-    for (size_t i = 0; i < order.frames.size(); ++i) {
+    for (std::size_t i = 0; i < order.frames.size(); ++i) {
         Job& job = *jobs[i % jobs.size()];
         if (!WaitFor(job, taker))
             return Sum(jobs);

@@ -16,7 +16,7 @@ using Tools::Picture;
 /// encoder.
 using FramePixels = std::span<const unsigned char>;
 
-constexpr size_t framePixelBytes = 4;
+constexpr std::size_t framePixelBytes = 4;
 
 /// As a picture: RGB, top row first.
 Picture ToPicture(FramePixels pixels);

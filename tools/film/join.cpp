@@ -38,7 +38,7 @@ Facts Probe(const std::string& path) {
     Facts facts;
     std::istringstream lines(ffprobe.Output());
     for (std::string line; std::getline(lines, line);)
-        if (const size_t equals = line.find('='); equals != std::string::npos)
+        if (const std::size_t equals = line.find('='); equals != std::string::npos)
             facts[line.substr(0, equals)] = line.substr(equals + 1);
     return facts;
 }
@@ -86,19 +86,20 @@ std::string List(const std::vector<JoinedPiece>& pieces) {
         const Piece& piece = each.piece;
         char duration[64];
         std::snprintf(duration, sizeof duration, "duration %.6f\n",
-                      double(piece.count) * double(piece.rate.seconds) / double(piece.rate.frames));
+                      static_cast<double>(piece.count) * static_cast<double>(piece.rate.seconds) /
+                          static_cast<double>(piece.rate.frames));
         list += "file " + Quoted("file:" + each.path) + "\n" + duration;
     }
     return list;
 }
 
 void Send(int to, const std::string& text) {
-    size_t sent = 0;
+    std::size_t sent = 0;
     while (sent < text.size()) {
         const ssize_t written = write(to, text.data() + sent, text.size() - sent);
         if (written < 0 && errno != EINTR)
             throw std::runtime_error(std::string("ffmpeg gave up: ") + std::strerror(errno));
-        sent += written > 0 ? size_t(written) : 0;
+        sent += written > 0 ? static_cast<std::size_t>(written) : 0;
     }
 }
 

@@ -59,7 +59,7 @@ int WholeNumber(const std::string& name, const std::string& text, int least, int
     const double number = Number(name, text, least, most);
     if (number != std::floor(number))
         throw WrongUsage(name + ": expected a whole number, found \"" + text + "\"");
-    return int(number);
+    return static_cast<int>(number);
 }
 
 /// Some moment of the last frame at any rate that is not a very low one.
@@ -77,7 +77,7 @@ int JobsOf(const Wish& wish) {
     constexpr int most = 256;
     if (wish.Has("--jobs"))
         return WholeNumber("--jobs", wish.values.at("--jobs"), 1, most);
-    return std::clamp(int(std::thread::hardware_concurrency()), 1, most);
+    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, most);
 }
 
 int ScaleOf(const Wish& wish) {
@@ -88,7 +88,7 @@ int ScaleOf(const Wish& wish) {
 }
 
 /// The `index`th word; throws unless it ends in one of `ends`.
-std::string OutPath(const Wish& wish, size_t index, const std::vector<std::string>& ends) {
+std::string OutPath(const Wish& wish, std::size_t index, const std::vector<std::string>& ends) {
     std::string list;
     for (const std::string& end : ends) {
         if (wish.words[index].ends_with(end) && wish.words[index].size() > end.size())
@@ -146,8 +146,8 @@ int RunJoin(const Wish& wish) {
 
 struct Mode {
     const char* name;
-    size_t fewest; ///< words that go with it
-    size_t most;
+    std::size_t fewest; ///< words that go with it
+    std::size_t most;
     std::function<int(const Wish&)> run;
     std::vector<std::string> options; ///< that mean something to it
 };
@@ -175,7 +175,7 @@ const Option* FindOption(const std::string& name) {
 
 Wish Parse(const std::vector<std::string>& arguments) {
     Wish wish;
-    for (size_t i = 0; i < arguments.size(); ++i) {
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& word = arguments[i];
         if (!word.starts_with("--")) {
             wish.words.push_back(word);

@@ -177,8 +177,9 @@ void PassRecorder::NameTarget() {
 // The framebuffer of the pass is still bound.
 void PassRecorder::ReadColours() {
     Pass& pass = passes.back();
-    constexpr size_t pixelBytes = 4;
-    pass.pixels.resize(size_t(pass.width) * size_t(pass.height) * pixelBytes);
+    constexpr std::size_t pixelBytes = 4;
+    pass.pixels.resize(static_cast<std::size_t>(pass.width) *
+                       static_cast<std::size_t>(pass.height) * pixelBytes);
     glReadPixels(0, 0, pass.width, pass.height, GL_RGBA, GL_UNSIGNED_BYTE, pass.pixels.data());
 }
 
@@ -186,7 +187,7 @@ void PassRecorder::ReadDepth() {
     Pass& pass = passes.back();
     if (!depthTouched)
         return;
-    pass.depth.resize(size_t(pass.width) * size_t(pass.height));
+    pass.depth.resize(static_cast<std::size_t>(pass.width) * static_cast<std::size_t>(pass.height));
     glReadPixels(0, 0, pass.width, pass.height, GL_DEPTH_COMPONENT, GL_FLOAT, pass.depth.data());
 }
 
@@ -230,7 +231,7 @@ int PassRecorder::ProgramIndex(GLuint program) {
         found = programs.insert(found, {program, ProgramName(program), {}});
     if (program != 0 && (fresh || unread.count(program) != 0))
         NoteUniforms(*found);
-    return int(found - programs.begin());
+    return static_cast<int>(found - programs.begin());
 }
 
 std::string PassRecorder::ProgramName(GLuint program) {
@@ -247,7 +248,7 @@ std::string PassRecorder::ProgramName(GLuint program) {
 void PassRecorder::NoteUniforms(Program& program) {
     const std::vector<UniformNow> now = ReadUniforms(program.program);
     program.uniforms.resize(now.size());
-    for (size_t i = 0; i < now.size(); ++i) {
+    for (std::size_t i = 0; i < now.size(); ++i) {
         Uniform& uniform = program.uniforms[i];
         uniform.name = now[i].name;
         uniform.type = now[i].type;
@@ -267,21 +268,21 @@ std::string PassRecorder::WhenSent(const Place& place) const {
 
 int PassRecorder::InputIndex(const BoundTexture& bound) {
     std::vector<Input>& inputs = passes.back().inputs;
-    for (size_t i = 0; i < inputs.size(); ++i)
+    for (std::size_t i = 0; i < inputs.size(); ++i)
         if (inputs[i].texture == bound.first && inputs[i].reader == bound.second)
-            return int(i);
+            return static_cast<int>(i);
     Input input;
     input.texture = bound.first;
     input.reader = bound.second;
     const TracedTexture texture = FindTexture(bound.first);
     input.width = texture.width;
     input.height = texture.height;
-    for (size_t i = 0; i + 1 < passes.size(); ++i)
+    for (std::size_t i = 0; i + 1 < passes.size(); ++i)
         if (BufferOf(passes[i], bound.first))
-            input.pass = int(i);
+            input.pass = static_cast<int>(i);
     input.name = TextureName(input);
     inputs.push_back(std::move(input));
-    return int(inputs.size()) - 1;
+    return static_cast<int>(inputs.size()) - 1;
 }
 
 std::string PassRecorder::TextureName(const Input& input) const {
@@ -290,7 +291,7 @@ std::string PassRecorder::TextureName(const Input& input) const {
     if (std::string file = FindTexture(input.texture).file; !file.empty())
         return file;
     if (input.pass >= 0) {
-        const Pass& writer = passes[size_t(input.pass)];
+        const Pass& writer = passes[static_cast<std::size_t>(input.pass)];
         return std::string(BufferOf(writer, input.texture)) + " of the " + writer.target;
     }
     const auto known = targetNames.find(input.texture);

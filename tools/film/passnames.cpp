@@ -46,7 +46,7 @@ std::string FileOf(const std::string& text, const std::vector<std::string>& file
 
 /// "shader.vert and .frag" when they differ by their endings only.
 std::string BothFiles(const std::string& vertex, const std::string& fragment) {
-    const size_t dot = fragment.rfind('.');
+    const std::size_t dot = fragment.rfind('.');
     const bool alike =
         dot != std::string::npos && vertex.substr(0, vertex.rfind('.')) == fragment.substr(0, dot);
     return vertex + " and " + (alike ? fragment.substr(dot) : fragment);

@@ -50,8 +50,8 @@ constexpr BlendWords blendWords[] = {
 std::string Blending() {
     if (!On(GL_BLEND))
         return "";
-    const GLenum source = GLenum(Integer(GL_BLEND_SRC));
-    const GLenum destination = GLenum(Integer(GL_BLEND_DST));
+    const GLenum source = static_cast<GLenum>(Integer(GL_BLEND_SRC));
+    const GLenum destination = static_cast<GLenum>(Integer(GL_BLEND_DST));
     for (const BlendWords& row : blendWords)
         if (row.source == source && row.destination == destination)
             return row.words;
@@ -70,7 +70,7 @@ std::string AlphaTest() {
     GLfloat reference = 0.0f;
     glGetFloatv(GL_ALPHA_TEST_REF, &reference);
     char text[32];
-    std::snprintf(text, sizeof text, "alpha test against %.4g", double(reference));
+    std::snprintf(text, sizeof text, "alpha test against %.4g", static_cast<double>(reference));
     return text;
 }
 
@@ -170,12 +170,12 @@ std::vector<BoundTexture> SamplersOf(GLuint program) {
     for (const UniformNow& uniform : ReadUniforms(program)) {
         if (uniform.type != "sampler2D")
             continue;
-        const int unit = int(uniform.value[0]);
-        glActiveTexture(GLenum(GL_TEXTURE0 + unit));
-        found.emplace_back(GLuint(Integer(GL_TEXTURE_BINDING_2D)),
+        const int unit = static_cast<int>(uniform.value[0]);
+        glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+        found.emplace_back(static_cast<GLuint>(Integer(GL_TEXTURE_BINDING_2D)),
                            uniform.name + ", unit " + std::to_string(unit));
     }
-    glActiveTexture(GLenum(active));
+    glActiveTexture(static_cast<GLenum>(active));
     return found;
 }
 
@@ -183,12 +183,12 @@ std::vector<BoundTexture> UnitsThatAreOn() {
     std::vector<BoundTexture> found;
     const GLint active = Integer(GL_ACTIVE_TEXTURE);
     for (int unit = 0; unit < textureUnits; ++unit) {
-        glActiveTexture(GLenum(GL_TEXTURE0 + unit));
+        glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
         if (On(GL_TEXTURE_2D))
-            found.emplace_back(GLuint(Integer(GL_TEXTURE_BINDING_2D)),
+            found.emplace_back(static_cast<GLuint>(Integer(GL_TEXTURE_BINDING_2D)),
                                "unit " + std::to_string(unit));
     }
-    glActiveTexture(GLenum(active));
+    glActiveTexture(static_cast<GLenum>(active));
     return found;
 }
 
@@ -201,7 +201,7 @@ GLuint Attached(GLenum attachment) {
     ask(GL_FRAMEBUFFER_EXT, attachment, GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE_EXT, &kind);
     if (kind == GL_TEXTURE)
         ask(GL_FRAMEBUFFER_EXT, attachment, GL_FRAMEBUFFER_ATTACHMENT_OBJECT_NAME_EXT, &name);
-    return GLuint(name);
+    return static_cast<GLuint>(name);
 }
 
 } // namespace
@@ -210,7 +210,7 @@ DrawState ReadDrawState() {
     GLboolean mask[4];
     glGetBooleanv(GL_COLOR_WRITEMASK, mask);
     DrawState state;
-    state.program = GLuint(Integer(GL_CURRENT_PROGRAM));
+    state.program = static_cast<GLuint>(Integer(GL_CURRENT_PROGRAM));
     state.depthTest = On(GL_DEPTH_TEST);
     state.depthWritten = state.depthTest && Integer(GL_DEPTH_WRITEMASK) != 0;
     state.colourWritten = mask[0] || mask[1] || mask[2];
@@ -252,7 +252,8 @@ std::vector<UniformNow> ReadUniforms(GLuint program) {
         char name[128];
         GLint size = 0;
         GLenum type = 0;
-        glGetActiveUniform(program, GLuint(i), sizeof name, nullptr, &size, &type, name);
+        glGetActiveUniform(program, static_cast<GLuint>(i), sizeof name, nullptr, &size, &type,
+                           name);
         const GLint location = glGetUniformLocation(program, name);
         const TypeName* const known = FindType(type);
         if (location >= 0 && known) // OpenGL's own have no location
@@ -271,7 +272,7 @@ ProgramTexts ReadTexts(GLuint program) {
         GLint length = 0;
         glGetObjectParameteriv(objects[i], GL_OBJECT_SUBTYPE_ARB, &kind);
         glGetObjectParameteriv(objects[i], GL_OBJECT_SHADER_SOURCE_LENGTH_ARB, &length);
-        std::string text(size_t(length), '\0'); // with its end mark
+        std::string text(static_cast<std::size_t>(length), '\0'); // with its end mark
         glGetShaderSource(objects[i], length, nullptr, text.data());
         text.resize(text.find('\0') == std::string::npos ? 0 : text.find('\0'));
         (kind == GL_VERTEX_SHADER ? texts.vertex : texts.fragment) = text;

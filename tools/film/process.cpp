@@ -75,7 +75,7 @@ void Process::Finish() {
 std::string Process::Output() const {
     std::string text(4096, '\0');
     const ssize_t count = pread(output, text.data(), text.size(), 0);
-    text.resize(count > 0 ? size_t(count) : 0);
+    text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     while (!text.empty() && text.back() == '\n')
         text.pop_back();
     return text;

@@ -57,13 +57,14 @@ void Progress::Step() {
 std::string Progress::Line(double elapsed) const {
     const double perSecond = elapsed > 0.0 ? done / elapsed : 0.0;
     const double left = perSecond > 0.0 ? (count - done) / perSecond : 0.0;
-    const int filled = int(std::int64_t(barLength) * done / count);
+    const int filled = static_cast<int>(static_cast<std::int64_t>(barLength) * done / count);
     char numbers[128];
     std::snprintf(numbers, sizeof numbers, "] %d/%d frames  %.1f a second (%.2fx)  time left ",
-                  done, count, perSecond, perSecond * double(rate.seconds) / double(rate.frames));
+                  done, count, perSecond,
+                  perSecond * static_cast<double>(rate.seconds) / static_cast<double>(rate.frames));
     std::string line = "[";
-    line.append(size_t(filled), '#');
-    line.append(size_t(barLength - filled), '.');
+    line.append(static_cast<std::size_t>(filled), '#');
+    line.append(static_cast<std::size_t>(barLength - filled), '.');
     return line + numbers + Minutes(left);
 }
 

@@ -30,18 +30,18 @@ std::int64_t Whole(const std::string& digits, const std::string& text) {
 }
 
 /// "23.976" as 23976 / 1000.
-Rate FromDecimal(const std::string& text, size_t point) {
+Rate FromDecimal(const std::string& text, std::size_t point) {
     const std::string fraction = text.substr(point + 1);
     if (fraction.size() > decimals)
         Refuse(text);
     Rate rate;
-    for (size_t i = 0; i < fraction.size(); ++i)
+    for (std::size_t i = 0; i < fraction.size(); ++i)
         rate.seconds *= 10;
     rate.frames = Whole(text.substr(0, point) + fraction, text);
     return rate;
 }
 
-Rate FromFraction(const std::string& text, size_t slash) {
+Rate FromFraction(const std::string& text, std::size_t slash) {
     return {Whole(text.substr(0, slash), text), Whole(text.substr(slash + 1), text)};
 }
 
@@ -53,7 +53,7 @@ std::int64_t Rate::Microseconds(int number) const {
 }
 
 double Rate::Seconds(int number) const {
-    return double(Microseconds(number)) / double(microsecondsPerSecond);
+    return static_cast<double>(Microseconds(number)) / static_cast<double>(microsecondsPerSecond);
 }
 
 int Rate::FrameAt(double time) const {
@@ -64,7 +64,8 @@ int Rate::FrameAt(double time) const {
 }
 
 int Rate::FrameFrom(double time) const {
-    int number = int(std::floor(time * double(frames) / double(seconds)));
+    int number = static_cast<int>(
+        std::floor(time * static_cast<double>(frames) / static_cast<double>(seconds)));
     while (number > 0 && Seconds(number - 1) >= time)
         --number;
     while (Seconds(number) < time)
@@ -74,8 +75,8 @@ int Rate::FrameFrom(double time) const {
 
 Rate ParseRate(const std::string& text) {
     Rate rate;
-    const size_t slash = text.find('/');
-    const size_t point = text.find('.');
+    const std::size_t slash = text.find('/');
+    const std::size_t point = text.find('.');
     if (slash != std::string::npos)
         rate = FromFraction(text, slash);
     else if (point != std::string::npos)

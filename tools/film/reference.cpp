@@ -14,15 +14,19 @@ namespace {
 
 constexpr const char* picturesName = "/frames.png"; // all pictures under each other
 constexpr const char* passesName = "/passes.txt";
-constexpr size_t rgba = 4;
+constexpr std::size_t rgba = 4;
 
 /// Mean of one colour over the fields [x0, x1) x [y0, y1).
-unsigned char Mean(const Pass& pass, size_t colour, int x0, int x1, int y0, int y1) {
+unsigned char Mean(const Pass& pass, std::size_t colour, int x0, int x1, int y0, int y1) {
     std::uint64_t sum = 0;
     for (int y = y0; y < y1; ++y)
         for (int x = x0; x < x1; ++x)
-            sum += pass.pixels[(size_t(y) * size_t(pass.width) + size_t(x)) * rgba + colour];
-    const auto count = std::max<std::uint64_t>(std::uint64_t(x1 - x0) * std::uint64_t(y1 - y0), 1);
+            sum += pass.pixels[(static_cast<std::size_t>(y) * static_cast<std::size_t>(pass.width) +
+                                static_cast<std::size_t>(x)) *
+                                   rgba +
+                               colour];
+    const auto count = std::max<std::uint64_t>(
+        static_cast<std::uint64_t>(x1 - x0) * static_cast<std::uint64_t>(y1 - y0), 1);
     return static_cast<unsigned char>((sum + count / 2) / count);
 }
 
@@ -46,7 +50,7 @@ std::string Hex(std::uint64_t number) {
 bool FromHex(const std::string& text, std::span<unsigned char> bytes) {
     if (text.size() != bytes.size() * 2)
         return false;
-    for (size_t i = 0; i < bytes.size(); ++i) {
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         char* end = nullptr;
         const std::string digits = text.substr(i * 2, 2);
         bytes[i] = static_cast<unsigned char>(std::strtoul(digits.c_str(), &end, 16));
@@ -120,10 +124,10 @@ std::uint64_t Fingerprint(std::span<const unsigned char> bytes) {
 PassTrace TraceOf(const Pass& pass) {
     PassTrace trace{pass.name, pass.width, pass.height, Fingerprint(pass.pixels), {}};
     std::replace(trace.name.begin(), trace.name.end(), ' ', '-');
-    size_t next = 0;
+    std::size_t next = 0;
     for (int row = 0; row < PassTrace::rows; ++row)
         for (int column = 0; column < PassTrace::columns; ++column)
-            for (size_t colour = 0; colour < 3; ++colour)
+            for (std::size_t colour = 0; colour < 3; ++colour)
                 trace.means[next++] = Mean(pass, colour, pass.width * column / PassTrace::columns,
                                            pass.width * (column + 1) / PassTrace::columns,
                                            pass.height * row / PassTrace::rows,
@@ -136,8 +140,9 @@ int Distance(const PassTrace& a, const PassTrace& b) {
     if (a.name != b.name || a.width != b.width || a.height != b.height)
         return apart;
     int largest = 0;
-    for (size_t i = 0; i < a.means.size(); ++i)
-        largest = std::max(largest, std::abs(int(a.means[i]) - int(b.means[i])));
+    for (std::size_t i = 0; i < a.means.size(); ++i)
+        largest = std::max(largest,
+                           std::abs(static_cast<int>(a.means[i]) - static_cast<int>(b.means[i])));
     return largest;
 }
 
@@ -166,13 +171,13 @@ Picture Halved(const Picture& picture) {
 std::vector<Reference> ReadReferences(const std::string& folder) {
     std::vector<Reference> references = ReadPasses(folder + passesName);
     const Picture all = Tools::ReadPng(folder + picturesName);
-    if (references.empty() || all.height % int(references.size()) != 0)
+    if (references.empty() || all.height % static_cast<int>(references.size()) != 0)
         throw std::runtime_error(folder +
                                  ": the pictures and the passes are not of the same frames");
-    const int height = all.height / int(references.size());
-    for (size_t i = 0; i < references.size(); ++i) {
+    const int height = all.height / static_cast<int>(references.size());
+    for (std::size_t i = 0; i < references.size(); ++i) {
         references[i].half = Picture(all.width, height);
-        std::copy_n(all.At(0, int(i) * height), references[i].half.bytes.size(),
+        std::copy_n(all.At(0, static_cast<int>(i) * height), references[i].half.bytes.size(),
                     references[i].half.bytes.begin());
     }
     return references;
@@ -181,10 +186,10 @@ std::vector<Reference> ReadReferences(const std::string& folder) {
 void WriteReferences(const std::vector<Reference>& references, const std::string& folder) {
     std::filesystem::create_directories(folder);
     const Picture& first = references.front().half;
-    Picture all(first.width, first.height * int(references.size()));
-    for (size_t i = 0; i < references.size(); ++i)
+    Picture all(first.width, first.height * static_cast<int>(references.size()));
+    for (std::size_t i = 0; i < references.size(); ++i)
         std::copy(references[i].half.bytes.begin(), references[i].half.bytes.end(),
-                  all.At(0, int(i) * first.height));
+                  all.At(0, static_cast<int>(i) * first.height));
     WritePng(all, folder + picturesName);
     WritePasses(references, folder + passesName);
 }

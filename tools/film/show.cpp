@@ -80,7 +80,7 @@ public:
         });
         ++frame;
         now = Complete() || failure ? timeIsUp : rate.Microseconds(frame);
-        music->MoveTo(double(now) / double(microsecondsPerSecond));
+        music->MoveTo(static_cast<double>(now) / static_cast<double>(microsecondsPerSecond));
     }
 
 private:

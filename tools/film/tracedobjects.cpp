@@ -111,7 +111,7 @@ void __wrap_glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsiz
     __real_glTexImage2D(target, level, internalFormat, width, height, border, format, type, pixels);
     GLint texture = 0;
     glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
-    notes.textures[GLuint(texture)] = {width, height, pixels ? notes.openedLast : ""};
+    notes.textures[static_cast<GLuint>(texture)] = {width, height, pixels ? notes.openedLast : ""};
 }
 
 void __wrap_glNewList(GLuint list, GLenum mode) {

@@ -38,7 +38,8 @@ std::vector<int> Moments(const Rate& rate) {
 }
 
 Picture ReadFrame() {
-    std::vector<unsigned char> pixels(size_t(pictureWidth) * pictureHeight * framePixelBytes);
+    std::vector<unsigned char> pixels(static_cast<std::size_t>(pictureWidth) * pictureHeight *
+                                      framePixelBytes);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, pictureWidth, pictureHeight, GL_BGRA, GL_UNSIGNED_BYTE, pixels.data());
     return ToPicture(pixels);
@@ -86,17 +87,19 @@ Difference Compare(const Picture& a, const Picture& b) {
         throw std::runtime_error("the references have another size: make them anew");
     std::uint64_t sum = 0;
     int count = 0;
-    for (size_t i = 0; i < a.bytes.size(); i += Picture::channels) {
+    for (std::size_t i = 0; i < a.bytes.size(); i += Picture::channels) {
         int largest = 0;
-        for (size_t colour = i; colour < i + Picture::channels; ++colour) {
-            const int off = std::abs(int(a.bytes[colour]) - int(b.bytes[colour]));
-            sum += std::uint64_t(off);
+        for (std::size_t colour = i; colour < i + Picture::channels; ++colour) {
+            const int off =
+                std::abs(static_cast<int>(a.bytes[colour]) - static_cast<int>(b.bytes[colour]));
+            sum += static_cast<std::uint64_t>(off);
             largest = std::max(largest, off);
         }
         count += largest > pixelTolerance ? 1 : 0;
     }
-    const auto bytes = double(a.bytes.size());
-    return {double(sum) / bytes, double(count) * Picture::channels / bytes};
+    const auto bytes = static_cast<double>(a.bytes.size());
+    return {static_cast<double>(sum) / bytes,
+            static_cast<double>(count) * Picture::channels / bytes};
 }
 
 const char* Word(const PassTrace* expected, const PassTrace* found) {
@@ -112,8 +115,8 @@ const char* Word(const PassTrace* expected, const PassTrace* found) {
 /// Every pass of the frame in order with what became of it; the first that is neither identical nor
 /// alike is where to look.
 void TellPasses(const Reference& expected, const Reference& found) {
-    const size_t count = std::max(expected.passes.size(), found.passes.size());
-    for (size_t i = 0; i < count; ++i) {
+    const std::size_t count = std::max(expected.passes.size(), found.passes.size());
+    for (std::size_t i = 0; i < count; ++i) {
         const PassTrace* const before = i < expected.passes.size() ? &expected.passes[i] : nullptr;
         const PassTrace* const now = i < found.passes.size() ? &found.passes[i] : nullptr;
         const PassTrace& named = before ? expected.passes[i] : found.passes[i];
@@ -126,9 +129,9 @@ void TellPasses(const Reference& expected, const Reference& found) {
 
 /// Name of the first pass that differs, or of the one that differs most.
 std::string FirstPass(const Reference& expected, const Reference& found) {
-    const size_t count = std::min(expected.passes.size(), found.passes.size());
-    size_t worst = 0;
-    for (size_t i = 0; i < count; ++i) {
+    const std::size_t count = std::min(expected.passes.size(), found.passes.size());
+    std::size_t worst = 0;
+    for (std::size_t i = 0; i < count; ++i) {
         if (Distance(expected.passes[i], found.passes[i]) > passTolerance)
             return expected.passes[i].name;
         if (Distance(expected.passes[i], found.passes[i]) >
@@ -142,9 +145,10 @@ std::string FirstPass(const Reference& expected, const Reference& found) {
 Picture Contrast(const Picture& expected, const Picture& found) {
     constexpr int gain = 8;
     Picture all(expected.width, expected.height * 3);
-    const size_t size = expected.bytes.size();
-    for (size_t i = 0; i < size; ++i) {
-        const int off = std::abs(int(expected.bytes[i]) - int(found.bytes[i])) * gain;
+    const std::size_t size = expected.bytes.size();
+    for (std::size_t i = 0; i < size; ++i) {
+        const int off =
+            std::abs(static_cast<int>(expected.bytes[i]) - static_cast<int>(found.bytes[i])) * gain;
         all.bytes[i] = expected.bytes[i];
         all.bytes[size + i] = found.bytes[i];
         all.bytes[2 * size + i] = static_cast<unsigned char>(std::min(off, 255));
@@ -180,7 +184,7 @@ std::vector<int> FramesOf(const std::vector<Reference>& references) {
     return frames;
 }
 
-void TellAgreement(size_t count, size_t identical, const Difference& largest) {
+void TellAgreement(std::size_t count, std::size_t identical, const Difference& largest) {
     char line[200];
     std::snprintf(line, sizeof line,
                   "%zu frames: %zu identical, %zu within the tolerance (at most %.3f of 255 apart, "
@@ -198,9 +202,9 @@ int VerifyShow(const std::string& folder, const std::string& pictureName) {
     const std::vector<Reference> found = DrawMoments(FramesOf(expected));
     std::cout << "Fingerprint of what was drawn: " << std::hex << Fingerprint(found) << std::dec
               << '\n';
-    size_t identical = 0;
+    std::size_t identical = 0;
     Difference largest;
-    for (size_t i = 0; i < expected.size(); ++i) {
+    for (std::size_t i = 0; i < expected.size(); ++i) {
         if (found[i].fingerprint == expected[i].fingerprint) {
             ++identical;
             continue;

@@ -67,7 +67,8 @@ bool WriteJpeg(FILE* file, const Pixels& pixels, int quality) {
     jpeg_stdio_dest(&info, file);
     Describe(info, pixels, quality);
     jpeg_start_compress(&info, TRUE);
-    const size_t rowBytes = size_t(pixels.width) * size_t(pixels.channels);
+    const std::size_t rowBytes =
+        static_cast<std::size_t>(pixels.width) * static_cast<std::size_t>(pixels.channels);
     while (info.next_scanline < info.image_height) {
         // libjpeg takes rows that it could write to, and does not.
         JSAMPROW row = const_cast<JSAMPROW>(pixels.bytes) + info.next_scanline * rowBytes;

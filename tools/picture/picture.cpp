@@ -10,7 +10,9 @@
 namespace Tools {
 
 Picture::Picture(int newWidth, int newHeight)
-    : width(newWidth), height(newHeight), bytes(size_t(newWidth) * size_t(newHeight) * channels) {}
+    : width(newWidth),
+      height(newHeight),
+      bytes(static_cast<std::size_t>(newWidth) * static_cast<std::size_t>(newHeight) * channels) {}
 
 Picture ReadPpm(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -24,8 +26,9 @@ Picture ReadPpm(const std::string& path) {
         throw std::runtime_error(path + ": expected a binary PPM of 8 bits, found \"" + magic +
                                  "\"");
     Picture picture(width, height);
-    file.read(reinterpret_cast<char*>(picture.bytes.data()), std::streamsize(picture.bytes.size()));
-    if (size_t(file.gcount()) != picture.bytes.size())
+    file.read(reinterpret_cast<char*>(picture.bytes.data()),
+              static_cast<std::streamsize>(picture.bytes.size()));
+    if (static_cast<std::size_t>(file.gcount()) != picture.bytes.size())
         throw std::runtime_error(path + ": expected " + std::to_string(picture.bytes.size()) +
                                  " bytes of pixels, found " + std::to_string(file.gcount()));
     return picture;
@@ -37,7 +40,7 @@ Picture ReadPng(const std::string& path) {
     if (!png_image_begin_read_from_file(&image, path.c_str()))
         throw std::runtime_error("cannot read " + path + ": " + image.message);
     image.format = PNG_FORMAT_RGB;
-    Picture picture(int(image.width), int(image.height));
+    Picture picture(static_cast<int>(image.width), static_cast<int>(image.height));
     if (!png_image_finish_read(&image, nullptr, picture.bytes.data(), 0, nullptr))
         throw std::runtime_error("cannot read " + path + ": " + image.message);
     return picture;
@@ -50,7 +53,8 @@ std::vector<unsigned char> PngOf(const Picture& picture) {
 void WritePng(const Picture& picture, const std::string& path) {
     const std::vector<unsigned char> bytes = PngOf(picture);
     std::ofstream file(path, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
     file.close();
     if (!file)
         throw std::runtime_error("cannot write " + path);

@@ -24,7 +24,11 @@ struct Picture {
     const unsigned char* At(int x, int y) const { return &bytes[Offset(x, y)]; }
 
 private:
-    size_t Offset(int x, int y) const { return (size_t(y) * size_t(width) + size_t(x)) * channels; }
+    std::size_t Offset(int x, int y) const {
+        return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                static_cast<std::size_t>(x)) *
+               channels;
+    }
 };
 
 /// Reads a binary PPM of 8 bits; throws std::runtime_error saying what is wrong with `path`.

@@ -43,9 +43,9 @@ void DrawGlyph(Picture& sheet, const Glyph& glyph, int left, int top) {
 /// Ends at `right`; what does not fit into the label's room is left out.
 void DrawText(Picture& sheet, const std::string& text, int right, int top) {
     const int advance = (glyphWidth + 1) * glyphScale;
-    int left = right - advance * int(text.size());
+    int left = right - advance * static_cast<int>(text.size());
     for (char letter : text) {
-        const size_t glyph = std::string(digitNames).find(letter);
+        const std::size_t glyph = std::string(digitNames).find(letter);
         if (glyph != std::string::npos && left >= right - labelWidth)
             DrawGlyph(sheet, glyphs[glyph], left, top);
         left += advance;
@@ -55,7 +55,7 @@ void DrawText(Picture& sheet, const std::string& text, int right, int top) {
 void Place(Picture& sheet, const SheetEntry& entry, int left, int top) {
     const Picture& picture = entry.picture;
     for (int y = 0; y < picture.height; ++y)
-        std::copy_n(picture.At(0, y), size_t(picture.width) * Picture::channels,
+        std::copy_n(picture.At(0, y), static_cast<std::size_t>(picture.width) * Picture::channels,
                     sheet.At(left + labelWidth, top + y));
     DrawText(sheet, entry.label, left + labelWidth,
              top + (picture.height - glyphHeight * glyphScale) / 2);
@@ -65,12 +65,13 @@ void Place(Picture& sheet, const SheetEntry& entry, int left, int top) {
 
 Picture MakeSheet(const std::vector<SheetEntry>& entries, int columns) {
     const Picture& first = entries.front().picture;
-    const int rows = (int(entries.size()) + columns - 1) / columns;
+    const int rows = (static_cast<int>(entries.size()) + columns - 1) / columns;
     const int columnWidth = labelWidth + first.width;
     const int pitch = first.height + gap;
     Picture sheet(columnWidth * columns, pitch * rows - gap);
-    for (int i = 0; i < int(entries.size()); ++i)
-        Place(sheet, entries[size_t(i)], (i / rows) * columnWidth, (i % rows) * pitch);
+    for (int i = 0; i < static_cast<int>(entries.size()); ++i)
+        Place(sheet, entries[static_cast<std::size_t>(i)], (i / rows) * columnWidth,
+              (i % rows) * pitch);
     return sheet;
 }
 
