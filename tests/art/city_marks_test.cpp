@@ -31,9 +31,9 @@ PublishedCity ReadCity() {
     EXPECT_TRUE(ReadMesh(NIMBREL_SOURCE_DIR "/Data/Gfx/City/city.xt3dstatic", mesh, error))
         << error;
     Builder builder;
-    for (size_t s = 1; s < mesh.subMeshes.size(); ++s) {
+    for (std::size_t s = 1; s < mesh.subMeshes.size(); ++s) {
         const std::vector<MeshVertex>& v = mesh.subMeshes[s].vertices;
-        for (size_t i = 0; i < v.size(); i += 3) {
+        for (std::size_t i = 0; i < v.size(); i += 3) {
             builder.Facet({v[i].position, v[i + 1].position, v[i + 2].position}, {});
             city.marks.push_back(MarksOf(v[i].texcoord));
         }
@@ -50,7 +50,7 @@ const PublishedCity& City() {
 /// The triangles that have this bit among their marks, to be looked at.
 SightLines MarkedWith(unsigned bit) {
     std::vector<Surface> marked;
-    for (size_t i = 0; i < City().triangles.size(); ++i)
+    for (std::size_t i = 0; i < City().triangles.size(); ++i)
         if ((City().marks[i] >> bit & 1) != 0)
             marked.push_back(City().triangles[i]);
     return SightLines(marked);

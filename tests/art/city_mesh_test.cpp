@@ -42,7 +42,7 @@ unsigned MarksOf(const MeshVertex& v) {
 TEST(Mesh, Begins_with_a_ceiling_and_a_curtain_of_no_size) {
     const std::vector<MeshVertex>& screens = City().mesh.subMeshes[0].vertices;
     ASSERT_EQ(screens.size(), 12u);
-    for (size_t i = 0; i < 12; ++i) {
+    for (std::size_t i = 0; i < 12; ++i) {
         EXPECT_TRUE(screens[i].position == screens[0].position);
         EXPECT_EQ(screens[i].texcoord.x, 64 * 32);
         EXPECT_EQ(screens[i].normal.z > 0, i < 6);
@@ -50,15 +50,15 @@ TEST(Mesh, Begins_with_a_ceiling_and_a_curtain_of_no_size) {
 }
 
 TEST(Mesh, Marks_say_which_pictures_show_a_surface) {
-    size_t shown[10] = {};
-    for (size_t s = 1; s < City().mesh.subMeshes.size(); ++s)
+    std::size_t shown[10] = {};
+    for (std::size_t s = 1; s < City().mesh.subMeshes.size(); ++s)
         for (const MeshVertex& v : City().mesh.subMeshes[s].vertices) {
             ASSERT_LT(MarksOf(v), 1u << 10);
             for (unsigned bit = 0; bit < 10; ++bit)
                 shown[bit] += MarksOf(v) >> bit & 1;
         }
     // Each picture leaves out most of the city, and none all of it.
-    for (const size_t vertices : shown) {
+    for (const std::size_t vertices : shown) {
         EXPECT_GT(vertices, 300u);
         EXPECT_LT(vertices, City().report.vertices / 2);
     }
@@ -90,9 +90,10 @@ TEST(Mesh, No_two_charts_share_a_texel) {
     // A texel whose middle is strictly inside triangles of two different planes would be both.
     std::map<std::pair<int, int>, Vec3> normals;
     int shared = 0;
-    for (size_t number = 1; number < City().mesh.subMeshes.size(); ++number) { // 0 has no charts
+    for (std::size_t number = 1; number < City().mesh.subMeshes.size();
+         ++number) { // 0 has no charts
         const SubMesh& sub = City().mesh.subMeshes[number];
-        for (size_t i = 0; i < sub.vertices.size(); i += 3) {
+        for (std::size_t i = 0; i < sub.vertices.size(); i += 3) {
             const MeshVertex* v = &sub.vertices[i];
             const Vec2 middle =
                 (v[0].lightmap + v[1].lightmap + v[2].lightmap) * (kLightmapSize / 3.0f);
@@ -127,12 +128,12 @@ TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three
     const Builder city = BuildCity(kCitySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
     std::map<Corner, bool> seen;
-    for (size_t i = 0; i < city.surfaces.size(); ++i)
+    for (std::size_t i = 0; i < city.surfaces.size(); ++i)
         if (sights[i].rays > 0)
             seen[CornerOf(city.surfaces[i])] = true;
     std::vector<float> densities;
     for (const SubMesh& sub : City().mesh.subMeshes)
-        for (size_t i = 0; i < sub.vertices.size(); i += 3) {
+        for (std::size_t i = 0; i < sub.vertices.size(); i += 3) {
             const Vec3 p = sub.vertices[i].position;
             // Charts of a few texels are rounded up to whole ones; only real areas count.
             const float area =
@@ -152,15 +153,15 @@ TEST(Mesh, What_hides_others_tends_to_come_first) {
     const Builder city = BuildCity(kCitySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
     std::map<Corner, float> turns;
-    for (size_t i = 0; i < city.surfaces.size(); ++i) {
+    for (std::size_t i = 0; i < city.surfaces.size(); ++i) {
         turns[CornerOf(city.surfaces[i])] = sights[i].Turn();
     }
     double early = 0;
     double late = 0;
-    size_t place = 0;
-    size_t counts[2] = {};
+    std::size_t place = 0;
+    std::size_t counts[2] = {};
     for (const SubMesh& sub : City().mesh.subMeshes)
-        for (size_t i = 0; i < sub.vertices.size(); i += 3, place += 3) {
+        for (std::size_t i = 0; i < sub.vertices.size(); i += 3, place += 3) {
             const auto found =
                 turns.find(CornerOf(sub.vertices[i].position, sub.vertices[i].normal));
             if (found == turns.end())
@@ -186,7 +187,7 @@ TEST(Mesh, Enclosed_surfaces_are_found_and_open_ones_kept) {
     box(5);
     box(1);
     const std::vector<bool> open = FindOpenSurfaces(b.surfaces);
-    for (size_t i = 0; i < 12; ++i)
+    for (std::size_t i = 0; i < 12; ++i)
         EXPECT_EQ(open[i], i < 6) << "surface " << i;
 }
 

@@ -43,7 +43,7 @@ TEST(Random, Repeats_with_its_seed_and_stays_in_range) {
 TEST(Progress, Every_index_is_done_once_on_any_number_of_threads) {
     for (const int threads : {1, 2, 5}) {
         std::vector<std::atomic<int>> done(101);
-        ForEachIndex(101, threads, [&](int i) { ++done[static_cast<size_t>(i)]; });
+        ForEachIndex(101, threads, [&](int i) { ++done[static_cast<std::size_t>(i)]; });
         for (const auto& count : done)
             EXPECT_EQ(count.load(), 1);
     }

@@ -29,7 +29,7 @@ TEST(Packing, Keeps_two_free_texels_round_every_chart) {
         ASSERT_LE(chart.y + chart.height, kSize - 2);
         for (int y = chart.y - 2; y < chart.y + chart.height + 2; ++y)
             for (int x = chart.x - 2; x < chart.x + chart.width + 2; ++x)
-                ASSERT_EQ(++claims[static_cast<size_t>(y) * kSize + x], 1);
+                ASSERT_EQ(++claims[static_cast<std::size_t>(y) * kSize + x], 1);
     }
 }
 

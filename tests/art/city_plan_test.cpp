@@ -54,7 +54,7 @@ float ToTriangle(Vec3 p, const Vec3* c) {
 float Clearance(Vec3 eye) {
     float nearest = 1e9f;
     const std::vector<Vec3>& corners = CitySolid().corners;
-    for (size_t i = 0; i < corners.size(); i += 3)
+    for (std::size_t i = 0; i < corners.size(); i += 3)
         nearest = std::min(nearest, ToTriangle(eye, &corners[i]));
     return nearest;
 }
@@ -170,7 +170,7 @@ TEST(Plan, No_triangle_crosses_the_line_under_the_water) {
     // cannot be dropped.
     const std::vector<Vec3>& corners = CitySolid().corners;
     constexpr float kSplit = (Builder::kSplitHigh + Builder::kSplitLow) / 2;
-    for (size_t i = 0; i < corners.size(); i += 3) {
+    for (std::size_t i = 0; i < corners.size(); i += 3) {
         const bool first = corners[i].y < kSplit;
         ASSERT_EQ(first, corners[i + 1].y < kSplit) << "at " << corners[i].x << " " << corners[i].z;
         ASSERT_EQ(first, corners[i + 2].y < kSplit) << "at " << corners[i].x << " " << corners[i].z;
@@ -181,7 +181,7 @@ TEST(Plan, The_same_seed_builds_the_same_city_and_another_does_not) {
     const Builder again = BuildCity(kCitySeed);
     const Builder other = BuildCity(kCitySeed + 1);
     ASSERT_EQ(again.surfaces.size(), City().surfaces.size());
-    for (size_t i = 0; i < again.surfaces.size(); ++i)
+    for (std::size_t i = 0; i < again.surfaces.size(); ++i)
         ASSERT_TRUE(again.surfaces[i].origin == City().surfaces[i].origin);
     EXPECT_NE(other.surfaces.size(), City().surfaces.size());
 }
@@ -190,7 +190,7 @@ TEST(Plan, Every_polygon_is_seen_whole_from_its_first_corner_and_faces_outwards)
     for (const Surface& surface : City().surfaces) {
         ASSERT_NEAR(Length(surface.Normal()), 1, 1e-3f);
         for (const auto& polygon : surface.polygons)
-            for (size_t i = 2; i < polygon.size(); ++i)
+            for (std::size_t i = 2; i < polygon.size(); ++i)
                 ASSERT_GE(Cross(polygon[i - 1] - polygon[0], polygon[i] - polygon[0]), -1e-3f)
                     << "at " << surface.World(polygon[i]).x << " " << surface.World(polygon[i]).z;
     }

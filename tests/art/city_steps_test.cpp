@@ -26,7 +26,7 @@ Builder SmallCity() {
 MeshFile Without(std::initializer_list<Step> left) {
     Steps steps = kAllSteps;
     for (const Step step : left)
-        steps.reset(static_cast<size_t>(step));
+        steps.reset(static_cast<std::size_t>(step));
     static const Builder city = SmallCity();
     static const Measures measures = MeasureCity(city);
     MeshReport report;
@@ -45,7 +45,7 @@ bool HasCurtain(const MeshFile& mesh) {
 /// The x of the surfaces in the order in which they are drawn, without the curtain.
 std::vector<float> PlacesOf(const MeshFile& mesh) {
     std::vector<float> places;
-    for (size_t s = HasCurtain(mesh) ? 1 : 0; s < mesh.subMeshes.size(); ++s)
+    for (std::size_t s = HasCurtain(mesh) ? 1 : 0; s < mesh.subMeshes.size(); ++s)
         for (const MeshVertex& v : mesh.subMeshes[s].vertices)
             if (places.empty() || places.back() != v.position.x)
                 places.push_back(v.position.x);
@@ -56,7 +56,7 @@ std::vector<float> PlacesOf(const MeshFile& mesh) {
 std::set<std::pair<int, int>> MarksOf(const MeshFile& mesh) {
     const auto whole = [](float x) { return static_cast<int>(std::floor(x / 64 + 0.5f)); };
     std::set<std::pair<int, int>> marks;
-    for (size_t s = HasCurtain(mesh) ? 1 : 0; s < mesh.subMeshes.size(); ++s)
+    for (std::size_t s = HasCurtain(mesh) ? 1 : 0; s < mesh.subMeshes.size(); ++s)
         for (const MeshVertex& v : mesh.subMeshes[s].vertices)
             marks.emplace(whole(v.texcoord.x), whole(v.texcoord.y));
     return marks;

@@ -90,7 +90,7 @@ struct Answer {
 /// The material's text up to its main(), with another main() that draws what its functions return.
 std::string AskingVertexStage() {
     const std::string text = ShaderText();
-    const size_t end = text.find("\nvoid main()\n");
+    const std::size_t end = text.find("\nvoid main()\n");
     EXPECT_NE(end, std::string::npos);
     return text.substr(0, end) + R"(
 varying float answer;
@@ -127,11 +127,11 @@ protected:
     /// One pixel a question, screen by screen.
     std::vector<Answer> Ask(const std::vector<Question>& questions) {
         std::vector<Answer> answers;
-        for (size_t first = 0; first < questions.size(); first += kAtOnce) {
-            const size_t last = std::min(first + kAtOnce, questions.size());
+        for (std::size_t first = 0; first < questions.size(); first += kAtOnce) {
+            const std::size_t last = std::min(first + kAtOnce, questions.size());
             Draw(questions, first, last);
             const Picture picture = ReadScreen(screenSize, screenSize);
-            for (size_t i = 0; i < last - first; ++i) {
+            for (std::size_t i = 0; i < last - first; ++i) {
                 const Rgba pixel =
                     picture.At(static_cast<int>(i) % screenSize, static_cast<int>(i) / screenSize);
                 answers.push_back({pixel.r - 1, static_cast<float>(pixel.g) / 100});
@@ -143,7 +143,7 @@ protected:
     /// The first question with a wrong answer, in words; empty when all are right.
     std::string FirstWrong(const std::vector<Question>& questions) {
         const std::vector<Answer> answers = Ask(questions);
-        for (size_t i = 0; i < questions.size(); ++i) {
+        for (std::size_t i = 0; i < questions.size(); ++i) {
             const Question& q = questions[i];
             if (answers[i].view == static_cast<int>(q.view))
                 continue;
@@ -161,15 +161,15 @@ protected:
     }
 
 private:
-    static constexpr size_t kAtOnce = static_cast<size_t>(screenSize) * screenSize;
+    static constexpr std::size_t kAtOnce = static_cast<std::size_t>(screenSize) * screenSize;
 
-    static void Draw(const std::vector<Question>& questions, size_t first, size_t last) {
-        const auto middle = [](size_t pixel) {
+    static void Draw(const std::vector<Question>& questions, std::size_t first, std::size_t last) {
+        const auto middle = [](std::size_t pixel) {
             return (static_cast<float>(pixel) + 0.5f) / screenSize * 2 - 1;
         };
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         glBegin(GL_POINTS);
-        for (size_t i = first; i < last; ++i) {
+        for (std::size_t i = first; i < last; ++i) {
             const Question& q = questions[i];
             glMultiTexCoord3f(GL_TEXTURE0, middle((i - first) % screenSize),
                               middle((i - first) / screenSize), q.mirrored ? 1.0f : 0.0f);
@@ -213,7 +213,7 @@ TEST_F(CityViews, Are_none_away_from_all_flights) {
 }
 
 TEST_F(CityViews, Have_the_exposures_of_their_flights) {
-    for (size_t i = 0; i < Show::flightCount; ++i) {
+    for (std::size_t i = 0; i < Show::flightCount; ++i) {
         const Art::FlightView& view = Art::kFlightViews[i];
         const RealEye eye = EyeOf(Show::flights[i], 1.0, 0.0);
         ClearFakeTime();

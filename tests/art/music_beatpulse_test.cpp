@@ -23,7 +23,7 @@ Music::Stereo Music6s() {
     std::vector<float> sum = Signal::Sine(45, 0.3, 6.0);
     for (double frequency : {220.0, 277.0, 330.0}) {
         const auto tone = Signal::Sine(frequency, 0.07, 6.0);
-        for (size_t i = 0; i < sum.size(); ++i) {
+        for (std::size_t i = 0; i < sum.size(); ++i) {
             sum[i] += tone[i];
         }
     }
@@ -49,7 +49,7 @@ TEST(LowestBand, Reads_a_constant_as_it_is_and_hides_the_zeros_of_its_window) {
 TEST(LowestBand, Agrees_with_the_running_mean) {
     const auto samples = Signal::Sine(60, 0.5, 0.2);
     const auto means = Music::LowestBandMean(samples);
-    for (size_t i = 1000; i < 5000; i += 37) {
+    for (std::size_t i = 1000; i < 5000; i += 37) {
         EXPECT_NEAR(std::fabs(means[i + 63]), Music::LowestBand(samples, i), 0.003) << i;
     }
 }
@@ -80,12 +80,12 @@ TEST(BeatPulse, Leaves_the_high_end_and_the_time_between_beats_untouched_by_the_
     const BeatPulse pulse = Eight();
     Music::Stereo high = Signal::Both(Signal::Sine(4000, 0.5, 6.0));
     pulse.OpenGaps(high);
-    const size_t gap = Music::FrameAt(pulse.TimeOf(2) - 0.025);
+    const std::size_t gap = Music::FrameAt(pulse.TimeOf(2) - 0.025);
     EXPECT_NEAR(Signal::Rms(high.left, gap, gap + 800), 0.5 / std::sqrt(2.0), 0.005);
     const Music::Stereo before = Music6s();
     Music::Stereo after = before;
     pulse.OpenGaps(after);
-    for (size_t i = Music::FrameAt(1.02); i < Music::FrameAt(1.46); ++i) {
+    for (std::size_t i = Music::FrameAt(1.02); i < Music::FrameAt(1.46); ++i) {
         ASSERT_EQ(after.left[i], before.left[i]);
     }
 }
@@ -111,7 +111,7 @@ TEST(BeatPulse, Adds_the_same_slow_carrier_to_both_channels) {
     Music::Stereo after = before;
     pulse.AddCarrier(after);
     double steepest = 0;
-    for (size_t i = 1; i < after.Frames(); ++i) {
+    for (std::size_t i = 1; i < after.Frames(); ++i) {
         const float left = after.left[i] - before.left[i];
         ASSERT_NEAR(left, after.right[i] - before.right[i], 1e-6);
         steepest =

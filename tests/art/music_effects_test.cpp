@@ -15,9 +15,9 @@ Stereo Click(double seconds) {
     return signal;
 }
 
-size_t LoudestAt(const std::vector<float>& samples, size_t from, size_t to) {
-    size_t best = from;
-    for (size_t i = from; i < to; ++i) {
+std::size_t LoudestAt(const std::vector<float>& samples, std::size_t from, std::size_t to) {
+    std::size_t best = from;
+    for (std::size_t i = from; i < to; ++i) {
         best = std::fabs(samples[i]) > std::fabs(samples[best]) ? i : best;
     }
     return best;
@@ -72,7 +72,7 @@ TEST(Chorus, Widens_a_centred_sound_and_keeps_its_level) {
     Stereo signal = Signal::Both(Signal::Sine(440, 0.5, 2.0));
     Music::Chorus().Apply(signal);
     double side = 0;
-    for (size_t i = 44100; i < signal.Frames(); ++i) {
+    for (std::size_t i = 44100; i < signal.Frames(); ++i) {
         side = std::max<double>(side, std::fabs(signal.left[i] - signal.right[i]));
     }
     EXPECT_GT(side, 0.05);
@@ -125,7 +125,7 @@ TEST(TruePeaks, Sees_the_peak_between_two_samples) {
 TEST(Limiter, Keeps_the_true_peak_under_its_ceiling) {
     Music::Random random(9);
     Stereo signal(44100);
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         const float loud = i % 9000 < 3000 ? 3.0F : 0.2F;
         signal.left[i] = loud * random.Bipolar();
         signal.right[i] = loud * random.Bipolar();
@@ -143,7 +143,7 @@ TEST(Limiter, Does_nothing_to_what_is_already_below) {
     Stereo signal = Signal::Both(Signal::Sine(100, 0.5, 0.5));
     const Stereo before = signal;
     EXPECT_NEAR(Music::Limiter().Apply(signal), 0.0F, 1e-4F);
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         ASSERT_NEAR(signal.left[i], before.left[i], 1e-5);
     }
 }

@@ -17,7 +17,7 @@ Music::Stereo Song(const char* text, std::string& message) {
         return {};
     }
     const Music::BeatPulse pulse = Music::PulseOf(score, message);
-    const size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
+    const std::size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
     Music::Mix mix = Music::PlayTracks(
         score, pulse, frames, [](int, int) {}, message);
     Music::MasterReport report;
@@ -58,7 +58,7 @@ TEST(WavFile, Keeps_24_bits) {
     Music::Stereo read;
     ASSERT_TRUE(Music::ReadWav("a.wav", read));
     ASSERT_EQ(read.Frames(), signal.Frames());
-    for (size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i) {
         ASSERT_NEAR(read.left[i], signal.left[i], 2.0 / 8388608.0);
         ASSERT_NEAR(read.right[i], signal.right[i], 2.0 / 8388608.0);
     }
@@ -81,7 +81,7 @@ TEST(WavFile, Refuses_what_is_none) {
 
 TEST(Mp3File, Decodes_to_the_exact_length) {
     const ScratchDir scratch;
-    for (size_t frames : {44100U, 50000U, 1152U * 40U}) {
+    for (std::size_t frames : {44100U, 50000U, 1152U * 40U}) {
         Music::Stereo signal = Signal::Both(Signal::Sine(440, 0.5, 2.0));
         signal.left.resize(frames);
         signal.right.resize(frames);

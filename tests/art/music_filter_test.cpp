@@ -82,7 +82,7 @@ TEST(Biquad, Does_not_move_a_signal_that_it_filters_both_ways) {
     std::vector<float> samples(2001, 0.0F);
     samples[1000] = 1.0F;
     Biquad::LowPass(500, 0.7).ApplyBothWays(samples);
-    for (size_t i = 1; i < 200; ++i) {
+    for (std::size_t i = 1; i < 200; ++i) {
         EXPECT_NEAR(samples[1000 - i], samples[1000 + i], 1e-5) << i;
     }
 }

@@ -88,7 +88,7 @@ TEST(Synth, Detunes_its_outer_voices_by_the_cents_asked_for) {
     const auto out = Play(*Make("synth", two), NoteAt(0, 5, 69), 4.0);
     int beats = 0;
     bool loud = true;
-    for (size_t i = 8820; i + 441 < out.Frames(); i += 221) {
+    for (std::size_t i = 8820; i + 441 < out.Frames(); i += 221) {
         const double level = Signal::Rms(out.left, i, i + 441);
         beats += loud && level < 0.25 ? 1 : 0;
         loud = level < 0.25 ? false : (level > 0.5 ? true : loud);
@@ -100,7 +100,7 @@ TEST(Synth, Opens_its_filter_with_the_envelope) {
     const Texts swept{{"wave", "saw", 1},       {"cutoff", "200", 1},       {"filter_env", "5", 1},
                       {"filter_decay", "1", 1}, {"filter_sustain", "0", 1}, {"sustain", "1", 1}};
     const auto out = Play(*Make("synth", swept), NoteAt(0, 2, 45), 1.5);
-    const auto bright = [&](size_t at) {
+    const auto bright = [&](std::size_t at) {
         const auto power = Music::PowerSpectrum(out.left.data() + at, 2048);
         return power[93]; // 2 kHz, ten times the resting cut-off
     };
@@ -137,7 +137,7 @@ TEST(Fm, Keeps_its_side_bands_below_half_the_rate) {
     const auto out = Play(*Make("fm", wild), NoteAt(0, 2, 108), 1.0);
     const auto power = Music::PowerSpectrum(out.left.data() + 8820, 8192);
     double low = 0; // everything an octave and more below the note
-    for (size_t k = 4; k * 5.383 < 2000; ++k) {
+    for (std::size_t k = 4; k * 5.383 < 2000; ++k) {
         low = std::max(low, power[k]);
     }
     EXPECT_LT(10 * std::log10(low), -60.0);

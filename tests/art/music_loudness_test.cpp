@@ -61,7 +61,7 @@ TEST(Loudness, Sees_the_peak_between_two_samples) {
 }
 
 TEST(Loudness, Of_silence_and_of_nothing_at_all_is_the_least_there_is) {
-    for (const size_t frames : {44100U, 0U}) {
+    for (const std::size_t frames : {44100U, 0U}) {
         const Music::Loudness loudness = Music::MeasureLoudness(Music::Stereo(frames));
         EXPECT_EQ(loudness.integrated, -70.0);
         EXPECT_EQ(loudness.range, 0.0);

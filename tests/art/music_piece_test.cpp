@@ -30,7 +30,7 @@ const Music::Stereo& Piece() {
         Music::Stereo signal;
         const auto decoded = Vell::Sound::DecodeMp3(kTrack);
         if (decoded.track && decoded.track->rate == Music::kSampleRate) {
-            for (size_t i = 0; i + 1 < decoded.track->samples.size(); i += 2) {
+            for (std::size_t i = 0; i + 1 < decoded.track->samples.size(); i += 2) {
                 signal.left.push_back(static_cast<float>(decoded.track->samples[i]) / 32768.0F);
                 signal.right.push_back(static_cast<float>(decoded.track->samples[i + 1]) /
                                        32768.0F);
@@ -108,12 +108,12 @@ Triggers FindTriggers(double phase, double framesPerSecond) {
 /// the factor 1000 lets what lies below -60 dB count little). Falls are not counted.
 double Onset(double seconds) {
     constexpr int kFft = 1024;
-    const size_t at = Music::FrameAt(seconds);
+    const std::size_t at = Music::FrameAt(seconds);
     double rise = 0;
     for (const auto* channel : {&Piece().left, &Piece().right}) {
         const auto before = Music::PowerSpectrum(channel->data() + at - kFft, kFft);
         const auto after = Music::PowerSpectrum(channel->data() + at, kFft);
-        for (size_t k = 0; k < before.size(); ++k) {
+        for (std::size_t k = 0; k < before.size(); ++k) {
             rise += std::max(0.0, std::log1p(1000.0 * std::sqrt(after[k])) -
                                       std::log1p(1000.0 * std::sqrt(before[k])));
         }
@@ -153,7 +153,7 @@ TEST(Piece, Lasts_as_long_as_the_demo_and_ends_before_it) {
     const double length = static_cast<double>(Piece().Frames()) / Music::kSampleRate;
     EXPECT_GE(length, kRunningTime);
     EXPECT_LT(length, kRunningTime + 0.1);
-    const size_t end = Music::FrameAt(kRunningTime);
+    const std::size_t end = Music::FrameAt(kRunningTime);
     EXPECT_LT(Signal::Db(Signal::Rms(Piece().left, end - 441, end)), -50.0);
     // The last chord still sounds a second before, so the end is a fall and not a gap.
     EXPECT_GT(Signal::Db(Signal::Rms(Piece().left, end - 50000, end - 40000)), -35.0);
@@ -170,7 +170,7 @@ TEST(Piece, Is_mastered_to_its_figures) {
 TEST(Piece, Keeps_its_bass_in_the_middle) {
     std::vector<float> middle;
     std::vector<float> side;
-    for (size_t i = 0; i < Piece().Frames(); ++i) {
+    for (std::size_t i = 0; i < Piece().Frames(); ++i) {
         middle.push_back(Piece().left[i] + Piece().right[i]);
         side.push_back(Piece().left[i] - Piece().right[i]);
     }
@@ -193,11 +193,11 @@ TEST(Piece, Never_steps_further_than_its_treble_explains) {
     // even for noise, and a click between two samples would be more.
     for (const auto* channel : {&Piece().left, &Piece().right}) {
         std::vector<float> steps(channel->size(), 0.0F);
-        for (size_t i = 1; i < channel->size(); ++i) {
+        for (std::size_t i = 1; i < channel->size(); ++i) {
             steps[i] = (*channel)[i] - (*channel)[i - 1];
         }
-        constexpr size_t kBlock = 4410;
-        for (size_t at = 0; at + kBlock <= steps.size(); at += kBlock) {
+        constexpr std::size_t kBlock = 4410;
+        for (std::size_t at = 0; at + kBlock <= steps.size(); at += kBlock) {
             const double typical = Signal::Rms(steps, at, at + kBlock);
             const std::vector<float> block(steps.begin() + static_cast<std::ptrdiff_t>(at),
                                            steps.begin() +

@@ -30,6 +30,6 @@ TEST(PowerSpectrum, Shows_a_sine_in_its_bin_and_the_two_beside_it_alone) {
         // A Hann window's transform is 1, 1/2, 0 at whole bins from its centre: powers 1, 1/4, 0.
         const int away = std::abs(k - kBin);
         const double expected = away == 0 ? 1.0 : away == 1 ? 0.25 : 0.0;
-        EXPECT_NEAR(power[static_cast<size_t>(k)], expected, 1e-6) << "bin " << k;
+        EXPECT_NEAR(power[static_cast<std::size_t>(k)], expected, 1e-6) << "bin " << k;
     }
 }

@@ -15,7 +15,7 @@ constexpr double kRate = Music::kSampleRate;
 inline std::vector<float> Sine(double frequency, double amplitude, double seconds,
                                double phase = 0.0) {
     std::vector<float> samples(Music::FrameAt(seconds));
-    for (size_t i = 0; i < samples.size(); ++i) {
+    for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<float>(
             amplitude *
             std::sin(2.0 * Music::kPi * (phase + frequency * static_cast<double>(i) / kRate)));
@@ -30,9 +30,9 @@ inline Music::Stereo Both(const std::vector<float>& samples) {
     return signal;
 }
 
-inline double Rms(const std::vector<float>& samples, size_t from, size_t to) {
+inline double Rms(const std::vector<float>& samples, std::size_t from, std::size_t to) {
     double sum = 0;
-    for (size_t i = from; i < to; ++i) {
+    for (std::size_t i = from; i < to; ++i) {
         sum += static_cast<double>(samples[i]) * samples[i];
     }
     return std::sqrt(sum / static_cast<double>(to - from));
@@ -63,7 +63,7 @@ inline double Pitch(const std::vector<float>& samples) {
     double first = -1;
     double last = -1;
     int periods = -1;
-    for (size_t i = 1; i < samples.size(); ++i) {
+    for (std::size_t i = 1; i < samples.size(); ++i) {
         if (samples[i - 1] < 0 && samples[i] >= 0) {
             last = static_cast<double>(i) - samples[i] / (samples[i] - samples[i - 1]);
             first = first < 0 ? last : first;

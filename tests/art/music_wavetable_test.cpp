@@ -11,11 +11,11 @@ namespace {
 
 constexpr int kFft = 8192;
 
-std::vector<float> Play(Wave wave, double frequency, size_t count) {
+std::vector<float> Play(Wave wave, double frequency, std::size_t count) {
     Oscillator oscillator(wave, 0.1);
     oscillator.SetFrequency(frequency);
     std::vector<float> samples;
-    for (size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         samples.push_back(oscillator.Next());
     }
     return samples;
@@ -30,7 +30,7 @@ double BinFrequency(int bin) {
 double Around(const std::vector<double>& power, int bin) {
     double sum = 0;
     for (int k = bin - 1; k <= bin + 1; ++k) {
-        sum += power[static_cast<size_t>(k)];
+        sum += power[static_cast<std::size_t>(k)];
     }
     return sum;
 }
@@ -39,12 +39,13 @@ double Around(const std::vector<double>& power, int bin) {
 double WorstAlias(const std::vector<double>& power, int bin) {
     double worst = 1e-30;
     for (int k = 1; k < kFft / 2; ++k) {
-        const int away = std::abs(k - bin * static_cast<int>(std::lround(double(k) / bin)));
+        const int away =
+            std::abs(k - bin * static_cast<int>(std::lround(static_cast<double>(k) / bin)));
         if (away > 2 || k < bin - 2) {
-            worst = std::max(worst, power[static_cast<size_t>(k)]);
+            worst = std::max(worst, power[static_cast<std::size_t>(k)]);
         }
     }
-    return 10.0 * std::log10(worst / power[static_cast<size_t>(bin)]);
+    return 10.0 * std::log10(worst / power[static_cast<std::size_t>(bin)]);
 }
 
 } // namespace

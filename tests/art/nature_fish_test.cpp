@@ -10,8 +10,8 @@
 namespace {
 
 constexpr int fishInMesh = 14;
-constexpr std::array<size_t, 5> shoals = {0, 3, 7, 11,
-                                          fishInMesh}; // first fish of each, and the end
+constexpr std::array<std::size_t, 5> shoals = {0, 3, 7, 11,
+                                               fishInMesh}; // first fish of each, and the end
 
 const std::string fishFolder = NIMBREL_SOURCE_DIR "/Data/Gfx/Fish/";
 
@@ -20,10 +20,11 @@ std::vector<Art::MeshVertex> Vertices() {
 }
 
 /// The vertices of one of the fish.
-std::vector<Art::MeshVertex> FishNumber(size_t index) {
+std::vector<Art::MeshVertex> FishNumber(std::size_t index) {
     const std::vector<Art::MeshVertex> all = Vertices();
-    const size_t each = all.size() / fishInMesh;
-    return {all.begin() + long(index * each), all.begin() + long((index + 1) * each)};
+    const std::size_t each = all.size() / fishInMesh;
+    return {all.begin() + static_cast<long>(index * each),
+            all.begin() + static_cast<long>((index + 1) * each)};
 }
 
 struct Extent {
@@ -54,7 +55,7 @@ Extent HeightBetween(const std::vector<Art::MeshVertex>& fish, float from, float
 } // namespace
 
 TEST(NatureFish, Stays_within_the_budget_of_a_school) {
-    const size_t count = Art::VertexCount(Art::FishMesh());
+    const std::size_t count = Art::VertexCount(Art::FishMesh());
     EXPECT_GE(count, 300U);
     EXPECT_LE(count, 900U);
     EXPECT_EQ(count % fishInMesh, 0U);
@@ -68,7 +69,7 @@ TEST(NatureFish, Stored_mesh_is_the_drawn_one) {
     ASSERT_EQ(Art::VertexCount(stored), Art::VertexCount(drawn));
     EXPECT_EQ(stored.textureDirectory, "Data/Gfx/Fish/");
     EXPECT_EQ(stored.subMeshes[0].textures[0], "fish.png");
-    for (size_t i = 0; i < drawn.subMeshes[0].vertices.size(); ++i) {
+    for (std::size_t i = 0; i < drawn.subMeshes[0].vertices.size(); ++i) {
         const Art::MeshVertex& a = stored.subMeshes[0].vertices[i];
         const Art::MeshVertex& b = drawn.subMeshes[0].vertices[i];
         ASSERT_LT(Art::Length(a.position - b.position), 1e-3f) << "vertex " << i;
@@ -77,7 +78,7 @@ TEST(NatureFish, Stored_mesh_is_the_drawn_one) {
 }
 
 TEST(NatureFish, Swims_towards_minus_x_nose_first) {
-    for (size_t i = 0; i < fishInMesh; ++i) {
+    for (std::size_t i = 0; i < fishInMesh; ++i) {
         const std::vector<Art::MeshVertex> fish = FishNumber(i);
         const float nose = HeightBetween(fish, 0, 0.05f).Size();
         const float root = HeightBetween(fish, 0.72f, 0.78f).Size();
@@ -88,7 +89,7 @@ TEST(NatureFish, Swims_towards_minus_x_nose_first) {
 }
 
 TEST(NatureFish, Shows_its_side_to_a_viewer_who_looks_along_z) {
-    for (size_t i = 0; i < fishInMesh; ++i) {
+    for (std::size_t i = 0; i < fishInMesh; ++i) {
         Extent x;
         Extent y;
         Extent z;
@@ -115,8 +116,8 @@ TEST(NatureFish, Keeps_the_whole_school_below_the_surface_while_it_is_in_view) {
 }
 
 TEST(NatureFish, Has_no_two_fish_of_a_cell_on_one_spot) {
-    for (size_t i = 0; i < fishInMesh; ++i)
-        for (size_t j = i + 1; j < fishInMesh; ++j) {
+    for (std::size_t i = 0; i < fishInMesh; ++i)
+        for (std::size_t j = i + 1; j < fishInMesh; ++j) {
             const Art::Vec3 a = FishNumber(i)[0].position;
             const Art::Vec3 b = FishNumber(j)[0].position;
             EXPECT_GT(Art::Length(a - b), 30) << "fish " << i << " and " << j;
@@ -126,9 +127,9 @@ TEST(NatureFish, Has_no_two_fish_of_a_cell_on_one_spot) {
 TEST(NatureFish, Shows_no_two_grids_of_one_mesh_in_a_shoal) {
     // Twelve copies of a fish stand on a grid of 2 units. Where it is 2 units deeper than
     // another's, at most 50 before the camera, its grid looks at least 4 % narrower.
-    for (size_t shoal = 0; shoal + 1 < shoals.size(); ++shoal)
-        for (size_t i = shoals[shoal]; i < shoals[shoal + 1]; ++i)
-            for (size_t j = i + 1; j < shoals[shoal + 1]; ++j) {
+    for (std::size_t shoal = 0; shoal + 1 < shoals.size(); ++shoal)
+        for (std::size_t i = shoals[shoal]; i < shoals[shoal + 1]; ++i)
+            for (std::size_t j = i + 1; j < shoals[shoal + 1]; ++j) {
                 const float apart = FishNumber(i)[0].position.z - FishNumber(j)[0].position.z;
                 EXPECT_GT(std::abs(apart), 20) << "fish " << i << " and " << j;
             }
@@ -139,7 +140,7 @@ TEST(NatureFish, Swims_on_both_sides_of_the_picture) {
     // them: 50 * (1 - (36 - 27.824) / 13.912).
     int left = 0;
     int right = 0;
-    for (size_t i = 0; i < fishInMesh; ++i) {
+    for (std::size_t i = 0; i < fishInMesh; ++i) {
         const Art::Vec3 at = FishNumber(i)[0].position * 0.1f;
         const float aside = (72 - at.x) / (20.6f + at.z);
         left += aside > -2.217f && aside < -0.5f ? 1 : 0;
@@ -157,7 +158,7 @@ TEST(NatureFish, Has_a_shoal_in_view_at_every_moment_of_the_flight) {
         const float t = static_cast<float>(second);
         const float depth = 50 - 50 * (t - 27.824f) / 13.912f;
         int inView = 0;
-        for (size_t i = 0; i < fishInMesh; ++i) {
+        for (std::size_t i = 0; i < fishInMesh; ++i) {
             const Art::Vec3 at = FishNumber(i)[0].position * 0.1f;
             for (int column = 0; column < 4; ++column) {
                 const float aside = 2 * (t - static_cast<float>(column)) - at.x;

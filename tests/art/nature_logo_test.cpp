@@ -99,7 +99,7 @@ TEST_F(NatureLogoSprite, Reads_from_left_to_right_over_the_whole_window) {
     const Art::Picture title = Art::TitlePicture();
     const Picture expected = MakePicture(Art::kLogoWidth, Art::kLogoHeight, [&](int x, int y) {
         const Art::Rgba& p = title.At(x, Art::kLogoHeight - 1 - y);
-        const auto byte = [](float v) { return int(std::lround(v * 255)); };
+        const auto byte = [](float v) { return static_cast<int>(std::lround(v * 255)); };
         return Rgba{byte(p.r), byte(p.g), byte(p.b), 255};
     });
     // JPEG blurs the sharpest pixels of the lettering by some steps and leaves the rest alone.

@@ -55,23 +55,24 @@ public:
             pictures.push_back(Art::ReadPicture(skyFolder + face.file));
     }
 
-    int Size(size_t face) const { return pictures[face].Width(); }
+    int Size(std::size_t face) const { return pictures[face].Width(); }
 
     /// Texel (column, row) of the loaded texture, row 0 at t = 0. Loading turns a JPEG by 180
     /// degrees in memory: loaded texel k is stored pixel (count - 1 - k), counted from the top
     /// left. With k = row * size + column that is column size - 1 - column of row size - 1 - row.
-    Vec3 Texel(size_t face, int column, int row) const {
+    Vec3 Texel(std::size_t face, int column, int row) const {
         const int last = Size(face) - 1;
         const Art::Rgba& pixel = pictures[face].At(last - column, last - row);
         return {pixel.r, pixel.g, pixel.b};
     }
 
     /// The texel nearest to a point of the cube that lies on the face.
-    Vec3 TexelTowards(size_t index, Vec3 onCube) const {
+    Vec3 TexelTowards(std::size_t index, Vec3 onCube) const {
         const Art::SkyFace& face = Art::SkyFaces()[index];
         const auto texel = [&](Vec3 along) {
             const float share = Art::Dot(onCube - face.origin, along) / Art::Dot(along, along);
-            return std::clamp(int(share * float(Size(index))), 0, Size(index) - 1);
+            return std::clamp(static_cast<int>(share * static_cast<float>(Size(index))), 0,
+                              Size(index) - 1);
         };
         return Texel(index, texel(face.alongS), texel(face.alongT));
     }
@@ -91,9 +92,9 @@ bool LiesOn(const Art::SkyFace& face, Vec3 onCube) {
 }
 
 /// The two faces that share the edge on which the point lies.
-std::vector<size_t> FacesAt(Vec3 onCube) {
-    std::vector<size_t> found;
-    for (size_t i = 0; i < Art::SkyFaces().size(); ++i)
+std::vector<std::size_t> FacesAt(Vec3 onCube) {
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i < Art::SkyFaces().size(); ++i)
         if (LiesOn(Art::SkyFaces()[i], onCube))
             found.push_back(i);
     return found;
@@ -139,8 +140,8 @@ TEST(NatureSky, Stored_faces_agree_along_all_twelve_edges) {
         double sum = 0;
         int far = 0;
         for (int i = 0; i < samples; ++i) {
-            const Vec3 point = OnEdge(edge, (2 * float(i) + 1) / samples - 1);
-            const std::vector<size_t> faces = FacesAt(point);
+            const Vec3 point = OnEdge(edge, (2 * static_cast<float>(i) + 1) / samples - 1);
+            const std::vector<std::size_t> faces = FacesAt(point);
             ASSERT_EQ(faces.size(), 2U);
             const Vec3 difference =
                 Stored().TexelTowards(faces[0], point) - Stored().TexelTowards(faces[1], point);
@@ -156,15 +157,16 @@ TEST(NatureSky, Stored_faces_agree_along_all_twelve_edges) {
 }
 
 TEST(NatureSky, Stored_texels_show_the_colour_of_their_direction) {
-    for (size_t face = 0; face < Art::SkyFaces().size(); ++face) {
+    for (std::size_t face = 0; face < Art::SkyFaces().size(); ++face) {
         const int size = Stored().Size(face);
         double sum = 0;
         int count = 0;
         for (int row = 5; row < size; row += 23)
             for (int column = 5; column < size; column += 23, ++count) {
-                const Vec3 direction =
-                    Art::FaceDirection(Art::SkyFaces()[face], (float(column) + 0.5f) / float(size),
-                                       (float(row) + 0.5f) / float(size));
+                const Vec3 direction = Art::FaceDirection(
+                    Art::SkyFaces()[face],
+                    (static_cast<float>(column) + 0.5f) / static_cast<float>(size),
+                    (static_cast<float>(row) + 0.5f) / static_cast<float>(size));
                 const Vec3 difference =
                     Stored().Texel(face, column, row) - Art::DuskColour(direction);
                 sum += MeanPart(difference) * 255;
@@ -201,7 +203,7 @@ TEST(NatureSky, Falls_into_dark_water_below_the_horizon) {
 TEST(NatureSky, Lets_no_water_shine_through_above_the_far_rim_of_the_sea) {
     // From ten units up the sea's rim, 1024 units away, lies atan(10 / 1024) = 0.56 degrees low.
     for (int i = 0; i < 36; ++i) {
-        const float angle = float(i) * Art::kPi / 18;
+        const float angle = static_cast<float>(i) * Art::kPi / 18;
         const auto at = [&](float degrees) {
             const float up = degrees * Art::kPi / 180;
             return Art::DuskColour(
@@ -215,7 +217,7 @@ TEST(NatureSky, Lets_no_water_shine_through_above_the_far_rim_of_the_sea) {
 
 TEST(NatureSky, Draws_a_hair_of_dark_sea_along_the_horizon) {
     for (int i = 0; i < 36; ++i) {
-        const float angle = float(i) * Art::kPi / 18;
+        const float angle = static_cast<float>(i) * Art::kPi / 18;
         const auto brightness = [&](float y) {
             const Vec3 c = Art::DuskColour(Art::Normalize({std::cos(angle), y, std::sin(angle)}));
             return c.x + c.y + c.z;
@@ -227,8 +229,8 @@ TEST(NatureSky, Draws_a_hair_of_dark_sea_along_the_horizon) {
 
 TEST(NatureSky, Clouds_only_ever_hide_what_lies_behind) {
     for (int i = 0; i < 500; ++i) {
-        const float angle = float(i) * 0.77f;
-        const float up = 0.002f * float(i);
+        const float angle = static_cast<float>(i) * 0.77f;
+        const float up = 0.002f * static_cast<float>(i);
         const Art::SkyPoint point =
             Art::MakeSkyPoint(Art::Normalize({std::cos(angle), up, std::sin(angle)}));
         const Art::Clouded dark = Art::AddClouds(point, {0, 0, 0});
@@ -257,8 +259,9 @@ TEST_F(NatureSkyBox, Shows_the_painted_colour_in_every_direction) {
         camera.Draw();
         sky.Draw(&camera, false);
         const Vec3 expected = Art::DuskColour(Art::Normalize(direction)) * 255;
-        const Rgba colour{int(std::lround(expected.x)), int(std::lround(expected.y)),
-                          int(std::lround(expected.z)), 255};
+        const Rgba colour{static_cast<int>(std::lround(expected.x)),
+                          static_cast<int>(std::lround(expected.y)),
+                          static_cast<int>(std::lround(expected.z)), 255};
         // Dither and JPEG keep a texel within a few steps of its colour.
         EXPECT_TRUE(Near(ReadScreen(screenSize, screenSize).At(64, 64), colour, 8))
             << direction.x << " " << direction.y << " " << direction.z;

@@ -49,8 +49,8 @@ Art::Vec2 Steepness(Art::Picture normals, int halvings) {
             s += normal.x * normal.x;
             t += normal.y * normal.y;
         }
-    const double count = double(normals.Width()) * normals.Height();
-    return {float(std::sqrt(s / count)), float(std::sqrt(t / count))};
+    const double count = static_cast<double>(normals.Width()) * normals.Height();
+    return {static_cast<float>(std::sqrt(s / count)), static_cast<float>(std::sqrt(t / count))};
 }
 
 } // namespace
@@ -76,7 +76,7 @@ TEST(NatureWater, Stored_map_shifts_no_mirror_image_on_average) {
             y += normal.y;
         }
     // A mean of 0.01 would shift the image by 0.01 * 0.02 * 960 = 0.2 pixels.
-    const double count = double(Stored().Width()) * Stored().Height();
+    const double count = static_cast<double>(Stored().Width()) * Stored().Height();
     EXPECT_NEAR(x / count, 0, 0.01);
     EXPECT_NEAR(y / count, 0, 0.01);
 }

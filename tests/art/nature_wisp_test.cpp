@@ -58,8 +58,8 @@ TEST(NatureWisp, Layers_are_black_where_turning_and_breathing_could_show_their_e
         const Art::Picture light = Art::WispLight(kind, cell);
         for (int y = 0; y < 2 * cell; ++y)
             for (int x = 0; x < 2 * cell; ++x) {
-                const float fromX = std::abs(float(x % cell) + 0.5f - cell / 2.0f);
-                const float fromY = std::abs(float(y % cell) + 0.5f - cell / 2.0f);
+                const float fromX = std::abs(static_cast<float>(x % cell) + 0.5f - cell / 2.0f);
+                const float fromY = std::abs(static_cast<float>(y % cell) + 0.5f - cell / 2.0f);
                 if (std::hypot(fromX, fromY) < 0.9f * cell / 2)
                     continue;
                 const Art::Rgba& p = light.At(x, y);
@@ -88,7 +88,7 @@ TEST(NatureWisp, Stored_meshes_are_the_drawn_ones) {
         ASSERT_TRUE(Art::ReadMesh(path, stored, error)) << error;
         const Art::MeshFile drawn = Art::WispMesh(kind);
         ASSERT_EQ(Art::VertexCount(stored), Art::VertexCount(drawn));
-        for (size_t i = 0; i < drawn.subMeshes[0].vertices.size(); ++i)
+        for (std::size_t i = 0; i < drawn.subMeshes[0].vertices.size(); ++i)
             EXPECT_LT(Art::Length(stored.subMeshes[0].vertices[i].position -
                                   drawn.subMeshes[0].vertices[i].position),
                       1e-3f);
@@ -186,11 +186,12 @@ TEST_F(NatureWispLight, Has_a_hot_middle_and_a_dark_rim) {
     EXPECT_GT(middle.r, 200);
     EXPECT_GT(middle.b, 240);
     // The largest layer's half side at this distance, in pixels, with room for the breath.
-    const float pixelsPerUnit = float(screenSize) / 2 / (std::tan(Art::kPi / 6) * distance);
+    const float pixelsPerUnit =
+        static_cast<float>(screenSize) / 2 / (std::tan(Art::kPi / 6) * distance);
     const float reach = LargestRadius(Art::WispKinds()[2]) * pixelsPerUnit;
     for (int y = 0; y < screenSize; ++y)
         for (int x = 0; x < screenSize; ++x) {
-            if (std::hypot(float(x) - 63.5f, float(y) - 63.5f) < reach)
+            if (std::hypot(static_cast<float>(x) - 63.5f, static_cast<float>(y) - 63.5f) < reach)
                 continue;
             const Rgba p = picture.At(x, y);
             ASSERT_EQ(p.r + p.g + p.b, 0) << x << ", " << y;
@@ -202,8 +203,9 @@ TEST_F(NatureWispLight, Passes_the_alpha_test_even_where_it_is_dark) {
     wisp.SetBlend(false); // so that a dark fragment that passes shows as black on white
     glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
     const Picture picture = Shown(wisp, Vell::vec3(0, 0, distance));
-    const float pixelsPerUnit = float(screenSize) / 2 / (std::tan(Art::kPi / 6) * distance);
-    const int out = int(0.92f * LargestRadius(Art::WispKinds()[2]) * pixelsPerUnit);
+    const float pixelsPerUnit =
+        static_cast<float>(screenSize) / 2 / (std::tan(Art::kPi / 6) * distance);
+    const int out = static_cast<int>(0.92f * LargestRadius(Art::WispKinds()[2]) * pixelsPerUnit);
     const Rgba rim = picture.At(screenSize / 2 + out, screenSize / 2);
     EXPECT_EQ(rim.r + rim.g + rim.b, 0);
 }

@@ -75,7 +75,7 @@ TEST_F(ErrorGuardTest, Leaves_the_framebuffer_bound_that_was) {
     { const ErrorGuard guard; }
     GLint bound = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &bound);
-    EXPECT_EQ(GLuint(bound), target);
+    EXPECT_EQ(static_cast<GLuint>(bound), target);
     EXPECT_TRUE(OnlyPending(GL_INVALID_FRAMEBUFFER_OPERATION_EXT));
     glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, 0);
     glDeleteFramebuffersEXT(1, &target);

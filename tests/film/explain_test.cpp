@@ -38,10 +38,10 @@ const std::string& ThePage() {
 
 /// The text between `begin` and the next `end` after it; empty when there is none.
 std::string Between(const std::string& page, const std::string& begin, const std::string& end) {
-    const size_t from = page.find(begin);
+    const std::size_t from = page.find(begin);
     if (from == std::string::npos)
         return "";
-    const size_t start = from + begin.size();
+    const std::size_t start = from + begin.size();
     return page.substr(start, page.find(end, start) - start);
 }
 
@@ -179,8 +179,8 @@ TEST(Explain, Shows_the_final_picture_pixel_by_pixel) {
 
 TEST(Explain, Draws_the_flow_with_a_dot_for_each_pass) {
     const std::string drawing = Between(ThePage(), "<svg", "</svg>");
-    size_t dots = 0;
-    for (size_t at = drawing.find("\"dot\""); at != std::string::npos;
+    std::size_t dots = 0;
+    for (std::size_t at = drawing.find("\"dot\""); at != std::string::npos;
          at = drawing.find("\"dot\"", at + 1))
         ++dots;
     EXPECT_EQ(dots, 20u);

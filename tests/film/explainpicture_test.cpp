@@ -14,12 +14,12 @@ using Film::Pass;
 /// A pass of one row, with planes at 1 and 100, that saw things at these distances; 0 is nothing.
 Pass SeenAt(const std::vector<double>& distances) {
     Pass pass;
-    pass.width = int(distances.size());
+    pass.width = static_cast<int>(distances.size());
     pass.height = 1;
     pass.nearPlane = 1.0;
     pass.farPlane = 100.0;
     for (const double d : distances) // as a perspective does: 0 at the near plane, 1 at the far one
-        pass.depth.push_back(d > 0.0 ? float(100.0 * (d - 1.0) / (99.0 * d)) : 1.0f);
+        pass.depth.push_back(d > 0.0 ? static_cast<float>(100.0 * (d - 1.0) / (99.0 * d)) : 1.0f);
     return pass;
 }
 

@@ -34,8 +34,8 @@ Picture FromSheet(const Picture& sheet, int row) {
     constexpr int pitch = 89 + 2;
     Picture picture(960, 89);
     for (int y = 0; y < picture.height; ++y)
-        std::copy_n(sheet.At(labelWidth, row * pitch + y), size_t(picture.width) * 3,
-                    picture.At(0, y));
+        std::copy_n(sheet.At(labelWidth, row * pitch + y),
+                    static_cast<std::size_t>(picture.width) * 3, picture.At(0, y));
     return picture;
 }
 
@@ -147,7 +147,7 @@ TEST_F(FilmTest, Is_silent_without_music_and_says_so) {
     EXPECT_EQ(end.exitStatus, 0);
     EXPECT_THAT(end.complaint, HasSubstr("The music cannot be read: the film is silent."));
     const std::string samples = Samples("out.mp4");
-    EXPECT_GE(samples.size(), size_t(44100 * 4));
+    EXPECT_GE(samples.size(), static_cast<std::size_t>(44100 * 4));
     EXPECT_EQ(samples.find_first_not_of('\0'), std::string::npos);
 }
 

@@ -96,7 +96,7 @@ protected:
                     "-of", "default=noprint_wrappers=1", film}));
         std::map<std::string, std::string> facts;
         for (std::string line; std::getline(lines, line);)
-            if (const size_t equals = line.find('='); equals != std::string::npos)
+            if (const std::size_t equals = line.find('='); equals != std::string::npos)
                 facts[line.substr(0, equals)] = line.substr(equals + 1);
         return facts;
     }

@@ -25,7 +25,8 @@ std::string Published(const FramePage& page) {
 
 /// What follows `begin` in the line, up to the next `end`, is taken out, as often as it is there.
 void TakeOut(const std::string& begin, const std::string& end, std::string& line) {
-    for (size_t at = line.find(begin); at != std::string::npos; at = line.find(begin, at + 1)) {
+    for (std::size_t at = line.find(begin); at != std::string::npos;
+         at = line.find(begin, at + 1)) {
         at += begin.size();
         line.erase(at, line.find(end, at) - at);
     }

@@ -11,7 +11,7 @@
 inline void KeepLibraries() {
     std::vector<std::string> names;
     dl_iterate_phdr(
-        [](dl_phdr_info* info, size_t, void* list) {
+        [](dl_phdr_info* info, std::size_t, void* list) {
             static_cast<std::vector<std::string>*>(list)->emplace_back(info->dlpi_name);
             return 0;
         },

@@ -18,7 +18,7 @@ public:
         const std::string type = "<!DOCTYPE html>\n";
         if (!page.starts_with(type))
             return "no document type";
-        size_t at = type.size();
+        std::size_t at = type.size();
         while (wrong.empty() && at < page.size())
             at = page[at] == '<' ? ReadTag(at) : ReadText(at);
         if (wrong.empty() && !open.empty())
@@ -27,23 +27,23 @@ public:
     }
 
 private:
-    size_t ReadText(size_t at) {
-        const size_t end = std::min(page.find('<', at), page.size());
-        for (size_t sign = page.find('&', at); sign < end; sign = page.find('&', sign + 1))
+    std::size_t ReadText(std::size_t at) {
+        const std::size_t end = std::min(page.find('<', at), page.size());
+        for (std::size_t sign = page.find('&', at); sign < end; sign = page.find('&', sign + 1))
             if (!StartsEntity(sign))
                 wrong = "a bare &";
         return end;
     }
 
-    bool StartsEntity(size_t at) const {
+    bool StartsEntity(std::size_t at) const {
         for (const std::string entity : {"&amp;", "&lt;", "&gt;", "&quot;"})
             if (page.compare(at, entity.size(), entity) == 0)
                 return true;
         return false;
     }
 
-    size_t ReadTag(size_t at) {
-        const size_t end = page.find('>', at);
+    std::size_t ReadTag(std::size_t at) {
+        const std::size_t end = page.find('>', at);
         if (end == std::string::npos) {
             wrong = "a tag without an end";
             return page.size();
@@ -59,7 +59,7 @@ private:
     void Open(const std::string& tag) {
         const bool empty = tag.back() == '/';
         const std::string whole = empty ? tag.substr(0, tag.size() - 1) : tag;
-        size_t name = 0;
+        std::size_t name = 0;
         while (name < whole.size() && std::isalnum(static_cast<unsigned char>(whole[name])))
             ++name;
         if (!AreAttributes(whole.substr(name)))
@@ -70,10 +70,11 @@ private:
 
     /// Any number of: a space, a name, an equals sign and a text in double quotes.
     static bool AreAttributes(const std::string& text) {
-        size_t at = 0;
+        std::size_t at = 0;
         while (at < text.size() && text.find_first_not_of(' ', at) != std::string::npos) {
-            const size_t equals = text.find("=\"", at);
-            const size_t end = equals == std::string::npos ? equals : text.find('"', equals + 2);
+            const std::size_t equals = text.find("=\"", at);
+            const std::size_t end =
+                equals == std::string::npos ? equals : text.find('"', equals + 2);
             if (text[at] != ' ' || end == std::string::npos ||
                 text.find_first_of(" \"", at + 1) < equals)
                 return false;
@@ -112,7 +113,8 @@ inline std::string WhatItNeeds(const std::string& page) {
     for (const auto& way : ways) {
         const std::string begin = way.begin;
         const std::string inside = way.inside;
-        for (size_t at = page.find(begin); at != std::string::npos; at = page.find(begin, at + 1))
+        for (std::size_t at = page.find(begin); at != std::string::npos;
+             at = page.find(begin, at + 1))
             if (inside.empty() || page.compare(at + begin.size(), inside.size(), inside) != 0)
                 return page.substr(at, 60);
     }
@@ -128,17 +130,18 @@ struct PngSize {
 inline PngSize SizeOfPng(const std::string& base64) {
     const std::string digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::vector<std::uint32_t> bytes;
-    for (size_t i = 0; i + 4 <= base64.size() && bytes.size() < 24; i += 4) {
+    for (std::size_t i = 0; i + 4 <= base64.size() && bytes.size() < 24; i += 4) {
         std::uint32_t bits = 0;
-        for (size_t k = 0; k < 4; ++k)
-            bits = bits << 6 | std::uint32_t(digits.find(base64[i + k]));
+        for (std::size_t k = 0; k < 4; ++k)
+            bits = bits << 6 | static_cast<std::uint32_t>(digits.find(base64[i + k]));
         for (const int shift : {16, 8, 0})
             bytes.push_back(bits >> shift & 255);
     }
     if (bytes.size() < 24 || bytes[1] != 'P' || bytes[2] != 'N' || bytes[3] != 'G')
         return {};
-    const auto whole = [&](size_t at) {
-        return int(bytes[at] << 24 | bytes[at + 1] << 16 | bytes[at + 2] << 8 | bytes[at + 3]);
+    const auto whole = [&](std::size_t at) {
+        return static_cast<int>(bytes[at] << 24 | bytes[at + 1] << 16 | bytes[at + 2] << 8 |
+                                bytes[at + 3]);
     };
     return {whole(16), whole(20)};
 }

@@ -102,7 +102,7 @@ const Film::Uniform& UniformAt(int number, const std::string& passName, const st
     throw std::runtime_error(passName + ": no " + name + " in " + program);
 }
 
-std::vector<std::string> StateOf(const Pass& pass, size_t draw) {
+std::vector<std::string> StateOf(const Pass& pass, std::size_t draw) {
     return pass.draws.at(draw).state;
 }
 
@@ -159,7 +159,7 @@ TEST(Passes, Have_the_sizes_of_their_targets) {
         const bool blur = pass.name.starts_with("blur");
         const Size expected = mirror ? Size{512, 512} : blur ? Size{128, 128} : Size{960, 89};
         EXPECT_EQ(SizeOf(pass), expected);
-        EXPECT_EQ(pass.pixels.size(), size_t(pass.width) * size_t(pass.height) * 4);
+        EXPECT_EQ(std::ssize(pass.pixels), pass.width * pass.height * 4);
     }
 }
 
@@ -177,7 +177,7 @@ TEST(Passes, Go_back_and_forth_between_two_targets_of_the_blur_and_two_of_the_ch
 TEST(Passes, Draw_what_the_frustum_lets_through) {
     const struct {
         int frame;
-        size_t reflection, refraction, scene;
+        std::size_t reflection, refraction, scene;
     } rows[] = {
         {logo, 1, 1, 2},              // the water is not in its own mirror
         {rise, 2, 2, 3},              // and the city
@@ -294,14 +294,15 @@ TEST(Passes, Know_the_colour_of_each_call) {
     EXPECT_EQ(PassAt(rise, "bloom").draws[0].colour, (std::array<float, 4>{1, 1, 1, 1}));
     EXPECT_EQ(PassAt(rise, "bloom").draws[1].colour, (std::array<float, 4>{1, 1, 1, 0.25f}));
     // Silence is below the band that counts as quiet, so the glow stands at its peak.
-    EXPECT_EQ(PassAt(glow, "bloom").draws[1].colour[3], float(Timeline::glowPulse.peak));
+    EXPECT_EQ(PassAt(glow, "bloom").draws[1].colour[3],
+              static_cast<float>(Timeline::glowPulse.peak));
 }
 
 TEST(Passes, Add_the_wisps_to_the_picture_without_depth) {
     const Pass& scene = PassAt(wisps, "scene");
     int added = 0;
     for (const Film::Draw& draw : scene.draws)
-        if (scene.programs[size_t(draw.program)].name == wispProgram) {
+        if (scene.programs[static_cast<std::size_t>(draw.program)].name == wispProgram) {
             ++added;
             EXPECT_THAT(draw.state, ElementsAre("writes no depth", "alpha test against 0.5",
                                                 "added to what is there"));
@@ -313,8 +314,7 @@ TEST(Passes, Keep_depth_where_it_was_written_and_nowhere_else) {
     for (const Pass& pass : At(rise).passes) {
         const bool kept =
             pass.name == "reflection" || pass.name == "refraction" || pass.name == "scene";
-        EXPECT_EQ(pass.depth.size(), kept ? size_t(pass.width) * size_t(pass.height) : 0u)
-            << pass.name;
+        EXPECT_EQ(std::ssize(pass.depth), kept ? pass.width * pass.height : 0) << pass.name;
     }
     const Pass& reflection = PassAt(rise, "reflection");
     EXPECT_NEAR(reflection.nearPlane, 0.1, 1e-4);
@@ -383,7 +383,7 @@ TEST(Passes, Are_recorded_without_a_change_to_any_pixel) {
 TEST(Passes, Are_recorded_without_a_trace_in_the_state) {
     for (const int number : moments) {
         EXPECT_EQ(At(number).leftState, "") << number;
-        EXPECT_EQ(At(number).error, GLenum(GL_NO_ERROR)) << number;
+        EXPECT_EQ(At(number).error, static_cast<GLenum>(GL_NO_ERROR)) << number;
     }
 }
 

@@ -171,7 +171,7 @@ TEST(PassRecorder, Looks_at_the_units_of_the_samplers_and_leaves_the_state_alone
     std::vector<std::string> reads;
     const Pass& pass = Done().read[0];
     for (const int index : pass.draws.at(0).inputs) {
-        const Film::Input& input = pass.inputs.at(size_t(index));
+        const Film::Input& input = pass.inputs.at(static_cast<std::size_t>(index));
         reads.push_back(input.reader + ": " + input.name);
     }
     EXPECT_THAT(reads, testing::UnorderedElementsAre(

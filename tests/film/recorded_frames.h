@@ -35,7 +35,7 @@ using Bytes = std::vector<unsigned char>;
 
 /// RGBA, bottom row first, of the window's back buffer.
 inline Bytes ReadWindow() {
-    Bytes bytes(size_t(Film::pictureWidth) * Film::pictureHeight * 4);
+    Bytes bytes(static_cast<std::size_t>(Film::pictureWidth) * Film::pictureHeight * 4);
     glReadPixels(0, 0, Film::pictureWidth, Film::pictureHeight, GL_RGBA, GL_UNSIGNED_BYTE,
                  bytes.data());
     return bytes;
@@ -54,7 +54,8 @@ private:
     }
     void End(int) override {
         const Bytes bytes = ReadWindow();
-        out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
+        out.write(reinterpret_cast<const char*>(bytes.data()),
+                  static_cast<std::streamsize>(bytes.size()));
     }
 
     const std::vector<int>& wanted;

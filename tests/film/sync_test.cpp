@@ -28,9 +28,9 @@ using Samples = std::vector<std::int16_t>;
 /// A steady tone in the lowest band, silent in the gaps, with a click at each cut.
 Samples Music() {
     constexpr double pi = 3.14159265358979;
-    Samples samples(size_t(length * rate) * 2);
-    for (size_t i = 0; i < samples.size() / 2; ++i) {
-        const double t = double(i) / rate;
+    Samples samples(static_cast<std::size_t>(length * rate) * 2);
+    for (std::size_t i = 0; i < samples.size() / 2; ++i) {
+        const double t = static_cast<double>(i) / rate;
         double value = 0.25 * std::sin(2.0 * pi * 100.0 * t);
         for (double gap : gaps)
             if (t >= gap && t < gap + gapLength)
@@ -38,7 +38,8 @@ Samples Music() {
         for (double cut : cuts)
             if (t >= cut && t < cut + 0.004)
                 value = 0.9 * std::sin(2.0 * pi * 4000.0 * (t - cut));
-        samples[2 * i] = samples[2 * i + 1] = std::int16_t(std::lround(value * 32767.0));
+        samples[2 * i] = samples[2 * i + 1] =
+            static_cast<std::int16_t>(std::lround(value * 32767.0));
     }
     return samples;
 }
@@ -75,37 +76,40 @@ struct Frame {
 };
 
 std::vector<Frame> Watch(const std::string& bytes) {
-    constexpr size_t size = 96 * 9 * 3;
+    constexpr std::size_t size = 96 * 9 * 3;
     std::vector<Frame> frames(bytes.size() / size);
-    for (size_t n = 0; n < frames.size(); ++n) {
+    for (std::size_t n = 0; n < frames.size(); ++n) {
         double sum = 0.0;
         double change = 0.0;
-        for (size_t i = n * size; i < (n + 1) * size; ++i) {
+        for (std::size_t i = n * size; i < (n + 1) * size; ++i) {
             const auto now = static_cast<unsigned char>(bytes[i]);
             sum += now;
             if (n > 0)
-                change += std::abs(int(now) - int(static_cast<unsigned char>(bytes[i - size])));
+                change += std::abs(static_cast<int>(now) -
+                                   static_cast<int>(static_cast<unsigned char>(bytes[i - size])));
         }
-        frames[n] = {sum / double(size), change / double(size)};
+        frames[n] = {sum / static_cast<double>(size), change / static_cast<double>(size)};
     }
     return frames;
 }
 
 /// The frame near `time` that differs most from the one before.
 int Cut(const std::vector<Frame>& frames, double time) {
-    const int middle = int(time * frameRate);
+    const int middle = static_cast<int>(time * frameRate);
     int largest = middle - 10;
     for (int n = middle - 10; n <= middle + 10; ++n)
-        if (frames[size_t(n)].change > frames[size_t(largest)].change)
+        if (frames[static_cast<std::size_t>(n)].change >
+            frames[static_cast<std::size_t>(largest)].change)
             largest = n;
     return largest;
 }
 
 /// The frame near `time` that is so much brighter than the one before as no other.
 int Flash(const std::vector<Frame>& frames, double time) {
-    const int middle = int(time * frameRate);
+    const int middle = static_cast<int>(time * frameRate);
     const auto rise = [&](int n) {
-        return frames[size_t(n)].brightness - frames[size_t(n - 1)].brightness;
+        return frames[static_cast<std::size_t>(n)].brightness -
+               frames[static_cast<std::size_t>(n - 1)].brightness;
     };
     int largest = middle - 10;
     for (int n = middle - 10; n <= middle + 10; ++n)
@@ -117,9 +121,10 @@ int Flash(const std::vector<Frame>& frames, double time) {
 /// When the click near `time` begins, in seconds: where the left side first exceeds half of full
 /// scale.
 double Click(const Samples& samples, double time) {
-    for (auto i = size_t((time - 0.3) * rate); i < size_t((time + 0.3) * rate); ++i)
-        if (std::abs(int(samples[2 * i])) > 0.6 * 32767)
-            return double(i) / rate;
+    for (auto i = static_cast<std::size_t>((time - 0.3) * rate);
+         i < static_cast<std::size_t>((time + 0.3) * rate); ++i)
+        if (std::abs(static_cast<int>(samples[2 * i])) > 0.6 * 32767)
+            return static_cast<double>(i) / rate;
     return -1.0;
 }
 
@@ -148,12 +153,12 @@ TEST_F(SyncTest, Keeps_picture_and_sound_in_step_from_first_to_last) {
     const std::string bytes = Samples("out.mp4");
     ::Samples samples(bytes.size() / 2);
     std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
-    EXPECT_NEAR(double(samples.size()) / 2.0 / rate, 3548 / frameRate, 0.03);
+    EXPECT_NEAR(static_cast<double>(samples.size()) / 2.0 / rate, 3548 / frameRate, 0.03);
 
     for (double cut : cuts) {
         EXPECT_NEAR(Click(samples, cut), cut, 0.001);
         // Within one frame: at the first frame after the click, never before it.
-        EXPECT_EQ(Cut(frames, cut), int(std::ceil(cut * frameRate))) << cut << " s";
+        EXPECT_EQ(Cut(frames, cut), static_cast<int>(std::ceil(cut * frameRate))) << cut << " s";
     }
     for (double gap : gaps) {
         // The spectrum looks at the last 2.9 ms, and the lowest band must have fallen under 0.03.

@@ -9,8 +9,8 @@
 namespace {
 
 std::string Trimmed(const std::string& text) {
-    const size_t first = text.find_first_not_of(' ');
-    const size_t last = text.find_last_not_of(' ');
+    const std::size_t first = text.find_first_not_of(' ');
+    const std::size_t last = text.find_last_not_of(' ');
     return first == std::string::npos ? "" : text.substr(first, last - first + 1);
 }
 
@@ -28,7 +28,7 @@ std::vector<std::string> CallsOf(const std::string& expected) {
     return calls;
 }
 
-std::string At(const std::vector<std::string>& calls, size_t i) {
+std::string At(const std::vector<std::string>& calls, std::size_t i) {
     return i < calls.size() ? calls[i] : "nothing more";
 }
 
@@ -36,16 +36,16 @@ std::string At(const std::vector<std::string>& calls, size_t i) {
                                    const std::vector<std::string>& made) {
     if (wanted == made)
         return ::testing::AssertionSuccess();
-    size_t i = 0;
+    std::size_t i = 0;
     while (At(wanted, i) == At(made, i))
         ++i;
     ::testing::AssertionResult failure = ::testing::AssertionFailure();
     failure << "call " << i + 1 << " of " << made.size() << ": expected " << At(wanted, i)
             << ", made " << At(made, i) << "\nbefore it:";
-    for (size_t j = i < 5 ? 0 : i - 5; j < i; ++j)
+    for (std::size_t j = i < 5 ? 0 : i - 5; j < i; ++j)
         failure << "\n    " << made[j];
     failure << "\nfrom it on:";
-    for (size_t j = i; j < std::min(i + 8, made.size()); ++j)
+    for (std::size_t j = i; j < std::min(i + 8, made.size()); ++j)
         failure << "\n    " << made[j];
     return failure;
 }
@@ -108,7 +108,7 @@ void Calls::TearDown() {
     const std::vector<std::string> wanted = CallsOf(expected);
     std::vector<std::string> made = gl.Take();
     if (made.size() > wanted.size())
-        made.erase(made.begin(), made.end() - std::ptrdiff_t(wanted.size()));
+        made.erase(made.begin(), made.end() - static_cast<std::ptrdiff_t>(wanted.size()));
     return Compare(wanted, made);
 }
 

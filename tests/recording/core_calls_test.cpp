@@ -18,13 +18,13 @@ protected:
     void SetUp() override {
         Calls::SetUp();
         for (const Pointers& group : Groups())
-            for (size_t i = 0; i < group.count; ++i)
+            for (std::size_t i = 0; i < group.count; ++i)
                 *group.addresses[i] = nullptr;
     }
 
     struct Pointers {
         void*** addresses;
-        size_t count;
+        std::size_t count;
     };
 
     static std::vector<Pointers> Groups() {
@@ -34,11 +34,11 @@ protected:
     }
 
     /// How many of the 121 pointers are set, from the first on; fails when one is set after that.
-    static size_t PointersSet() {
-        size_t set = 0;
-        size_t place = 0;
+    static std::size_t PointersSet() {
+        std::size_t set = 0;
+        std::size_t place = 0;
         for (const Pointers& group : Groups())
-            for (size_t i = 0; i < group.count; ++i, ++place)
+            for (std::size_t i = 0; i < group.count; ++i, ++place)
                 if (*group.addresses[i] != nullptr) {
                     EXPECT_EQ(set, place) << "a pointer after the missing one was set";
                     ++set;
@@ -55,7 +55,7 @@ protected:
 
     /// Start-up on an 800 x 600 screen up to the first entry point, then the fetching of the first
     /// `count` entry points.
-    static std::string StartUp(size_t count) {
+    static std::string StartUp(std::size_t count) {
         std::string calls = "-- 1. the screen\n"
                             "glViewport(0, 0, 800, 600)\n" +
                             Projection("70", "1") + "-- 2. depth\n" + "glEnable(GL_DEPTH_TEST)\n";
@@ -63,14 +63,14 @@ protected:
             if (count == 0)
                 break;
             calls += "-- 3. " + group.extension + "\nglGetString(GL_EXTENSIONS)\n";
-            for (size_t i = 0; i < group.names.size() && count > 0; ++i, --count)
+            for (std::size_t i = 0; i < group.names.size() && count > 0; ++i, --count)
                 calls += "glXGetProcAddress(" + group.names[i] + ")\n";
         }
         return calls;
     }
 };
 
-constexpr size_t everyPointer = 121;
+constexpr std::size_t everyPointer = 121;
 
 } // namespace
 
@@ -118,7 +118,7 @@ TEST_F(CoreCalls, Start_up_sets_the_screen_and_fetches_the_six_groups_in_order) 
 }
 
 TEST_F(CoreCalls, Start_up_stops_at_each_single_missing_entry_point) {
-    size_t place = 0;
+    std::size_t place = 0;
     for (const RecordedGroup& group : RecordedGroups())
         for (const std::string& name : group.names) {
             SCOPED_TRACE(name);
@@ -151,7 +151,7 @@ TEST_F(CoreCalls, Result_of_a_group_is_the_number_of_the_missing_entry_point) {
 }
 
 TEST_F(CoreCalls, Start_up_asks_for_nothing_of_an_extension_that_is_not_listed) {
-    size_t before = 0;
+    std::size_t before = 0;
     for (const RecordedGroup& group : RecordedGroups()) {
         SCOPED_TRACE(group.extension);
         SetUp();

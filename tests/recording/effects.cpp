@@ -9,7 +9,7 @@
 
 namespace {
 
-std::vector<unsigned char> Bytes(const void* data, size_t size) {
+std::vector<unsigned char> Bytes(const void* data, std::size_t size) {
     if (data == nullptr)
         return {};
     const auto* first = static_cast<const unsigned char*>(data);
@@ -27,7 +27,8 @@ const GLubyte* glGetString(GLenum) {
 void glGetFloatv(GLenum name, GLfloat* values) {
     const GLenum mode = name == GL_PROJECTION_MATRIX ? GL_PROJECTION : GL_MODELVIEW;
     const MatrixStacks::Matrix& matrix = gl.matrices.Top(mode);
-    std::transform(matrix.begin(), matrix.end(), values, [](double v) { return GLfloat(v); });
+    std::transform(matrix.begin(), matrix.end(), values,
+                   [](double v) { return static_cast<GLfloat>(v); });
 }
 
 void glGetIntegerv(GLenum, GLint* values) {
@@ -135,14 +136,16 @@ void glBindBufferARB(GLenum target, GLuint buffer) {
 }
 
 void glBufferDataARB(GLenum target, GLsizeiptrARB size, const GLvoid* data, GLenum) {
-    gl.contents[gl.LabelOf("buffer", gl.bound[target])] = Bytes(data, size_t(size));
+    gl.contents[gl.LabelOf("buffer", gl.bound[target])] =
+        Bytes(data, static_cast<std::size_t>(size));
 }
 
 void glTexImage2D(GLenum, GLint, GLint, GLsizei width, GLsizei height, GLint, GLenum format, GLenum,
                   const GLvoid* data) {
     // Any other format is refused: nothing is read.
-    const size_t pixelBytes = format == GL_RGB ? 3 : format == GL_RGBA ? 4 : 0;
-    gl.pixels = Bytes(data, size_t(width) * size_t(height) * pixelBytes);
+    const std::size_t pixelBytes = format == GL_RGB ? 3 : format == GL_RGBA ? 4 : 0;
+    gl.pixels = Bytes(data, static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
+                                pixelBytes);
 }
 
 GLhandleARB glCreateShaderObjectARB(GLenum kind) {
@@ -169,12 +172,12 @@ void glGetObjectParameterivARB(GLhandleARB object, GLenum, GLint* value) {
 
 void glGetShaderiv(GLuint object, GLenum, GLint* value) {
     const std::string& text = gl.infoLogs[gl.KindOf(object)];
-    *value = text.empty() ? 0 : GLint(text.size()) + 1; // with the terminator
+    *value = text.empty() ? 0 : static_cast<GLint>(text.size()) + 1; // with the terminator
 }
 
 void glGetShaderInfoLog(GLuint object, GLsizei most, GLsizei*, GLchar* text) {
     const std::string whole = gl.infoLogs[gl.KindOf(object)];
-    const std::string fitting = whole.substr(0, size_t(std::max(most - 1, 0)));
+    const std::string fitting = whole.substr(0, static_cast<std::size_t>(std::max(most - 1, 0)));
     if (most > 0)
         std::memcpy(text, fitting.c_str(), fitting.size() + 1);
 }

@@ -96,10 +96,10 @@ RECORDED_CORE(DEFINE)
 namespace {
 
 /// An entry point that is fetched and never called.
-template <class Pointer, size_t row>
+template <class Pointer, std::size_t row>
 struct Uncalled;
 
-template <class Result, class... Parameters, size_t row>
+template <class Result, class... Parameters, std::size_t row>
 struct Uncalled<Result (*)(Parameters...), row> {
     static Result Called(Parameters...) {
         ADD_FAILURE() << "an entry point that nothing uses was called, row " << row;

@@ -22,9 +22,9 @@ Point Unit(const Point& a) {
 
 MatrixStacks::Matrix Product(const MatrixStacks::Matrix& a, const MatrixStacks::Matrix& b) {
     MatrixStacks::Matrix product{};
-    for (size_t column = 0; column < 4; ++column)
-        for (size_t row = 0; row < 4; ++row)
-            for (size_t k = 0; k < 4; ++k)
+    for (std::size_t column = 0; column < 4; ++column)
+        for (std::size_t row = 0; row < 4; ++row)
+            for (std::size_t k = 0; k < 4; ++k)
                 product[4 * column + row] += a[4 * k + row] * b[4 * column + k];
     return product;
 }

@@ -30,7 +30,7 @@ protected:
     std::unique_ptr<Vell::XT3DStatic> Load(const Contents& contents,
                                            const std::vector<std::string>& labels) {
         gl.Name("texture", labels);
-        for (size_t i = 0; i < contents.textures.size(); ++i) {
+        for (std::size_t i = 0; i < contents.textures.size(); ++i) {
             const std::string n = contents.textures.size() == 1 ? "" : i == 0 ? " 0" : " 1";
             const std::string names[] = {"positions" + n, "texcoords" + n, "lightmap texcoords" + n,
                                          "normals" + n};

@@ -65,21 +65,21 @@ std::string Find(std::span<const Entry> entries, GLenum value) {
 }
 
 template <class T>
-std::string Numbers(const T* values, size_t count) {
+std::string Numbers(const T* values, std::size_t count) {
     std::string text;
-    for (size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         text += i == 0 ? "" : " ";
         text += Print::Number(values[i]);
     }
     return text;
 }
 
-size_t listLength = 0; // set by Count() for the list that follows
+std::size_t listLength = 0; // set by Count() for the list that follows
 
 template <class Names>
 std::string ListOf(const Names* names, std::string (*print)(Names)) {
     std::string text;
-    for (size_t i = 0; i < listLength; ++i) {
+    for (std::size_t i = 0; i < listLength; ++i) {
         text += i == 0 ? "" : " ";
         text += print(names[i]);
     }
@@ -169,7 +169,7 @@ std::string Location(GLint location) {
 }
 
 std::string Count(GLsizei count) {
-    listLength = size_t(count);
+    listLength = static_cast<std::size_t>(count);
     return Number(count);
 }
 
@@ -194,7 +194,7 @@ std::string Objects(const GLuint* names) {
 }
 
 std::string Texts(const GLcharARB* const* texts) {
-    constexpr size_t longest = 40;
+    constexpr std::size_t longest = 40;
     return ListOf<const GLcharARB*>(texts, [](const GLcharARB* text) {
         return std::strlen(text) <= longest ? Text(text) : std::string("text");
     });

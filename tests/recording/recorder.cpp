@@ -87,7 +87,7 @@ std::string Recorder::LabelOf(const std::string& space, GLuint name) const {
 std::string Recorder::UniformAt(GLint location) const {
     if (location == -1)
         return "-1";
-    const Uniform& uniform = uniforms.at(size_t(location));
+    const Uniform& uniform = uniforms.at(static_cast<std::size_t>(location));
     EXPECT_EQ(uniform.program, program)
         << "the uniform '" << uniform.name << "' is sent while its program is not in use";
     return uniform.name;
@@ -97,5 +97,5 @@ GLint Recorder::LocationOf(GLuint ofProgram, const std::string& name) {
     if (unusedUniforms.count(name) != 0)
         return -1;
     uniforms.push_back({ofProgram, name});
-    return GLint(uniforms.size()) - 1;
+    return static_cast<GLint>(uniforms.size()) - 1;
 }

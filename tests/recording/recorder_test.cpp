@@ -97,9 +97,9 @@ TEST_F(Recording, Labels_objects_by_kind_and_number_or_by_name) {
 
 TEST_F(Recording, Tells_every_pending_error_once) {
     gl.errors = {GL_INVALID_ENUM, GL_INVALID_VALUE};
-    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_ENUM));
-    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_VALUE));
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_ENUM));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_VALUE));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 TEST_F(Recording, Keeps_matrices_as_OpenGL_does) {
@@ -144,7 +144,7 @@ TEST_F(Recording, Keeps_what_is_drawn_uploaded_and_compiled) {
 }
 
 TEST_F(Recording, Knows_121_entry_points) {
-    size_t count = 0;
+    std::size_t count = 0;
     for (const RecordedGroup& group : RecordedGroups())
         count += group.names.size();
     EXPECT_EQ(count, 39u + 62u + 5u + 4u + 2u + 9u);

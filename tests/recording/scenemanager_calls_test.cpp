@@ -261,7 +261,7 @@ private:
         glMultMatrixf(matrix);
         glPopMatrix();
         const std::string call = gl.Take().at(1);
-        const size_t open = call.find('(') + 1;
+        const std::size_t open = call.find('(') + 1;
         return call.substr(open, call.size() - open - 1);
     }
 
@@ -280,8 +280,8 @@ TEST_F(FrameCalls, Every_combination_of_sky_water_terrain_and_shadow) {
             for (const int terrains : {0, 2})
                 for (const bool shadow : {false, true}) {
                     SCOPED_TRACE(::testing::Message()
-                                 << "sky " << sky << ", water " << int(water) << ", terrains "
-                                 << terrains << ", shadow " << shadow);
+                                 << "sky " << sky << ", water " << static_cast<int>(water)
+                                 << ", terrains " << terrains << ", shadow " << shadow);
                     manager.reset();
                     SetUp();
                     const Scene scene = {sky, water, terrains, shadow};

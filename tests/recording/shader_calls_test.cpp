@@ -91,7 +91,7 @@ TEST_F(ShaderCalls, Files_become_a_program) {
 }
 
 TEST_F(ShaderCalls, Texts_from_memory_become_a_program_without_a_row) {
-    const size_t rows = ReadLogRows().size();
+    const std::size_t rows = ReadLogRows().size();
     Shader shader;
     shader.LoadToChar(plainVertex, plainFragment);
     EXPECT_TRUE(Made(Create() + GiveVertex() + GiveFragment() + Compile() + AskVertex() +
@@ -105,7 +105,7 @@ TEST_F(ShaderCalls, Second_load_of_a_pair_calls_nothing) {
     Shader first;
     first.Load("pair.vert", "pair.frag");
     Forget();
-    const size_t rows = ReadLogRows().size();
+    const std::size_t rows = ReadLogRows().size();
     Shader second;
     second.Load("pair.vert", "pair.frag");
     EXPECT_TRUE(Made(""));

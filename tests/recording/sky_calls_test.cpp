@@ -23,7 +23,9 @@ protected:
         for (const std::string& name : names)
             WritePng(folder + name + ".png", 1, 1, 3, {1, 2, 3});
         gl.Name("texture", names);
-        const auto path = [&](int i) { return folder + names[size_t(i)] + ".png"; };
+        const auto path = [&](int i) {
+            return folder + names[static_cast<std::size_t>(i)] + ".png";
+        };
         return std::make_unique<SkyBox>(path(0), path(1), path(2), path(3), path(4), path(5));
     }
 
@@ -91,7 +93,7 @@ protected:
             )"};
         std::string calls =
             "-- 2.\nglGenLists(1); glNewList(list 1, GL_COMPILE)\n-- 3.\n" + UnitOn(0);
-        for (size_t i = 0; i < faces.size(); ++i)
+        for (std::size_t i = 0; i < faces.size(); ++i)
             calls +=
                 BindTexture(faces[i]) + "glBegin(GL_TRIANGLE_STRIP)\n" + strips[i] + "glEnd()\n";
         return calls + "-- 4.\nglDisable(GL_TEXTURE_2D); glEndList()\n";

@@ -33,7 +33,7 @@ protected:
     static void Furnish(Terrain& terrain, int width) {
         static int count = 0; // the registry knows every path for good
         const std::string n = std::to_string(++count);
-        const std::vector<unsigned char> row(size_t(width) * 3, 7);
+        const std::vector<unsigned char> row(static_cast<std::size_t>(width) * 3, 7);
         WritePng("height" + n + ".png", width, 1, 3, row);
         WritePng("ground" + n + ".png", width, 1, 3, row);
         const std::string labels[] = {"heights", "ground"};
@@ -114,15 +114,15 @@ TEST_F(TerrainCalls, Construction_builds_the_shader_and_fills_two_buffers) {
         )"));
     const std::vector<float> grid = ContentOf<float>("grid");
     const std::vector<GLuint> indices = ContentOf<GLuint>("indices 0");
-    for (size_t i = 0; i <= 32; ++i)
-        for (size_t j = 0; j <= 32; ++j) {
-            EXPECT_EQ(grid[(i * 33 + j) * 3], float(i));
+    for (std::size_t i = 0; i <= 32; ++i)
+        for (std::size_t j = 0; j <= 32; ++j) {
+            EXPECT_EQ(grid[(i * 33 + j) * 3], static_cast<float>(i));
             EXPECT_EQ(grid[(i * 33 + j) * 3 + 1], 0.0f);
-            EXPECT_EQ(grid[(i * 33 + j) * 3 + 2], float(j));
+            EXPECT_EQ(grid[(i * 33 + j) * 3 + 2], static_cast<float>(j));
         }
     for (GLuint r = 0; r < 32; ++r)
         for (GLuint k = 0; k < 32; ++k) {
-            const size_t at = (r * 32 + k) * 4;
+            const std::size_t at = (r * 32 + k) * 4;
             EXPECT_EQ(indices[at], r * 33 + k);
             EXPECT_EQ(indices[at + 1], (r + 1) * 33 + k);
             EXPECT_EQ(indices[at + 2], (r + 1) * 33 + k + 1);

@@ -206,8 +206,8 @@ TEST_F(WaterCalls, New_size_moves_the_positive_corners_only) {
             glInterleavedArrays(GL_T2F_V3F, 0, memory)
             glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
             )"));
-        const auto x = float(size.x);
-        const auto z = float(size.y);
+        const auto x = static_cast<float>(size.x);
+        const auto z = static_cast<float>(size.y);
         EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, x, 0, z,     //
                                             0, 1, -1024, 0, z, //
                                             1, 0, x, 0, -1024, //

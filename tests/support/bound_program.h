@@ -21,7 +21,8 @@ inline std::string BoundProgramMessages() {
     std::string messages;
     for (int i = 0; i <= attached; ++i) {
         std::array<char, 4096> text{};
-        glGetInfoLog(objects[size_t(i)], GLsizei(text.size()), nullptr, text.data());
+        glGetInfoLog(objects[static_cast<std::size_t>(i)], static_cast<GLsizei>(text.size()),
+                     nullptr, text.data());
         messages += text.data();
     }
     return messages;

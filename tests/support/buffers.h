@@ -24,10 +24,10 @@ inline GLint BufferSize(GLenum target, GLuint buffer) {
 
 template <typename T>
 std::vector<T> BufferContent(GLenum target, GLuint buffer) {
-    std::vector<T> content(size_t(BufferSize(target, buffer)) / sizeof(T));
+    std::vector<T> content(static_cast<std::size_t>(BufferSize(target, buffer)) / sizeof(T));
     glBindBuffer(target, buffer);
     EntryPoint<PFNGLGETBUFFERSUBDATAPROC>("glGetBufferSubData")(
-        target, 0, GLsizeiptr(content.size() * sizeof(T)), content.data());
+        target, 0, static_cast<GLsizeiptr>(content.size() * sizeof(T)), content.data());
     glBindBuffer(target, 0);
     return content;
 }

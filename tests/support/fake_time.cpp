@@ -15,7 +15,7 @@ std::optional<std::int64_t> fakeMicroseconds;
 std::int64_t tickMicroseconds = 0;
 
 std::int64_t Microseconds(double seconds) {
-    return std::llround(seconds * double(microsecondsPerSecond));
+    return std::llround(seconds * static_cast<double>(microsecondsPerSecond));
 }
 
 std::int64_t RealMicroseconds() {

@@ -86,15 +86,15 @@ void CaptureUnits(GlState& state) {
     glGetIntegerv(GL_CLIENT_ACTIVE_TEXTURE, &clientActive);
     for (int unit = 0; unit < textureUnits; ++unit) {
         const std::string name = "unit " + std::to_string(unit) + " ";
-        glActiveTexture(GL_TEXTURE0 + GLenum(unit));
-        glClientActiveTexture(GL_TEXTURE0 + GLenum(unit));
+        glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
+        glClientActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
         state.values[name + "texture 2D"] = OnOff(GL_TEXTURE_2D);
         state.values[name + "binding"] = Integers<1>(GL_TEXTURE_BINDING_2D);
         state.values[name + "coordinate array"] = OnOff(GL_TEXTURE_COORD_ARRAY);
         state.values[name + "matrix"] = Floats<16>(GL_TEXTURE_MATRIX);
     }
-    glActiveTexture(GLenum(active));
-    glClientActiveTexture(GLenum(clientActive));
+    glActiveTexture(static_cast<GLenum>(active));
+    glClientActiveTexture(static_cast<GLenum>(clientActive));
 }
 
 } // namespace

@@ -20,10 +20,10 @@ void ResetMatrices() {
 
 void ResetTextureUnits() {
     for (int unit = stateUnits - 1; unit >= 0; --unit) {
-        glActiveTexture(GL_TEXTURE0 + GLenum(unit));
+        glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
         glDisable(GL_TEXTURE_2D);
         glBindTexture(GL_TEXTURE_2D, 0);
-        glClientActiveTexture(GL_TEXTURE0 + GLenum(unit));
+        glClientActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
         glDisableClientState(GL_TEXTURE_COORD_ARRAY);
     }
 }
@@ -74,7 +74,8 @@ void GlTest::SetUp() {
 }
 
 void GlTest::TearDown() {
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << "the test left an OpenGL error behind";
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR))
+        << "the test left an OpenGL error behind";
 }
 
 void GlTest::UseUnitOrtho() {

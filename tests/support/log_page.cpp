@@ -7,10 +7,10 @@
 namespace {
 
 /// Whether `text` stands in `page` at `at`; a '?' stands for any character.
-bool StandsAt(const std::string& page, size_t at, const std::string& text) {
+bool StandsAt(const std::string& page, std::size_t at, const std::string& text) {
     if (at + text.size() > page.size())
         return false;
-    for (size_t i = 0; i < text.size(); ++i)
+    for (std::size_t i = 0; i < text.size(); ++i)
         if (text[i] != '?' && text[i] != page[at + i])
             return false;
     return true;
@@ -18,12 +18,12 @@ bool StandsAt(const std::string& page, size_t at, const std::string& text) {
 
 /// Finds the next `opening` from `at` on and takes what follows it up to `closing`; moves `at`
 /// behind that. False when there is none.
-bool TakeCell(const std::string& page, size_t& at, const std::string& opening,
+bool TakeCell(const std::string& page, std::size_t& at, const std::string& opening,
               const std::string& closing, std::string& text) {
     while (at < page.size() && !StandsAt(page, at, opening))
         ++at;
-    const size_t begin = at + opening.size();
-    const size_t end = begin < page.size() ? page.find(closing, begin) : std::string::npos;
+    const std::size_t begin = at + opening.size();
+    const std::size_t end = begin < page.size() ? page.find(closing, begin) : std::string::npos;
     if (end == std::string::npos)
         return false;
     text = page.substr(begin, end - begin);
@@ -44,7 +44,7 @@ std::string ReadLogText() {
 
 std::vector<LogRow> ParseLogRows(const std::string& page) {
     std::vector<LogRow> rows;
-    size_t at = 0;
+    std::size_t at = 0;
     LogRow row;
     while (
         TakeCell(page, at, "width =\"15%\">", "</td>", row.section) &&
@@ -62,6 +62,7 @@ LogWatch::LogWatch() : before(ReadLogRows().size()) {}
 
 std::vector<LogRow> LogWatch::NewRows() const {
     std::vector<LogRow> rows = ReadLogRows();
-    rows.erase(rows.begin(), rows.begin() + std::ptrdiff_t(std::min(before, rows.size())));
+    rows.erase(rows.begin(),
+               rows.begin() + static_cast<std::ptrdiff_t>(std::min(before, rows.size())));
     return rows;
 }

@@ -31,5 +31,5 @@ public:
     std::vector<LogRow> NewRows() const;
 
 private:
-    size_t before;
+    std::size_t before;
 };

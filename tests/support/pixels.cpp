@@ -17,7 +17,7 @@ constexpr int channels = 4;
 struct Comparison {
     double mean = 0.0;
     int max = 0;
-    size_t failing = 0;
+    std::size_t failing = 0;
     int worstX = 0;
     int worstY = 0;
     Picture difference;
@@ -51,7 +51,7 @@ Comparison Compare(const Picture& actual, const Picture& expected, double allowe
             }
             found.difference.Set(x, y, Enlarged(a, e));
         }
-    found.mean /= double(channels) * actual.Width() * actual.Height();
+    found.mean /= static_cast<double>(channels) * actual.Width() * actual.Height();
     return found;
 }
 
@@ -94,18 +94,21 @@ void PrintTo(const Rgba& colour, std::ostream* out) {
 Picture::Picture(int pictureWidth, int pictureHeight, Rgba fill)
     : width(pictureWidth),
       height(pictureHeight),
-      bytes(size_t(pictureWidth) * size_t(pictureHeight) * channels) {
+      bytes(static_cast<std::size_t>(pictureWidth) * static_cast<std::size_t>(pictureHeight) *
+            channels) {
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x)
             Set(x, y, fill);
 }
 
-size_t Picture::Offset(int x, int y) const {
+std::size_t Picture::Offset(int x, int y) const {
     if (x < 0 || y < 0 || x >= width || y >= height)
         throw std::out_of_range("pixel (" + std::to_string(x) + ", " + std::to_string(y) +
                                 ") of a picture of " + std::to_string(width) + " x " +
                                 std::to_string(height));
-    return (size_t(y) * size_t(width) + size_t(x)) * channels;
+    return (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+            static_cast<std::size_t>(x)) *
+           channels;
 }
 
 Rgba Picture::At(int x, int y) const {
@@ -147,7 +150,7 @@ Picture ReadTexture(GLuint texture) {
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
     Picture picture(width, height);
     glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, picture.Data());
-    glBindTexture(GL_TEXTURE_2D, GLuint(previous));
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(previous));
     return picture;
 }
 
@@ -159,9 +162,9 @@ std::vector<float> ReadDepthTexture(GLuint texture) {
     glBindTexture(GL_TEXTURE_2D, texture);
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
-    std::vector<float> depth(size_t(width) * size_t(height));
+    std::vector<float> depth(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     glGetTexImage(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT, GL_FLOAT, depth.data());
-    glBindTexture(GL_TEXTURE_2D, GLuint(previous));
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(previous));
     return depth;
 }
 
@@ -177,7 +180,7 @@ GLuint UploadTexture(const Picture& picture) {
         glTexParameteri(GL_TEXTURE_2D, wrap, GL_CLAMP_TO_EDGE);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, picture.Width(), picture.Height(), 0, GL_RGBA,
                  GL_UNSIGNED_BYTE, picture.Data());
-    glBindTexture(GL_TEXTURE_2D, GLuint(previous));
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(previous));
     return texture;
 }
 
@@ -190,7 +193,7 @@ void Fill(Vell::FBO& target, const Picture& picture) {
     glBindTexture(GL_TEXTURE_2D, target.GetColor());
     glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, size.x, size.y, GL_RGBA, GL_UNSIGNED_BYTE,
                     picture.Data());
-    glBindTexture(GL_TEXTURE_2D, GLuint(previous));
+    glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(previous));
 }
 
 ::testing::AssertionResult Near(Rgba actual, Rgba expected, int tolerance) {
@@ -213,8 +216,8 @@ void Fill(Vell::FBO& target, const Picture& picture) {
                << "actual is " << actual.Width() << " x " << actual.Height() << ", expected "
                << expected.Width() << " x " << expected.Height();
     const Comparison found = Compare(actual, expected, allowed.max);
-    const double pixels = double(actual.Width()) * actual.Height();
-    const bool within = double(found.failing) <= allowed.failing * pixels;
+    const double pixels = static_cast<double>(actual.Width()) * actual.Height();
+    const bool within = static_cast<double>(found.failing) <= allowed.failing * pixels;
     // A mean threshold of zero means "judge by the largest difference alone".
     if (within && (allowed.mean == 0.0 || found.mean <= allowed.mean))
         return ::testing::AssertionSuccess();
@@ -223,10 +226,11 @@ void Fill(Vell::FBO& target, const Picture& picture) {
 
 void WritePicture(const std::string& path, const Picture& picture) {
     std::vector<unsigned char> bytes;
-    bytes.reserve(size_t(picture.Width()) * size_t(picture.Height()) * channels);
-    const size_t row = size_t(picture.Width()) * channels;
+    bytes.reserve(static_cast<std::size_t>(picture.Width()) *
+                  static_cast<std::size_t>(picture.Height()) * channels);
+    const std::size_t row = static_cast<std::size_t>(picture.Width()) * channels;
     for (int y = picture.Height() - 1; y >= 0; --y) {
-        const unsigned char* begin = picture.Data() + size_t(y) * row;
+        const unsigned char* begin = picture.Data() + static_cast<std::size_t>(y) * row;
         bytes.insert(bytes.end(), begin, begin + row);
     }
     WritePng(path, picture.Width(), picture.Height(), channels, bytes);

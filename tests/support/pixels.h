@@ -37,7 +37,7 @@ public:
     void Set(int x, int y, Rgba colour);
 
 private:
-    size_t Offset(int x, int y) const;
+    std::size_t Offset(int x, int y) const;
 
     int width = 0;
     int height = 0;

@@ -33,7 +33,7 @@ unsigned int FlightAt(double t) {
 
 vec3 PointAt(double t, double lead) {
     const Show::Flight& flight = Show::flights[FlightAt(t)];
-    const float u = float((t - flight.begin) / flight.duration + lead);
+    const float u = static_cast<float>((t - flight.begin) / flight.duration + lead);
     vec3 way = flight.end - flight.start;
     return way * u + flight.start;
 }
@@ -59,7 +59,7 @@ GLuint ProgramOf(Vell::Shader& shader) {
     shader.Enable();
     glGetIntegerv(GL_CURRENT_PROGRAM, &program);
     shader.Disable();
-    return GLuint(program);
+    return static_cast<GLuint>(program);
 }
 
 vec3 Uniform(Vell::Shader& shader, const char* name) {

@@ -22,14 +22,14 @@ void MakeFolderOf(const fs::path& path) {
         fs::create_directories(path.parent_path());
 }
 
-void DemandSize(const fs::path& path, size_t found, size_t expected) {
+void DemandSize(const fs::path& path, std::size_t found, std::size_t expected) {
     Demand(found == expected, path.string() + ": expected " + std::to_string(expected) +
                                   " bytes of pixels, found " + std::to_string(found));
 }
 
 void WriteJpegOf(const fs::path& path, int width, int height, int channels,
                  const std::vector<unsigned char>& bytes, int quality) {
-    DemandSize(path, bytes.size(), size_t(width) * height * channels);
+    DemandSize(path, bytes.size(), static_cast<std::size_t>(width) * height * channels);
     MakeFolderOf(path);
     FILE* file = std::fopen(path.c_str(), "wb");
     Demand(file != nullptr, "cannot write " + path.string());
@@ -67,7 +67,7 @@ std::string ReadFile(const fs::path& path) {
 
 void WritePng(const fs::path& path, int width, int height, int channels,
               const std::vector<unsigned char>& bytes) {
-    DemandSize(path, bytes.size(), size_t(width) * height * channels);
+    DemandSize(path, bytes.size(), static_cast<std::size_t>(width) * height * channels);
     const auto png = Tools::PngOf({width, height, channels, bytes.data()});
     WriteFile(path, {png.begin(), png.end()});
 }

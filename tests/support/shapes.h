@@ -27,7 +27,8 @@ inline void DrawRectangle(const Rectangle& r) {
 
 /// The rectangle in one colour; leaves the colour white.
 inline void DrawRectangle(const Rectangle& r, Rgba colour) {
-    glColor4ub(GLubyte(colour.r), GLubyte(colour.g), GLubyte(colour.b), GLubyte(colour.a));
+    glColor4ub(static_cast<GLubyte>(colour.r), static_cast<GLubyte>(colour.g),
+               static_cast<GLubyte>(colour.b), static_cast<GLubyte>(colour.a));
     DrawRectangle(r);
     glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
 }

@@ -101,7 +101,7 @@ void ForeignWindow::AskToClose() {
     event.xclient.window = window;
     event.xclient.message_type = XInternAtom(connection, "WM_PROTOCOLS", False);
     event.xclient.format = 32;
-    event.xclient.data.l[0] = long(XInternAtom(connection, "WM_DELETE_WINDOW", False));
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(connection, "WM_DELETE_WINDOW", False));
     event.xclient.data.l[1] = CurrentTime;
     XSendEvent(connection, window, False, NoEventMask, &event);
     XSync(connection, False);
