@@ -118,7 +118,7 @@ TEST_F(FreeFlight, Every_other_kind_of_event_only_places_the_eye) {
         SCOPED_TRACE(type);
         camera.SetPosition(vec3(7, 8, 9));
         for (SDL_Event event : {KeyDown(SDLK_z), PointerAt(300, 100)}) {
-            event.type = Uint8(type); // all but its kind
+            event.type = static_cast<Uint8>(type); // all but its kind
             Update(event, 0.4f);
             EXPECT_EQ(camera.GetTarget(), vec3(0, 10, 0));
             ExpectAngles(30, 60);

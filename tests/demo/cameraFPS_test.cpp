@@ -61,8 +61,8 @@ TEST_F(FreeFlight, Draws_as_the_base_does_from_eye_to_target_with_y_up) {
     ASSERT_EQ(views.size(), 1u);
     const vec3 eye = camera.GetPosition();
     ExpectVector(eye, 1 + root3 / 4, 2.5f, 3.75f);
-    EXPECT_THAT(views.front(),
-                ElementsAre(double(eye.x), double(eye.y), double(eye.z), 1, 2, 3, 0, 1, 0));
+    EXPECT_THAT(views.front(), ElementsAre(static_cast<double>(eye.x), static_cast<double>(eye.y),
+                                           static_cast<double>(eye.z), 1, 2, 3, 0, 1, 0));
 }
 
 // ----------------------------------------------------------------------------------- Its angles

@@ -231,11 +231,11 @@ TEST_F(CameraPaths, A_flight_added_while_the_last_end_is_held_is_flown_at_once) 
 TEST_F(CameraPaths, Any_number_of_flights_is_played) {
     Camera many;
     for (int i = 0; i < 300; ++i)
-        many.AddPath(vec3(float(i), 0, 0), vec3(float(i), 0, 0), 1.0f);
+        many.AddPath(vec3(static_cast<float>(i), 0, 0), vec3(static_cast<float>(i), 0, 0), 1.0f);
     many.Reset();
     for (int i = 0; i < 299; ++i) {
         SetFakeTime(2.0 * (i + 1));
-        EXPECT_EQ(many.GetPos().x, float(i));
+        EXPECT_EQ(many.GetPos().x, static_cast<float>(i));
     }
     EXPECT_EQ(CameraProbe::Current(many), 299u);
     EXPECT_EQ(many.GetPos().x, 299.0f);

@@ -33,9 +33,9 @@ protected:
     /// Delivers these events, one a poll, and none after them.
     static void Deliver(const std::vector<SDL_Event>& events) {
         stage.events = [events](SDL_Event* event, int poll) {
-            if (size_t(poll) > events.size())
+            if (static_cast<std::size_t>(poll) > events.size())
                 return false;
-            *event = events[size_t(poll) - 1];
+            *event = events[static_cast<std::size_t>(poll) - 1];
             return true;
         };
     }
@@ -90,10 +90,11 @@ TEST_F(Main, Shuts_down_in_order) {
 
 TEST_F(Main, Calls_nothing_else) {
     PlayNimbrel();
-    constexpr size_t startUp = 13;
-    constexpr size_t aFrame = 5;
-    constexpr size_t shutdown = 5;
-    EXPECT_EQ(stage.calls.size(), startUp + size_t(allFrames) * aFrame + shutdown);
+    constexpr std::size_t startUp = 13;
+    constexpr std::size_t aFrame = 5;
+    constexpr std::size_t shutdown = 5;
+    EXPECT_EQ(stage.calls.size(),
+              startUp + static_cast<std::size_t>(allFrames) * aFrame + shutdown);
 }
 
 TEST_F(Main, Scene_reads_the_spectrum_of_its_own_frame) {

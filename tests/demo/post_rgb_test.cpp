@@ -25,7 +25,7 @@ Picture Sample() {
 Picture Split(const Picture& input, int offset) {
     const auto inside = [](int i) { return std::clamp(i, 0, size - 1); };
     return MakePicture(size, size, [&](int x, int y) {
-        const int green = int(std::lround(input.At(x, y).g * (1.0 - offset * 0.1)));
+        const int green = static_cast<int>(std::lround(input.At(x, y).g * (1.0 - offset * 0.1)));
         return Rgba{input.At(inside(x - offset), inside(y - offset)).r, std::clamp(green, 0, 255),
                     input.At(inside(x + offset), inside(y + offset)).b, 255};
     });
@@ -38,7 +38,7 @@ Picture MirroredSplit(const Picture& input, int offset) {
     const auto atMostLast = [&](int i) { return mirrored(std::min(i, size - 1)); };
     const auto atLeastFirst = [&](int i) { return mirrored(std::max(i, 0)); };
     return MakePicture(size, size, [&](int x, int y) {
-        const int green = int(std::lround(input.At(x, y).g * (1.0 - offset * 0.1)));
+        const int green = static_cast<int>(std::lround(input.At(x, y).g * (1.0 - offset * 0.1)));
         return Rgba{input.At(atMostLast(x - offset), atMostLast(y - offset)).r,
                     std::clamp(green, 0, 255),
                     input.At(atLeastFirst(x + offset), atLeastFirst(y + offset)).b, 255};
@@ -100,14 +100,14 @@ class PostRGBPicture : public PostRGBTest, public ::testing::WithParamInterface<
 TEST_P(PostRGBPicture, Splits_red_and_blue_by_a_hundredth_per_unit) {
     const int offset = GetParam().offset;
     PostRGB rgb;
-    rgb.SetOffset(float(offset));
+    rgb.SetOffset(static_cast<float>(offset));
     EXPECT_TRUE(Matches(Run(rgb, Sample()), Split(Sample(), offset), rounding));
 }
 
 TEST_P(PostRGBPicture, Holds_each_look_up_at_one_edge_only) {
     const int offset = GetParam().offset;
     PostRGB rgb;
-    rgb.SetOffset(float(offset));
+    rgb.SetOffset(static_cast<float>(offset));
     EXPECT_TRUE(
         Matches(Run(rgb, Sample(), Edges::mirrored), MirroredSplit(Sample(), offset), rounding));
 }

@@ -47,7 +47,7 @@ constexpr Thresholds rounding{.max = 1.0, .mean = 0.05};
 
 double TimeOf(PostWater& water) {
     PostWaterProbe::Program(water).Enable();
-    const double time = double(BoundUniform("time")[0]);
+    const double time = static_cast<double>(BoundUniform("time")[0]);
     PostWaterProbe::Program(water).Disable();
     return time;
 }

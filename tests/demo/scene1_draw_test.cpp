@@ -32,7 +32,9 @@ protected:
     vec3 Green() { return PositionOf(*Scene1Probe::GreenWisp(TheScene())); }
     vec3 Blue() { return PositionOf(*Scene1Probe::BlueWisp(TheScene())); }
     vec3 Light(const char* name) { return Uniform(*Scene1Probe::CityShader(TheScene()), name); }
-    int FlightNumber() { return int(CameraProbe::Current(Scene1Probe::Path(TheScene()))) + 1; }
+    int FlightNumber() {
+        return static_cast<int>(CameraProbe::Current(Scene1Probe::Path(TheScene()))) + 1;
+    }
 
     /// Puts the wisps away and the lights with them, as they are before their segment.
     void ParkWisps() {
@@ -132,9 +134,9 @@ TEST_F(SceneTimeline, School_stands_around_the_eye_and_drifts) {
             for (int number = 0; number < 5; ++number) {
                 SCOPED_TRACE(20 * row + 5 * column + number);
                 // x: the eye's plus 2 a column minus 2 * 30; y: the eye's plus 2 a row
-                ExpectPoint(
-                    FishAt(20 * row + 5 * column + number),
-                    vec3(eye.x + 2.0f * float(column) - 60.0f, eye.y + 2.0f * float(row), -50.0f));
+                ExpectPoint(FishAt(20 * row + 5 * column + number),
+                            vec3(eye.x + 2.0f * static_cast<float>(column) - 60.0f,
+                                 eye.y + 2.0f * static_cast<float>(row), -50.0f));
             }
 }
 
@@ -276,9 +278,9 @@ TEST_F(SceneTimeline, Wisps_circle_and_their_lights_go_with_them) {
     for (double t : {80.0, 97.0, 110.0}) {
         SCOPED_TRACE(t);
         DrawAt(t);
-        const float s = float(std::sin(t) * 2.5);
-        const float c = float(std::cos(t) * 2.5);
-        const float half = float(std::sin(t * 0.5) * 2.5);
+        const float s = static_cast<float>(std::sin(t) * 2.5);
+        const float c = static_cast<float>(std::cos(t) * 2.5);
+        const float half = static_cast<float>(std::sin(t * 0.5) * 2.5);
         ExpectPoint(Red(), vec3(half + 30.0f, 3.0f, 15.0f));
         ExpectPoint(Green(), vec3(25.0f, s + 2.5f, c + 15.0f));
         ExpectPoint(Blue(), vec3(22.0f, 3.0f, s + 15.0f));

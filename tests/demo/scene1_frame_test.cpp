@@ -43,7 +43,7 @@ TEST_F(SceneFrame, What_a_segment_does_is_seen_in_its_own_frame) {
 TEST_F(SceneFrame, Demo_time_is_read_once_before_everything) {
     DrawFrom(80.0);
     const vec3 blue = PositionOf(*Scene1Probe::BlueWisp(TheScene()));
-    ExpectPoint(blue, vec3(22.0f, 3.0f, float(std::sin(80.0) * 2.5 + 15.0)));
+    ExpectPoint(blue, vec3(22.0f, 3.0f, static_cast<float>(std::sin(80.0) * 2.5 + 15.0)));
 }
 
 TEST_F(SceneFrame, School_is_placed_column_by_column) {

@@ -293,7 +293,7 @@ TEST_F(LoadedScene, Records_eight_flights_that_last_as_long_as_the_demo) {
     };
     ASSERT_EQ(paths.size(), expected.size());
     double sum = 0.0;
-    for (size_t i = 0; i < paths.size(); ++i) {
+    for (std::size_t i = 0; i < paths.size(); ++i) {
         SCOPED_TRACE(i);
         EXPECT_EQ(paths[i].start, expected[i].start);
         EXPECT_EQ(paths[i].end, expected[i].end);

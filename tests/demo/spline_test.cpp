@@ -143,7 +143,7 @@ TEST_F(SplinePath, Coefficients_of_a_straight_line_vanish_from_the_square_on) {
     const std::vector<const vec3*> abcd = SplineProbe::Coefficients(*spline);
     for (int i = 0; i < 2; ++i) {
         SCOPED_TRACE(i);
-        EXPECT_EQ(abcd[0][i], straight[size_t(i)].point);
+        EXPECT_EQ(abcd[0][i], straight[static_cast<std::size_t>(i)].point);
         EXPECT_EQ(abcd[1][i], vec3(2, -2, 0));
         EXPECT_EQ(abcd[2][i], vec3(0, 0, 0));
         EXPECT_EQ(abcd[3][i], vec3(0, 0, 0));
@@ -314,7 +314,7 @@ TEST(Spline, Keeps_points_and_times_in_the_order_they_were_added) {
     AddAll(spline, uneven);
     EXPECT_EQ(SplineProbe::LastIndex(spline), 2);
     EXPECT_EQ(SplineProbe::Times(spline), (std::vector<float>{0, 1, 3}));
-    for (size_t i = 0; i < uneven.size(); ++i)
+    for (std::size_t i = 0; i < uneven.size(); ++i)
         EXPECT_EQ(SplineProbe::Points(spline)[i], uneven[i].point) << i;
 }
 
@@ -357,10 +357,10 @@ TEST(Spline, Destroyed_without_being_ended_it_frees_nothing) {
 
 TEST(Spline, With_fewer_than_two_points_there_is_no_path_and_no_harm) {
     const Arrays before = arrays;
-    for (const size_t count : {size_t(0), size_t(1)}) {
+    for (const std::size_t count : {static_cast<std::size_t>(0), static_cast<std::size_t>(1)}) {
         SCOPED_TRACE(count);
         Spline spline;
-        AddAll(spline, {even.rbegin(), even.rbegin() + std::ptrdiff_t(count)});
+        AddAll(spline, {even.rbegin(), even.rbegin() + static_cast<std::ptrdiff_t>(count)});
         spline.EndPath();
         for (const float t : {-1.0f, 0.0f, 2.0f, 3.0f}) {
             EXPECT_EQ(spline.GetPosition(t), vec3(0, 0, 0));

@@ -60,10 +60,10 @@ TEST(TimelineSegments, Do_nothing_exactly_at_a_cut) {
 
 TEST(TimelineSegments, Compare_demo_time_with_doubles) {
     // The float next to 27.824 is 27.82399940..., which is below it: still the rise of the city.
-    EXPECT_LT(double(27.824f), 27.824);
+    EXPECT_LT(static_cast<double>(27.824f), 27.824);
     EXPECT_EQ(Timeline::SegmentAt(27.824f), Segment::CityRise);
     // The float next to 76.516 is 76.51599884...: still the glow.
-    EXPECT_LT(double(76.516f), 76.516);
+    EXPECT_LT(static_cast<double>(76.516f), 76.516);
     EXPECT_EQ(Timeline::SegmentAt(76.516f), Segment::Glow);
 }
 
@@ -90,13 +90,13 @@ TEST(TimelineWispView, Follows_the_flight_between_its_two_times_both_included) {
 TEST(TimelineCity, Rises_from_minus_20_to_0_with_cosine_easing) {
     constexpr double phrase = 13.912;
     // x = t / 13.912 - 1; height = -20 (1 + cos(pi x)) / 2.
-    EXPECT_NEAR(Timeline::CityHeight(float(phrase)), -20.0, rounding);
+    EXPECT_NEAR(Timeline::CityHeight(static_cast<float>(phrase)), -20.0, rounding);
     // x = 1/3: cos = 1/2, height = -20 * 3/4
-    EXPECT_NEAR(Timeline::CityHeight(float(phrase * 4.0 / 3.0)), -15.0, rounding);
-    EXPECT_NEAR(Timeline::CityHeight(float(phrase * 1.5)), -10.0, rounding);
+    EXPECT_NEAR(Timeline::CityHeight(static_cast<float>(phrase * 4.0 / 3.0)), -15.0, rounding);
+    EXPECT_NEAR(Timeline::CityHeight(static_cast<float>(phrase * 1.5)), -10.0, rounding);
     // x = 2/3: cos = -1/2, height = -20 / 4
-    EXPECT_NEAR(Timeline::CityHeight(float(phrase * 5.0 / 3.0)), -5.0, rounding);
-    EXPECT_NEAR(Timeline::CityHeight(float(phrase * 2.0)), 0.0, rounding);
+    EXPECT_NEAR(Timeline::CityHeight(static_cast<float>(phrase * 5.0 / 3.0)), -5.0, rounding);
+    EXPECT_NEAR(Timeline::CityHeight(static_cast<float>(phrase * 2.0)), 0.0, rounding);
 }
 
 TEST(TimelineCity, Starts_and_ends_at_rest) {

@@ -111,7 +111,7 @@ TEST(Apart, Terminal_is_out_of_reach) {
     const Apart apart = RunApart(
         [](const Notebook& notebook) {
             char letter = 0;
-            notebook.Note("read", int(read(STDIN_FILENO, &letter, 1)));
+            notebook.Note("read", static_cast<int>(read(STDIN_FILENO, &letter, 1)));
             notebook.Note("leader", getsid(0) == getpid() ? 1 : 0);
         },
         patience);

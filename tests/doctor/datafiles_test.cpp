@@ -84,7 +84,7 @@ TEST_F(DataFilesTest, That_are_as_published_are_well) {
     EXPECT_EQ(table[0].state, State::Ok);
     EXPECT_EQ(table[0].finding, "all 18 files are there, as published");
     EXPECT_FALSE(table[0].detail);
-    for (size_t i = 1; i < table.size(); ++i) {
+    for (std::size_t i = 1; i < table.size(); ++i) {
         EXPECT_TRUE(table[i].detail);
         EXPECT_EQ(table[i].state, State::Ok) << table[i].title;
     }
@@ -118,7 +118,7 @@ TEST_F(DataFilesTest, One_changed_bit_is_noticed) {
 
 TEST_F(DataFilesTest, More_than_three_that_are_wrong_are_counted) {
     PublishTinyData();
-    for (size_t i = 0; i < 5; ++i)
+    for (std::size_t i = 0; i < 5; ++i)
         fs::remove(DemoFiles()[DemoFiles().size() - 1 - i]); // the last ones
     EXPECT_THAT(Doctor::DataRows()[0].finding, HasSubstr(" and 2 more, which --json names"));
 }

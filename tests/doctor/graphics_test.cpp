@@ -147,10 +147,10 @@ TEST(Graphics, Settings_that_may_take_opengl_away_are_to_be_tried_without) {
 
 TEST(Graphics, Groups_are_those_that_the_engine_fetches) {
     // Counted in the header of the entry points.
-    constexpr size_t counts[] = {39, 62, 5, 4, 2, 9};
-    for (size_t i = 0; i < Doctor::GlGroups().size(); ++i) {
+    constexpr std::size_t counts[] = {39, 62, 5, 4, 2, 9};
+    for (std::size_t i = 0; i < Doctor::GlGroups().size(); ++i) {
         const Doctor::GlGroup& group = Doctor::GlGroups()[i];
-        size_t count = 0;
+        std::size_t count = 0;
         while (group.names[count] != nullptr)
             ++count;
         EXPECT_EQ(count, counts[i]) << group.id;

@@ -70,8 +70,8 @@ std::set<std::string> DocumentedIds() {
     std::ifstream in(NIMBREL_SOURCE_DIR "/docs/doctor.md");
     for (std::string line; std::getline(in, line);) {
         const std::string cell = line.substr(0, line.find('|', 1));
-        for (size_t at = cell.find('`'); line[0] == '|' && at != std::string::npos;) {
-            const size_t end = cell.find('`', at + 1);
+        for (std::size_t at = cell.find('`'); line[0] == '|' && at != std::string::npos;) {
+            const std::size_t end = cell.find('`', at + 1);
             ids.insert(cell.substr(at + 1, end - at - 1));
             at = cell.find('`', end + 1);
         }

@@ -50,7 +50,7 @@ inline void PublishRealData() {
 /// Changes one bit in the middle of a file of the folder; what a link leads to stays as it is.
 inline void Damage(const std::string& path) {
     std::string bytes = ReadFile(path);
-    bytes[bytes.size() / 2] = char(bytes[bytes.size() / 2] ^ 1);
+    bytes[bytes.size() / 2] = static_cast<char>(bytes[bytes.size() / 2] ^ 1);
     std::filesystem::remove(path);
     WriteFile(path, bytes);
 }

@@ -26,7 +26,8 @@ Rehearsal Frames1To100() {
     Rehearsal rehearsal;
     rehearsal.seconds = 3.0;
     for (int i = 0; i < 100; ++i)
-        rehearsal.frames.push_back({0.0, double((i * 37) % 100 + 1)}); // 37 and 100 share no factor
+        rehearsal.frames.push_back(
+            {0.0, static_cast<double>((i * 37) % 100 + 1)}); // 37 and 100 share no factor
     return rehearsal;
 }
 
@@ -108,7 +109,7 @@ TEST(Rehearsal, That_did_not_take_place_has_the_same_rows) {
     const Table without = Doctor::NoRehearsalRows("of rain");
     const Table with = RehearsalRows(Frames1To100());
     ASSERT_EQ(without.size(), with.size());
-    for (size_t i = 0; i < with.size(); ++i) {
+    for (std::size_t i = 0; i < with.size(); ++i) {
         EXPECT_EQ(without[i].id, with[i].id);
         EXPECT_EQ(without[i].state, State::Unknown);
         EXPECT_EQ(without[i].finding, "not looked at: of rain");

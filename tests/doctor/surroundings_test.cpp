@@ -33,7 +33,7 @@ struct Place {
 /// The driver keeps an extension to itself. One that every driver has today takes all of its kind
 /// along; without shaders it calls itself older than it is.
 Place Without(const char* name, const std::string& extension, const std::set<std::string>& rows) {
-    const size_t prefix =
+    const std::size_t prefix =
         extension.find("EXT_") == std::string::npos ? 0 : 3; // as it is looked for
     return {name,
             {},

@@ -43,11 +43,11 @@ inline const Vell::vec3 lightTarget(4, 0, -0.01f);
 constexpr double cameraY = 20.0;
 
 inline int Column(double x) {
-    return int(std::floor(64.0 + 64.0 * x / cameraY));
+    return static_cast<int>(std::floor(64.0 + 64.0 * x / cameraY));
 }
 
 inline int Row(double z) {
-    return int(std::floor(64.0 - 64.0 * z / cameraY));
+    return static_cast<int>(std::floor(64.0 - 64.0 * z / cameraY));
 }
 
 inline void LookDown() {
@@ -107,14 +107,16 @@ private:
             occluded += DepthAt(u + i * texel, v + i * texel) <= reference;
             occluded += DepthAt(u + (pass - i) * texel, v + i * texel) <= reference;
         }
-        return int(std::lround(255.0 * std::min(1.0, occluded / (pass * 4.0))));
+        return static_cast<int>(std::lround(255.0 * std::min(1.0, occluded / (pass * 4.0))));
     }
 
     double DepthAt(double u, double v) const {
         const auto texel = [this](double c) {
-            return std::clamp(int(std::floor(c * side)), 0, side - 1);
+            return std::clamp(static_cast<int>(std::floor(c * side)), 0, side - 1);
         };
-        return double(depth[size_t(texel(v)) * size_t(side) + size_t(texel(u))]);
+        return static_cast<double>(
+            depth[static_cast<std::size_t>(texel(v)) * static_cast<std::size_t>(side) +
+                  static_cast<std::size_t>(texel(u))]);
     }
 
     int side;

@@ -47,7 +47,7 @@ float LightDepth(int x, int y) {
 
 bool Occluded(int x, int y, double depth) {
     const auto texel = [](int i) { return std::clamp(i, 0, size - 1); };
-    return double(LightDepth(texel(x), texel(y))) <= depth - 0.0001;
+    return static_cast<double>(LightDepth(texel(x), texel(y))) <= depth - 0.0001;
 }
 
 // The share of shadow of one pixel, 0..255: 8 n samples over 4 n, held at 1.
@@ -61,7 +61,7 @@ int Share(int x, int y, const SampleCase& c) {
         occluded += Occluded(x + i, y + i, c.depth);
         occluded += Occluded(x + c.pass - i, y + i, c.depth);
     }
-    return int(std::lround(255.0 * std::min(1.0, occluded / (c.pass * 4.0))));
+    return static_cast<int>(std::lround(255.0 * std::min(1.0, occluded / (c.pass * 4.0))));
 }
 
 Picture Surface() {
@@ -141,7 +141,7 @@ INSTANTIATE_TEST_SUITE_P(
 class ShadowComposite : public GlTest, public ::testing::WithParamInterface<CompositeCase> {};
 
 TEST_P(ShadowComposite, Darkens_every_pixel_by_its_share_times_the_intensity) {
-    const double intensity = double(GetParam().intensity);
+    const double intensity = static_cast<double>(GetParam().intensity);
     ShadowMapping shadow;
     Vell::FBO scene;
     scene.SetSize(Vell::ivec2(size, size));

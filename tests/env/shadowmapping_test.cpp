@@ -25,7 +25,7 @@ constexpr int size = 128;
 float TextureMatrix(int i) {
     std::array<GLfloat, 16> m{};
     glGetFloatv(GL_TEXTURE_MATRIX, m.data());
-    return m[size_t(i)];
+    return m[static_cast<std::size_t>(i)];
 }
 
 } // namespace
@@ -172,7 +172,7 @@ TEST_F(ShadowMappingTest, Texture_matrix_0_leads_from_the_world_into_the_light_b
     EXPECT_EQ(active, GL_TEXTURE6);
     GLint bound = 0;
     glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
-    EXPECT_EQ(GLuint(bound), shadow.GetLightBuffer().GetDepth());
+    EXPECT_EQ(static_cast<GLuint>(bound), shadow.GetLightBuffer().GetDepth());
 
     // The point under the light, (4, 0, 0): w is its distance 10, s / w and t / w are the middle
     // (t but for the tilt of a thousandth), r / w is its depth.

@@ -48,8 +48,9 @@ protected:
     }
 
     static void SetFog(float density, Rgba colour) {
-        const std::array<GLfloat, 4> components{float(colour.r) / 255.0f, float(colour.g) / 255.0f,
-                                                float(colour.b) / 255.0f, float(colour.a) / 255.0f};
+        const std::array<GLfloat, 4> components{
+            static_cast<float>(colour.r) / 255.0f, static_cast<float>(colour.g) / 255.0f,
+            static_cast<float>(colour.b) / 255.0f, static_cast<float>(colour.a) / 255.0f};
         glFogfv(GL_FOG_COLOR, components.data());
         glFogf(GL_FOG_DENSITY, density);
     }

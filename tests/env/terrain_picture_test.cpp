@@ -91,7 +91,7 @@ private:
     double Clear(double x, double z) const {
         const auto atVertex = [this](double vx, double vz) {
             const double distance = std::hypot(vx - 0.5 - eyeAside, eyeY, vz - stripLength / 2);
-            const double d = double(c.density) * distance;
+            const double d = static_cast<double>(c.density) * distance;
             return std::exp(-d * d);
         };
         const double first = std::floor(z);

@@ -15,7 +15,9 @@ namespace Vell {
 struct TerrainProbe {
     static Shader& Program(Terrain& terrain) { return terrain.shader; }
     static GLuint Vertices(const Terrain& terrain) { return terrain.vertexBuffer; }
-    static GLuint Indices(const Terrain& terrain, int i) { return terrain.indexBuffers[size_t(i)]; }
+    static GLuint Indices(const Terrain& terrain, int i) {
+        return terrain.indexBuffers[static_cast<std::size_t>(i)];
+    }
 };
 
 } // namespace Vell

@@ -39,11 +39,11 @@ TEST_F(TerrainStateTest, Grid_has_33_by_33_vertices_one_unit_apart) {
     const GLuint buffer = TerrainProbe::Vertices(terrain);
     ASSERT_EQ(BufferSize(GL_ARRAY_BUFFER, buffer), 13068); // 33 * 33 * 3 * 4
     const auto floats = BufferContent<float>(GL_ARRAY_BUFFER, buffer);
-    for (size_t i = 0; i < 33; ++i)
-        for (size_t j = 0; j < 33; ++j) {
+    for (std::size_t i = 0; i < 33; ++i)
+        for (std::size_t j = 0; j < 33; ++j) {
             const float* vertex = &floats[(i * 33 + j) * 3];
             ASSERT_THAT(std::vector<float>(vertex, vertex + 3),
-                        ElementsAre(float(i), 0.0f, float(j)));
+                        ElementsAre(static_cast<float>(i), 0.0f, static_cast<float>(j)));
         }
 }
 
@@ -52,7 +52,7 @@ TEST_F(TerrainStateTest, Grid_has_32_by_32_cells_of_four_indices) {
     const GLuint buffer = TerrainProbe::Indices(terrain, 0);
     ASSERT_EQ(BufferSize(GL_ELEMENT_ARRAY_BUFFER, buffer), 16384); // 32 * 32 * 4 * 4
     const auto indices = BufferContent<GLuint>(GL_ELEMENT_ARRAY_BUFFER, buffer);
-    const auto cell = [&](size_t i) {
+    const auto cell = [&](std::size_t i) {
         return std::vector<GLuint>(&indices[i * 4], &indices[i * 4] + 4);
     };
     EXPECT_THAT(cell(0), ElementsAre(0u, 33u, 34u, 1u));
@@ -99,7 +99,7 @@ TEST_F(TerrainStateTest, Map_narrower_than_32_pixels_draws_nothing_but_keeps_the
     const GlState before = CaptureGlState();
     terrain.Draw(vec3());
     EXPECT_EQ(Differences(before, CaptureGlState()), "");
-    std::vector<float> depth(size_t(size) * size);
+    std::vector<float> depth(static_cast<std::size_t>(size) * size);
     glReadPixels(0, 0, size, size, GL_DEPTH_COMPONENT, GL_FLOAT, depth.data());
     EXPECT_THAT(depth, ::testing::Each(1.0f));
 }
@@ -111,7 +111,7 @@ TEST_F(TerrainStateTest, Changes_no_state_but_what_is_bound_to_units_0_and_1) {
     const GlState before = CaptureGlState();
     terrain.Draw(vec3(1, 2, 3));
     EXPECT_EQ(Differences(before, CaptureGlState()), "");
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)); // of the refused index array type
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)); // of the refused index array type
 }
 
 TEST_F(TerrainStateTest, Leaves_errors_that_were_pending_when_it_is_drawn) {
@@ -139,7 +139,7 @@ TEST_F(TerrainStateTest, Without_a_scale_its_place_is_undefined_but_drawing_is_h
     terrain.Load(Flat(32, 10));
     LookDownAt(32.5, 36.0, 16.0);
     terrain.Draw(vec3()); // divides by zero in the shader
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 TEST_F(TerrainStateTest, Logs_loaded_whatever_the_picture_did_and_free_at_the_end) {

@@ -41,7 +41,7 @@ TEST_F(TerrainTest, Height_is_red_in_steps_of_a_unit_from_minus_ten) {
     for (int row : {33, 40, 50, 64, 75, 85, 95}) {
         const double z = 36.0 + (63.5 - row) / 8.0;
         SCOPED_TRACE(z);
-        const double y = eye - reach * double(DepthAt(size / 2, row));
+        const double y = eye - reach * static_cast<double>(DepthAt(size / 2, row));
         EXPECT_NEAR(y, 2.0 * (z - 32.0) - 1.0, 0.01);
     }
 }
@@ -102,7 +102,7 @@ TEST_F(TerrainTest, Light_comes_from_minus_x_and_above_unnormalised) {
                     const int j = std::clamp(y, 3, 7) - 5;
                     return 90 + c.alongX * i + c.alongZ * j;
                 }));
-        const int grey = int(std::lround(100.0 * c.light));
+        const int grey = static_cast<int>(std::lround(100.0 * c.light));
         EXPECT_TRUE(Near(CentreOfFirstTile(terrain), {grey, grey, grey, 255}, 1));
     }
 }
@@ -121,7 +121,9 @@ TEST_F(TerrainTest, Ground_texture_repeats_twenty_times_over_the_map) {
     LookDownAt(32.5, 36.0, 16.0);
     terrain.Draw(vec3());
     const Picture screen = ReadScreen(size, size);
-    const auto row = [](double z) { return int(std::lround(63.5 - (32.0 + z - 36.0) * 8.0)); };
+    const auto row = [](double z) {
+        return static_cast<int>(std::lround(63.5 - (32.0 + z - 36.0) * 8.0));
+    };
     EXPECT_TRUE(Near(screen.At(64, row(1.0)), {20, 20, 20, 255}, 1));
     EXPECT_TRUE(Near(screen.At(64, row(6.0)), {20, 20, 20, 255}, 1));
     EXPECT_TRUE(Near(screen.At(64, row(6.8)), {200, 200, 200, 255}, 1));
@@ -137,10 +139,10 @@ TEST_F(TerrainTest, Fog_goes_by_the_distance_of_the_flat_ground) {
     glFogfv(GL_FOG_COLOR, blue);
     for (double density : {0.0, 0.004, 0.00833, 0.02, 1.0}) {
         SCOPED_TRACE(density);
-        glFogf(GL_FOG_DENSITY, float(density));
+        glFogf(GL_FOG_DENSITY, static_cast<float>(density));
         const double clear = std::exp(-density * density * 100.0 * 100.0);
-        const int grey = int(std::lround(100.0 * clear));
-        const int b = int(std::lround(100.0 * clear + 255.0 * (1.0 - clear)));
+        const int grey = static_cast<int>(std::lround(100.0 * clear));
+        const int b = static_cast<int>(std::lround(100.0 * clear + 255.0 * (1.0 - clear)));
         EXPECT_TRUE(Near(CentreOfFirstTile(terrain), {grey, grey, b, 255}, 1));
     }
 }

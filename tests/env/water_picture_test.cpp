@@ -85,24 +85,27 @@ public:
         double bendY = 0.0;
         Bend(left + u * side, nearest + v * side, bendX, bendY);
         Colour mixed;
-        mixed.Add(Sampled(reflection, u + bendX, v + bendY), 1.0 - double(c.blend));
-        mixed.Add(Sampled(refraction, u + bendX, v + bendY), double(c.blend));
+        mixed.Add(Sampled(reflection, u + bendX, v + bendY), 1.0 - static_cast<double>(c.blend));
+        mixed.Add(Sampled(refraction, u + bendX, v + bendY), static_cast<double>(c.blend));
 
-        const double clear = std::exp(-double(c.density) * double(c.density) * v * v);
+        const double clear =
+            std::exp(-static_cast<double>(c.density) * static_cast<double>(c.density) * v * v);
         const double light = c.shadow && InShadow(column, row) ? 0.5 : 1.0;
         return Colour().Add(Colour(fog), (1.0 - clear) * light).Add(mixed, clear * light).Rounded();
     }
 
 private:
     void Bend(double x, double z, double& bendX, double& bendY) const {
-        const double drift = double(c.seconds) / 1000.0;
-        const double s = (x * double(c.uvrep.x) + drift) * 0.005 + double(c.seconds * c.speed.x);
-        const double t = (z * double(c.uvrep.y) + drift) * 0.005 + double(c.seconds * c.speed.y);
+        const double drift = static_cast<double>(c.seconds) / 1000.0;
+        const double s = (x * static_cast<double>(c.uvrep.x) + drift) * 0.005 +
+                         static_cast<double>(c.seconds * c.speed.x);
+        const double t = (z * static_cast<double>(c.uvrep.y) + drift) * 0.005 +
+                         static_cast<double>(c.seconds * c.speed.y);
         const Rgba texel = NearestRepeated(noise, s, t);
         const double n[] = {texel.r / 255.0 - 0.5, texel.g / 255.0 - 0.5, texel.b / 255.0 - 0.5};
         const double length = std::hypot(n[0], n[1], n[2]);
-        bendX = n[0] / length * double(c.deform);
-        bendY = n[1] / length * double(c.deform);
+        bendX = n[0] / length * static_cast<double>(c.deform);
+        bendY = n[1] / length * static_cast<double>(c.deform);
     }
 
     bool InShadow(int column, int row) const {
@@ -234,7 +237,7 @@ TEST_P(WaterPicture, Is_what_the_formulas_give) {
     if (c.shadow)
         BindShadowMap(map);
     PlaceShadowMap(0.5);
-    SetFakeTime(5000.0 + double(c.seconds));
+    SetFakeTime(5000.0 + static_cast<double>(c.seconds));
     const Picture actual = Drawn(water);
     glDeleteTextures(1, &map);
     const Model model(c);

@@ -270,7 +270,7 @@ TEST_F(WaterShader, Time_is_the_seconds_since_construction) {
     SetFakeTime(5000.0);
     Vell::Water water;
     for (float seconds : {0.0f, 0.5f, 118.25f}) {
-        SetFakeTime(5000.0 + double(seconds));
+        SetFakeTime(5000.0 + static_cast<double>(seconds));
         DrawnOnScreen(water);
         WaterProbe::Program(water).Enable();
         EXPECT_EQ(BoundUniform("time")[0], seconds);
@@ -291,9 +291,9 @@ TEST_F(WaterShader, Fog_goes_by_depth_times_distance) {
             glFogf(GL_FOG_DENSITY, density);
             const double distance = 4.0 * 64.0 / (63.5 - y);
             const double z = distance - 0.1;
-            const double clear = std::exp(-double(density) * density * z * z);
-            const Rgba expected{int(std::lround(255 * clear)), 0,
-                                int(std::lround(255 * (1.0 - clear))), 255};
+            const double clear = std::exp(-static_cast<double>(density) * density * z * z);
+            const Rgba expected{static_cast<int>(std::lround(255 * clear)), 0,
+                                static_cast<int>(std::lround(255 * (1.0 - clear))), 255};
             EXPECT_TRUE(Near(DrawnOnScreen(water).At(20, y), expected, 1))
                 << "density " << density << ", row " << y;
         }

@@ -142,7 +142,7 @@ TEST_F(WaterTest, Clip_plane_is_on_during_the_reflection_from_above_only) {
     for (const auto& [height, clipped] : {std::pair{4.0f, true}, {0.0f, false}, {-1.0f, false}}) {
         LookFrom(vec3(0, height, 10), ahead);
         water.BeginReflection(camera);
-        EXPECT_EQ(bool(glIsEnabled(GL_CLIP_PLANE0)), clipped) << height;
+        EXPECT_EQ(static_cast<bool>(glIsEnabled(GL_CLIP_PLANE0)), clipped) << height;
         water.EndReflection();
         EXPECT_FALSE(glIsEnabled(GL_CLIP_PLANE0)) << height;
     }

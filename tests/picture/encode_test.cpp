@@ -17,7 +17,7 @@ namespace {
 class Encode : public ::testing::Test {
 protected:
     static bool WriteJpeg(const std::string& path, int width) {
-        const std::vector<unsigned char> row(size_t(width) * 3, 200);
+        const std::vector<unsigned char> row(static_cast<std::size_t>(width) * 3, 200);
         FILE* file = std::fopen(path.c_str(), "wb");
         const bool written = Tools::WriteJpeg(file, {width, 1, 3, row.data()}, 90);
         std::fclose(file);

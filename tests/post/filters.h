@@ -12,7 +12,9 @@ struct Colour {
     double c[4] = {0.0, 0.0, 0.0, 0.0};
 
     Colour() = default;
-    explicit Colour(Rgba p) : c{double(p.r), double(p.g), double(p.b), double(p.a)} {}
+    explicit Colour(Rgba p)
+        : c{static_cast<double>(p.r), static_cast<double>(p.g), static_cast<double>(p.b),
+            static_cast<double>(p.a)} {}
 
     Colour& Add(const Colour& other, double weight) {
         for (int i = 0; i < 4; ++i)
@@ -22,7 +24,7 @@ struct Colour {
 
     Rgba Rounded() const {
         const auto channel = [this](int i) {
-            return int(std::lround(std::clamp(c[i], 0.0, 255.0)));
+            return static_cast<int>(std::lround(std::clamp(c[i], 0.0, 255.0)));
         };
         return {channel(0), channel(1), channel(2), channel(3)};
     }
@@ -37,8 +39,10 @@ inline Colour Sampled(const Picture& picture, double s, double t) {
     Colour sum;
     for (int j = 0; j < 2; ++j)
         for (int i = 0; i < 2; ++i) {
-            const int column = std::clamp(int(std::floor(x)) + i, 0, picture.Width() - 1);
-            const int row = std::clamp(int(std::floor(y)) + j, 0, picture.Height() - 1);
+            const int column =
+                std::clamp(static_cast<int>(std::floor(x)) + i, 0, picture.Width() - 1);
+            const int row =
+                std::clamp(static_cast<int>(std::floor(y)) + j, 0, picture.Height() - 1);
             sum.Add(Colour(picture.At(column, row)), (i ? fx : 1 - fx) * (j ? fy : 1 - fy));
         }
     return sum;
@@ -47,7 +51,7 @@ inline Colour Sampled(const Picture& picture, double s, double t) {
 /// What the nearest filter with repeating edges reads at (s, t), 1 being one repeat.
 inline Rgba NearestRepeated(const Picture& picture, double s, double t) {
     const auto texel = [](double c, int texels) {
-        return std::min(int((c - std::floor(c)) * texels), texels - 1);
+        return std::min(static_cast<int>((c - std::floor(c)) * texels), texels - 1);
     };
     return picture.At(texel(s, picture.Width()), texel(t, picture.Height()));
 }
@@ -74,7 +78,8 @@ inline Picture BoxFiltered(const Picture& picture, double offset) {
 
 /// 0..255, without a pattern: what belongs to a place, the same in every run.
 inline int Scattered(int x, int y, int seed) {
-    unsigned h = unsigned(x) * 374761393u + unsigned(y) * 668265263u + unsigned(seed) * 2246822519u;
+    unsigned h = static_cast<unsigned>(x) * 374761393u + static_cast<unsigned>(y) * 668265263u +
+                 static_cast<unsigned>(seed) * 2246822519u;
     h = (h ^ (h >> 13)) * 1274126177u;
-    return int((h ^ (h >> 16)) & 255u);
+    return static_cast<int>((h ^ (h >> 16)) & 255u);
 }

@@ -147,7 +147,8 @@ TEST_P(PostBloomPicture, Is_the_input_plus_the_weighted_blur_of_its_bright_parts
     bloom.SetIntensity(c.intensity);
     bloom.SetThreshold(c.threshold);
     EXPECT_TRUE(Matches(Run(bloom, Sample()),
-                        Bloomed(Sample(), double(c.intensity), double(c.threshold), 1, 1.0 / size),
+                        Bloomed(Sample(), static_cast<double>(c.intensity),
+                                static_cast<double>(c.threshold), 1, 1.0 / size),
                         rounding));
 }
 

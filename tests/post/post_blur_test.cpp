@@ -108,7 +108,8 @@ TEST_P(PostBlurPicture, Is_scaled_down_filtered_twice_a_pass_and_scaled_up) {
     blur.SetPass(c.passes);
     EXPECT_EQ(blur.GetPass(), c.passes);
     EXPECT_TRUE(Matches(Run(blur, Sample(c.side)),
-                        Blurred(Sample(c.side), c.sizeRTT, c.passes, double(c.offset)), rounding));
+                        Blurred(Sample(c.side), c.sizeRTT, c.passes, static_cast<double>(c.offset)),
+                        rounding));
 }
 
 // An offset of 1 / 64 is exactly one texel of 64; 0.01 is 1.28 texels of 128 and 0.03 1.92 of 64:

@@ -154,12 +154,12 @@ TEST_F(PostProcessTest, Every_combination_of_enabled_effects_alternates_between_
             effects[i]->SetEnabled(mask & (1u << i));
             if (mask & (1u << i)) {
                 red = effects[i]->Next(red);
-                running.push_back(int(i) + 1);
+                running.push_back(static_cast<int>(i) + 1);
             }
         }
         chain.Draw();
         ASSERT_EQ(steps.size(), running.size());
-        for (size_t i = 0; i < steps.size(); ++i) {
+        for (std::size_t i = 0; i < steps.size(); ++i) {
             if (spare == nullptr)
                 spare = steps[0].out;
             EXPECT_EQ(steps[i].effect, running[i]);

@@ -31,11 +31,13 @@ Bytes Rgb(const std::vector<Rgba>& colours) {
 /// A picture of square tiles, so that the codec's blocks do not mix colours.
 std::string TiledJpeg(int columns, const std::vector<Rgba>& tiles) {
     constexpr int tile = 16;
-    const int rows = int(tiles.size()) / columns;
+    const int rows = static_cast<int>(tiles.size()) / columns;
     std::vector<Rgba> pixels;
     for (int y = 0; y < rows * tile; ++y)
         for (int x = 0; x < columns * tile; ++x)
-            pixels.push_back(tiles[size_t(y / tile) * size_t(columns) + size_t(x / tile)]);
+            pixels.push_back(
+                tiles[static_cast<std::size_t>(y / tile) * static_cast<std::size_t>(columns) +
+                      static_cast<std::size_t>(x / tile)]);
     std::string name = NewName(".jpg");
     WriteJpeg(name, columns * tile, rows * tile, Rgb(pixels));
     return name;
@@ -60,7 +62,7 @@ std::string ChosenJpeg(int side, J_COLOR_SPACE space, Choice choose) {
     jpeg_set_defaults(&jpeg); // colours at half the resolution
     choose(&jpeg);
     jpeg_start_compress(&jpeg, TRUE);
-    Bytes row(size_t(side) * size_t(jpeg.input_components), 90);
+    Bytes row(static_cast<std::size_t>(side) * static_cast<std::size_t>(jpeg.input_components), 90);
     for (int y = 0; y < side; ++y) {
         row[0] = static_cast<unsigned char>(9 * y); // something to store
         JSAMPROW rows[] = {row.data()};
@@ -83,11 +85,11 @@ Bytes PixelsBackwards(const std::string& name) {
     jpeg_read_header(&jpeg, TRUE);
     jpeg_start_decompress(&jpeg);
     Bytes backwards;
-    Bytes row(size_t(jpeg.output_width) * 3);
+    Bytes row(static_cast<std::size_t>(jpeg.output_width) * 3);
     while (jpeg.output_scanline < jpeg.output_height) {
         JSAMPROW rows[] = {row.data()};
         jpeg_read_scanlines(&jpeg, rows, 1);
-        for (size_t i = 0; i < row.size(); i += 3)
+        for (std::size_t i = 0; i < row.size(); i += 3)
             backwards.insert(backwards.begin(), {row[i], row[i + 1], row[i + 2]});
     }
     jpeg_finish_decompress(&jpeg);
@@ -145,7 +147,7 @@ TEST_F(JpegImageTest, Swaps_left_and_right_of_two_pixels) {
     Image image;
     ASSERT_TRUE(image.Load(name));
     EXPECT_EQ(image.GetSize(), ivec2(2, 1));
-    EXPECT_EQ(ImageProbe::Format(image), GLenum(GL_RGB));
+    EXPECT_EQ(ImageProbe::Format(image), static_cast<GLenum>(GL_RGB));
     EXPECT_TRUE(Near(PixelAt(image, 0), {200, 200, 200, 255}, jpegRounding));
     EXPECT_TRUE(Near(PixelAt(image, 1), {40, 40, 40, 255}, jpegRounding));
 }
@@ -180,7 +182,8 @@ TEST_F(JpegImageTest, Becomes_the_same_texture_whatever_its_width) {
         // Brightness by row: with rows read askew the colours would shift from row to row.
         std::vector<Rgba> pixels;
         for (const int grey : {30, 120, 210})
-            pixels.insert(pixels.end(), size_t(width), Rgba{grey, grey, grey, 255});
+            pixels.insert(pixels.end(), static_cast<std::size_t>(width),
+                          Rgba{grey, grey, grey, 255});
         WriteJpeg(name, width, 3, Rgb(pixels));
         Image image;
         ASSERT_TRUE(image.Load(name));
@@ -241,11 +244,12 @@ TEST_F(JpegImageTest, Refuses_what_is_no_JPEG_with_a_row_and_goes_on) {
 TEST_F(JpegImageTest, Refuses_damaged_headers_with_a_row) {
     const std::string good = TiledJpeg(1, {red});
     const std::string bytes = ReadFile(good);
-    const size_t frame = bytes.find("\xff\xc0"); // start of frame: length, depth, height, width
+    const std::size_t frame =
+        bytes.find("\xff\xc0"); // start of frame: length, depth, height, width
     ASSERT_NE(frame, std::string::npos);
     struct Case {
         const char* what;
-        size_t offset;
+        std::size_t offset;
         char value;
     };
     for (const Case& c : {Case{"12 bits a channel", 4, 12}, Case{"99 components", 9, 99},
@@ -269,7 +273,7 @@ TEST_F(JpegImageTest, Survives_every_beginning_of_a_file) {
         EXPECT_TRUE(LoadsOrStaysEmpty(bytes, ".jpg")) << "all of it";
         const int loaded = LoadEveryBeginning(bytes, ".jpg");
         EXPECT_GT(loaded, 0);
-        EXPECT_LT(loaded, int(bytes.size()));
+        EXPECT_LT(loaded, static_cast<int>(bytes.size()));
     }
 }
 
@@ -286,7 +290,7 @@ TEST_F(JpegImageTest, Survives_any_changed_byte) {
     const ExpectSilence silence;
     for (const Encoding& encoding : encodings) {
         const std::string bytes = ReadFile(ChosenJpeg(24, JCS_RGB, encoding.choose));
-        for (size_t i = 0; i < bytes.size(); ++i) {
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
             SCOPED_TRACE(testing::Message() << encoding.what << ", byte " << i);
             std::string damaged = bytes;
             damaged[i] ^= 0x24;
@@ -300,7 +304,7 @@ TEST_F(JpegImageTest, Loads_a_picture_as_wide_or_high_as_a_texture_can_be) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     for (const ivec2& size : {ivec2(largest, 1), ivec2(1, largest)}) {
         const std::string name = NewName(".jpg");
-        WriteJpeg(name, size.x, size.y, Bytes(size_t(largest) * 3, 9));
+        WriteJpeg(name, size.x, size.y, Bytes(static_cast<std::size_t>(largest) * 3, 9));
         Image image;
         EXPECT_TRUE(image.Load(name));
         EXPECT_EQ(image.GetSize(), size);
@@ -312,7 +316,7 @@ TEST_F(JpegImageTest, Logs_a_picture_that_no_texture_can_hold) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     for (const ivec2& size : {ivec2(largest + 1, 1), ivec2(1, largest + 1)}) {
         const std::string name = NewName(".jpg");
-        WriteJpeg(name, size.x, size.y, Bytes(size_t(largest + 1) * 3, 9));
+        WriteJpeg(name, size.x, size.y, Bytes(static_cast<std::size_t>(largest + 1) * 3, 9));
         ExpectRefused(name);
     }
 }

@@ -34,9 +34,9 @@ void Write(const std::string& name, const PngFile& picture) {
     if (picture.more)
         picture.more(png, info);
     png_write_info(png, info);
-    const size_t rowBytes = picture.rows.size() / size_t(picture.height);
-    std::vector<png_bytep> rows(size_t(picture.height));
-    for (size_t y = 0; y < rows.size(); ++y)
+    const std::size_t rowBytes = picture.rows.size() / static_cast<std::size_t>(picture.height);
+    std::vector<png_bytep> rows(static_cast<std::size_t>(picture.height));
+    for (std::size_t y = 0; y < rows.size(); ++y)
         rows[y] = const_cast<png_bytep>(picture.rows.data()) + y * rowBytes;
     png_write_image(png, rows.data());
     png_write_end(png, info);
@@ -44,26 +44,26 @@ void Write(const std::string& name, const PngFile& picture) {
     std::fclose(file);
 }
 
-uint32_t BigEndian(const std::string& bytes, size_t at) {
+uint32_t BigEndian(const std::string& bytes, std::size_t at) {
     uint32_t value = 0;
-    for (size_t i = at; i < at + 4; ++i)
+    for (std::size_t i = at; i < at + 4; ++i)
         value = value << 8 | static_cast<unsigned char>(bytes[i]);
     return value;
 }
 
-void SetBigEndian(std::string& bytes, size_t at, uint32_t value) {
-    for (size_t i = 0; i < 4; ++i)
+void SetBigEndian(std::string& bytes, std::size_t at, uint32_t value) {
+    for (std::size_t i = 0; i < 4; ++i)
         bytes[at + i] = static_cast<char>(value >> (24 - 8 * i));
 }
 
 /// Gives every whole chunk (length, kind, data, checksum) the checksum of what it now holds:
 /// libpng would otherwise refuse a changed one before it looks inside.
 void MendChecksums(std::string& file) {
-    size_t at = 8; // behind the signature
+    std::size_t at = 8; // behind the signature
     while (at + 12 <= file.size() && BigEndian(file, at) <= file.size() - at - 12) {
-        const size_t covered = 4 + size_t(BigEndian(file, at));
+        const std::size_t covered = 4 + static_cast<std::size_t>(BigEndian(file, at));
         const auto* bytes = reinterpret_cast<const Bytef*>(file.data() + at + 4);
-        SetBigEndian(file, at + 4 + covered, uint32_t(crc32(0, bytes, uInt(covered))));
+        SetBigEndian(file, at + 4 + covered, static_cast<uint32_t>(crc32(0, bytes, uInt(covered))));
         at += 8 + covered;
     }
 }
@@ -295,7 +295,7 @@ TEST_F(PngImageTest, Survives_any_changed_byte_even_under_a_right_checksum) {
         const std::string good = NewName(".png");
         Write(good, file);
         const std::string whole = ReadFile(good);
-        for (size_t i = 0; i < whole.size(); ++i)
+        for (std::size_t i = 0; i < whole.size(); ++i)
             for (const int change : {0x01, 0x04, 0x24, 0xff}) {
                 SCOPED_TRACE(testing::Message() << "type " << file.type << ", depth " << file.depth
                                                 << ", byte " << i << " ^ " << change);
@@ -327,7 +327,7 @@ TEST_F(PngImageTest, Loads_a_picture_as_wide_or_high_as_a_texture_can_be) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     for (const ivec2& size : {ivec2(largest, 1), ivec2(1, largest)}) {
         const std::string name = NewName(".png");
-        WritePng(name, size.x, size.y, 3, Bytes(size_t(largest) * 3, 9));
+        WritePng(name, size.x, size.y, 3, Bytes(static_cast<std::size_t>(largest) * 3, 9));
         Image image;
         EXPECT_TRUE(image.Load(name));
         EXPECT_EQ(image.GetSize(), size);
@@ -339,8 +339,8 @@ TEST_F(PngImageTest, Logs_a_picture_that_no_texture_can_hold) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     const std::string wide = NewName(".png");
     const std::string high = NewName(".png");
-    WritePng(wide, largest + 1, 1, 3, Bytes(size_t(largest + 1) * 3, 9));
-    WritePng(high, 1, largest + 1, 3, Bytes(size_t(largest + 1) * 3, 9));
+    WritePng(wide, largest + 1, 1, 3, Bytes(static_cast<std::size_t>(largest + 1) * 3, 9));
+    WritePng(high, 1, largest + 1, 3, Bytes(static_cast<std::size_t>(largest + 1) * 3, 9));
     for (const std::string& name : {wide, high}) {
         const LogWatch log;
         Image image;

@@ -35,8 +35,9 @@ inline std::string NewName(const std::string& ending) {
 
 /// The image's pixels as it keeps them: rows bottom-up, without gaps.
 inline Bytes Pixels(const Vell::Image& image, int pixelBytes) {
-    const size_t count = size_t(image.GetSize().x) * size_t(image.GetSize().y);
-    return {image.GetData(), image.GetData() + count * size_t(pixelBytes)};
+    const std::size_t count =
+        static_cast<std::size_t>(image.GetSize().x) * static_cast<std::size_t>(image.GetSize().y);
+    return {image.GetData(), image.GetData() + count * static_cast<std::size_t>(pixelBytes)};
 }
 
 /// What a failed load leaves.
@@ -75,9 +76,9 @@ inline bool LoadsOrStaysEmpty(const std::string& bytes, const std::string& endin
 /// Loads every beginning of the file (or every so many bytes one), from no byte to all but the
 /// last. Returns how many loaded.
 inline int LoadEveryBeginning(const std::string& bytes, const std::string& ending,
-                              size_t step = 1) {
+                              std::size_t step = 1) {
     int loaded = 0;
-    for (size_t length = 0; length < bytes.size(); length += step) {
+    for (std::size_t length = 0; length < bytes.size(); length += step) {
         SCOPED_TRACE(length);
         loaded += LoadsOrStaysEmpty(bytes.substr(0, length), ending) ? 1 : 0;
     }

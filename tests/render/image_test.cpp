@@ -33,7 +33,7 @@ GLint WidthOfLevel(const Image& image, int level) {
 GLuint BoundTexture() {
     GLint texture = 0;
     glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
-    return GLuint(texture);
+    return static_cast<GLuint>(texture);
 }
 
 class ImageTest : public GlTest {
@@ -295,7 +295,7 @@ TEST_F(ImageTest, Does_not_upload_through_a_sharer_since_the_format_is_not_share
     second.Load(name);
     second.GetData()[0] = 0;
     second.Update();
-    EXPECT_NE(glGetError(), GLenum(GL_NO_ERROR)) << "format 0";
+    EXPECT_NE(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "format 0";
     EXPECT_EQ(ReadTexture(first.GetID()).At(0, 0), red);
 }
 

@@ -19,8 +19,8 @@ using namespace Vell;
 
 namespace {
 
-int allocationsLeft = -1;     // before one fails; below 0: none does
-size_t largestAllocation = 0; // in bytes, since a test set it to 0
+int allocationsLeft = -1;          // before one fails; below 0: none does
+std::size_t largestAllocation = 0; // in bytes, since a test set it to 0
 
 bool readStructFails = false;
 bool infoStructFails = false;
@@ -82,8 +82,8 @@ protected:
     }
 };
 
-void SetBigEndian(std::string& bytes, size_t at, unsigned long value, size_t count) {
-    for (size_t i = 0; i < count; ++i)
+void SetBigEndian(std::string& bytes, std::size_t at, unsigned long value, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
         bytes[at + i] = static_cast<char>(value >> (8 * (count - 1 - i)));
 }
 
@@ -104,16 +104,16 @@ std::string BoastfulJpeg(unsigned side) {
     std::string name = NewName(".jpg");
     WriteJpeg(name, 16, 16, Bytes(16 * 16 * 3, 9));
     std::string bytes = ReadFile(name);
-    const size_t frame = bytes.find("\xff\xc0"); // marker, length, depth, height, width
+    const std::size_t frame = bytes.find("\xff\xc0"); // marker, length, depth, height, width
     SetBigEndian(bytes, frame + 5, side, 2);
     SetBigEndian(bytes, frame + 7, side, 2);
     WriteFile(name, bytes);
     return name;
 }
 
-constexpr size_t oneMegabyte = 1 << 20;
+constexpr std::size_t oneMegabyte = 1 << 20;
 constexpr unsigned beyondTrust = 9460; // its square times 3 bytes is 37 KB more than 256 MiB
-static_assert(size_t(beyondTrust) * beyondTrust * 3 > takenOnTrust);
+static_assert(static_cast<std::size_t>(beyondTrust) * beyondTrust * 3 > takenOnTrust);
 
 } // namespace
 
@@ -165,9 +165,9 @@ TEST_F(OutOfMemoryTest, Large_picture_that_packs_well_is_still_given_its_memory)
     // As small as files of their size become: one colour all over.
     constexpr int side = 1024;
     const std::string png = NewName(".png");
-    WritePng(png, side, side, 4, Bytes(size_t(side) * side * 4, 9));
+    WritePng(png, side, side, 4, Bytes(static_cast<std::size_t>(side) * side * 4, 9));
     const std::string jpeg = NewName(".jpg");
-    WriteJpeg(jpeg, side, side, Bytes(size_t(side) * side * 3, 128), 1);
+    WriteJpeg(jpeg, side, side, Bytes(static_cast<std::size_t>(side) * side * 3, 128), 1);
     for (const std::string& name : {png, jpeg}) {
         Image image;
         EXPECT_TRUE(image.Load(name)) << name;

@@ -67,7 +67,7 @@ TEST_F(ShaderFailureTest, Logs_a_missing_file_and_draws_on_with_the_fixed_pipeli
         shader.Enable();
         shader.Send("v", vec3(1.0f, 1.0f, 1.0f));
         EXPECT_EQ(DrawnColour(shader), white);
-        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     }
 }
 
@@ -203,10 +203,10 @@ TEST_F(ShaderFailureTest, Shares_the_failure_of_a_pair_that_was_tried_before) {
         EXPECT_EQ(ShaderProbe::Program(second), 0u);
         EXPECT_EQ(DrawnColour(second), white);
     }
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     // Every sharer deletes the handles. Without a program to hold them they went with the first.
     first.reset();
-    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_VALUE));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_VALUE));
 }
 
 TEST_F(ShaderFailureTest, Does_not_notice_a_pair_that_compiles_but_does_not_link) {
@@ -218,7 +218,8 @@ TEST_F(ShaderFailureTest, Does_not_notice_a_pair_that_compiles_but_does_not_link
     shader.Load(vert, frag);
     EXPECT_EQ(log.NewRows(), (Rows{{"Shader", "LOADED", Both(vert, frag)}}));
     EXPECT_NE(ShaderProbe::Program(shader), 0u);
-    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_OPERATION)) << "the driver refuses to bind it";
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_OPERATION))
+        << "the driver refuses to bind it";
 }
 
 TEST_F(ShaderFailureTest, Reads_a_text_whole_and_ends_it) {

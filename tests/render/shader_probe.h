@@ -58,7 +58,7 @@ inline std::string Both(const std::string& vert, const std::string& frag) {
 inline GLuint CurrentProgram() {
     GLint program = 0;
     glGetIntegerv(GL_CURRENT_PROGRAM, &program);
-    return GLuint(program);
+    return static_cast<GLuint>(program);
 }
 
 /// What a rectangle over the whole screen looks like under the current program.

@@ -154,7 +154,7 @@ TEST_F(ShaderTest, Ignores_a_name_that_the_program_does_not_use) {
     shader.Send("nobody", 1.0f);
     shader.Send("nobody", vec3(1.0f, 1.0f, 1.0f));
     shader.Send("", 1);
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     EXPECT_EQ(DrawnColour(shader), red);
 }
 
@@ -170,7 +170,7 @@ TEST_F(ShaderTest, Ignores_every_value_while_there_is_no_program) {
     shader.Send("v", vec4(1.0f, 1.0f, 1.0f, 1.0f));
     shader.Send("v", ivec4(1, 1, 1, 1));
     shader.Disable();
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 TEST_F(ShaderTest, Does_not_bind_its_program_to_send) {
@@ -245,7 +245,8 @@ TEST_F(ShaderTest, Goes_on_drawing_when_one_of_two_sharers_ends_whichever_it_is)
         const LogWatch log;
         (firstEnds ? second : first).reset();
         EXPECT_EQ(log.NewRows(), (Rows{{"Shader", "FREE", Both(vert, frag)}}));
-        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << "the second deletion is ignored";
+        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR))
+            << "the second deletion is ignored";
     }
 }
 

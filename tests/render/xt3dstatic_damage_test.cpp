@@ -22,7 +22,7 @@ std::string RealFile() {
 /// the light map of a mesh that is gone.
 std::string Moved(const std::string& text, const std::string& prefix) {
     const std::string folder = "Data/Gfx/Wisp/";
-    const size_t at = text.find(folder);
+    const std::size_t at = text.find(folder);
     return at == std::string::npos ? text : std::string(text).replace(at, folder.size(), prefix);
 }
 
@@ -214,9 +214,9 @@ TEST_F(XT3DStaticDamageTest,
 }
 
 TEST_F(XT3DStaticDamageTest, Survives_every_truncated_file) {
-    const size_t magicEnds = std::string("XT3DSTATIC").size();
-    size_t end = 1;
-    for (size_t length = 0; length <= end; ++length) {
+    const std::size_t magicEnds = std::string("XT3DSTATIC").size();
+    std::size_t end = 1;
+    for (std::size_t length = 0; length <= end; ++length) {
         SCOPED_TRACE(length);
         const std::string prefix = NewPrefix(); // each with a light map path of its own
         const std::string text = Header(prefix, 2, true) + noTextures +
@@ -240,7 +240,7 @@ TEST_F(XT3DStaticDamageTest, Survives_every_beginning_of_a_real_file) {
     whole.Load(WriteMesh(NewPrefix(), text));
     ASSERT_EQ(Probe::SubMesh(whole, 0).vertexCount, 24);
     int complete = 0; // vertices that are there in the longest beginning so far
-    for (size_t length = 0; length <= text.size(); ++length) {
+    for (std::size_t length = 0; length <= text.size(); ++length) {
         SCOPED_TRACE(length);
         XT3DStatic mesh;
         mesh.Load(WriteMesh(NewPrefix(), text.substr(0, length)));
@@ -261,9 +261,9 @@ TEST_F(XT3DStaticDamageTest, Survives_every_beginning_of_a_real_file) {
 
 TEST_F(XT3DStaticDamageTest, Survives_any_changed_byte_of_a_real_file) {
     const std::string text = RealFile();
-    for (size_t i = 0; i < text.size(); ++i)
+    for (std::size_t i = 0; i < text.size(); ++i)
         for (const char other : {'-', '9', 'e', '\0'}) {
-            SCOPED_TRACE(testing::Message() << "byte " << i << " is " << int(other));
+            SCOPED_TRACE(testing::Message() << "byte " << i << " is " << static_cast<int>(other));
             std::string damaged = text;
             damaged[i] = other;
             const std::string prefix = NewPrefix();

@@ -34,7 +34,7 @@ Shader* SetMaterial(XT3DStatic& mesh, const std::string& fragment) {
 /// One or more sub-meshes, each "textures, rectangle", without light map.
 std::unique_ptr<XT3DStatic> LoadParts(const std::string& prefix,
                                       const std::vector<std::string>& parts) {
-    std::string text = Header(prefix, int(parts.size()), false);
+    std::string text = Header(prefix, static_cast<int>(parts.size()), false);
     for (const std::string& part : parts)
         text += part;
     auto mesh = std::make_unique<XT3DStatic>();
@@ -84,8 +84,8 @@ protected:
     }
 
     static void ClearTo(Rgba colour) {
-        glClearColor(float(colour.r) / 255.0f, float(colour.g) / 255.0f, float(colour.b) / 255.0f,
-                     1.0f);
+        glClearColor(static_cast<float>(colour.r) / 255.0f, static_cast<float>(colour.g) / 255.0f,
+                     static_cast<float>(colour.b) / 255.0f, 1.0f);
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     }
 };
@@ -263,7 +263,7 @@ TEST_F(XT3DStaticDrawTest, Draws_on_with_the_fixed_pipeline_when_its_material_is
     EXPECT_NE(mesh->SetMaterialShader("missing.vert", "missing.frag"), nullptr);
     mesh->Draw();
     EXPECT_EQ(Middle(), red);
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 TEST_F(XT3DStaticDrawTest, Shares_the_first_mesh_s_material_but_not_its_blending) {
@@ -348,7 +348,7 @@ TEST_F(XT3DStaticDrawTest, Switches_texturing_off_on_every_unit_of_the_pass) {
             TextureUnit::Enable(unit);
         (mesh.get()->*pass)();
         for (const int unit : {0, 1, 2, 3, 6}) {
-            glActiveTexture(GL_TEXTURE0 + GLenum(unit));
+            glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
             if (glIsEnabled(GL_TEXTURE_2D))
                 units.push_back(unit);
         }

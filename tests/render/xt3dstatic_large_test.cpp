@@ -26,7 +26,7 @@ protected:
             zeros += "0 0 0 0 0 0 0 0\n";
         std::ofstream file(name, std::ios::app);
         for (int left = there - 1; left > 0; left -= chunk)
-            file << (left >= chunk ? zeros : zeros.substr(0, size_t(left) * 16));
+            file << (left >= chunk ? zeros : zeros.substr(0, static_cast<std::size_t>(left) * 16));
         file << "1 2 3 4 5 6 7 8";
         return name;
     }

@@ -29,7 +29,7 @@ const GLubyte* RealGetString(GLenum name) {
 const GLubyte* ListWithoutBuffers() {
     static std::string list;
     list = reinterpret_cast<const char*>(RealGetString(GL_EXTENSIONS));
-    const size_t at = list.find(bufferExtension);
+    const std::size_t at = list.find(bufferExtension);
     if (at != std::string::npos)
         list.erase(at, std::string(bufferExtension).size());
     return reinterpret_cast<const GLubyte*>(list.c_str());
@@ -173,7 +173,7 @@ namespace {
 
 /// A file whose last number is followed by a hole of so many bytes: nothing can be read of it, and
 /// it costs no disk.
-std::string WithHole(const std::string& text, size_t bytes) {
+std::string WithHole(const std::string& text, std::size_t bytes) {
     std::string name = WriteMesh(NewPrefix(), text);
     std::filesystem::resize_file(name, text.size() + bytes);
     return name;
@@ -230,7 +230,7 @@ TEST_F(XT3DStaticMemoryTest, Gives_a_file_that_is_long_enough_every_vertex) {
     constexpr int count = takenOnTrust / 40 + 1;
     for (const bool lightmap : {false, true}) {
         // A number takes a digit and a blank.
-        const size_t least = size_t(count) * (lightmap ? 20 : 16);
+        const std::size_t least = static_cast<std::size_t>(count) * (lightmap ? 20 : 16);
         XT3DStatic mesh;
         EXPECT_EQ(Outcome(mesh, WithHole(VerticesOf(count, lightmap), least)), "LOADED");
         EXPECT_EQ(Probe::SubMesh(mesh, 0).vertexCount, count);
@@ -246,7 +246,7 @@ TEST_F(XT3DStaticMemoryTest, Reads_on_where_it_was_after_measuring_the_file) {
     constexpr int count = takenOnTrust / 40 + 1;
     XT3DStatic mesh;
     EXPECT_EQ(Outcome(mesh, WithHole(VerticesOf(count, false) + " 1 2 3 4 5 6 7 8  9 ",
-                                     size_t(count) * 16)),
+                                     static_cast<std::size_t>(count) * 16)),
               "LOADED");
     EXPECT_EQ(Probe::SubMesh(mesh, 0).positions[0], vec3(1, 2, 3));
     EXPECT_EQ(Probe::SubMesh(mesh, 0).texcoords[0], vec2(7, 8));

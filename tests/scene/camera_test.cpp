@@ -21,7 +21,7 @@ protected:
 
     static void ExpectModelView(const std::array<float, 16>& expected) {
         const std::array<float, 16> actual = ModelView();
-        for (size_t i = 0; i < expected.size(); ++i)
+        for (std::size_t i = 0; i < expected.size(); ++i)
             EXPECT_FLOAT_EQ(actual[i], expected[i]) << "element " << i;
     }
 };
@@ -47,7 +47,7 @@ TEST_F(CameraTest, Draws_a_collapsed_view_without_harm_until_it_is_set) {
     camera.Draw();
     // No direction: the three axes of the view are zero vectors, and only w is left.
     ExpectModelView({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1});
-    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 TEST_F(CameraTest, Keeps_position_and_target_apart) {

@@ -12,8 +12,8 @@
 /// The place of a virtual operation in the table of its class; the destructor takes the first two,
 /// 0 and 1. A pointer to a virtual member carries, on this platform, the place in bytes plus 1.
 template <class Operation>
-size_t Slot(Operation operation) {
-    size_t words[2] = {};
+std::size_t Slot(Operation operation) {
+    std::size_t words[2] = {};
     static_assert(sizeof operation == sizeof words);
     std::memcpy(words, &operation, sizeof words);
     return (words[0] - 1) / sizeof(void*);

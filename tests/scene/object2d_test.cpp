@@ -40,7 +40,7 @@ using Elements = std::array<float, 16>;
 Elements Rows(Object2D& object) {
     Elements rows{};
     for (int i = 0; i < 16; ++i)
-        rows[size_t(i)] = Object2DProbe::GetMatrix(object)[i];
+        rows[static_cast<std::size_t>(i)] = Object2DProbe::GetMatrix(object)[i];
     return rows;
 }
 

@@ -296,14 +296,14 @@ TEST_F(SceneManagerTest, Second_sky_box_replaces_the_first_and_takes_its_faces_i
     const LogWatch loading;
     EXPECT_NE(add(scene, faces[0]), nullptr);
     ASSERT_EQ(loading.NewRows().size(), 6u);
-    for (size_t i = 0; i < 6; ++i)
+    for (std::size_t i = 0; i < 6; ++i)
         EXPECT_EQ(loading.NewRows()[i], (LogRow{"Image", "LOADED", faces[0][i]}));
 
     const LogWatch replacing;
     add(scene, faces[1]);
     const std::vector<LogRow> rows = replacing.NewRows();
     ASSERT_EQ(rows.size(), 12u);
-    for (size_t i = 0; i < 6; ++i) {
+    for (std::size_t i = 0; i < 6; ++i) {
         EXPECT_EQ(rows[i].status, "FREE"); // the first goes before the second comes
         EXPECT_EQ(rows[6 + i], (LogRow{"Image", "LOADED", faces[1][i]}));
     }

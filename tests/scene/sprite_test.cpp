@@ -17,7 +17,7 @@ struct SpriteProbe {
 
     static Corners Quad(const Sprite& sprite) {
         Corners corners{};
-        for (size_t i = 0; i < corners.size(); ++i) {
+        for (std::size_t i = 0; i < corners.size(); ++i) {
             const auto& corner = sprite.quad[i];
             corners[i] = {corner.s, corner.t, corner.x, corner.y, corner.z};
         }
@@ -27,7 +27,7 @@ struct SpriteProbe {
     static std::vector<const void*> Fields(const Sprite& sprite) {
         return {&sprite, &sprite.quad, &sprite.texture, &sprite.size};
     }
-    static size_t QuadBytes(const Sprite& sprite) { return sizeof sprite.quad; }
+    static std::size_t QuadBytes(const Sprite& sprite) { return sizeof sprite.quad; }
 };
 
 } // namespace Vell

@@ -53,7 +53,7 @@ TerminalRun::~TerminalRun() {
 }
 
 void TerminalRun::Type(const std::string& text) {
-    if (write(terminal, text.data(), text.size()) != ssize_t(text.size()))
+    if (write(terminal, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
         throw std::runtime_error("the terminal takes no input");
 }
 
@@ -71,7 +71,7 @@ void TerminalRun::Look() {
     std::array<char, 4096> piece{};
     for (ssize_t count = 0;
          terminal >= 0 && (count = read(terminal, piece.data(), piece.size())) > 0;)
-        output.append(piece.data(), size_t(count));
+        output.append(piece.data(), static_cast<std::size_t>(count));
     if (!ended && waitpid(process, &status, WNOHANG) == process)
         ended = true;
 }

@@ -30,7 +30,7 @@ namespace {
 std::string VirtualDisplayAt(int number) {
     std::string command = Doctor::virtualDisplay;
     const std::string search = " -a ";
-    const size_t at = command.find(search);
+    const std::size_t at = command.find(search);
     EXPECT_NE(at, std::string::npos);
     return command.replace(at, search.size(), " -n " + std::to_string(number) + ' ');
 }
@@ -80,7 +80,7 @@ TEST(Advice, Virtual_display_lets_the_demo_play_sixteen_times_at_once) {
     const int firstNumber = 1000 + getpid() % 1000 * most; // nobody else's
     for (int i = 0; i < most; ++i)
         runs.push_back(StartIn(scratch.Path() / std::to_string(i), firstNumber + i));
-    for (size_t i = 0; i < runs.size(); ++i) {
+    for (std::size_t i = 0; i < runs.size(); ++i) {
         SCOPED_TRACE(i);
         fs::current_path(scratch.Path() / std::to_string(i));
         ExpectPlayed(*runs[i]);

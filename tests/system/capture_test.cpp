@@ -23,7 +23,7 @@ constexpr int height = 4;
 
 /// The frame of the subject program: a colour that tells its number and a marked lower left corner.
 void DrawFrame(int number) {
-    glClearColor(0.0f, float(number) / 10.0f, 1.0f, 1.0f);
+    glClearColor(0.0f, static_cast<float>(number) / 10.0f, 1.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT);
     glEnable(GL_SCISSOR_TEST);
     glScissor(0, 0, 1, 1);
@@ -37,13 +37,15 @@ double ClockSeconds() {
     using Function = int(timeval*, void*);
     timeval now{};
     reinterpret_cast<Function*>(dlsym(RTLD_NEXT, "gettimeofday"))(&now, nullptr);
-    return double(now.tv_sec) + double(now.tv_usec) * 1e-6;
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_usec) * 1e-6;
 }
 
 /// A PPM whose every byte is `value`.
 std::string Ppm(int pictureWidth, int pictureHeight, char value) {
     return "P6\n" + std::to_string(pictureWidth) + " " + std::to_string(pictureHeight) + "\n255\n" +
-           std::string(size_t(pictureWidth) * size_t(pictureHeight) * 3, value);
+           std::string(static_cast<std::size_t>(pictureWidth) *
+                           static_cast<std::size_t>(pictureHeight) * 3,
+                       value);
 }
 
 class Capture : public NimbrelTest {
@@ -91,7 +93,9 @@ struct Sheet {
         bytes.resize(PNG_IMAGE_SIZE(image));
         EXPECT_NE(png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr), 0) << path;
     }
-    int At(int x, int y) const { return bytes[(size_t(y) * image.width + size_t(x)) * 4]; }
+    int At(int x, int y) const {
+        return bytes[(static_cast<std::size_t>(y) * image.width + static_cast<std::size_t>(x)) * 4];
+    }
 
     png_image image{};
     std::vector<unsigned char> bytes;
@@ -172,7 +176,7 @@ TEST_F(Capture, Probe_plays_a_list_of_times_and_then_lets_time_run_out) {
 TEST_F(Capture, Probe_leaves_real_time_alone_without_a_step) {
     const double before = ClockSeconds();
     RunSubject({});
-    const size_t place = end.output.find("frame 1 at ");
+    const std::size_t place = end.output.find("frame 1 at ");
     ASSERT_NE(place, std::string::npos);
     EXPECT_NEAR(std::stod(end.output.substr(place + 11)), before, 30.0);
 }
@@ -184,10 +188,12 @@ TEST_F(Capture, Probe_takes_each_picture_at_the_first_frame_that_is_due) {
     const std::string header = "P6\n8 4\n255\n";
     const std::string first = ReadFile("frame_0000.000.ppm");
     const std::string later = ReadFile("frame_0001.500.ppm"); // frame 3, at 2 s
-    ASSERT_EQ(first.size(), header.size() + size_t(width * height * 3));
+    ASSERT_EQ(first.size(), header.size() + static_cast<std::size_t>(width * height * 3));
     ASSERT_EQ(first.substr(0, header.size()), header);
     const auto green = [&](const std::string& file, int x, int row) {
-        return int((unsigned char)file[header.size() + size_t((row * width + x) * 3 + 1)]);
+        return static_cast<int>(
+            (unsigned char)
+                file[header.size() + static_cast<std::size_t>((row * width + x) * 3 + 1)]);
     };
     EXPECT_NEAR(green(first, 4, 2), 26, 1); // a tenth of 255
     EXPECT_NEAR(green(later, 4, 2), 77, 1); // three tenths
@@ -201,13 +207,13 @@ TEST_F(Capture, Probe_refuses_what_is_no_number) {
 }
 
 TEST_F(Capture, Stack_puts_pictures_under_each_other_with_their_times_beside) {
-    WriteFile("frame_0001.000.ppm", Ppm(40, 20, char(50)));
-    WriteFile("frame_0013.900.ppm", Ppm(40, 20, char(120)));
+    WriteFile("frame_0001.000.ppm", Ppm(40, 20, static_cast<char>(50)));
+    WriteFile("frame_0013.900.ppm", Ppm(40, 20, static_cast<char>(120)));
     Stack({"sheet.png", "frame_0001.000.ppm", "frame_0013.900.ppm"});
     ASSERT_EQ(end.exitStatus, 0) << end.complaint;
     const Sheet sheet("sheet.png");
     constexpr int label = 84;
-    EXPECT_EQ(sheet.image.width, unsigned(label + 40));
+    EXPECT_EQ(sheet.image.width, static_cast<unsigned>(label + 40));
     EXPECT_EQ(sheet.image.height, 20u + 2u + 20u);
     EXPECT_EQ(sheet.At(label, 0), 50);
     EXPECT_EQ(sheet.At(label + 39, 19), 50);

@@ -49,7 +49,7 @@ inline const std::string rowTemplate = R"(    <tr>
 )";
 
 inline void Replace(std::string& text, const std::string& word, const std::string& by) {
-    for (size_t at = text.find(word); at != std::string::npos; at = text.find(word))
+    for (std::size_t at = text.find(word); at != std::string::npos; at = text.find(word))
         text.replace(at, word.size(), by);
 }
 
@@ -78,8 +78,8 @@ inline std::string OpenPage(const Rows& rows) {
 }
 
 /// The line of `text` that byte `at` belongs to; empty behind the end.
-inline std::string LineAround(const std::string& text, size_t at) {
-    const size_t begin = text.substr(0, at).rfind('\n') + 1; // 0 when it is the first line
+inline std::string LineAround(const std::string& text, std::size_t at) {
+    const std::size_t begin = text.substr(0, at).rfind('\n') + 1; // 0 when it is the first line
     return text.substr(begin, text.find('\n', begin) - begin);
 }
 
@@ -88,7 +88,7 @@ inline ::testing::AssertionResult Same(const std::string& page, const std::strin
     if (page == wanted)
         return ::testing::AssertionSuccess();
     const auto place = std::mismatch(page.begin(), page.end(), wanted.begin(), wanted.end()).first;
-    const size_t at = size_t(place - page.begin());
+    const std::size_t at = static_cast<std::size_t>(place - page.begin());
     return ::testing::AssertionFailure()
            << "line " << 1 + std::count(page.begin(), place, '\n') << ": expected \""
            << LineAround(wanted, at) << "\", found \"" << LineAround(page, at) << "\"; "

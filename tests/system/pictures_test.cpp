@@ -20,8 +20,10 @@ struct Frame {
     int height = 0;
     std::string bytes;
 
-    size_t Pixels() const { return size_t(width) * size_t(height); }
-    int Channel(size_t pixel, size_t channel) const {
+    std::size_t Pixels() const {
+        return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    }
+    int Channel(std::size_t pixel, std::size_t channel) const {
         return static_cast<unsigned char>(bytes[pixel * 3 + channel]);
     }
 };
@@ -34,20 +36,21 @@ Frame ReadPpm(const std::string& path) {
     file >> magic >> frame.width >> frame.height >> most;
     file.get(); // the one blank before the pixels
     frame.bytes.resize(frame.Pixels() * 3);
-    file.read(frame.bytes.data(), std::streamsize(frame.bytes.size()));
+    file.read(frame.bytes.data(), static_cast<std::streamsize>(frame.bytes.size()));
     EXPECT_TRUE(file.good()) << path << " is cut short";
     return frame;
 }
 
 /// Share of the picture that its commonest colour has, at sixteen levels a channel.
 double CommonestShare(const Frame& frame) {
-    std::vector<size_t> counts(16 * 16 * 16);
-    for (size_t i = 0; i < frame.Pixels(); ++i) {
+    std::vector<std::size_t> counts(16 * 16 * 16);
+    for (std::size_t i = 0; i < frame.Pixels(); ++i) {
         const int colour = frame.Channel(i, 0) / 16 * 256 + frame.Channel(i, 1) / 16 * 16 +
                            frame.Channel(i, 2) / 16;
-        ++counts[size_t(colour)];
+        ++counts[static_cast<std::size_t>(colour)];
     }
-    return double(*std::max_element(counts.begin(), counts.end())) / double(frame.Pixels());
+    return static_cast<double>(*std::max_element(counts.begin(), counts.end())) /
+           static_cast<double>(frame.Pixels());
 }
 
 /// Share of the pixels that jump in the second of three frames and are back in the third, as
@@ -55,11 +58,11 @@ double CommonestShare(const Frame& frame) {
 double FlickerShare(const Frame& a, const Frame& b, const Frame& c) {
     constexpr int jump = 48; // of 255
     constexpr int back = 12;
-    size_t flickering = 0;
-    for (size_t i = 0; i < a.Pixels(); ++i) {
+    std::size_t flickering = 0;
+    for (std::size_t i = 0; i < a.Pixels(); ++i) {
         bool jumps = false;
         bool returns = true;
-        for (size_t channel = 0; channel < 3; ++channel) {
+        for (std::size_t channel = 0; channel < 3; ++channel) {
             const int before = a.Channel(i, channel);
             const int between = b.Channel(i, channel);
             const int after = c.Channel(i, channel);
@@ -68,7 +71,7 @@ double FlickerShare(const Frame& a, const Frame& b, const Frame& c) {
         }
         flickering += jumps && returns;
     }
-    return double(flickering) / double(a.Pixels());
+    return static_cast<double>(flickering) / static_cast<double>(a.Pixels());
 }
 
 std::string Text(double time) {
@@ -111,7 +114,9 @@ protected:
 };
 
 Frame Plain(int width, int height, char value) {
-    return {width, height, std::string(size_t(width) * size_t(height) * 3, value)};
+    return {
+        width, height,
+        std::string(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3, value)};
 }
 
 } // namespace
@@ -119,14 +124,14 @@ Frame Plain(int width, int height, char value) {
 TEST(PictureMeasures, See_one_flat_colour) {
     Frame frame = Plain(10, 10, 100);
     EXPECT_EQ(CommonestShare(frame), 1.0);
-    std::fill_n(frame.bytes.begin(), 30 * 3, char(20)); // 30 of 100 pixels
+    std::fill_n(frame.bytes.begin(), 30 * 3, static_cast<char>(20)); // 30 of 100 pixels
     EXPECT_EQ(CommonestShare(frame), 0.7);
 }
 
 TEST(PictureMeasures, See_pixels_that_jump_and_come_back_but_none_that_moves_on) {
     const Frame dark = Plain(10, 10, 10);
     Frame flash = dark;
-    std::fill_n(flash.bytes.begin(), 5 * 3, char(100)); // 5 of 100 pixels
+    std::fill_n(flash.bytes.begin(), 5 * 3, static_cast<char>(100)); // 5 of 100 pixels
     EXPECT_EQ(FlickerShare(dark, flash, dark), 0.05);
     EXPECT_EQ(FlickerShare(dark, flash, flash), 0.0);
     EXPECT_EQ(FlickerShare(dark, dark, flash), 0.0);
