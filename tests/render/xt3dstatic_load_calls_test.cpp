@@ -1,6 +1,6 @@
 // Static meshes, call by call: loading, material, end.
 
-#include "tests/recording/mesh_calls.h"
+#include "tests/render/xt3dstatic_calls.h"
 
 #include <cstring>
 

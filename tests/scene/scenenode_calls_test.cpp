@@ -1,7 +1,7 @@
 // Scene nodes, the camera and the view frustum, call by call.
 
 #include "tests/recording/calls.h"
-#include "tests/recording/noted_mesh.h"
+#include "tests/scene/noted_mesh.h"
 
 #include "engine/math/frustum.h"
 #include "engine/scene/camera.h"

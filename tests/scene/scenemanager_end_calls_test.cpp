@@ -2,7 +2,7 @@
 // those that do not the return of their memory.
 
 #include "tests/recording/calls.h"
-#include "tests/recording/noted_mesh.h"
+#include "tests/scene/noted_mesh.h"
 
 #include "engine/env/sky.h"
 #include "engine/env/terrain.h"

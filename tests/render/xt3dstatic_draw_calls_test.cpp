@@ -1,6 +1,6 @@
 // Static meshes, call by call: both passes, with and without buffers.
 
-#include "tests/recording/mesh_calls.h"
+#include "tests/render/xt3dstatic_calls.h"
 
 #include "tests/support/fake_time.h"
 

@@ -1,7 +1,7 @@
 // The frame pipeline with every combination of what a scene may have, call by call.
 
 #include "tests/recording/calls.h"
-#include "tests/recording/noted_mesh.h"
+#include "tests/scene/noted_mesh.h"
 
 #include "engine/env/shadowmapping.h"
 #include "engine/env/sky.h"
