@@ -1,23 +1,13 @@
-// Render target, full-screen quad and debug box, call by call.
+// The render target, call by call.
 
 #include "tests/recording/calls.h"
 
-#include "engine/core/fast2dquad.h"
 #include "engine/core/fbo.h"
-#include "engine/math/bbox.h"
-#include "engine/math/vec3.h"
-#include "engine/math/vec4.h"
-
-#include <gmock/gmock.h>
 
 #include <optional>
 
-using ::testing::ElementsAre;
 using Vell::FBO;
 using Vell::ivec2;
-using Vell::vec2;
-using Vell::vec3;
-using Vell::vec4;
 
 namespace {
 
@@ -28,10 +18,6 @@ protected:
         gl.NameTarget("target");
     }
 };
-
-class QuadCalls : public Calls {};
-
-class BoxCalls : public Calls {};
 
 } // namespace
 
@@ -129,52 +115,4 @@ TEST_F(FboCalls, Destruction_deletes_colour_depth_framebuffer_and_renderbuffer) 
         glDeleteFramebuffersEXT(1, target)
         glDeleteRenderbuffersEXT(1, target)
         )"));
-}
-
-TEST_F(QuadCalls, Draws_a_strip_from_the_origin_to_the_corner) {
-    for (const float height : {600.0f, 300.0f}) {
-        Vell::Fast2DQuad::GetInstance().Draw(vec2(800, height));
-        EXPECT_TRUE(Made(R"(
-            glInterleavedArrays(GL_T2F_V3F, 0, memory)
-            glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
-            )"));
-        EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 800, height, 0, // s, t, x, y, z
-                                            0, 1, 0, height, 0,   //
-                                            1, 0, 800, 0, 0,      //
-                                            0, 0, 0, 0, 0));
-    }
-}
-
-TEST_F(BoxCalls, Debug_box_is_a_wire_cube_placed_by_centre_and_size) {
-    Vell::BoundingBox box;
-    box.Set(vec3(2, 2, 2), vec3(4, 6, 8)); // centre (3, 4, 5); size = min + centre = (5, 6, 7)
-    box.Draw(vec4(0.25f, 0.5f, 0.75f, 1));
-    EXPECT_TRUE(Made(R"(
-        -- 2.
-        glEnable(GL_POLYGON_OFFSET_LINE)
-        glPolygonOffset(-1, -2)
-        glColor4f(0.25, 0.5, 0.75, 1)
-        glPolygonMode(GL_FRONT_AND_BACK, GL_LINE)
-        glDisable(GL_TEXTURE_2D)
-        -- 3.
-        glPushMatrix()
-        glTranslatef(3, 4, 5)
-        glScalef(5, 6, 7)
-        glInterleavedArrays(GL_V3F, 0, memory)
-        glDrawArrays(GL_QUADS, 0, 24)
-        glPopMatrix()
-        -- 4.
-        glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)
-        glDisable(GL_POLYGON_OFFSET_LINE)
-        glColor4f(1, 1, 1, 1)
-        )"));
-    const std::vector<float> cube = {
-        -1, -1, 1,  1,  -1, 1,  1,  1,  1,  -1, 1,  1,  // front
-        -1, -1, -1, -1, 1,  -1, 1,  1,  -1, 1,  -1, -1, // back
-        -1, 1,  -1, -1, 1,  1,  1,  1,  1,  1,  1,  -1, // top
-        -1, -1, -1, 1,  -1, -1, 1,  -1, 1,  -1, -1, 1,  // bottom
-        1,  -1, -1, 1,  1,  -1, 1,  1,  1,  1,  -1, 1,  // right
-        -1, -1, -1, -1, -1, 1,  -1, 1,  1,  -1, 1,  -1, // left
-    };
-    EXPECT_EQ(gl.Drawn(), cube);
 }

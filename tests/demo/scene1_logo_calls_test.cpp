@@ -1,43 +1,11 @@
-// Sprites, and the logo that the demo draws over its frame, call by call.
+// The logo that the demo draws over its frame, call by call.
 
-#include "tests/recording/calls.h"
+#include "tests/scene/sprite_calls.h"
 
 #include "demo/scene1.h"
-#include "engine/scene/sprite.h"
 #include "tests/support/fake_time.h"
 
-#include <gmock/gmock.h>
-
-using ::testing::ElementsAre;
-using Vell::Sprite;
-using Vell::vec2;
-
 namespace {
-
-class SpriteCalls : public Calls {
-protected:
-    static std::string Drawing(const std::string& matrix, const std::string& picture) {
-        return "-- 1.\nglPushMatrix(); glMultMatrixf(" + matrix + ")\n" + R"(
-            -- 2.
-            glDisable(GL_DEPTH_TEST)
-            glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
-            )" +
-               BindTexture(picture) +
-               R"(
-            -- 3.
-            glEnable(GL_BLEND); glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)
-            -- 4.
-            glInterleavedArrays(GL_T2F_V3F, 0, memory); glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
-            -- 5.
-            glDisable(GL_BLEND)
-            glColor4f(1, 1, 1, 1)
-            glEnable(GL_DEPTH_TEST)
-            glPopMatrix()
-            )";
-    }
-
-    static constexpr const char* identity = "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1";
-};
 
 /// The demo's scene without a single file of it: everything that draws it is still called.
 class LogoCalls : public SpriteCalls {
@@ -58,38 +26,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(SpriteCalls, Drawn_blended_over_the_picture_under_its_matrix) {
-    WritePng("logo.png", 320, 120, 3, std::vector<unsigned char>(320 * 120 * 3));
-    const std::string labels[] = {"logo"};
-    gl.Name("texture", labels);
-    Sprite sprite;
-    sprite.SetTexture("logo.png"); // 320 / 640 = 0.5, 120 / 480 = 0.25
-    sprite.SetPosition(vec2(0.5f, 0.75f));
-    Forget();
-    sprite.Draw();
-    EXPECT_TRUE(Made(Drawing("1 0 0 0 0 1 0 0 0 0 1 0 0.5 0.75 0 1", "logo")));
-    EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 0.5f, 0.25f, 0, // s, t, x, y, z
-                                        0, 1, 0, 0.25f, 0,    //
-                                        1, 0, 0.5f, 0, 0,     //
-                                        0, 0, 0, 0, 0));
-    sprite.SetSize(vec2(0.125f, 0.375f)); // the height goes to z
-    sprite.SetScale(vec2(2, 3));
-    Forget();
-    sprite.Draw();
-    EXPECT_TRUE(Made(Drawing("2 0 0 0 0 3 0 0 0 0 0 0 0.5 0.75 0 1", "logo")));
-    EXPECT_THAT(gl.Drawn(), ElementsAre(1, 1, 0.125f, 0.25f, 0.375f, //
-                                        0, 1, 0, 0.25f, 0.375f,      //
-                                        1, 0, 0.125f, 0, 0,          //
-                                        0, 0, 0, 0, 0));
-}
-
-TEST_F(SpriteCalls, Without_a_picture_it_is_drawn_all_the_same) {
-    Sprite sprite;
-    EXPECT_TRUE(Made(""));
-    sprite.Draw();
-    EXPECT_TRUE(Made(Drawing(identity, "0")));
-}
 
 // One test, for the registry knows the scene's paths for good: it can be loaded once a process.
 TEST_F(LogoCalls, Fades_over_the_first_ten_seconds_and_is_gone_from_then_on) {

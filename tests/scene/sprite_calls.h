@@ -1,0 +1,31 @@
+#pragma once
+
+#include "tests/recording/calls.h"
+
+#include <string>
+
+/// What a sprite calls.
+class SpriteCalls : public Calls {
+protected:
+    static std::string Drawing(const std::string& matrix, const std::string& picture) {
+        return "-- 1.\nglPushMatrix(); glMultMatrixf(" + matrix + ")\n" + R"(
+            -- 2.
+            glDisable(GL_DEPTH_TEST)
+            glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
+            )" +
+               BindTexture(picture) +
+               R"(
+            -- 3.
+            glEnable(GL_BLEND); glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)
+            -- 4.
+            glInterleavedArrays(GL_T2F_V3F, 0, memory); glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
+            -- 5.
+            glDisable(GL_BLEND)
+            glColor4f(1, 1, 1, 1)
+            glEnable(GL_DEPTH_TEST)
+            glPopMatrix()
+            )";
+    }
+
+    static constexpr const char* identity = "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1";
+};
