@@ -14,16 +14,26 @@ struct vec2 : VectorOperations<vec2, float, 2> {
     /// Both components = s.
     constexpr explicit vec2(float s) : x(s), y(s) {}
     constexpr vec2(const vec2&) = default;
-    vec2& operator=(const vec2&) = default;
+    constexpr vec2& operator=(const vec2&) = default;
     ~vec2() = default;
 
     /// 0 is x, any other index is y.
-    float& operator[](int i) { return i == 0 ? x : y; }
-    const float& operator[](int i) const { return i == 0 ? x : y; }
+    constexpr float& operator[](int i) { return i == 0 ? x : y; }
+    constexpr const float& operator[](int i) const { return i == 0 ? x : y; }
 
     /// Length of the difference.
     float Distance(const vec2& other) const;
 };
+
+/// a.x b.x + a.y b.y, in float.
+constexpr float Dot(const vec2& a, const vec2& b) {
+    return a.x * b.x + a.y * b.y;
+}
+
+/// Twice the signed area of the triangle (0, a, b): positive when b lies to the left of a.
+constexpr float Cross(const vec2& a, const vec2& b) {
+    return a.x * b.y - a.y * b.x;
+}
 
 /// Two 32-bit integers: a size or position in pixels.
 /// The arithmetic is that of VectorOperations.
@@ -35,12 +45,12 @@ struct ivec2 : VectorOperations<ivec2, std::int32_t, 2> {
     /// Both components = s.
     constexpr explicit ivec2(std::int32_t s) : x(s), y(s) {}
     constexpr ivec2(const ivec2&) = default;
-    ivec2& operator=(const ivec2&) = default;
+    constexpr ivec2& operator=(const ivec2&) = default;
     ~ivec2() = default;
 
     /// 0 is x, any other index is y.
-    std::int32_t& operator[](int i) { return i == 0 ? x : y; }
-    const std::int32_t& operator[](int i) const { return i == 0 ? x : y; }
+    constexpr std::int32_t& operator[](int i) { return i == 0 ? x : y; }
+    constexpr const std::int32_t& operator[](int i) const { return i == 0 ? x : y; }
 
     /// Length of the difference; NaN where the summed squares wrap to a negative number.
     float Distance(const ivec2& other) const;

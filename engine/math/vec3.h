@@ -14,12 +14,12 @@ struct vec3 : VectorOperations<vec3, float, 3> {
     /// All components = s.
     constexpr explicit vec3(float s) : x(s), y(s), z(s) {}
     constexpr vec3(const vec3&) = default;
-    vec3& operator=(const vec3&) = default;
+    constexpr vec3& operator=(const vec3&) = default;
     ~vec3() = default;
 
     /// 0 is x, 1 is y, any other index is z.
-    float& operator[](int i) { return i == 0 ? x : i == 1 ? y : z; }
-    const float& operator[](int i) const { return i == 0 ? x : i == 1 ? y : z; }
+    constexpr float& operator[](int i) { return i == 0 ? x : i == 1 ? y : z; }
+    constexpr const float& operator[](int i) const { return i == 0 ? x : i == 1 ? y : z; }
 
     /// Length of the difference.
     float Distance(const vec3& other) const;
@@ -34,6 +34,16 @@ struct vec3 : VectorOperations<vec3, float, 3> {
     vec3& CrossProduct(const vec3& a, const vec3& b);
 };
 
+/// a.x b.x + a.y b.y + a.z b.z, in float.
+constexpr float Dot(const vec3& a, const vec3& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+/// The ordinary cross product a x b, in float: x cross y is z.
+constexpr vec3 Cross(const vec3& a, const vec3& b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
 /// Three 32-bit integers. The arithmetic is that of VectorOperations.
 struct ivec3 : VectorOperations<ivec3, std::int32_t, 3> {
     std::int32_t x, y, z;
@@ -44,12 +54,12 @@ struct ivec3 : VectorOperations<ivec3, std::int32_t, 3> {
     /// All components = s.
     constexpr explicit ivec3(std::int32_t s) : x(s), y(s), z(s) {}
     constexpr ivec3(const ivec3&) = default;
-    ivec3& operator=(const ivec3&) = default;
+    constexpr ivec3& operator=(const ivec3&) = default;
     ~ivec3() = default;
 
     /// 0 is x, 1 is y, any other index is z.
-    std::int32_t& operator[](int i) { return i == 0 ? x : i == 1 ? y : z; }
-    const std::int32_t& operator[](int i) const { return i == 0 ? x : i == 1 ? y : z; }
+    constexpr std::int32_t& operator[](int i) { return i == 0 ? x : i == 1 ? y : z; }
+    constexpr const std::int32_t& operator[](int i) const { return i == 0 ? x : i == 1 ? y : z; }
 
     /// Length of the difference; NaN where the summed squares wrap to a negative number.
     float Distance(const ivec3& other) const;

@@ -15,12 +15,14 @@ struct vec4 : VectorOperations<vec4, float, 4> {
     /// All components = s.
     constexpr explicit vec4(float s) : x(s), y(s), z(s), w(s) {}
     constexpr vec4(const vec4&) = default;
-    vec4& operator=(const vec4&) = default;
+    constexpr vec4& operator=(const vec4&) = default;
     ~vec4() = default;
 
     /// 0 is x, 1 is y, 2 is z, any other index is w.
-    float& operator[](int i) { return i == 0 ? x : i == 1 ? y : i == 2 ? z : w; }
-    const float& operator[](int i) const { return i == 0 ? x : i == 1 ? y : i == 2 ? z : w; }
+    constexpr float& operator[](int i) { return i == 0 ? x : i == 1 ? y : i == 2 ? z : w; }
+    constexpr const float& operator[](int i) const {
+        return i == 0 ? x : i == 1 ? y : i == 2 ? z : w;
+    }
 
     /// Sum of the four component products, not rounded to float.
     double DotProduct(const vec4& other) const;
@@ -33,6 +35,11 @@ struct vec4 : VectorOperations<vec4, float, 4> {
     vec4& CrossProduct(const vec4& a, const vec4& b);
 };
 
+/// a.x b.x + a.y b.y + a.z b.z + a.w b.w, in float.
+constexpr float Dot(const vec4& a, const vec4& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z + a.w * b.w;
+}
+
 /// Four 32-bit integers. The arithmetic is that of VectorOperations.
 struct ivec4 : VectorOperations<ivec4, std::int32_t, 4> {
     std::int32_t x, y, z, w;
@@ -44,12 +51,14 @@ struct ivec4 : VectorOperations<ivec4, std::int32_t, 4> {
     /// All components = s.
     constexpr explicit ivec4(std::int32_t s) : x(s), y(s), z(s), w(s) {}
     constexpr ivec4(const ivec4&) = default;
-    ivec4& operator=(const ivec4&) = default;
+    constexpr ivec4& operator=(const ivec4&) = default;
     ~ivec4() = default;
 
     /// 0 is x, 1 is y, 2 is z, any other index is w.
-    std::int32_t& operator[](int i) { return i == 0 ? x : i == 1 ? y : i == 2 ? z : w; }
-    const std::int32_t& operator[](int i) const { return i == 0 ? x : i == 1 ? y : i == 2 ? z : w; }
+    constexpr std::int32_t& operator[](int i) { return i == 0 ? x : i == 1 ? y : i == 2 ? z : w; }
+    constexpr const std::int32_t& operator[](int i) const {
+        return i == 0 ? x : i == 1 ? y : i == 2 ? z : w;
+    }
 
     /// Takes floats, which is intended: the four products are formed and summed in floating point
     /// and only the sum is truncated. 0 when an int cannot hold the sum.

@@ -13,41 +13,48 @@ namespace Vell {
 /// the components and operator[]. It adds no data, so a vector stays N packed scalars that OpenGL
 /// can read as an array.
 ///
-/// Float sums and products are formed in double and stored back to float. Integer ones wrap round
-/// on overflow. Integer quotients are truncated toward zero.
+/// Float sums and products are formed in double and stored back to float: for one sum, product or
+/// quotient that is what float arithmetic itself gives, while the members that add up products
+/// (DotProduct, Length, CrossProduct) keep more than float would. The free functions Dot, Cross,
+/// Length, Normalized and Lerp are the cheap forms: in float, in the order written. Integer sums
+/// and products wrap round on overflow; integer quotients are truncated toward zero.
 template <class T, class S, int N>
 struct VectorOperations {
     /// The same component as operator[]: 0 is x, 1 is y, and so on; any index outside the range,
     /// negative ones included, is the last component.
-    S& operator()(int i) { return Self()[i]; }
-    const S& operator()(int i) const { return Self()[i]; }
+    constexpr S& operator()(int i) { return Self()[i]; }
+    constexpr const S& operator()(int i) const { return Self()[i]; }
 
     /// Exact comparison, no tolerance.
-    friend bool operator==(const T& a, const T& b) {
+    friend constexpr bool operator==(const T& a, const T& b) {
         for (int i = 0; i < N; ++i)
             if (a[i] != b[i])
                 return false;
         return true;
     }
 
-    T& operator+=(const T& other);
-    T& operator-=(const T& other);
-    T operator+(const T& other) const { return T(Self()) += other; }
-    T operator-(const T& other) const { return T(Self()) -= other; }
+    constexpr T& operator+=(const T& other);
+    constexpr T& operator-=(const T& other);
+    constexpr T operator+(const T& other) const { return T(Self()) += other; }
+    constexpr T operator-(const T& other) const { return T(Self()) -= other; }
 
-    T& operator*=(S scale);
-    T operator*(S scale) const { return T(Self()) *= scale; }
+    /// Every component with its sign changed; the least integer wraps to itself.
+    friend constexpr T operator-(const T& v) { return v * S(-1); }
+
+    constexpr T& operator*=(S scale);
+    constexpr T operator*(S scale) const { return T(Self()) *= scale; }
+    friend constexpr T operator*(S scale, const T& v) { return v * scale; }
     /// Product component by component; for the dot product see DotProduct() of the wider types.
-    T operator*(const T& other) const;
+    constexpr T operator*(const T& other) const;
 
     /// Divides in place; a divisor of 0 leaves the vector as it is.
-    T& operator/=(S divisor);
+    constexpr T& operator/=(S divisor);
     /// The quotient, or the zero vector when the divisor is 0.
-    T operator/(S divisor) const { return divisor == S(0) ? T() : T(Self()) /= divisor; }
+    constexpr T operator/(S divisor) const { return divisor == S(0) ? T() : T(Self()) /= divisor; }
     /// Quotient component by component, or the zero vector when x, y or z of the divisor is 0.
     /// The fourth component is divided without that check, which is intended: a float w / 0 is
     /// infinite and an integer one divides by zero.
-    T operator/(const T& divisor) const;
+    constexpr T operator/(const T& divisor) const;
 
     /// Caps from above: every component greater than `limit` becomes `limit`.
     void Min(S limit);
@@ -84,10 +91,10 @@ private:
     /// Quotients are formed in this type: it also holds -2^31 / -1.
     using Quotient = std::conditional_t<std::is_floating_point_v<S>, double, std::int64_t>;
 
-    static S Divide(S a, S b) { return static_cast<S>(Quotient(a) / Quotient(b)); }
+    static constexpr S Divide(S a, S b) { return static_cast<S>(Quotient(a) / Quotient(b)); }
 
-    T& Self() { return static_cast<T&>(*this); }
-    const T& Self() const { return static_cast<const T&>(*this); }
+    constexpr T& Self() { return static_cast<T&>(*this); }
+    constexpr const T& Self() const { return static_cast<const T&>(*this); }
 };
 
 /// `value` truncated toward zero; 0 when an int cannot hold it (NaN included).
@@ -97,26 +104,26 @@ inline std::int32_t TruncateToInt(double value) {
 }
 
 template <class T, class S, int N>
-T& VectorOperations<T, S, N>::operator+=(const T& other) {
+constexpr T& VectorOperations<T, S, N>::operator+=(const T& other) {
     for (int i = 0; i < N; ++i)
         Self()[i] = static_cast<S>(Wide(Self()[i]) + Wide(other[i]));
     return Self();
 }
 
 template <class T, class S, int N>
-T& VectorOperations<T, S, N>::operator-=(const T& other) {
+constexpr T& VectorOperations<T, S, N>::operator-=(const T& other) {
     for (int i = 0; i < N; ++i)
         Self()[i] = static_cast<S>(Wide(Self()[i]) - Wide(other[i]));
     return Self();
 }
 
 template <class T, class S, int N>
-T& VectorOperations<T, S, N>::operator*=(S scale) {
+constexpr T& VectorOperations<T, S, N>::operator*=(S scale) {
     return Self() = Self() * T(scale);
 }
 
 template <class T, class S, int N>
-T VectorOperations<T, S, N>::operator*(const T& other) const {
+constexpr T VectorOperations<T, S, N>::operator*(const T& other) const {
     T product;
     for (int i = 0; i < N; ++i)
         product[i] = static_cast<S>(Wide(Self()[i]) * Wide(other[i]));
@@ -124,7 +131,7 @@ T VectorOperations<T, S, N>::operator*(const T& other) const {
 }
 
 template <class T, class S, int N>
-T& VectorOperations<T, S, N>::operator/=(S divisor) {
+constexpr T& VectorOperations<T, S, N>::operator/=(S divisor) {
     if (divisor != S(0))
         for (int i = 0; i < N; ++i)
             Self()[i] = Divide(Self()[i], divisor);
@@ -132,7 +139,7 @@ T& VectorOperations<T, S, N>::operator/=(S divisor) {
 }
 
 template <class T, class S, int N>
-T VectorOperations<T, S, N>::operator/(const T& divisor) const {
+constexpr T VectorOperations<T, S, N>::operator/(const T& divisor) const {
     constexpr int guarded = std::min(N, 3);
     T quotient;
     for (int i = 0; i < N; ++i) {
@@ -189,6 +196,29 @@ void VectorOperations<T, S, N>::CrossInPlace(const T& v) {
     u.x = DifferenceOfProducts(u.y, v.z, u.z, v.y);
     u.y = DifferenceOfProducts(u.z, v.x, u.x, v.z);
     u.z = DifferenceOfProducts(u.x, v.y, u.y, v.x);
+}
+
+/// vec2, vec3 or vec4.
+template <class T>
+concept FloatVector = std::is_base_of_v<VectorOperations<T, float, sizeof(T) / sizeof(float)>, T>;
+
+/// Root of Dot(v, v), in float: 0 or infinite where the squares leave float's range, which the
+/// member Length() does not.
+template <FloatVector T>
+inline float Length(const T& v) {
+    return std::sqrt(Dot(v, v));
+}
+
+/// v through Length(v); the zero vector stays zero.
+template <FloatVector T>
+inline T Normalized(const T& v) {
+    return v / Length(v);
+}
+
+/// a at t = 0 and b at t = 1 on the straight line through both; t is not clamped.
+template <FloatVector T>
+constexpr T Lerp(const T& a, const T& b, float t) {
+    return a + (b - a) * t;
 }
 
 } // namespace Vell

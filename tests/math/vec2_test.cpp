@@ -43,6 +43,12 @@ TEST(Vec2, Measures_the_distance_to_another_point) {
     EXPECT_EQ(vec2(1, 1).Distance(vec2(1, 1)), 0.0f);
 }
 
+TEST(Vec2, Spans_a_triangle_whose_sign_tells_left_from_right) {
+    // 3 * 4 - 1 * 2 = 10: b lies to the left of a.
+    static_assert(Cross(vec2(3, 1), vec2(2, 4)) == 10.0f);
+    EXPECT_EQ(Cross(vec2(2, 4), vec2(3, 1)), -10.0f);
+}
+
 TEST(IVec2, Keeps_its_components_in_order) {
     const ivec2 v(960, -89);
     EXPECT_EQ(v.x, 960);

@@ -84,6 +84,18 @@ TEST(Vec3, Forms_cross_products_in_double) {
     EXPECT_EQ(v.x, 1.0f);
 }
 
+TEST(Vec3, Is_crossed_into_a_new_vector_by_the_free_function) {
+    static_assert(Cross(vec3(1, 0, 0), vec3(0, 1, 0)) == vec3(0, 0, 1));
+    // 2 * 6 - 3 * 5 = -3, 3 * 4 - 1 * 6 = 6, 1 * 5 - 2 * 4 = -3
+    EXPECT_EQ(Cross(vec3(1, 2, 3), vec3(4, 5, 6)), vec3(-3, 6, -3));
+}
+
+TEST(Vec3, Is_reckoned_with_by_the_compiler_where_all_is_known) {
+    static_assert(2.0f * -(vec3(1, 2, 3) + vec3(3, 2, 1)) / 4.0f == vec3(-2, -2, -2));
+    static_assert(vec3(2, 4, 6) / vec3(2, 2, 2) * vec3(3, 2, 1) - vec3(1) == vec3(2, 3, 2));
+    static_assert(Dot(vec3(1, 2, 3), vec3(4, -5, 6)) == 12.0f);
+}
+
 TEST(IVec3, Keeps_its_components_in_order) {
     const ivec3 v(1, -2, 3);
     EXPECT_EQ(v.x, 1);

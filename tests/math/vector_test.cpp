@@ -126,6 +126,12 @@ TYPED_TEST(Vector, Scales_every_component) {
     EXPECT_EQ(v, Take<TypeParam>(3, -6, 9, -12));
 }
 
+TYPED_TEST(Vector, May_stand_behind_its_scale_or_a_minus_sign) {
+    const TypeParam v = Take<TypeParam>(1, -2, 3, -4);
+    EXPECT_EQ(3 * v, Take<TypeParam>(3, -6, 9, -12));
+    EXPECT_EQ(-v, Take<TypeParam>(-1, 2, -3, 4));
+}
+
 TYPED_TEST(Vector, Scales_by_one_of_its_own_components) {
     TypeParam v = Take<TypeParam>(2, 3, 4, 5);
     v *= v.x;
@@ -277,6 +283,44 @@ TYPED_TEST(FloatVector, Compares_numbers_and_not_their_bits) {
     EXPECT_TRUE(TypeParam(-0.0f) == TypeParam(0.0f));
     const TypeParam noNumber(std::nanf(""));
     EXPECT_FALSE(noNumber == noNumber);
+}
+
+TYPED_TEST(FloatVector, Has_a_dot_product_over_all_its_components) {
+    // 1 * 5 + 2 * 6 = 17, + 3 * -7 = -4, + 4 * 8 = 28.
+    const float expected[] = {17.0f, -4.0f, 28.0f};
+    EXPECT_EQ(Dot(Take<TypeParam>(1, 2, 3, 4), Take<TypeParam>(5, 6, -7, 8)),
+              expected[widthOf<TypeParam> - 2]);
+}
+
+TYPED_TEST(FloatVector, Sums_its_cheap_dot_product_in_float) {
+    static_assert(std::is_same_v<decltype(Dot(TypeParam(), TypeParam())), float>);
+    // 4097 * 4097 - 4096 * 4098 = 16785409 - 16785408 = 1; the first product needs 25 bits, one
+    // more than a float has, and becomes the second.
+    EXPECT_EQ(Dot(Take<TypeParam>(4097, 4096, 0, 0), Take<TypeParam>(4097, -4098, 0, 0)), 0.0f);
+}
+
+TYPED_TEST(FloatVector, Has_the_root_of_the_dot_product_with_itself_for_its_cheap_length) {
+    EXPECT_EQ(Length(Take<TypeParam>(3, -4, 0, 0)), 5.0f);
+    EXPECT_EQ(Length(TypeParam()), 0.0f);
+    // 3e30 squared is 9e60; the largest float is about 3.4e38.
+    EXPECT_TRUE(std::isinf(Length(Take<TypeParam>(1, 0, 0, 0) * 3e30f)));
+}
+
+TYPED_TEST(FloatVector, Is_copied_by_Normalized_and_left_as_it_is) {
+    const TypeParam v = Take<TypeParam>(3, -4, 0, 0);
+    TypeParam expected;
+    expected.x = 0.6f; // 3 / 5 and -4 / 5, rounded to float
+    expected.y = -0.8f;
+    EXPECT_EQ(Normalized(v), expected);
+    EXPECT_EQ(Normalized(TypeParam()), TypeParam());
+}
+
+TYPED_TEST(FloatVector, Lies_between_two_others_by_Lerp_and_beyond_them) {
+    const TypeParam a = Take<TypeParam>(0, 2, 4, 8), b = Take<TypeParam>(4, 6, 0, -8);
+    EXPECT_EQ(Lerp(a, b, 0.0f), a);
+    EXPECT_EQ(Lerp(a, b, 1.0f), b);
+    EXPECT_EQ(Lerp(a, b, 0.25f), Take<TypeParam>(1, 3, 3, 4));
+    EXPECT_EQ(Lerp(a, b, 2.0f), Take<TypeParam>(8, 10, -4, -24));
 }
 
 template <class T>
