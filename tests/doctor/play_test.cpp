@@ -125,7 +125,7 @@ TEST_F(Play, Has_the_doctor_name_the_file_that_the_demo_missed) {
     MakeDemoData();
     fs::remove("Data/Gfx/water.jpg");
     // The real demo, its time moved on by three seconds a frame, and the real doctor.
-    WriteScript(demo, "exec 9<'" NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so'\n"
+    WriteScript(demo, "exec 9<'" NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so'\n"
                       "export LD_PRELOAD=/proc/self/fd/9 NIMBREL_PROBE_STEP=3\n"
                       "exec '" NIMBREL_BINARY_DIR "/demo/nimbrel'");
     fs::remove(doctor);

@@ -46,7 +46,7 @@ protected:
 
     /// Whether the program complains of something else than of the option.
     static bool ProgramTakes(std::vector<std::string> words) {
-        words.insert(words.begin(), NIMBREL_BINARY_DIR "/tools/film/nimbrel_film");
+        words.insert(words.begin(), NIMBREL_BINARY_DIR "/tools/movie/nimbrel_film");
         const Outcome end = ProgramRun(words, {}).Wait(60.0);
         EXPECT_EQ(end.exitStatus, 2) << end.complaint;
         return end.complaint.find(" means nothing here") == std::string::npos;

@@ -1,6 +1,6 @@
 // Libraries are preloaded from folders of any name, by the scripts as by the tools.
 
-#include "tools/preload/preload.h"
+#include "tools/probe/preload.h"
 
 #include "tests/scripts/script_stage.h"
 
@@ -24,7 +24,7 @@ protected:
     OddFolder() : ScriptStage(oddName) {
         fs::create_directory_symlink(NIMBREL_SOURCE_DIR "/Data", "Data");
         for (const char* program :
-             {"demo/nimbrel", "tools/capture/nimbrel_stack", "tools/capture/libnimbrel_probe.so"})
+             {"demo/nimbrel", "tools/capture/nimbrel_stack", "tools/probe/libnimbrel_probe.so"})
             Link(program);
     }
 
@@ -42,7 +42,7 @@ TEST(Preload, Knows_libraries_in_folders_with_blanks_colons_and_other_letters) {
     const ScratchDir scratch;
     const std::string library = std::string(oddName) + "/d e.so";
     fs::create_directory(oddName);
-    fs::copy(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so", library);
+    fs::copy(NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so", library);
     EXPECT_EQ(ComplaintAbout(Preloadable(library)), "");
     EXPECT_NE(ComplaintAbout(library), "") << "such a name is simply taken, then?";
 }

@@ -54,7 +54,7 @@ protected:
         fs::create_symlink(fs::path(NIMBREL_BINARY_DIR) / "tools/escape/nimbrel_escape", escape);
         // It tells who and where it is, and when it has drawn its first frame.
         WriteScript(demo, "echo $$ >process.txt; echo $DISPLAY >display.txt\n"
-                          "exec 9<'" NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so'\n"
+                          "exec 9<'" NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so'\n"
                           "export LD_PRELOAD=/proc/self/fd/9 NIMBREL_PROBE_REPORT=report.txt\n"
                           "exec '" NIMBREL_BINARY_DIR "/demo/nimbrel'");
     }
@@ -206,7 +206,7 @@ TEST_F(Signals, Stop_the_show_and_let_it_go_on_with_the_script) {
 TEST_F(Signals, Let_a_film_be_completed_but_not_twice) {
     for (const bool patient : {true, false}) {
         // It takes a second over completing the film.
-        WriteScript("build/release/tools/film/nimbrel_film",
+        WriteScript("build/release/tools/movie/nimbrel_film",
                     "rm -f film.txt; echo $$ >process.txt\n"
                     "trap 'sleep 1; echo complete >film.txt; exit 130' TERM\n"
                     "while :; do sleep 0.1; done");

@@ -1,7 +1,7 @@
 // What the doctor advises works, also where many do it at the same time.
 
 #include "tools/doctor/advice.h"
-#include "tools/preload/preload.h"
+#include "tools/probe/preload.h"
 
 #include "tests/support/demo_data.h"
 #include "tests/support/log_page.h"
@@ -38,7 +38,7 @@ std::string VirtualDisplayAt(int number) {
 /// That command with a demo whose time is up after its first frame.
 std::string Command(int number) {
     return VirtualDisplayAt(number) + " env LD_PRELOAD=" +
-           Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so") +
+           Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so") +
            " NIMBREL_PROBE_STEP=1000 \"" NIMBREL_BINARY_DIR "/demo/nimbrel\"";
 }
 

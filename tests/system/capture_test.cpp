@@ -54,7 +54,7 @@ protected:
     void RunSubject(Environment probe) {
         probe.insert({{"DISPLAY", display->Name()},
                       {"LD_PRELOAD",
-                       Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so")},
+                       Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so")},
                       {"NIMBREL_PROBE_REPORT", reportFile},
                       {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}});
         const std::string self = std::filesystem::read_symlink("/proc/self/exe");

@@ -4,7 +4,7 @@
 #include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
 #include "tests/support/virtual_display.h"
-#include "tools/preload/preload.h"
+#include "tools/probe/preload.h"
 
 #include <gtest/gtest.h>
 
@@ -54,7 +54,7 @@ protected:
     void StartAnywhere(Environment surroundings, const std::vector<std::string>& removed = {}) {
         surroundings.insert(
             {{"LD_PRELOAD",
-              Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/capture/libnimbrel_probe.so")},
+              Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so")},
              {"NIMBREL_PROBE_REPORT", reportFile},
              {"ALSA_CONFIG_PATH", "/dev/null"},
              {"ASAN_OPTIONS", Extended("ASAN_OPTIONS", "verify_asan_link_order=0")},

@@ -1,6 +1,6 @@
 #include "tools/doctor/rehearsal.h"
 
-#include "tools/preload/preload.h"
+#include "tools/probe/preload.h"
 
 #include "demo/show.h"
 
@@ -117,7 +117,7 @@ std::string Cell(const std::string& line, const char* width) {
 } // namespace
 
 Programs Programs::In(const fs::path& build) {
-    return {build / "demo/nimbrel", build / "tools/capture/libnimbrel_probe.so",
+    return {build / "demo/nimbrel", build / "tools/probe/libnimbrel_probe.so",
             build / "tools/doctor/libnimbrel_fastforward.so"};
 }
 

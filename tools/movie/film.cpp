@@ -1,0 +1,178 @@
+#include "tools/movie/film.h"
+
+#include "tools/movie/piece.h"
+#include "tools/movie/progress.h"
+#include "tools/movie/soundtrack.h"
+#include "tools/picture/sheet.h"
+#include "tools/stage/newfile.h"
+#include "tools/stage/show.h"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <numeric>
+#include <stdexcept>
+
+namespace Film {
+
+namespace {
+
+using Tools::MakeSheet;
+using Tools::SheetEntry;
+
+volatile std::sig_atomic_t interrupted = 0;
+
+/// Ctrl-C is remembered instead of ending the program, as long as the object lives.
+class Interruption {
+public:
+    Interruption() {
+        interrupted = 0;
+        for (int signal : signals)
+            std::signal(signal, [](int) { interrupted = 1; });
+    }
+    ~Interruption() {
+        for (int signal : signals)
+            std::signal(signal, SIG_DFL);
+    }
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+
+private:
+    static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
+};
+
+class ToEncoder : public FrameTaker {
+public:
+    ToEncoder(Encoder& target, Progress& bar) : encoder(target), progress(bar) {}
+
+    bool Stopped() override { return interrupted != 0; }
+
+    void Take(int, FramePixels pixels) override {
+        encoder.Write(pixels);
+        progress.Step();
+        ++count;
+    }
+
+    int Count() const { return count; }
+
+private:
+    Encoder& encoder;
+    Progress& progress;
+    int count = 0;
+};
+
+class ToEntries : public FrameTaker {
+public:
+    explicit ToEntries(const Rate& frameRate) : rate(frameRate) {}
+
+    void Take(int number, FramePixels pixels) override {
+        char label[32];
+        std::snprintf(label, sizeof label, "%.3f", rate.Seconds(number));
+        entries.push_back({ToPicture(pixels), label});
+    }
+
+    const std::vector<SheetEntry>& Entries() const { return entries; }
+
+private:
+    Rate rate;
+    std::vector<SheetEntry> entries;
+};
+
+std::vector<SheetEntry> DrawEntries(const Rate& rate, std::vector<int> frames, int jobs) {
+    ToEntries entries(rate);
+    DrawFrames({rate, std::move(frames), jobs}, entries);
+    return entries.Entries();
+}
+
+double ProcessSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+/// Whether the demo's log tells of something missing.
+bool HasError(const std::string& log) {
+    return log.find("ERROR") != std::string::npos;
+}
+
+/// "nimbrel.mp4: 118.3 s, 61.2 MB"
+void TellResult(const std::string& path, double seconds) {
+    constexpr double megabyte = 1e6;
+    char text[64];
+    std::snprintf(text, sizeof text, ": %.1f s, %.1f MB\n", seconds,
+                  static_cast<double>(std::filesystem::file_size(path)) / megabyte);
+    std::cerr << path << text;
+}
+
+/// `giving`: seconds that this process has spent on taking frames and giving them to ffmpeg.
+void TellCost(const FrameCost& cost, double giving, int count) {
+    const double handover = cost.handover + giving;
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  "A frame took %.1f ms to draw; handing it to the encoder %.2f ms, %.1f %% of it.",
+                  cost.drawing / count * 1000.0, handover / count * 1000.0,
+                  handover / (cost.drawing + giving) * 100.0);
+    std::cerr << text << '\n';
+}
+
+} // namespace
+
+int MakeFilm(const FilmWish& wish) {
+    const Piece piece = PieceOf(wish);
+    const NewFile file(wish.path);
+    Soundtrack sound(piece.Begin(), piece.End());
+    if (sound.Silent())
+        std::cerr << "The music cannot be read: the film is silent.\n";
+    FilmFormat format = wish.format;
+    format.comment = piece.Comment();
+    Encoder encoder(file.Path(), format, sound.Path(), sound.Rate());
+
+    const Interruption interruption;
+    FrameCost cost;
+    std::string log;
+    double giving = ProcessSeconds();
+    int count = 0;
+    {
+        Progress progress(piece.count, wish.format.rate);
+        ToEncoder taker(encoder, progress);
+        std::vector<int> frames(static_cast<std::size_t>(piece.count));
+        std::iota(frames.begin(), frames.end(), piece.first);
+        cost = DrawFrames({wish.format.rate, frames, wish.jobs}, taker, &log);
+        count = taker.Count();
+    }
+    giving = ProcessSeconds() - giving;
+    if (count == 0)
+        throw std::runtime_error("interrupted before the first frame: no film was made");
+    if (count < piece.count)
+        sound.CutAfter(wish.format.rate.Seconds(piece.first + count) - piece.Begin());
+    encoder.Finish();
+    file.Complete();
+    TellResult(wish.path, static_cast<double>(count) * static_cast<double>(piece.rate.seconds) /
+                              static_cast<double>(piece.rate.frames));
+    TellCost(cost, giving, count);
+    if (HasError(log))
+        std::cerr << "The demo's log tells of missing or damaged files: see ./movie --doctor\n";
+    if (count < piece.count)
+        std::cerr << "Interrupted: " << wish.path << " plays up to there.\n";
+    return count < piece.count ? 130 : 0; // as shells say of a program ended by Ctrl-C
+}
+
+void MakePicture(const Rate& rate, double time, const std::string& path) {
+    WritePng(DrawEntries(rate, {rate.FrameAt(time)}, 1).front().picture, path);
+}
+
+void MakeContactSheet(const Rate& rate, double begin, double end, double step, int jobs,
+                      const std::string& path) {
+    std::vector<int> frames;
+    for (int i = 0; begin + i * step <= end; ++i)
+        frames.push_back(rate.FrameAt(begin + i * step));
+    frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
+    constexpr std::size_t longColumn = 60;
+    WritePng(MakeSheet(DrawEntries(rate, frames, jobs), frames.size() > longColumn ? 2 : 1), path);
+}
+
+} // namespace Film

@@ -1,0 +1,48 @@
+#include "tools/movie/piece.h"
+
+#include "tools/stage/show.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+
+namespace Film {
+
+double Piece::Begin() const {
+    return rate.Seconds(first);
+}
+
+double Piece::End() const {
+    return rate.Seconds(first + count);
+}
+
+std::string Piece::Comment() const {
+    return "Nimbrel, frames " + std::to_string(first) + " to " + std::to_string(first + count - 1) +
+           " at " + std::to_string(rate.frames) + "/" + std::to_string(rate.seconds) + " a second";
+}
+
+Piece PieceOf(const FilmWish& wish) {
+    const Rate& rate = wish.format.rate;
+    const int first = rate.FrameFrom(wish.begin);
+    const int end = rate.FrameFrom(std::min(wish.end, showLength));
+    if (first >= end)
+        throw std::runtime_error("there is no frame from " + std::to_string(wish.begin) + " to " +
+                                 std::to_string(wish.end) + " seconds");
+    return {rate, first, end - first};
+}
+
+std::optional<Piece> ParsePiece(const std::string& comment) {
+    Piece piece;
+    int last = 0;
+    long frames = 0;
+    long seconds = 0;
+    if (std::sscanf(comment.c_str(), "Nimbrel, frames %d to %d at %ld/%ld a second", &piece.first,
+                    &last, &frames, &seconds) != 4 ||
+        piece.first < 0 || last < piece.first || frames < 1 || seconds < 1)
+        return std::nullopt;
+    piece.rate = {frames, seconds};
+    piece.count = last - piece.first + 1;
+    return piece;
+}
+
+} // namespace Film

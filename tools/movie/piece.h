@@ -1,0 +1,31 @@
+#pragma once
+
+#include "tools/movie/film.h"
+
+#include <optional>
+#include <string>
+
+namespace Film {
+
+/// Which frames of the show a film holds. Written into the file as its comment, so that pieces that
+/// were made apart can be joined.
+struct Piece {
+    Rate rate;
+    int first = 0; ///< number of its first frame
+    int count = 0; ///< 1 or more
+
+    double Begin() const; ///< demo time of its beginning, in seconds
+    double End() const;   ///< of its end: when its last frame would give way to the next
+
+    /// "Nimbrel, frames 0 to 7095 at 60/1 a second"
+    std::string Comment() const;
+};
+
+/// The frames at `begin` seconds and later, but before `end`. Throws std::runtime_error when there
+/// are none.
+Piece PieceOf(const FilmWish& wish);
+
+/// Reads such a comment; nothing when it is another text.
+std::optional<Piece> ParsePiece(const std::string& comment);
+
+} // namespace Film

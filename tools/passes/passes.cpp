@@ -1,0 +1,304 @@
+#include "tools/passes/passes.h"
+
+#include "tools/stage/tracedobjects.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace Film {
+
+namespace {
+
+constexpr char fixedPipeline[] = "fixed pipeline";
+
+template <class Number>
+int Sum(const Pass& pass, Number Draw::*number) {
+    int sum = 0;
+    for (const Draw& draw : pass.draws)
+        sum += draw.*number;
+    return sum;
+}
+
+std::string BuffersInWords(GLbitfield buffers) {
+    const bool colour = (buffers & GL_COLOR_BUFFER_BIT) != 0;
+    const bool depth = (buffers & GL_DEPTH_BUFFER_BIT) != 0;
+    if (colour && depth)
+        return "colour and depth";
+    return colour ? "colour" : depth ? "depth" : "neither colour nor depth";
+}
+
+std::string SizeInWords(int width, int height) {
+    return std::to_string(width) + " x " + std::to_string(height);
+}
+
+/// A display list that binds textures of its own reads no others.
+std::vector<BoundTexture> TexturesOf(const DrawCall& call, const DrawState& state) {
+    std::vector<BoundTexture> textures;
+    for (const GLuint texture : FindList(call.list).textures)
+        textures.emplace_back(texture, "display list");
+    return textures.empty() ? ReadBoundTextures(state.program) : textures;
+}
+
+/// Which of the pass's buffers the texture is; null when it is none.
+const char* BufferOf(const Pass& pass, GLuint texture) {
+    if (texture == pass.colourTexture)
+        return "colour";
+    return texture == pass.depthTexture ? "depth" : nullptr;
+}
+
+} // namespace
+
+int Vertices(const Pass& pass) {
+    return Sum(pass, &Draw::vertices);
+}
+
+int Triangles(const Pass& pass) {
+    return Sum(pass, &Draw::triangles);
+}
+
+PassRecorder::~PassRecorder() {
+    if (watching == this)
+        Watch(nullptr);
+}
+
+void PassRecorder::BeginFrame() {
+    passes.clear();
+    sent.clear();
+    open = false;
+    part = 0;
+    facts = {};
+    facts.screenWidth = ReadTarget().width;
+    Watch(this);
+}
+
+void PassRecorder::EndFrame() {
+    Watch(nullptr);
+    Close();
+}
+
+std::vector<Pass> PassRecorder::Take() {
+    return std::exchange(passes, {});
+}
+
+// ------------------------------------------------------------------------------ what is told
+
+void PassRecorder::LeavingTarget() {
+    Close();
+    ++part;
+}
+
+// Overlays on the finished picture go to the same target; that they are blended tells them apart.
+void PassRecorder::Drawing(const DrawCall& call) {
+    const DrawState state = ReadDrawState();
+    if (open && facts.screen && facts.draws > 0 && facts.blended != state.blend)
+        LeavingTarget();
+    Open();
+    NoteFacts(state);
+    NoteDraw(call, state);
+}
+
+void PassRecorder::Clearing(GLbitfield buffers) {
+    Open();
+    depthTouched |= (buffers & GL_DEPTH_BUFFER_BIT) != 0;
+    passes.back().clears.push_back(BuffersInWords(buffers));
+}
+
+void PassRecorder::UniformSent(GLint location) {
+    const GLuint program = ReadDrawState().program;
+    sent[{program, location}] = part;
+    unread.insert(program);
+}
+
+void PassRecorder::LookingAt(const double* eye, const double* centre) {
+    std::copy_n(eye, 3, view.eye);
+    std::copy_n(centre, 3, view.centre);
+}
+
+// ------------------------------------------------------------------------- a pass from end to end
+
+void PassRecorder::Open() {
+    if (open)
+        return;
+    open = true;
+    depthTouched = false;
+    const TargetNow target = ReadTarget();
+    Pass pass;
+    pass.width = target.width;
+    pass.height = target.height;
+    pass.colourTexture = target.colour;
+    pass.depthTexture = target.depth;
+    PassFacts fresh;
+    fresh.screen = target.colour == 0;
+    fresh.width = target.width;
+    fresh.height = target.height;
+    fresh.screenWidth = facts.screenWidth;
+    fresh.colourOff = true; // until something writes it
+    for (const Pass& earlier : passes)
+        fresh.before.push_back(earlier.name);
+    facts = fresh;
+    passes.push_back(std::move(pass));
+    glFinish();
+    begin = Clock::now();
+}
+
+void PassRecorder::Close() {
+    if (!open)
+        return;
+    open = false;
+    glFinish();
+    const std::chrono::duration<double, std::milli> time = Clock::now() - begin;
+    passes.back().milliseconds = detail == Detail::Everything ? time.count() : 0.0;
+    NamePass();
+    NameTarget();
+    ReadColours();
+    if (detail == Detail::Everything)
+        ReadDepth();
+}
+
+void PassRecorder::NamePass() {
+    facts.colourOff &= facts.draws > 0;
+    passes.back().name = NameOfPass(facts);
+}
+
+void PassRecorder::NameTarget() {
+    Pass& pass = passes.back();
+    if (pass.colourTexture == 0) {
+        pass.target = "screen";
+        return;
+    }
+    std::string& name = targetNames[pass.colourTexture];
+    if (name.empty())
+        name = TargetNamedBy(pass.name);
+    if (name.empty())
+        name = "target of " + pass.name;
+    pass.target = name;
+}
+
+// The framebuffer of the pass is still bound.
+void PassRecorder::ReadColours() {
+    Pass& pass = passes.back();
+    constexpr std::size_t pixelBytes = 4;
+    pass.pixels.resize(static_cast<std::size_t>(pass.width) *
+                       static_cast<std::size_t>(pass.height) * pixelBytes);
+    glReadPixels(0, 0, pass.width, pass.height, GL_RGBA, GL_UNSIGNED_BYTE, pass.pixels.data());
+}
+
+void PassRecorder::ReadDepth() {
+    Pass& pass = passes.back();
+    if (!depthTouched)
+        return;
+    pass.depth.resize(static_cast<std::size_t>(pass.width) * static_cast<std::size_t>(pass.height));
+    glReadPixels(0, 0, pass.width, pass.height, GL_DEPTH_COMPONENT, GL_FLOAT, pass.depth.data());
+}
+
+// -------------------------------------------------------------------------------------- a drawing
+
+void PassRecorder::NoteFacts(const DrawState& state) {
+    ++facts.draws;
+    facts.colourOff &= !state.colourWritten;
+    facts.depthTested |= state.depthTest;
+    facts.blended = state.blend;
+    const std::string name = ProgramName(state.program);
+    if (std::find(facts.programs.begin(), facts.programs.end(), name) == facts.programs.end())
+        facts.programs.push_back(name);
+}
+
+void PassRecorder::NoteDraw(const DrawCall& call, const DrawState& state) {
+    depthTouched |= state.depthWritten;
+    if (detail != Detail::Everything)
+        return;
+    Pass& pass = passes.back();
+    if (state.depthWritten)
+        std::tie(pass.nearPlane, pass.farPlane) = ReadClipPlanes();
+    Draw draw;
+    draw.call = call.function;
+    draw.vertices = call.vertices;
+    draw.triangles = call.triangles;
+    draw.program = ProgramIndex(state.program);
+    glGetFloatv(GL_CURRENT_COLOR, draw.colour.data());
+    for (const BoundTexture& bound : TexturesOf(call, state))
+        draw.inputs.push_back(InputIndex(bound));
+    draw.state = UnusualState(pass.width, pass.height);
+    pass.draws.push_back(std::move(draw));
+}
+
+int PassRecorder::ProgramIndex(GLuint program) {
+    std::vector<Program>& programs = passes.back().programs;
+    auto found = std::find_if(programs.begin(), programs.end(),
+                              [&](const Program& known) { return known.program == program; });
+    const bool fresh = found == programs.end();
+    if (fresh)
+        found = programs.insert(found, {program, ProgramName(program), {}});
+    if (program != 0 && (fresh || unread.count(program) != 0))
+        NoteUniforms(*found);
+    return static_cast<int>(found - programs.begin());
+}
+
+std::string PassRecorder::ProgramName(GLuint program) {
+    if (program == 0)
+        return fixedPipeline;
+    std::string& name = programNames[program];
+    if (name.empty()) {
+        const ProgramTexts texts = ReadTexts(program);
+        name = NameOfProgram(texts.vertex, texts.fragment, TextFiles());
+    }
+    return name;
+}
+
+void PassRecorder::NoteUniforms(Program& program) {
+    const std::vector<UniformNow> now = ReadUniforms(program.program);
+    program.uniforms.resize(now.size());
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        Uniform& uniform = program.uniforms[i];
+        uniform.name = now[i].name;
+        uniform.type = now[i].type;
+        uniform.sent = WhenSent({program.program, now[i].location});
+        if (uniform.values.empty() || uniform.values.back() != now[i].value)
+            uniform.values.push_back(now[i].value);
+    }
+    unread.erase(program.program);
+}
+
+std::string PassRecorder::WhenSent(const Place& place) const {
+    const auto found = sent.find(place);
+    if (found == sent.end())
+        return "before this frame";
+    return found->second == part ? "in this pass" : "earlier in this frame";
+}
+
+int PassRecorder::InputIndex(const BoundTexture& bound) {
+    std::vector<Input>& inputs = passes.back().inputs;
+    for (std::size_t i = 0; i < inputs.size(); ++i)
+        if (inputs[i].texture == bound.first && inputs[i].reader == bound.second)
+            return static_cast<int>(i);
+    Input input;
+    input.texture = bound.first;
+    input.reader = bound.second;
+    const TracedTexture texture = FindTexture(bound.first);
+    input.width = texture.width;
+    input.height = texture.height;
+    for (std::size_t i = 0; i + 1 < passes.size(); ++i)
+        if (BufferOf(passes[i], bound.first))
+            input.pass = static_cast<int>(i);
+    input.name = TextureName(input);
+    inputs.push_back(std::move(input));
+    return static_cast<int>(inputs.size()) - 1;
+}
+
+std::string PassRecorder::TextureName(const Input& input) const {
+    if (input.texture == 0)
+        return "no texture";
+    if (std::string file = FindTexture(input.texture).file; !file.empty())
+        return file;
+    if (input.pass >= 0) {
+        const Pass& writer = passes[static_cast<std::size_t>(input.pass)];
+        return std::string(BufferOf(writer, input.texture)) + " of the " + writer.target;
+    }
+    const auto known = targetNames.find(input.texture);
+    const std::string target = known == targetNames.end()
+                                   ? SizeInWords(input.width, input.height) + " target"
+                                   : known->second;
+    return target + ", not drawn in this frame";
+}
+
+} // namespace Film

@@ -1,0 +1,221 @@
+#include "tools/stage/frames.h"
+
+#include "tools/stage/framering.h"
+#include "tools/stage/show.h"
+#include "tools/stage/stage.h"
+
+#include <GL/gl.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Film {
+
+namespace {
+
+double Now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+/// Hands this job's share of the frames into the ring.
+class Reader : public Visitor {
+public:
+    Reader(std::vector<int> share, FrameRing& target) : frames(std::move(share)), ring(target) {}
+
+    int Last() const { return frames.back(); }
+
+    bool Wants(int number) override {
+        if (last == 0.0)
+            last = Now(); // loading is not counted
+        return next < frames.size() && frames[next] == number;
+    }
+
+    void End(int) override {
+        glFinish(); // what drawing has left to do is no part of the handing over
+        const double drawn = Now();
+        const std::span<unsigned char> place = ring.BeginWrite();
+        const double begin = Now();
+        glPixelStorei(GL_PACK_ALIGNMENT, 1);
+        glReadPixels(0, 0, pictureWidth, pictureHeight, GL_BGRA, GL_UNSIGNED_BYTE, place.data());
+        const double end = Now();
+        FrameCost& cost = ring.Cost();
+        cost.drawing += (drawn - last) + (end - begin);
+        cost.handover += end - begin;
+        last = end;
+        ++next;
+        ring.EndWrite();
+    }
+
+private:
+    const std::vector<int> frames;
+    FrameRing& ring;
+    std::size_t next = 0;
+    double last = 0.0;
+};
+
+/// Several software renderers on one machine: each gets its share of the cores, and with one core
+/// needs no threads. Elsewhere the setting means nothing.
+void ShareCores(int jobs) {
+    if (jobs == 1)
+        return;
+    const int cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+    const int share = std::max(1, cores / jobs);
+    constexpr int keepTheUsers = 0;
+    setenv("LP_NUM_THREADS", std::to_string(share > 1 ? share : 0).c_str(), keepTheUsers);
+}
+
+/// One process that draws; ended and waited for with the object.
+class Job {
+public:
+    Job(const FrameOrder& order, std::vector<int> share) {
+        std::fflush(nullptr); // or the new process would write what is buffered a second time
+        process = fork();
+        if (process < 0)
+            throw std::runtime_error("cannot start another process");
+        if (process == 0)
+            Run(order, std::move(share));
+    }
+    ~Job() {
+        if (process <= 0)
+            return;
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    }
+    Job(const Job&) = delete;
+    Job& operator=(const Job&) = delete;
+
+    /// The next frame; nothing while none is ready. Throws when there will be none.
+    bool Ready() {
+        switch (ring.WaitForFrame()) {
+        case FrameRing::Wait::Ready:
+            return true;
+        case FrameRing::Wait::Failed:
+            throw std::runtime_error(ring.Failure());
+        case FrameRing::Wait::Nothing:
+            break;
+        }
+        if (Ended())
+            throw std::runtime_error("the process that draws the frames ended unexpectedly (see "
+                                     "./movie --doctor)");
+        return false;
+    }
+
+    FrameRing& Ring() { return ring; }
+    const Stage& Where() const { return stage; }
+
+    /// Waits until the show has ended in order.
+    void Finish() {
+        waitpid(process, nullptr, 0);
+        process = 0;
+    }
+
+private:
+    bool Ended() {
+        if (process > 0 && waitpid(process, nullptr, WNOHANG) == process)
+            process = 0;
+        return process == 0;
+    }
+
+    [[noreturn]] void Run(const FrameOrder& order, std::vector<int> share) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody would take the frames
+        std::signal(SIGINT, SIG_IGN);     // the parent decides what Ctrl-C means
+        int status = EXIT_SUCCESS;
+        try {
+            std::filesystem::current_path(stage.Folder());
+            ShareCores(order.jobs);
+            Reader reader(std::move(share), ring);
+            PlayShow(order.rate, reader.Last(), reader);
+        } catch (const std::exception& error) {
+            ring.Fail(error.what());
+            status = EXIT_FAILURE;
+        }
+        std::exit(status); // not _exit(): the demo's log gets its last lines in exit
+    }
+
+    Stage stage;
+    FrameRing ring;
+    pid_t process;
+};
+
+/// Every `jobs`th of the frames, from number `first` on.
+std::vector<int> Share(const FrameOrder& order, int first) {
+    std::vector<int> share;
+    for (std::size_t i = static_cast<std::size_t>(first); i < order.frames.size();
+         i += static_cast<std::size_t>(order.jobs))
+        share.push_back(order.frames[i]);
+    return share;
+}
+
+std::vector<std::unique_ptr<Job>> StartJobs(const FrameOrder& order) {
+    std::vector<std::unique_ptr<Job>> jobs;
+    jobs.reserve(static_cast<std::size_t>(order.jobs));
+    for (int i = 0; i < order.jobs; ++i)
+        jobs.push_back(std::make_unique<Job>(order, Share(order, i)));
+    return jobs;
+}
+
+/// Whether the job's next frame is ready; false when the taker wants no more.
+bool WaitFor(Job& job, FrameTaker& taker) {
+    try {
+        while (!taker.Stopped())
+            if (job.Ready())
+                return true;
+    } catch (const std::exception&) {
+        if (!taker.Stopped()) // whoever stops everything may have stopped the display as well
+            throw;
+    }
+    return false;
+}
+
+FrameCost Sum(const std::vector<std::unique_ptr<Job>>& jobs) {
+    FrameCost sum;
+    for (const auto& job : jobs) {
+        sum.drawing += job->Ring().Cost().drawing;
+        sum.handover += job->Ring().Cost().handover;
+    }
+    return sum;
+}
+
+} // namespace
+
+Picture ToPicture(FramePixels pixels) {
+    Picture picture(pictureWidth, pictureHeight);
+    const unsigned char* from = pixels.data();
+    for (int y = pictureHeight - 1; y >= 0; --y)
+        for (int x = 0; x < pictureWidth; ++x, from += framePixelBytes)
+            std::reverse_copy(from, from + Picture::channels, picture.At(x, y));
+    return picture;
+}
+
+FrameCost DrawFrames(const FrameOrder& wish, FrameTaker& taker, std::string* log) {
+    FrameOrder order = wish;
+    if (order.frames.empty())
+        return {};
+    order.jobs = std::clamp(order.jobs, 1, static_cast<int>(order.frames.size()));
+    const auto jobs = StartJobs(order);
+    for (std::size_t i = 0; i < order.frames.size(); ++i) {
+        Job& job = *jobs[i % jobs.size()];
+        if (!WaitFor(job, taker))
+            return Sum(jobs);
+        taker.Take(order.frames[i], job.Ring().Frame());
+        job.Ring().Release();
+    }
+    jobs.front()->Finish();
+    if (log)
+        *log = jobs.front()->Where().Log();
+    return Sum(jobs);
+}
+
+} // namespace Film
