@@ -10,7 +10,7 @@ Vec3 ToArt(const Vell::vec3& p) {
 
 /// Height of the city's origin at t of a flight; it eases from one height to the other.
 float CityHeight(Show::City city, float t) {
-    const float eased = (1 - std::cos(std::min(t, 1.0f) * kPi)) / 2;
+    const float eased = (1 - std::cos(std::min(t, 1.0f) * pi)) / 2;
     return Mix(city == Show::City::Risen ? Show::risenHeight : Show::sunkenHeight,
                city == Show::City::Sunken ? Show::sunkenHeight : Show::risenHeight, eased);
 }

@@ -29,7 +29,7 @@ Vec3 PointOn(const Surface& surface, Random& random) {
 
 Vec3 DirectionOver(Vec3 normal, Random& random) {
     const float z = random.Range(-1, 1);
-    const float angle = random.Range(0, 2 * kPi);
+    const float angle = random.Range(0, 2 * pi);
     const float ring = std::sqrt(1 - z * z);
     const Vec3 sphere{ring * std::cos(angle), ring * std::sin(angle), z};
     return Normalize(sphere + normal * 1.01f);

@@ -89,7 +89,7 @@ void AddTaper(Builder& b, std::vector<Vec2> outline, Vec2 centre, float y0, floa
 std::vector<Vec2> Ring(Vec2 centre, float radius, int sides, float turn) {
     std::vector<Vec2> ring;
     for (int i = 0; i < sides; ++i) {
-        const float angle = turn + 2 * kPi * static_cast<float>(i) / static_cast<float>(sides);
+        const float angle = turn + 2 * pi * static_cast<float>(i) / static_cast<float>(sides);
         ring.push_back(centre + Vec2{std::cos(angle), std::sin(angle)} * radius);
     }
     return ring;
@@ -193,8 +193,8 @@ void AddDome(Builder& b, Vec2 centre, float radius, float y, float height, int s
              const Paint& paint) {
     const Finish finish{paint, paint};
     for (int i = 0; i < rings; ++i) {
-        const float a0 = kPi / 2 * static_cast<float>(i) / static_cast<float>(rings);
-        const float a1 = kPi / 2 * static_cast<float>(i + 1) / static_cast<float>(rings);
+        const float a0 = pi / 2 * static_cast<float>(i) / static_cast<float>(rings);
+        const float a1 = pi / 2 * static_cast<float>(i + 1) / static_cast<float>(rings);
         const float scale = i + 1 == rings ? 0 : std::cos(a1) / std::cos(a0);
         AddTaper(b, Ring(centre, radius * std::cos(a0), sides), centre, y + height * std::sin(a0),
                  y + height * std::sin(a1), scale, finish, false);
@@ -204,7 +204,7 @@ void AddDome(Builder& b, Vec2 centre, float radius, float y, float height, int s
 namespace {
 
 Vec2 ArchPoint(const Arch& arch, int i, int segments) {
-    const float angle = kPi * (1 - static_cast<float>(i) / static_cast<float>(segments));
+    const float angle = pi * (1 - static_cast<float>(i) / static_cast<float>(segments));
     const float radius = (arch.x1 - arch.x0) / 2;
     return {(arch.x0 + arch.x1) / 2 + radius * std::cos(angle),
             arch.spring + radius * std::sin(angle)};
@@ -286,7 +286,7 @@ void AddStairs(Builder& b, float x0, float x1, float z, float y1, float y0, int 
 
 void AddSpark(Builder& b, Vec3 c, float size, float power) {
     const Paint glow{Material::Lamp, {0.5f, 0.5f}, {0, 0}};
-    const std::vector<Vec2> ring = Outwards(Ring({c.x, c.z}, size, 4, kPi / 4));
+    const std::vector<Vec2> ring = Outwards(Ring({c.x, c.z}, size, 4, pi / 4));
     AddTaper(b, ring, {c.x, c.z}, c.y - size * 0.3f, c.y + size * 1.3f, 0, {glow, glow}, false);
     for (std::size_t i = 0; i < 4; ++i)
         b.Facet({At(ring[(i + 1) % 4], c.y - size * 0.3f),
@@ -303,10 +303,10 @@ void AddLantern(Builder& b, Vec3 c, float size, float power) {
     // One pane fills the texture across and up; it starts at the narrow foot.
     const Paint pane{Material::Lamp, {0.5f - narrow / wide / 2, 0}, {1 / wide, 1 / (1.75f * size)}};
     const Vec2 at{c.x, c.z};
-    AddTaper(b, Ring(at, size * 0.6f, 4, kPi / 4), at, c.y - size * 0.95f, c.y + size * 0.75f,
+    AddTaper(b, Ring(at, size * 0.6f, 4, pi / 4), at, c.y - size * 0.95f, c.y + size * 0.75f,
              1 / 0.6f, {pane, iron}, false);
-    AddTaper(b, Ring(at, size * 1.25f, 4, kPi / 4), at, c.y + size * 0.75f, c.y + size * 1.5f,
-             0.12f, {iron, iron});
+    AddTaper(b, Ring(at, size * 1.25f, 4, pi / 4), at, c.y + size * 0.75f, c.y + size * 1.5f, 0.12f,
+             {iron, iron});
     b.Rect({c.x - narrow / 2, c.y - size * 0.95f, c.z - narrow / 2}, {1, 0, 0}, {0, 0, 1}, narrow,
            narrow, iron);
     b.Lamp(c, power);

@@ -111,7 +111,7 @@ const std::vector<Tower> kTowers = {
     {{-7.5f, -32.0f}, 5.6f, 26, Crown::Setbacks, 0},
     {{36.0f, -31.0f}, 4.4f, 25, Crown::Spire, 0.5f},
     {{57.0f, 4.0f}, 7.0f, 32, Crown::Setbacks, 0},
-    {{54.5f, 18.5f}, 5.4f, 21, Crown::Slab, kPi / 2},
+    {{54.5f, 18.5f}, 5.4f, 21, Crown::Slab, pi / 2},
     {{62.0f, -16.0f}, 7.0f, 20, Crown::Slab, 0.3f},
     {{42.0f, -3.0f}, 4.6f, 17, Crown::Setbacks, 0},
     {{42.5f, 27.5f}, 5.0f, 19, Crown::Rotunda, 0},

@@ -77,14 +77,14 @@ void AddSpire(Builder& b, const Tower& t, unsigned seed) {
     for (const float x : {-half, half})
         for (const float z : {-half, half}) {
             AddBox(b, {x - 0.25f, x + 0.25f, kQuay, shaft + 1.2f, z - 0.25f, z + 0.25f}, kTrimmed);
-            AddTaper(b, Ring({x, z}, 0.36f, 4, kPi / 4), {x, z}, shaft + 1.2f, shaft + 2.8f, 0,
+            AddTaper(b, Ring({x, z}, 0.36f, 4, pi / 4), {x, z}, shaft + 1.2f, shaft + 2.8f, 0,
                      {kRoof, kRoof}, false);
         }
     const float belfry = shaft + 0.35f + Storeys(t.height * 0.12f);
-    AddPrism(b, Ring({}, half * 0.95f, 8, kPi / 8), shaft + 0.35f, belfry,
+    AddPrism(b, Ring({}, half * 0.95f, 8, pi / 8), shaft + 0.35f, belfry,
              {Plain(Material::Palace, {0, 2}), kTrim});
-    AddPrism(b, Ring({}, half * 1.05f, 8, kPi / 8), belfry, belfry + 0.3f, kTrimmed);
-    AddTaper(b, Ring({}, half * 0.9f, 8, kPi / 8), {}, belfry + 0.3f, t.height, 0, {kRoof, kRoof},
+    AddPrism(b, Ring({}, half * 1.05f, 8, pi / 8), belfry, belfry + 0.3f, kTrimmed);
+    AddTaper(b, Ring({}, half * 0.9f, 8, pi / 8), {}, belfry + 0.3f, t.height, 0, {kRoof, kRoof},
              false);
     AddSpark(b, {0, t.height, 0}, 0.16f, 0.6f);
     AddCornerLights(b, body, shaft + 0.2f);
@@ -94,8 +94,8 @@ void AddRotunda(Builder& b, const Tower& t, unsigned seed) {
     const float radius = t.width / 2;
     const float shaft = kQuay + Storeys(t.height * 0.72f);
     constexpr int kSides = 12;
-    const float bays = std::round(2 * kPi * radius / kSides);
-    const float side = 2 * radius * std::sin(kPi / kSides);
+    const float bays = std::round(2 * pi * radius / kSides);
+    const float side = 2 * radius * std::sin(pi / kSides);
     const Paint wall{
         Material::Tower, {HashUnit(seed), 0}, {std::max(bays, 1.0f) / side / 16, 1.0f / 16}};
     AddPrism(b, Ring({}, radius, kSides), kQuay, shaft, {wall, kTrim});
@@ -146,7 +146,7 @@ void AddCampanile(Builder& b, const Tower& t, unsigned seed) {
     const float open = t.height * 0.1f;
     for (int side = 0; side < 4; ++side) {
         const Place before = b.GetPlace();
-        const float angle = kPi / 2 * static_cast<float>(side);
+        const float angle = pi / 2 * static_cast<float>(side);
         const Vec2 x{std::cos(angle), std::sin(angle)};
         const Place turned{
             before.origin,
@@ -169,7 +169,7 @@ void AddCampanile(Builder& b, const Tower& t, unsigned seed) {
     AddSpark(b, {0, y + 0.7f, 0}, 0.2f, 1.4f);
     const Box lid = Centred(half + 0.2f, y + open + half, y + open + half + 0.3f);
     AddBox(b, lid, kTrimmed, true);
-    AddTaper(b, Ring({}, half * 1.42f, 4, kPi / 4), {}, lid.y1, t.height, 0, {kRoof, kRoof}, false);
+    AddTaper(b, Ring({}, half * 1.42f, 4, pi / 4), {}, lid.y1, t.height, 0, {kRoof, kRoof}, false);
 }
 
 } // namespace

@@ -53,7 +53,7 @@ constexpr int kHumpSegments = 10;
 std::vector<float> HumpStations(const Hump& hump) {
     std::vector<float> stations{-hump.reach};
     for (int i = 0; i <= kHumpSegments; ++i)
-        stations.push_back(-hump.half * std::cos(kPi * static_cast<float>(i) / kHumpSegments));
+        stations.push_back(-hump.half * std::cos(pi * static_cast<float>(i) / kHumpSegments));
     stations.push_back(hump.reach);
     return stations;
 }
@@ -168,7 +168,7 @@ void AddSeaGate(Builder& b, Vec2 from, Vec2 to) {
         AddBox(b, {x - 1.65f, x + 1.65f, 7.5f, 8.0f, -1.65f, 1.65f}, kTrimmed, true);
         AddFacadeBox(b, {x - 1.1f, x + 1.1f, 8.0f, 10.0f, -1.1f, 1.1f}, Material::Palace, kTrim,
                      17);
-        AddTaper(b, Ring({x, 0}, 1.9f, 4, kPi / 4), {x, 0}, 10.0f, 13.0f, 0, {kRoof, kRoof}, false);
+        AddTaper(b, Ring({x, 0}, 1.9f, 4, pi / 4), {x, 0}, 10.0f, 13.0f, 0, {kRoof, kRoof}, false);
         for (const float z : {-1.45f, 1.45f})
             AddLantern(b, {x, 3.0f, z}, 0.16f, 1.2f);
     }
@@ -217,7 +217,7 @@ void AddWaterGate(Builder& b, Vec2 from, Vec2 to) {
     const float middle = length / 2;
     AddFacadeBox(b, {middle - 1, middle + 1, kEaves, kEaves + 2, -0.6f, 0.6f}, Material::Palace,
                  kTrim, 29);
-    AddTaper(b, Ring({middle, 0}, 1.6f, 4, kPi / 4), {middle, 0}, kEaves + 2, kEaves + 4.4f, 0,
+    AddTaper(b, Ring({middle, 0}, 1.6f, 4, pi / 4), {middle, 0}, kEaves + 2, kEaves + 4.4f, 0,
              {kRoof, kRoof}, false);
     for (const float z : {-kHalf - 0.2f, kHalf + 0.2f})
         for (const float x : {0.35f, length - 0.35f})
@@ -253,7 +253,7 @@ void AddViaduct(Builder& b, Vec2 from, Vec2 to, int bays, float deck) {
         const float high = i % 2 == 0 ? 3.6f : 2.2f;
         AddBox(b, {x - 0.9f, x + 0.9f, 0, deck + high, -kWidth / 2 - 0.3f, kWidth / 2 + 0.3f},
                {kStone, kTrim});
-        AddTaper(b, Ring({x, 0}, 1.5f, 4, kPi / 4), {x, 0}, deck + high, deck + high + 2.2f, 0,
+        AddTaper(b, Ring({x, 0}, 1.5f, 4, pi / 4), {x, 0}, deck + high, deck + high + 2.2f, 0,
                  {kRoof, kRoof}, false);
         AddSpark(b, {x, deck + 1.4f, -kWidth / 2 - 0.4f}, 0.16f, 1);
     }
@@ -285,7 +285,7 @@ void AddSeaFort(Builder& b, Vec2 at, float radius, float height) {
 
 void AddLighthouse(Builder& b, Vec2 at, float height) {
     b.SetPlace({{at.x, 0, at.y}, {1, 0}});
-    AddPrism(b, Ring({}, 2.2f, 8, kPi / 8), kSeaFloor, 1.0f, {kStone, kTrim});
+    AddPrism(b, Ring({}, 2.2f, 8, pi / 8), kSeaFloor, 1.0f, {kStone, kTrim});
     const Paint wall{Material::HouseCool, {}, {1.0f / 8, 1.0f / 16}};
     AddTaper(b, Ring({}, 1.1f, 8), {}, 1.0f, height - 1.8f, 0.6f, {wall, kTrim});
     AddPrism(b, Ring({}, 1.0f, 8), height - 1.8f, height - 1.55f, kTrimmed);

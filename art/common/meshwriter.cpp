@@ -11,10 +11,10 @@ namespace Art {
 
 namespace {
 
-constexpr const char* kMagic = "XT3DSTATIC";
-constexpr const char* kNoTexture = "NULL";
+constexpr const char* fileMagic = "XT3DSTATIC";
+constexpr const char* noTextureName = "NULL";
 // How far a normal's length may be from 1: what rounding to four digits can do.
-constexpr float kNormalTolerance = 0.001f;
+constexpr float normalTolerance = 0.001f;
 
 bool IsOneToken(const std::string& name) {
     for (const char c : name)
@@ -33,7 +33,7 @@ std::string WhyNotVertex(const MeshVertex& v, bool hasLightmap) {
     for (const float number : numbers)
         if (!std::isfinite(number))
             return "expected finite numbers, found " + std::to_string(number);
-    if (std::abs(Length(v.normal) - 1) > kNormalTolerance)
+    if (std::abs(Length(v.normal) - 1) > normalTolerance)
         return "expected a normal of length 1, found " + std::to_string(Length(v.normal));
     const Vec2 l = v.lightmap;
     if (hasLightmap && !(l.x >= 0 && l.x <= 1 && l.y >= 0 && l.y <= 1))
@@ -45,7 +45,7 @@ std::string WhyNotVertex(const MeshVertex& v, bool hasLightmap) {
 std::string WhyNotSubMesh(const SubMesh& sub, std::size_t index, bool hasLightmap) {
     const std::string place = "sub-mesh " + std::to_string(index) + ": ";
     for (const std::string& name : sub.textures)
-        if (!IsOneToken(name) || name == kNoTexture)
+        if (!IsOneToken(name) || name == noTextureName)
             return (place + "expected a texture name without blanks, found \"").append(name) + "\"";
     if (sub.vertices.empty() || sub.vertices.size() % 3 != 0)
         return place + "expected a positive multiple of 3 vertices, found " +
@@ -72,26 +72,26 @@ void AppendNumber(std::string& text, float value, int digits) {
 }
 
 void AppendVertex(std::string& text, const MeshVertex& v, bool hasLightmap) {
-    constexpr int kPositionDigits = 4;
-    constexpr int kCoordinateDigits = 5;
+    constexpr int positionDigits = 4;
+    constexpr int coordinateDigits = 5;
     for (const float c :
          {v.position.x, v.position.y, v.position.z, v.normal.x, v.normal.y, v.normal.z})
-        AppendNumber(text, c, kPositionDigits);
-    AppendNumber(text, v.texcoord.x, kCoordinateDigits);
-    AppendNumber(text, v.texcoord.y, kCoordinateDigits);
+        AppendNumber(text, c, positionDigits);
+    AppendNumber(text, v.texcoord.x, coordinateDigits);
+    AppendNumber(text, v.texcoord.y, coordinateDigits);
     if (hasLightmap) {
-        AppendNumber(text, v.lightmap.x, kCoordinateDigits);
-        AppendNumber(text, v.lightmap.y, kCoordinateDigits);
+        AppendNumber(text, v.lightmap.x, coordinateDigits);
+        AppendNumber(text, v.lightmap.y, coordinateDigits);
     }
     text.back() = '\n';
 }
 
 std::string MeshText(const MeshFile& mesh) {
-    std::string text = std::string(kMagic) + "\n" + std::to_string(mesh.subMeshes.size()) + "\n" +
-                       mesh.textureDirectory + "\n" + (mesh.hasLightmap ? "1" : "0") + "\n";
+    std::string text = std::string(fileMagic) + "\n" + std::to_string(mesh.subMeshes.size()) +
+                       "\n" + mesh.textureDirectory + "\n" + (mesh.hasLightmap ? "1" : "0") + "\n";
     for (const SubMesh& sub : mesh.subMeshes) {
         for (const std::string& name : sub.textures)
-            text += (name.empty() ? kNoTexture : name) + '\n';
+            text += (name.empty() ? noTextureName : name) + '\n';
         text += std::to_string(sub.vertices.size()) + '\n';
         for (const MeshVertex& v : sub.vertices)
             AppendVertex(text, v, mesh.hasLightmap);
@@ -150,7 +150,7 @@ SubMesh ReadSubMesh(Tokens& tokens, std::size_t index, bool hasLightmap) {
     const std::string place = "sub-mesh " + std::to_string(index) + ": ";
     for (std::string& name : sub.textures) {
         name = tokens.Word(place);
-        if (name == kNoTexture)
+        if (name == noTextureName)
             name.clear();
     }
     const int count = tokens.Count(place);
@@ -193,8 +193,8 @@ bool ReadMesh(const std::string& path, MeshFile& mesh, std::string& error) {
     mesh = {};
     if (!file)
         tokens.Fail("cannot be opened");
-    else if (const std::string magic = tokens.Word("start: "); magic != kMagic)
-        tokens.Fail("start: expected " + std::string(kMagic) + ", found \"" + magic + "\"");
+    else if (const std::string magic = tokens.Word("start: "); magic != fileMagic)
+        tokens.Fail("start: expected " + std::string(fileMagic) + ", found \"" + magic + "\"");
     const int count = tokens.Failure().empty() ? tokens.Count("sub-mesh count: ") : 0;
     if (tokens.Failure().empty()) {
         mesh.textureDirectory = tokens.Word("texture directory: ");

@@ -27,7 +27,7 @@ float Fade(float t) {
 /// Dot product of the offset with the gradient at a grid point of the plane.
 float Slope2(int ix, int iy, Vec2 offset, std::uint32_t seed, int period) {
     const auto hash = Hash(WrapTo(ix, period), WrapTo(iy, period), seed);
-    const float angle = static_cast<float>(hash) * (2 * kPi / 4294967296.0f);
+    const float angle = static_cast<float>(hash) * (2 * pi / 4294967296.0f);
     return std::cos(angle) * offset.x + std::sin(angle) * offset.y;
 }
 
@@ -35,7 +35,7 @@ float Slope3(int ix, int iy, int iz, Vec3 offset, std::uint32_t seed, int period
     const auto plane = Hash(WrapTo(ix, period), WrapTo(iy, period), seed);
     const auto hash = Hash(plane, WrapTo(iz, period), seed);
     const float z = static_cast<float>(hash & 0xffff) / 32767.5f - 1;
-    const float angle = static_cast<float>(hash >> 16) * (2 * kPi / 65536.0f);
+    const float angle = static_cast<float>(hash >> 16) * (2 * pi / 65536.0f);
     const float ring = std::sqrt(std::max(0.0f, 1 - z * z));
     return ring * std::cos(angle) * offset.x + ring * std::sin(angle) * offset.y + z * offset.z;
 }

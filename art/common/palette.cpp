@@ -5,15 +5,15 @@ namespace Art {
 namespace {
 
 // Linear colours of the dome.
-constexpr Vec3 kZenith{0.010f, 0.022f, 0.070f};
-constexpr Vec3 kMiddle{0.035f, 0.080f, 0.210f};
-constexpr Vec3 kFarHorizon{0.170f, 0.160f, 0.270f};
-constexpr Vec3 kGlowHorizon{1.150f, 0.430f, 0.120f};
-constexpr Vec3 kGlowMiddle{0.340f, 0.150f, 0.190f};
+constexpr Vec3 zenithColour{0.010f, 0.022f, 0.070f};
+constexpr Vec3 middleColour{0.035f, 0.080f, 0.210f};
+constexpr Vec3 farHorizonColour{0.170f, 0.160f, 0.270f};
+constexpr Vec3 glowHorizonColour{1.150f, 0.430f, 0.120f};
+constexpr Vec3 glowMiddleColour{0.340f, 0.150f, 0.190f};
 
 // Heights (sine of the elevation) at which the bands of the dome end.
-constexpr float kBandEnd = 0.10f;
-constexpr float kMiddleEnd = 0.35f;
+constexpr float bandEnd = 0.10f;
+constexpr float middleEnd = 0.35f;
 
 /// 1 straight towards the light's azimuth, 0 on the far side.
 float TowardsLight(Vec3 direction) {
@@ -28,11 +28,11 @@ float TowardsLight(Vec3 direction) {
 Vec3 Dome(Vec3 direction) {
     const float height = std::max(direction.y, 0.0f);
     const float glow = std::pow(TowardsLight(direction), 3.0f);
-    const Vec3 horizon = Mix(kFarHorizon, kGlowHorizon, glow);
-    const Vec3 middle = Mix(kMiddle, kGlowMiddle, glow * 0.6f);
-    const float band = std::exp(-height / kBandEnd);
-    const float upper = SmoothStep(0.0f, 1.0f, height / kMiddleEnd * 0.5f);
-    return Mix(Mix(middle, kZenith, upper), horizon, band);
+    const Vec3 horizon = Mix(farHorizonColour, glowHorizonColour, glow);
+    const Vec3 middle = Mix(middleColour, glowMiddleColour, glow * 0.6f);
+    const float band = std::exp(-height / bandEnd);
+    const float upper = SmoothStep(0.0f, 1.0f, height / middleEnd * 0.5f);
+    return Mix(Mix(middle, zenithColour, upper), horizon, band);
 }
 
 } // namespace

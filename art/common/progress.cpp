@@ -15,9 +15,9 @@ double SecondsSince(std::chrono::steady_clock::time_point start) {
 }
 
 std::string Bar(std::int64_t done, std::int64_t total) {
-    constexpr int kLength = 24;
-    const int filled = static_cast<int>(done * kLength / total);
-    return std::string(filled, '#') + std::string(kLength - filled, '.');
+    constexpr int length = 24;
+    const int filled = static_cast<int>(done * length / total);
+    return std::string(filled, '#') + std::string(length - filled, '.');
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 /// double); these are plain, constant-friendly and cheap enough for billions of rays.
 namespace Art {
 
-inline constexpr float kPi = 3.14159265358979f;
+inline constexpr float pi = 3.14159265358979f;
 
 /// A pair of floats: texture coordinates or a place on the ground plan (x, z).
 struct Vec2 {

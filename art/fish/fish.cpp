@@ -6,8 +6,8 @@ namespace Art {
 namespace {
 
 MeshVertex Corner(Vec3 position) {
-    const Vec2 skin = {(position.x - kSkinLow.x) / (kSkinHigh.x - kSkinLow.x),
-                       (position.y - kSkinLow.y) / (kSkinHigh.y - kSkinLow.y)};
+    const Vec2 skin = {(position.x - skinLow.x) / (skinHigh.x - skinLow.x),
+                       (position.y - skinLow.y) / (skinHigh.y - skinLow.y)};
     return {position, {0, 0, 1}, skin, {}};
 }
 
@@ -40,7 +40,7 @@ struct FinPart {
 };
 
 // A forked tail of two lobes, a long back fin and a belly fin.
-constexpr std::array<FinPart, 4> kFins = {{
+constexpr std::array<FinPart, 4> fins = {{
     {{0.93f, 0.055f, 0}, {1.10f, -0.02f, 0}, {1.26f, 0.33f, 0}},
     {{0.93f, -0.055f, 0}, {1.10f, 0.02f, 0}, {1.26f, -0.33f, 0}},
     {{0.26f, 0.19f, 0}, {0.82f, 0.10f, 0}, {0.58f, 0.39f, 0}},
@@ -63,7 +63,7 @@ struct Swimmer {
 // the swimmers of a shoal are far apart in depth, so that perspective gives every grid another mesh
 // and another speed, and stand aside by as much as keeps the shoal together when it is seen best.
 // All lie below the cell, whose top row floats just above the surface.
-constexpr std::array<Swimmer, 14> kSwimmers = {{
+constexpr std::array<Swimmer, 14> swimmers = {{
     {{30.6f, -3.1f, -7.0f}, 1.36f, 9, 5},
     {{22.6f, -4.4f, 0.5f}, 1.24f, -8, -6},
     {{16.2f, -2.7f, 8.0f}, 1.48f, 7, 6},
@@ -79,11 +79,11 @@ constexpr std::array<Swimmer, 14> kSwimmers = {{
     {{100.5f, -2.8f, 0.6f}, 1.44f, -8, -6},
     {{107.2f, -4.4f, 8.2f}, 1.48f, 7, 5},
 }};
-constexpr float kMeshUnits = 10; // mesh units in a world unit: the scene scales by 0.1
+constexpr float meshUnitsPerWorldUnit = 10; // mesh units in a world unit: the scene scales by 0.1
 
 Vec3 Turned(Vec3 p, const Swimmer& swimmer) {
-    const float yaw = swimmer.yaw * kPi / 180;
-    const float pitch = -swimmer.pitch * kPi / 180;
+    const float yaw = swimmer.yaw * pi / 180;
+    const float pitch = -swimmer.pitch * pi / 180;
     const Vec3 tipped = {p.x * std::cos(pitch) - p.y * std::sin(pitch),
                          p.x * std::sin(pitch) + p.y * std::cos(pitch), p.z};
     return {tipped.x * std::cos(yaw) + tipped.z * std::sin(yaw), tipped.y,
@@ -105,7 +105,7 @@ const std::vector<FishSection>& FishSections() {
 std::vector<MeshVertex> OneFish() {
     std::vector<MeshVertex> fish;
     AddBody(fish);
-    for (const FinPart& part : kFins)
+    for (const FinPart& part : fins)
         AddTriangle(part.a, part.b, part.c, fish);
     return fish;
 }
@@ -113,11 +113,11 @@ std::vector<MeshVertex> OneFish() {
 MeshFile FishMesh() {
     const std::vector<MeshVertex> fish = OneFish();
     SubMesh school{{"fish.png", "", ""}, {}};
-    for (const Swimmer& swimmer : kSwimmers)
+    for (const Swimmer& swimmer : swimmers)
         for (MeshVertex vertex : fish) {
             const Vec3 middled = vertex.position - Vec3{0.5f, 0, 0};
-            vertex.position =
-                (Turned(middled * swimmer.length, swimmer) + swimmer.offset) * kMeshUnits;
+            vertex.position = (Turned(middled * swimmer.length, swimmer) + swimmer.offset) *
+                              meshUnitsPerWorldUnit;
             vertex.normal = Turned(vertex.normal, swimmer);
             school.vertices.push_back(vertex);
         }

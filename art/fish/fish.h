@@ -19,8 +19,8 @@ struct FishSection {
 const std::vector<FishSection>& FishSections();
 
 /// The part of the side view that the skin covers; the fins reach beyond the body.
-inline constexpr Vec2 kSkinLow = {-0.02f, -0.41f};
-inline constexpr Vec2 kSkinHigh = {1.29f, 0.41f};
+inline constexpr Vec2 skinLow = {-0.02f, -0.41f};
+inline constexpr Vec2 skinHigh = {1.29f, 0.41f};
 
 /// Triangles of one fish of body length 1, swimming towards -x, with skin coordinates.
 std::vector<MeshVertex> OneFish();

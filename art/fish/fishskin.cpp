@@ -8,11 +8,11 @@ namespace {
 
 // Seen through seven tenths of dark blue, only strong contrasts stay: a white belly, a golden
 // flank, a dark back and fins of orange.
-constexpr Vec3 kBack = {0.10f, 0.22f, 0.42f};
-constexpr Vec3 kFlank = {1.00f, 0.78f, 0.30f};
-constexpr Vec3 kBelly = {1.00f, 0.98f, 0.92f};
-constexpr Vec3 kFin = {1.00f, 0.48f, 0.16f};
-constexpr Vec3 kFinEdge = {1.00f, 0.80f, 0.45f};
+constexpr Vec3 backColour = {0.10f, 0.22f, 0.42f};
+constexpr Vec3 flankColour = {1.00f, 0.78f, 0.30f};
+constexpr Vec3 bellyColour = {1.00f, 0.98f, 0.92f};
+constexpr Vec3 finColour = {1.00f, 0.48f, 0.16f};
+constexpr Vec3 finEdgeColour = {1.00f, 0.80f, 0.45f};
 
 /// The body's outline at x, by the section before and after.
 FishSection SectionAt(float x) {
@@ -30,17 +30,17 @@ Vec3 FinColour(Vec2 p) {
     // Rays fan out from the body; the rims are lighter where the light shines through.
     const float rays = 0.5f + 0.5f * std::sin(std::atan2(p.y, p.x - 0.62f) * 34);
     const float out = Clamp01((std::abs(p.y) - 0.15f) * 4);
-    return Mix(kFin * (0.78f + 0.22f * rays), kFinEdge, 0.55f * out);
+    return Mix(finColour * (0.78f + 0.22f * rays), finEdgeColour, 0.55f * out);
 }
 
 Vec3 BodyColour(Vec2 p, const FishSection& section) {
     const float height = (p.y - section.belly) / std::max(section.back - section.belly, 0.01f);
-    Vec3 colour = Mix(kBelly, kFlank, SmoothStep(0.22f, 0.58f, height));
-    colour = Mix(colour, kBack, SmoothStep(0.66f, 0.84f, height));
+    Vec3 colour = Mix(bellyColour, flankColour, SmoothStep(0.22f, 0.58f, height));
+    colour = Mix(colour, backColour, SmoothStep(0.66f, 0.84f, height));
     const float scales = Cellular2({p.x * 46, p.y * 60}, 811).nearest;
     colour *= 1.06f - 0.16f * scales * SmoothStep(0.2f, 0.3f, p.x);
     const float band = SmoothStep(0.030f, 0.016f, std::abs(p.x - 0.295f + 0.10f * p.y * p.y));
-    return Mix(colour, kBack, 0.85f * band * SmoothStep(0.2f, 0.4f, height));
+    return Mix(colour, backColour, 0.85f * band * SmoothStep(0.2f, 0.4f, height));
 }
 
 Vec3 AddEye(Vec2 p, Vec3 colour) {
@@ -67,7 +67,7 @@ Picture FishSkin(int height) {
             const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(skin.Width());
             const float v = 1 - (static_cast<float>(y) + 0.5f) / static_cast<float>(height);
             const Vec3 colour =
-                SkinColour({Mix(kSkinLow.x, kSkinHigh.x, u), Mix(kSkinLow.y, kSkinHigh.y, v)});
+                SkinColour({Mix(skinLow.x, skinHigh.x, u), Mix(skinLow.y, skinHigh.y, v)});
             skin.At(x, y) = {Clamp01(colour.x), Clamp01(colour.y), Clamp01(colour.z), 1};
         }
     return skin;

@@ -49,7 +49,7 @@ Vec2 EvenPoint(int i, Vec2 shift) {
 
 Vec3 CosineDirection(Vec2 p, Vec3 normal, Vec3 a, Vec3 b) {
     const float radius = std::sqrt(p.x);
-    const float angle = 2 * kPi * p.y;
+    const float angle = 2 * pi * p.y;
     return a * (radius * std::cos(angle)) + b * (radius * std::sin(angle)) +
            normal * std::sqrt(1 - p.x);
 }
@@ -128,13 +128,13 @@ Vec3 Bake::Sun(const Texel& texel, Vec3 from, Vec2 shift) const {
     for (int i = 0; i < count; ++i) {
         const Vec2 p = EvenPoint(i, shift);
         const float radius = scene.sun.spread * std::sqrt(p.x);
-        const float angle = 2 * kPi * p.y;
+        const float angle = 2 * pi * p.y;
         const Vec3 direction = Normalize(scene.sun.direction + a * (radius * std::cos(angle)) +
                                          b * (radius * std::sin(angle)));
         open += rays->Blocked(from, direction, kFar) ? 0 : 1;
     }
     return scene.sun.irradiance * (scene.sun.share(texel.position) * facing *
-                                   static_cast<float>(open) / static_cast<float>(count) / kPi);
+                                   static_cast<float>(open) / static_cast<float>(count) / pi);
 }
 
 Vec3 Bake::Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitter) const {
@@ -147,7 +147,7 @@ Vec3 Bake::Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitt
     // The lamp's own glass and lid stand around its middle and must not shade it.
     if (rays->Blocked(from, way / distance, distance - 2.8f * lamp.radius))
         return {};
-    return lamp.intensity * (facing / squared / kPi);
+    return lamp.intensity * (facing / squared / pi);
 }
 
 Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
@@ -161,7 +161,7 @@ Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
         const PointLight& lamp = scene.lamps[i];
         const Vec3 middle = lamp.position - from;
         const float brightest = std::max({lamp.intensity.x, lamp.intensity.y, lamp.intensity.z});
-        if (brightest < kNegligible * kPi * Dot(middle, middle))
+        if (brightest < kNegligible * pi * Dot(middle, middle))
             continue;
         const unsigned count = Length(middle) < kNear * lamp.radius ? kNearRays : 1;
         for (unsigned r = 0; r < count; ++r) {

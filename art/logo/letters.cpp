@@ -6,16 +6,16 @@ namespace Art {
 namespace {
 
 // One pen for all letters: stems are wide, what joins them is thin, as with a broad nib.
-constexpr float kWide = 0.078f;
-constexpr float kThin = 0.030f;
-constexpr float kBeyond = 0.10f; // slanted strokes run on past the letter and are cut level
+constexpr float wideHalf = 0.078f;
+constexpr float thinHalf = 0.030f;
+constexpr float runOn = 0.10f; // slanted strokes run on past the letter and are cut level
 
 /// A straight stroke, a little narrower in the middle than at its ends.
 Stroke Line(Vec2 from, Vec2 to, float half) {
-    constexpr int kPieces = 10;
+    constexpr int pieceCount = 10;
     Stroke stroke;
-    for (int i = 0; i <= kPieces; ++i) {
-        const float t = static_cast<float>(i) / kPieces;
+    for (int i = 0; i <= pieceCount; ++i) {
+        const float t = static_cast<float>(i) / pieceCount;
         const float waist = (2 * t - 1) * (2 * t - 1);
         stroke.points.push_back({from + (to - from) * t, half * (0.86f + 0.26f * waist)});
     }
@@ -25,20 +25,20 @@ Stroke Line(Vec2 from, Vec2 to, float half) {
 /// A slanted stroke between baseline and cap height, lengthened so that it can be cut level.
 Stroke Slant(Vec2 from, Vec2 to, float half) {
     const Vec2 along = to - from;
-    return Line(from - along * kBeyond, to + along * kBeyond, half);
+    return Line(from - along * runOn, to + along * runOn, half);
 }
 
 /// Part of an ellipse, wide where it runs upright and thin where it lies. Angles in degrees,
 /// counted from +x towards +y.
 Stroke Arc(Vec2 middle, Vec2 radius, float from, float to) {
-    constexpr int kPieces = 40;
+    constexpr int pieceCount = 40;
     Stroke stroke;
-    for (int i = 0; i <= kPieces; ++i) {
-        const float angle = Mix(from, to, static_cast<float>(i) / kPieces) * kPi / 180;
+    for (int i = 0; i <= pieceCount; ++i) {
+        const float angle = Mix(from, to, static_cast<float>(i) / pieceCount) * pi / 180;
         const float upright = std::abs(std::cos(angle));
         stroke.points.push_back(
             {{middle.x + radius.x * std::cos(angle), middle.y + radius.y * std::sin(angle)},
-             Mix(kThin, kWide * 1.04f, upright * upright)});
+             Mix(thinHalf, wideHalf * 1.04f, upright * upright)});
     }
     return stroke;
 }
@@ -47,9 +47,9 @@ Stroke Arc(Vec2 middle, Vec2 radius, float from, float to) {
 std::vector<Stroke> Bowl(float low, float high, float right) {
     const float radius = (high - low) / 2;
     const float straight = right - radius * 1.05f;
-    return {Line({0.10f, high}, {straight, high}, kThin),
+    return {Line({0.10f, high}, {straight, high}, thinHalf),
             Arc({straight, low + radius}, {radius * 1.05f, radius}, -90, 90),
-            Line({0.10f, low}, {straight, low}, kThin)};
+            Line({0.10f, low}, {straight, low}, thinHalf)};
 }
 
 Letter WithBowls(Letter letter, std::initializer_list<std::vector<Stroke>> bowls) {
@@ -59,45 +59,46 @@ Letter WithBowls(Letter letter, std::initializer_list<std::vector<Stroke>> bowls
 }
 
 std::vector<Letter> DrawLetters() {
-    constexpr float kTop = 1 - kThin;
-    const Stroke stem = Line({0.08f, 0}, {0.08f, 1}, kWide);
+    constexpr float barHeight = 1 - thinHalf;
+    const Stroke stem = Line({0.08f, 0}, {0.08f, 1}, wideHalf);
     return {
         {'A',
          0.86f,
          0,
-         {Slant({0.045f, 0}, {0.40f, 1}, kThin), Slant({0.40f, 1}, {0.775f, 0}, kWide),
-          Line({0.14f, 0.27f}, {0.66f, 0.27f}, kThin)}},
-        WithBowls({'B', 0.64f, 0, {stem}}, {Bowl(0.53f, kTop, 0.50f), Bowl(kThin, 0.53f, 0.56f)}),
+         {Slant({0.045f, 0}, {0.40f, 1}, thinHalf), Slant({0.40f, 1}, {0.775f, 0}, wideHalf),
+          Line({0.14f, 0.27f}, {0.66f, 0.27f}, thinHalf)}},
+        WithBowls({'B', 0.64f, 0, {stem}},
+                  {Bowl(0.53f, barHeight, 0.50f), Bowl(thinHalf, 0.53f, 0.56f)}),
         {'E',
          0.56f,
          0,
-         {stem, Line({0.08f, kTop}, {0.54f, kTop}, kThin),
-          Line({0.08f, 0.53f}, {0.44f, 0.53f}, kThin),
-          Line({0.08f, kThin}, {0.56f, kThin}, kThin)}},
+         {stem, Line({0.08f, barHeight}, {0.54f, barHeight}, thinHalf),
+          Line({0.08f, 0.53f}, {0.44f, 0.53f}, thinHalf),
+          Line({0.08f, thinHalf}, {0.56f, thinHalf}, thinHalf)}},
         {'H',
          0.74f,
          0,
-         {stem, Line({0.68f, 0}, {0.68f, 1}, kThin * 1.35f),
-          Line({0.08f, 0.47f}, {0.68f, 0.47f}, kThin)}},
+         {stem, Line({0.68f, 0}, {0.68f, 1}, thinHalf * 1.35f),
+          Line({0.08f, 0.47f}, {0.68f, 0.47f}, thinHalf)}},
         {'I', 0.16f, 0, {stem}},
-        {'L', 0.54f, 0, {stem, Line({0.08f, kThin}, {0.54f, kThin}, kThin)}},
+        {'L', 0.54f, 0, {stem, Line({0.08f, thinHalf}, {0.54f, thinHalf}, thinHalf)}},
         {'M',
          0.98f,
          0,
-         {Slant({0.04f, 0}, {0.14f, 1}, kThin), Slant({0.14f, 1}, {0.47f, 0.02f}, kWide),
-          Slant({0.47f, 0.02f}, {0.80f, 1}, kThin), Slant({0.80f, 1}, {0.90f, 0}, kWide)}},
+         {Slant({0.04f, 0}, {0.14f, 1}, thinHalf), Slant({0.14f, 1}, {0.47f, 0.02f}, wideHalf),
+          Slant({0.47f, 0.02f}, {0.80f, 1}, thinHalf), Slant({0.80f, 1}, {0.90f, 0}, wideHalf)}},
         {'N',
          0.78f,
          0,
-         {Line({0.05f, 0}, {0.05f, 1}, kThin * 1.35f), Slant({0.07f, 1}, {0.71f, 0}, kWide),
-          Line({0.73f, 0}, {0.73f, 1}, kThin * 1.35f)}},
+         {Line({0.05f, 0}, {0.05f, 1}, thinHalf * 1.35f), Slant({0.07f, 1}, {0.71f, 0}, wideHalf),
+          Line({0.73f, 0}, {0.73f, 1}, thinHalf * 1.35f)}},
         {'O', 1.0f, 0.02f, {Arc({0.50f, 0.5f}, {0.425f, 0.49f}, 0, 360)}},
-        WithBowls({'R', 0.72f, 0, {stem, Slant({0.30f, 0.47f}, {0.63f, 0}, kWide * 0.95f)}},
-                  {Bowl(0.45f, kTop, 0.54f)}),
+        WithBowls({'R', 0.72f, 0, {stem, Slant({0.30f, 0.47f}, {0.63f, 0}, wideHalf * 0.95f)}},
+                  {Bowl(0.45f, barHeight, 0.54f)}),
         {'V',
          0.86f,
          0,
-         {Slant({0.085f, 1}, {0.46f, 0}, kWide), Slant({0.46f, 0}, {0.815f, 1}, kThin)}},
+         {Slant({0.085f, 1}, {0.46f, 0}, wideHalf), Slant({0.46f, 0}, {0.815f, 1}, thinHalf)}},
     };
 }
 

@@ -10,9 +10,9 @@
 namespace Art {
 namespace {
 
-constexpr float kWaterline = kLogoHeight / 2.0f; // the horizon of a level camera
-constexpr float kCapHeight = 29;
-constexpr int kSamples = 6; // per side of a pixel
+constexpr float waterline = logoHeight / 2.0f; // the horizon of a level camera
+constexpr float capHeight = 29;
+constexpr int samplesPerSide = 6; // per side of a pixel
 
 // ---- What is drawn, in pixels with y up from the waterline -------------------------------------
 
@@ -23,7 +23,7 @@ struct Tower {
     float height; ///< of its point above the water
 };
 
-constexpr std::array<Tower, 7> kTowers = {{
+constexpr std::array<Tower, 7> towers = {{
     {480, 3.6f, 37},
     {469.5f, 2.9f, 27},
     {490.5f, 2.9f, 27},
@@ -44,8 +44,8 @@ bool InTower(const Tower& tower, Vec2 p) {
 
 const std::vector<PlacedLetter>& Letters() {
     static const std::vector<PlacedLetter> letters = [] {
-        std::vector<PlacedLetter> both = SetWord("HALVORN", 62, 408, 1.5f, kCapHeight);
-        const std::vector<PlacedLetter> second = SetWord("NIMBREL", 552, 898, 1.5f, kCapHeight);
+        std::vector<PlacedLetter> both = SetWord("HALVORN", 62, 408, 1.5f, capHeight);
+        const std::vector<PlacedLetter> second = SetWord("NIMBREL", 552, 898, 1.5f, capHeight);
         both.insert(both.end(), second.begin(), second.end());
         return both;
     }();
@@ -55,20 +55,20 @@ const std::vector<PlacedLetter>& Letters() {
 bool IsInk(Vec2 p) {
     const auto holds = [&](const auto& part) { return part.Contains(p); };
     return std::any_of(Letters().begin(), Letters().end(), holds) ||
-           std::any_of(kTowers.begin(), kTowers.end(),
+           std::any_of(towers.begin(), towers.end(),
                        [&](const Tower& tower) { return InTower(tower, p); });
 }
 
 /// Share of a pixel-sized square with its upper left corner at `p` that is ink.
 float Coverage(Vec2 p) {
     int inside = 0;
-    for (int row = 0; row < kSamples; ++row)
-        for (int column = 0; column < kSamples; ++column) {
-            const float right = (static_cast<float>(column) + 0.5f) / kSamples;
-            const float down = (static_cast<float>(row) + 0.5f) / kSamples;
+    for (int row = 0; row < samplesPerSide; ++row)
+        for (int column = 0; column < samplesPerSide; ++column) {
+            const float right = (static_cast<float>(column) + 0.5f) / samplesPerSide;
+            const float down = (static_cast<float>(row) + 0.5f) / samplesPerSide;
             inside += IsInk({p.x + right, p.y - down}) ? 1 : 0;
         }
-    return static_cast<float>(inside) / (kSamples * kSamples);
+    return static_cast<float>(inside) / (samplesPerSide * samplesPerSide);
 }
 
 // ---- Layers: one value a pixel
@@ -77,13 +77,13 @@ float Coverage(Vec2 p) {
 using Layer = std::vector<float>;
 
 std::size_t Place(int x, int y) {
-    return static_cast<std::size_t>(y) * kLogoWidth + x;
+    return static_cast<std::size_t>(y) * logoWidth + x;
 }
 
 Layer Filled(const std::function<float(int, int)>& value) {
-    Layer layer(static_cast<std::size_t>(kLogoWidth) * kLogoHeight);
-    ForEachIndex(kLogoHeight, 0, [&](int y) {
-        for (int x = 0; x < kLogoWidth; ++x)
+    Layer layer(static_cast<std::size_t>(logoWidth) * logoHeight);
+    ForEachIndex(logoHeight, 0, [&](int y) {
+        for (int x = 0; x < logoWidth; ++x)
             layer[Place(x, y)] = value(x, y);
     });
     return layer;
@@ -91,7 +91,7 @@ Layer Filled(const std::function<float(int, int)>& value) {
 
 /// The ink upside down under the waterline, bent sideways by ripples and fading with depth.
 float MirroredInk(int x, int y) {
-    const float depth = static_cast<float>(y) + 0.5f - kWaterline;
+    const float depth = static_cast<float>(y) + 0.5f - waterline;
     if (depth <= 0)
         return 0;
     const float ripple = Noise2({static_cast<float>(x) * 0.035f, depth * 0.42f}, 21);
@@ -106,8 +106,8 @@ Layer Blurred(const Layer& layer, int reach, bool sideways) {
     return Filled([&](int x, int y) {
         float sum = 0;
         for (int i = -reach; i <= reach; ++i) {
-            const int sx = std::clamp(sideways ? x + i : x, 0, kLogoWidth - 1);
-            const int sy = std::clamp(sideways ? y : y + i, 0, kLogoHeight - 1);
+            const int sx = std::clamp(sideways ? x + i : x, 0, logoWidth - 1);
+            const int sy = std::clamp(sideways ? y : y + i, 0, logoHeight - 1);
             sum += layer[Place(sx, sy)];
         }
         return sum / static_cast<float>(2 * reach + 1);
@@ -124,16 +124,16 @@ Layer Glow(Layer layer, int reach) {
 
 /// What the opening shot's camera sees at a pixel: it stands just above the sea and looks along -z.
 Vec3 OpeningShot(int x, int y) {
-    const float high = std::tan(12.5f * kPi / 180); // half the vertical field of view of 25 degrees
+    const float high = std::tan(12.5f * pi / 180); // half the vertical field of view of 25 degrees
     const float wide = high * 10;
-    const float right = (2 * (static_cast<float>(x) + 0.5f) / kLogoWidth - 1) * wide;
-    const float up = std::abs(1 - 2 * (static_cast<float>(y) + 0.5f) / kLogoHeight) * high;
+    const float right = (2 * (static_cast<float>(x) + 0.5f) / logoWidth - 1) * wide;
+    const float up = std::abs(1 - 2 * (static_cast<float>(y) + 0.5f) / logoHeight) * high;
     return DuskColour(Normalize({right, up, -1}));
 }
 
 Vec3 Ground(int x, int y) {
-    const float depth = std::abs(static_cast<float>(y) + 0.5f - kWaterline) / kWaterline;
-    const float water = static_cast<float>(y) + 0.5f > kWaterline ? 0.82f : 1.0f;
+    const float depth = std::abs(static_cast<float>(y) + 0.5f - waterline) / waterline;
+    const float water = static_cast<float>(y) + 0.5f > waterline ? 0.82f : 1.0f;
     const Vec3 shot = OpeningShot(x, y);
     const Vec3 night = {0.030f, 0.045f, 0.105f};
     return Mix(shot, night, 0.46f + 0.22f * depth) * water;
@@ -141,23 +141,23 @@ Vec3 Ground(int x, int y) {
 
 /// The lettering takes the light of the sky behind it: warm on the left, cool on the right.
 Vec3 GlowColour(int x) {
-    const float across = static_cast<float>(x) / kLogoWidth;
+    const float across = static_cast<float>(x) / logoWidth;
     return Mix(Vec3{1.0f, 0.58f, 0.26f}, Vec3{0.42f, 0.60f, 1.0f},
                SmoothStep(0.25f, 0.85f, across));
 }
 
 Vec3 InkColour(int x, int y) {
-    const float up = Clamp01((kWaterline - static_cast<float>(y)) / (kCapHeight + 2));
+    const float up = Clamp01((waterline - static_cast<float>(y)) / (capHeight + 2));
     const Vec3 pale = Mix(Vec3{1.0f, 0.97f, 0.90f}, Vec3{0.93f, 0.96f, 1.0f},
-                          SmoothStep(0.3f, 0.9f, static_cast<float>(x) / kLogoWidth));
+                          SmoothStep(0.3f, 0.9f, static_cast<float>(x) / logoWidth));
     return Mix(Mix(pale, GlowColour(x), 0.38f), pale, SmoothStep(0.0f, 0.75f, up));
 }
 
 /// The line on which both names stand; it thins out towards the edges of the picture.
 float Waterline(int x, int y) {
-    const float away = std::abs(static_cast<float>(y) + 0.5f - kWaterline);
+    const float away = std::abs(static_cast<float>(y) + 0.5f - waterline);
     const float across =
-        std::abs(static_cast<float>(x) + 0.5f - kLogoWidth / 2.0f) / (kLogoWidth / 2.0f);
+        std::abs(static_cast<float>(x) + 0.5f - logoWidth / 2.0f) / (logoWidth / 2.0f);
     return std::exp(-away * away * 1.6f) * (1 - SmoothStep(0.55f, 0.98f, across));
 }
 
@@ -167,13 +167,13 @@ Vec3 Wisps(int x, int y) {
         Vec2 at;
         Vec3 colour;
     };
-    constexpr Light kLights[] = {{{437.5f, 25}, {1.0f, 0.20f, 0.12f}},
-                                 {{480.5f, 41}, {0.16f, 1.0f, 0.42f}},
-                                 {{522.5f, 25}, {0.22f, 0.48f, 1.0f}}};
-    const float up = kWaterline - (static_cast<float>(y) + 0.5f);
+    constexpr Light lights[] = {{{437.5f, 25}, {1.0f, 0.20f, 0.12f}},
+                                {{480.5f, 41}, {0.16f, 1.0f, 0.42f}},
+                                {{522.5f, 25}, {0.22f, 0.48f, 1.0f}}};
+    const float up = waterline - (static_cast<float>(y) + 0.5f);
     const Vec2 p = {static_cast<float>(x) + 0.5f, std::abs(up)};
     Vec3 sum;
-    for (const Light& light : kLights) {
+    for (const Light& light : lights) {
         const float away = Length(p - light.at);
         sum += light.colour * (0.75f * std::exp(-away * away / 14) + 0.30f * std::exp(-away / 5)) +
                Vec3{1, 1, 1} * (0.9f * std::exp(-away * away / 1.6f));
@@ -184,7 +184,7 @@ Vec3 Wisps(int x, int y) {
 } // namespace
 
 float InkAt(int x, int y) {
-    return Coverage({static_cast<float>(x), kWaterline - static_cast<float>(y)});
+    return Coverage({static_cast<float>(x), waterline - static_cast<float>(y)});
 }
 
 Picture TitlePicture() {
@@ -192,9 +192,9 @@ Picture TitlePicture() {
     const Layer mirrored = Filled(MirroredInk);
     const Layer near = Glow(ink, 2);
     const Layer wide = Glow(ink, 6);
-    Picture picture(kLogoWidth, kLogoHeight);
-    for (int y = 0; y < kLogoHeight; ++y)
-        for (int x = 0; x < kLogoWidth; ++x) {
+    Picture picture(logoWidth, logoHeight);
+    for (int y = 0; y < logoHeight; ++y)
+        for (int x = 0; x < logoWidth; ++x) {
             Vec3 colour = Ground(x, y);
             colour += GlowColour(x) * (0.30f * near[Place(x, y)] + 0.38f * wide[Place(x, y)]);
             colour += Mix(GlowColour(x), Vec3{1, 1, 1}, 0.35f) * (0.62f * mirrored[Place(x, y)]);

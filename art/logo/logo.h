@@ -6,8 +6,8 @@
 
 namespace Art {
 
-inline constexpr int kLogoWidth = Show::width;
-inline constexpr int kLogoHeight = Show::height;
+inline constexpr int logoWidth = Show::width;
+inline constexpr int logoHeight = Show::height;
 
 /// The title as the viewer sees it on the screen, rows from the top: both names stand on the
 /// horizon of the opening shot and are mirrored in its sea. The ground is the very sky that the

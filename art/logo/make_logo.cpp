@@ -6,7 +6,7 @@
 
 /// Writes the title picture into the folder given.
 int main(int count, char** arguments) {
-    constexpr int kQuality = 97; // thin light strokes on dark ground show every artefact
+    constexpr int jpegQuality = 97; // thin light strokes on dark ground show every artefact
     if (count != 2) {
         std::fprintf(stderr, "usage: %s FOLDER\n", arguments[0]);
         return 2;
@@ -14,5 +14,5 @@ int main(int count, char** arguments) {
     const std::filesystem::path folder = arguments[1];
     std::filesystem::create_directories(folder);
     const std::string path = (folder / "logo.jpg").string();
-    return Art::WriteEngineJpeg(path, Art::TitlePicture(), kQuality) ? 0 : 1;
+    return Art::WriteEngineJpeg(path, Art::TitlePicture(), jpegQuality) ? 0 : 1;
 }

@@ -30,9 +30,9 @@ float Wrapped(const SkyPoint& point, float around, float up, std::uint32_t seed,
 
 // ---- Stratus: long bars, lit from below ---------------------------------------------------
 
-constexpr Tint kBarLit = {{0.86f, 0.46f, 0.22f}, {0.64f, 0.35f, 0.32f}, {0.48f, 0.31f, 0.40f}};
-constexpr Tint kBarCore = {{0.27f, 0.13f, 0.19f}, {0.17f, 0.14f, 0.26f}, {0.135f, 0.14f, 0.28f}};
-constexpr float kBarsTop = 27; // degrees
+constexpr Tint barLitTint = {{0.86f, 0.46f, 0.22f}, {0.64f, 0.35f, 0.32f}, {0.48f, 0.31f, 0.40f}};
+constexpr Tint barCoreTint = {{0.27f, 0.13f, 0.19f}, {0.17f, 0.14f, 0.26f}, {0.135f, 0.14f, 0.28f}};
+constexpr float barsTop = 27; // degrees
 
 /// How thick the bars are, about -1..1; cloud begins a little above 0.
 float BarField(const SkyPoint& point) {
@@ -45,12 +45,12 @@ float BarField(const SkyPoint& point) {
 }
 
 Clouded AddBars(const SkyPoint& point, const Clouded& behind) {
-    if (point.elevation >= kBarsTop)
+    if (point.elevation >= barsTop)
         return behind;
     const float field = BarField(point);
     const float density = SmoothStep(0.02f, 0.42f, field) *
                           SmoothStep(0.6f, 3.4f, point.elevation) *
-                          (1 - SmoothStep(17, kBarsTop, point.elevation));
+                          (1 - SmoothStep(17, barsTop, point.elevation));
     if (density <= 0)
         return behind;
     // Where the cloud thins out downwards its underside faces the low light.
@@ -60,7 +60,7 @@ Clouded AddBars(const SkyPoint& point, const Clouded& behind) {
     const float thin = 1 - SmoothStep(0.05f, 0.75f, field);
     const float lit = Clamp01(0.72f * underside + 0.34f * thin);
     const Vec3 colour =
-        Mix(ColourOf(kBarCore, point.fromLight), ColourOf(kBarLit, point.fromLight), lit);
+        Mix(ColourOf(barCoreTint, point.fromLight), ColourOf(barLitTint, point.fromLight), lit);
     return Over(behind, colour, 0.82f * density);
 }
 
@@ -75,12 +75,12 @@ struct Bank {
     float haze;   ///< how much of the horizon's colour lies in front of it, 0..1
 };
 
-constexpr Bank kBanks[] = {
+constexpr Bank banks[] = {
     {101, 2.4f, -0.4f, 7.0f, 0.36f},
     {207, 4.0f, -1.0f, 5.2f, 0.12f},
 };
-constexpr Tint kBankLit = {{0.90f, 0.53f, 0.29f}, {0.74f, 0.42f, 0.36f}, {0.60f, 0.40f, 0.46f}};
-constexpr Tint kBankBody = {{0.28f, 0.14f, 0.19f}, {0.18f, 0.15f, 0.27f}, {0.14f, 0.15f, 0.30f}};
+constexpr Tint bankLitTint = {{0.90f, 0.53f, 0.29f}, {0.74f, 0.42f, 0.36f}, {0.60f, 0.40f, 0.46f}};
+constexpr Tint bankBodyTint = {{0.28f, 0.14f, 0.19f}, {0.18f, 0.15f, 0.27f}, {0.14f, 0.15f, 0.30f}};
 
 /// Heaps of three sizes: folded noise has sharp valleys and round tops, like cauliflower.
 float Heaps(const SkyPoint& point, std::uint32_t seed) {
@@ -104,8 +104,8 @@ float BankDepth(const SkyPoint& point, const Bank& bank) {
 }
 
 Clouded AddBank(const SkyPoint& point, const Clouded& behind, const Bank& bank) {
-    constexpr float kHighestHeap = 2.2f; // degrees above the smooth outline
-    if (point.elevation > bank.base + bank.height + kHighestHeap)
+    constexpr float highestHeap = 2.2f; // degrees above the smooth outline
+    if (point.elevation > bank.base + bank.height + highestHeap)
         return behind;
     const float depth = BankDepth(point, bank);
     if (depth <= 0)
@@ -121,7 +121,7 @@ Clouded AddBank(const SkyPoint& point, const Clouded& behind, const Bank& bank) 
     const float top = std::exp(-depth * 0.9f);
     const float lit = Clamp01(0.46f * top + (0.30f + 0.42f * relief) * std::exp(-depth * 0.12f));
     Vec3 colour =
-        Mix(ColourOf(kBankBody, point.fromLight), ColourOf(kBankLit, point.fromLight), lit);
+        Mix(ColourOf(bankBodyTint, point.fromLight), ColourOf(bankLitTint, point.fromLight), lit);
     const Vec3 horizon = ClearSky({point.direction, 0.8f, point.fromLight, point.heading});
     const float mist =
         bank.haze + (1 - bank.haze) * (1 - SmoothStep(0, 3.4f, point.elevation)) * 0.8f;
@@ -131,7 +131,7 @@ Clouded AddBank(const SkyPoint& point, const Clouded& behind, const Bank& bank) 
 
 // ---- Cirrus: thin streaks high up ------------------------------------------------------------
 
-constexpr Tint kCirrus = {{0.55f, 0.33f, 0.37f}, {0.36f, 0.27f, 0.40f}, {0.29f, 0.25f, 0.40f}};
+constexpr Tint cirrusTint = {{0.55f, 0.33f, 0.37f}, {0.36f, 0.27f, 0.40f}, {0.29f, 0.25f, 0.40f}};
 
 float CirrusDensity(const SkyPoint& point) {
     if (point.elevation <= 8)
@@ -149,7 +149,7 @@ float CirrusDensity(const SkyPoint& point) {
 
 Clouded AddCirrus(const SkyPoint& point, const Clouded& behind) {
     const float dim = 1 - 0.25f * SmoothStep(30, 70, point.elevation);
-    return Over(behind, ColourOf(kCirrus, point.fromLight) * dim,
+    return Over(behind, ColourOf(cirrusTint, point.fromLight) * dim,
                 (0.42f + 0.30f * SmoothStep(16, 30, point.elevation)) * CirrusDensity(point));
 }
 
@@ -157,7 +157,7 @@ Clouded AddCirrus(const SkyPoint& point, const Clouded& behind) {
 
 Clouded AddClouds(const SkyPoint& point, Vec3 behind) {
     Clouded sky = AddBars(point, AddCirrus(point, {behind, 1}));
-    for (const Bank& bank : kBanks)
+    for (const Bank& bank : banks)
         sky = AddBank(point, sky, bank);
     return sky;
 }

@@ -8,24 +8,24 @@
 namespace Art {
 namespace {
 
-constexpr float kRadians = kPi / 180;
+constexpr float radiansPerDegree = pi / 180;
 
 // ---- Stars -----------------------------------------------------------------------------------
 
-constexpr float kStarCells = 34;      // cells along the radius of the unit sphere
-constexpr float kStarChance = 0.055f; // of a cell near the sphere to hold a star
-constexpr float kStarSize = 0.0021f;  // radius in radians: a texel and a half, so none flickers
+constexpr float starCells = 34;      // cells along the radius of the unit sphere
+constexpr float starChance = 0.055f; // of a cell near the sphere to hold a star
+constexpr float starSize = 0.0021f;  // radius in radians: a texel and a half, so none flickers
 
 /// Brightness that the star of one cell, if there is any, adds at `direction`.
 float StarOfCell(int x, int y, int z, Vec3 direction) {
     const std::uint32_t cell = Hash(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y),
                                     static_cast<std::uint32_t>(z));
-    if (HashUnit(cell, 1) > kStarChance)
+    if (HashUnit(cell, 1) > starChance)
         return 0;
     const Vec3 place = {static_cast<float>(x) + HashUnit(cell, 2),
                         static_cast<float>(y) + HashUnit(cell, 3),
                         static_cast<float>(z) + HashUnit(cell, 4)};
-    const float away = Length(Normalize(place) - direction) / kStarSize;
+    const float away = Length(Normalize(place) - direction) / starSize;
     if (away > 4)
         return 0;
     const float magnitude = HashUnit(cell, 5);
@@ -33,7 +33,7 @@ float StarOfCell(int x, int y, int z, Vec3 direction) {
 }
 
 float Stars(Vec3 direction) {
-    const Vec3 p = direction * kStarCells;
+    const Vec3 p = direction * starCells;
     const int x = static_cast<int>(std::floor(p.x));
     const int y = static_cast<int>(std::floor(p.y));
     const int z = static_cast<int>(std::floor(p.z));
@@ -51,10 +51,10 @@ float StarVisibility(const SkyPoint& point) {
 
 // ---- Moon ------------------------------------------------------------------------------------
 
-constexpr float kMoonRadius = 1.0f * kRadians; // four times life size: the eye's memory
-constexpr float kMoonElevation = 7.2f * kRadians;
+constexpr float moonRadius = 1.0f * radiansPerDegree; // four times life size: the eye's memory
+constexpr float moonElevation = 7.2f * radiansPerDegree;
 // Straight opposite the light it would hardly ever be in the picture.
-constexpr float kMoonAside = 15 * kRadians;
+constexpr float moonAside = 15 * radiansPerDegree;
 
 /// The grey seas of the disc: 1 on open ground, less in them. Coordinates in disc radii.
 float MoonFace(Vec2 disc) {
@@ -66,18 +66,18 @@ float MoonFace(Vec2 disc) {
 Vec3 AddMoon(Vec3 direction, Vec3 behind, float uncovered) {
     const Vec3 moon = MoonDirection();
     const float angle = std::acos(std::clamp(Dot(direction, moon), -1.0f, 1.0f));
-    const float wide = angle / (7.0f * kRadians);
-    const float near = angle / (2.3f * kRadians);
+    const float wide = angle / (7.0f * radiansPerDegree);
+    const float near = angle / (2.3f * radiansPerDegree);
     Vec3 colour = behind +
                   Vec3{0.16f, 0.12f, 0.085f} * std::exp(-wide * wide) * (0.4f + 0.6f * uncovered) +
                   Vec3{0.22f, 0.18f, 0.13f} * std::exp(-near * near) * (0.3f + 0.7f * uncovered);
-    if (angle > 1.2f * kMoonRadius)
+    if (angle > 1.2f * moonRadius)
         return colour;
     const Vec3 right = Normalize(Cross(moon, {0, 1, 0}));
-    const Vec2 disc = {Dot(direction, right) / kMoonRadius,
-                       Dot(direction, Cross(right, moon)) / kMoonRadius};
+    const Vec2 disc = {Dot(direction, right) / moonRadius,
+                       Dot(direction, Cross(right, moon)) / moonRadius};
     const Vec3 face = Vec3{1.0f, 0.91f, 0.74f} * MoonFace(disc);
-    const float edge = 1 - SmoothStep(0.95f, 1.05f, angle / kMoonRadius);
+    const float edge = 1 - SmoothStep(0.95f, 1.05f, angle / moonRadius);
     return Mix(colour, face, edge * uncovered);
 }
 
@@ -124,8 +124,8 @@ Vec3 AddFarSea(const SkyPoint& point, Vec3 behind) {
 
 // A camera at ten units sees the rim of the water half a degree under the horizon; only below
 // that may the colour turn into water.
-constexpr float kRimEnd = -0.65f;
-constexpr float kWaterStart = -1.5f;
+constexpr float rimEnd = -0.65f;
+constexpr float waterStart = -1.5f;
 
 /// Slanted shafts of light that the waves let through, brightest just under the surface.
 float Shafts(const SkyPoint& point) {
@@ -151,16 +151,16 @@ Vec3 Water(const SkyPoint& point) {
 Vec3 BelowHorizon(const SkyPoint& point) {
     SkyPoint onHorizon = point;
     onHorizon.elevation = 0;
-    return Mix(Water(point), Scenery(onHorizon), SmoothStep(kWaterStart, kRimEnd, point.elevation));
+    return Mix(Water(point), Scenery(onHorizon), SmoothStep(waterStart, rimEnd, point.elevation));
 }
 
 } // namespace
 
 Vec3 MoonDirection() {
     const Vec3 light = LightDirection();
-    const float heading = std::atan2(-light.z, -light.x) + kMoonAside;
-    const float level = std::cos(kMoonElevation);
-    return {level * std::cos(heading), std::sin(kMoonElevation), level * std::sin(heading)};
+    const float heading = std::atan2(-light.z, -light.x) + moonAside;
+    const float level = std::cos(moonElevation);
+    return {level * std::cos(heading), std::sin(moonElevation), level * std::sin(heading)};
 }
 
 Vec3 DuskColour(Vec3 direction) {

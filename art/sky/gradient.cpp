@@ -7,7 +7,7 @@
 namespace Art {
 namespace {
 
-constexpr float kDegrees = 180.0f / kPi;
+constexpr float degreesPerRadian = 180.0f / pi;
 
 /// One height of a vertical gradient; the three regions share the heights.
 struct Stop {
@@ -19,8 +19,8 @@ struct Stop {
 
 // Towards the light an afterglow that cools upwards; away from it the shadow of the earth, blue
 // and low, under a rose-coloured belt. All three meet at the same zenith.
-constexpr Vec3 kZenith = {0.020f, 0.036f, 0.105f};
-constexpr std::array<Stop, 9> kStops = {{
+constexpr Vec3 zenithColour = {0.020f, 0.036f, 0.105f};
+constexpr std::array<Stop, 9> stops = {{
     {0, {0.74f, 0.36f, 0.15f}, {0.33f, 0.23f, 0.31f}, {0.105f, 0.145f, 0.28f}},
     {2.5f, {0.65f, 0.30f, 0.17f}, {0.28f, 0.22f, 0.34f}, {0.155f, 0.175f, 0.33f}},
     {6, {0.41f, 0.205f, 0.24f}, {0.20f, 0.19f, 0.35f}, {0.245f, 0.205f, 0.36f}},
@@ -29,7 +29,7 @@ constexpr std::array<Stop, 9> kStops = {{
     {26, {0.115f, 0.120f, 0.265f}, {0.100f, 0.112f, 0.25f}, {0.165f, 0.150f, 0.30f}},
     {45, {0.088f, 0.092f, 0.215f}, {0.080f, 0.086f, 0.205f}, {0.135f, 0.125f, 0.26f}},
     {68, {0.028f, 0.046f, 0.125f}, {0.027f, 0.043f, 0.12f}, {0.026f, 0.042f, 0.119f}},
-    {90, kZenith, kZenith, kZenith},
+    {90, zenithColour, zenithColour, zenithColour},
 }};
 
 Vec3 AtRegions(const Stop& stop, const Regions& regions) {
@@ -39,15 +39,15 @@ Vec3 AtRegions(const Stop& stop, const Regions& regions) {
 /// The index of the stop at or below the elevation, at most the last but one.
 std::size_t StopBelow(float elevation) {
     std::size_t below = 0;
-    while (below + 2 < kStops.size() && kStops[below + 1].elevation <= elevation)
+    while (below + 2 < stops.size() && stops[below + 1].elevation <= elevation)
         ++below;
     return below;
 }
 
 /// Slope of the gradient at a stop, by its neighbours, so that no stop shows as a band.
 Vec3 SlopeAt(std::size_t index, const Regions& regions) {
-    const Stop& before = kStops[index == 0 ? 0 : index - 1];
-    const Stop& after = kStops[std::min(index + 1, kStops.size() - 1)];
+    const Stop& before = stops[index == 0 ? 0 : index - 1];
+    const Stop& after = stops[std::min(index + 1, stops.size() - 1)];
     return (AtRegions(after, regions) - AtRegions(before, regions)) /
            (after.elevation - before.elevation);
 }
@@ -68,8 +68,8 @@ SkyPoint MakeSkyPoint(Vec3 direction) {
     const Vec3 light = LightDirection();
     const Vec2 lightFlat = {light.x, light.z};
     const float cosine = Dot(heading, lightFlat) / Length(lightFlat);
-    return {direction, std::asin(std::clamp(direction.y, -1.0f, 1.0f)) * kDegrees,
-            std::acos(std::clamp(cosine, -1.0f, 1.0f)) * kDegrees, heading};
+    return {direction, std::asin(std::clamp(direction.y, -1.0f, 1.0f)) * degreesPerRadian,
+            std::acos(std::clamp(cosine, -1.0f, 1.0f)) * degreesPerRadian, heading};
 }
 
 Regions RegionsAt(float fromLight) {
@@ -86,11 +86,11 @@ Vec3 ClearSky(const SkyPoint& point) {
     const float elevation = std::max(point.elevation, 0.0f);
     const Regions regions = RegionsAt(point.fromLight);
     const std::size_t index = StopBelow(elevation);
-    const float span = kStops[index + 1].elevation - kStops[index].elevation;
-    const float t = (elevation - kStops[index].elevation) / span;
+    const float span = stops[index + 1].elevation - stops[index].elevation;
+    const float t = (elevation - stops[index].elevation) / span;
     // Cubic Hermite interpolation between the two stops.
-    const Vec3 from = AtRegions(kStops[index], regions);
-    const Vec3 to = AtRegions(kStops[index + 1], regions);
+    const Vec3 from = AtRegions(stops[index], regions);
+    const Vec3 to = AtRegions(stops[index + 1], regions);
     const Vec3 curve = from * ((1 + 2 * t) * (1 - t) * (1 - t)) + to * (t * t * (3 - 2 * t)) +
                        SlopeAt(index, regions) * (span * t * (1 - t) * (1 - t)) -
                        SlopeAt(index + 1, regions) * (span * t * t * (1 - t));

@@ -9,9 +9,9 @@
 
 /// Paints the six faces of the sky box into the folder given.
 int main(int count, char** arguments) {
-    constexpr int kSize = 512;
+    constexpr int faceSize = 512;
     // 97 keeps the dither, which is what hides the steps of the slow gradients.
-    constexpr int kQuality = 97;
+    constexpr int jpegQuality = 97;
     if (count != 2) {
         std::fprintf(stderr, "usage: %s FOLDER\n", arguments[0]);
         return 2;
@@ -20,8 +20,8 @@ int main(int count, char** arguments) {
     std::filesystem::create_directories(folder);
     Art::Progress progress("sky", static_cast<std::int64_t>(Art::SkyFaces().size()));
     for (const Art::SkyFace& face : Art::SkyFaces()) {
-        const Art::Picture picture = Art::PaintFace(face, kSize, Art::DuskColour);
-        if (!Art::WriteEngineJpeg((folder / face.file).string(), picture, kQuality))
+        const Art::Picture picture = Art::PaintFace(face, faceSize, Art::DuskColour);
+        if (!Art::WriteEngineJpeg((folder / face.file).string(), picture, jpegQuality))
             return 1;
         progress.Add(1);
     }

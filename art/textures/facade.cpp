@@ -22,9 +22,9 @@ Picture PaintCells(int across, int up, int cellPixels,
 namespace {
 
 Rgba LitGlass(Vec2 p, unsigned id) {
-    constexpr Rgba kLights[] = {
+    constexpr Rgba lampColours[] = {
         {1.0f, 0.72f, 0.34f}, {1.0f, 0.62f, 0.24f}, {1.0f, 0.80f, 0.48f}, {0.98f, 0.52f, 0.20f}};
-    const Rgba light = kLights[Hash(id, 1) % 4];
+    const Rgba light = lampColours[Hash(id, 1) % 4];
     const float strength = 0.55f + 0.45f * HashUnit(id, 2);
     // A lamp hangs somewhere in the room; the sill and the curtains stay darker.
     const Vec2 lamp{0.25f + 0.5f * HashUnit(id, 3), 0.55f + 0.35f * HashUnit(id, 4)};

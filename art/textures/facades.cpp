@@ -8,7 +8,7 @@ namespace Art {
 
 namespace {
 
-constexpr int kBay = 64;
+constexpr int bayPixels = 64;
 
 /// A pane inside a frame: maps p to the pane and adds mullions.
 Rgba FramedPane(Vec2 p, float x0, float x1, float y0, float y1, Rgba frame, unsigned id,
@@ -38,9 +38,9 @@ float Stain(Vec2 p, float x0, float x1, float y, unsigned id) {
 }
 
 Rgba HouseWindow(Vec2 p, Rgba wall, unsigned id) {
-    constexpr Rgba kFrame{0.82f, 0.79f, 0.74f};
+    constexpr Rgba frame{0.82f, 0.79f, 0.74f};
     if (Inside(p, 0.25f, 0.75f, 0.18f, 0.23f))
-        return Shade(kFrame, 0.95f);
+        return Shade(frame, 0.95f);
     if (Inside(p, 0.27f, 0.73f, 0.80f, 0.85f))
         return Shade(wall, 1.16f);
     const bool shutters = Hash(id, 20) % 3 == 0;
@@ -50,16 +50,16 @@ Rgba HouseWindow(Vec2 p, Rgba wall, unsigned id) {
         return Shade({0.20f, 0.27f, 0.33f}, 0.75f + 0.35f * slat);
     }
     if (Inside(p, 0.29f, 0.71f, 0.23f, 0.79f))
-        return FramedPane(p, 0.29f, 0.71f, 0.23f, 0.79f, kFrame, id, 0.36f, 2, 3);
+        return FramedPane(p, 0.29f, 0.71f, 0.23f, 0.79f, frame, id, 0.36f, 2, 3);
     return Shade(wall, Stain(p, 0.25f, 0.75f, 0.18f, id));
 }
 
 Rgba HouseGround(Vec2 p, Rgba wall, unsigned id) {
-    constexpr Rgba kStone{0.60f, 0.58f, 0.56f};
+    constexpr Rgba stone{0.60f, 0.58f, 0.56f};
     if (p.y > 0.93f)
-        return Shade(kStone, 1.2f);
+        return Shade(stone, 1.2f);
     if (p.y < 0.10f)
-        return Shade(kStone, 0.8f);
+        return Shade(stone, 0.8f);
     if (Hash(id, 30) % 3 == 0) {
         const float arch =
             0.62f + 0.2f * std::sqrt(std::max(0.0f, 1 - std::pow((p.x - 0.5f) / 0.22f, 2.0f)));
@@ -70,24 +70,24 @@ Rgba HouseGround(Vec2 p, Rgba wall, unsigned id) {
                                                     ? 0.5f
                                                     : 0.85f + 0.2f * std::abs(std::sin(p.x * 70)));
         if (std::abs(p.x - 0.5f) < 0.28f && p.y < arch + 0.06f)
-            return kStone;
+            return stone;
         return wall;
     }
     if (Inside(p, 0.16f, 0.84f, 0.22f, 0.78f))
         return FramedPane(p, 0.16f, 0.84f, 0.22f, 0.78f, {0.35f, 0.28f, 0.24f}, id, 0.62f, 3, 2);
     if (Inside(p, 0.12f, 0.88f, 0.16f, 0.22f) || Inside(p, 0.12f, 0.88f, 0.78f, 0.84f))
-        return kStone;
+        return stone;
     return wall;
 }
 
 } // namespace
 
 Picture PaintHouse(Rgba plaster, unsigned seed) {
-    constexpr int kAcross = 8;
-    constexpr int kUp = 16;
-    return PaintCells(kAcross, kUp, kBay, [&](int column, int row, Vec2 p) {
+    constexpr int baysAcross = 8;
+    constexpr int storeys = 16;
+    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, Vec2 p) {
         const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
-        const Rgba wall = Shade(plaster, Grain(place, kAcross, kUp, seed));
+        const Rgba wall = Shade(plaster, Grain(place, baysAcross, storeys, seed));
         const unsigned id = Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), seed);
         return row == 0 ? HouseGround(p, wall, id) : HouseWindow(p, wall, id);
     });
@@ -96,21 +96,21 @@ Picture PaintHouse(Rgba plaster, unsigned seed) {
 namespace {
 
 Rgba PalaceBay(Vec2 p, Rgba wall, unsigned id, float share) {
-    constexpr float kHalf = 0.25f;
-    constexpr float kSpring = 0.58f;
+    constexpr float halfOpening = 0.25f;
+    constexpr float springHeight = 0.58f;
     const float dx = p.x - 0.5f;
-    const float round = std::sqrt(std::max(0.0f, kHalf * kHalf - dx * dx));
+    const float round = std::sqrt(std::max(0.0f, halfOpening * halfOpening - dx * dx));
     const float outer = std::sqrt(std::max(0.0f, 0.32f * 0.32f - dx * dx));
     if (p.x < 0.07f || p.x > 0.93f)
-        return Shade(wall, 1.18f - 0.25f * std::abs(std::sin(p.x * 2 * kPi * 7)));
+        return Shade(wall, 1.18f - 0.25f * std::abs(std::sin(p.x * 2 * pi * 7)));
     if (p.y > 0.955f || p.y < 0.04f)
         return Shade(wall, p.y > 0.5f ? 1.25f : 0.8f);
-    if (std::abs(dx) < kHalf && p.y > 0.12f && p.y < kSpring + round) {
-        const bool bar = std::abs(dx) < 0.018f || std::abs(p.y - kSpring) < 0.018f;
+    if (std::abs(dx) < halfOpening && p.y > 0.12f && p.y < springHeight + round) {
+        const bool bar = std::abs(dx) < 0.018f || std::abs(p.y - springHeight) < 0.018f;
         return bar ? Shade(wall, 0.7f)
-                   : Glass({dx / (2 * kHalf) + 0.5f, (p.y - 0.12f) / 0.72f}, id, share);
+                   : Glass({dx / (2 * halfOpening) + 0.5f, (p.y - 0.12f) / 0.72f}, id, share);
     }
-    if (std::abs(dx) < 0.32f && p.y > 0.09f && p.y < kSpring + outer)
+    if (std::abs(dx) < 0.32f && p.y > 0.09f && p.y < springHeight + outer)
         return Shade(wall, 1.2f);
     return Shade(wall, Stain(p, 0.2f, 0.8f, 0.1f, id));
 }
@@ -118,22 +118,22 @@ Rgba PalaceBay(Vec2 p, Rgba wall, unsigned id, float share) {
 } // namespace
 
 Picture PaintPalace() {
-    constexpr int kAcross = 8;
-    constexpr int kUp = 16;
-    return PaintCells(kAcross, kUp, kBay, [&](int column, int row, Vec2 p) {
+    constexpr int baysAcross = 8;
+    constexpr int storeys = 16;
+    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, Vec2 p) {
         const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
-        const Rgba wall = Shade({0.66f, 0.62f, 0.57f}, Grain(place, kAcross, kUp, 77));
+        const Rgba wall = Shade({0.66f, 0.62f, 0.57f}, Grain(place, baysAcross, storeys, 77));
         const unsigned id = Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), 78);
         return PalaceBay(p, wall, id, row == 0 ? 0.7f : 0.42f);
     });
 }
 
 Picture PaintTower() {
-    constexpr int kAcross = 16;
-    constexpr int kUp = 16;
-    return PaintCells(kAcross, kUp, kBay, [&](int column, int row, Vec2 p) {
+    constexpr int baysAcross = 16;
+    constexpr int storeys = 16;
+    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, Vec2 p) {
         const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
-        const Rgba wall = Shade({0.58f, 0.57f, 0.58f}, Grain(place, kAcross, kUp, 91));
+        const Rgba wall = Shade({0.58f, 0.57f, 0.58f}, Grain(place, baysAcross, storeys, 91));
         const unsigned floorId = Hash(static_cast<unsigned>(row), 92);
         // Whole floors at work or asleep, with exceptions.
         const float share = 0.12f + 0.5f * HashUnit(floorId) * HashUnit(floorId, 1);
@@ -149,7 +149,7 @@ Picture PaintTower() {
                     share, 1, 2);
         }
         if (p.y < 0.2f)
-            return Shade(wall, 0.72f + 0.1f * std::abs(std::sin(p.x * 2 * kPi * 3)));
+            return Shade(wall, 0.72f + 0.1f * std::abs(std::sin(p.x * 2 * pi * 3)));
         return wall;
     });
 }

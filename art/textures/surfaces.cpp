@@ -25,8 +25,8 @@ Picture PaintPlane(int side, float units, Colour colour) {
 
 Picture PaintStone() {
     return PaintPlane(512, 8, [](Vec2 p) {
-        constexpr float kCourse = 0.5f;
-        const int row = static_cast<int>(p.y / kCourse);
+        constexpr float courseHeight = 0.5f;
+        const int row = static_cast<int>(p.y / courseHeight);
         const float shift = 0.5f * HashUnit(static_cast<unsigned>(row), 5);
         const float length = row % 2 == 0 ? 1.0f : 0.8f;
         const int count = static_cast<int>(8 / length);
@@ -34,8 +34,8 @@ Picture PaintStone() {
         const int column = static_cast<int>(std::floor(along)) % count;
         const unsigned id = Hash(static_cast<unsigned>(row), static_cast<unsigned>(column), 6);
         const float fx = (along - std::floor(along)) * length;
-        const float fy = p.y - static_cast<float>(row) * kCourse;
-        const float edge = std::min(std::min(fx, length - fx), std::min(fy, kCourse - fy));
+        const float fy = p.y - static_cast<float>(row) * courseHeight;
+        const float edge = std::min(std::min(fx, length - fx), std::min(fy, courseHeight - fy));
         const float grain = 1 + 0.12f * Fbm2(p, 3, 5, 8) + 0.05f * Noise2(p * 24, 4, 192);
         const float tone = (0.84f + 0.3f * HashUnit(id)) * grain *
                            (0.62f + 0.38f * SmoothStep(0.0f, 0.035f, edge));
@@ -53,12 +53,12 @@ Picture PaintTrim() {
 
 Picture PaintRoof() {
     return PaintPlane(512, 6, [](Vec2 p) {
-        constexpr int kRows = 24;
-        constexpr int kColumns = 20;
-        const float y = p.y / 6 * kRows;
+        constexpr int rowCount = 24;
+        constexpr int columnCount = 20;
+        const float y = p.y / 6 * rowCount;
         const int row = static_cast<int>(y);
-        const float x = p.x / 6 * kColumns + (row % 2 == 0 ? 0.0f : 0.5f);
-        const int column = static_cast<int>(x) % kColumns;
+        const float x = p.x / 6 * columnCount + (row % 2 == 0 ? 0.0f : 0.5f);
+        const int column = static_cast<int>(x) % columnCount;
         const unsigned id = Hash(static_cast<unsigned>(row), static_cast<unsigned>(column), 21);
         const float fx = x - std::floor(x);
         const float fy = y - static_cast<float>(row);
@@ -74,7 +74,7 @@ Picture PaintRoof() {
 Picture PaintSeaBed() {
     return PaintPlane(512, 12, [](Vec2 p) {
         const float bend = 0.6f * Noise2(p * 0.5f, 31, 6);
-        const float ripple = std::sin((p.y + bend) * 2 * kPi * 1.5f + Noise2(p, 32, 12) * 2.0f);
+        const float ripple = std::sin((p.y + bend) * 2 * pi * 1.5f + Noise2(p, 32, 12) * 2.0f);
         const Cell stones = Cellular2(p, 33, 12);
         const bool stone = HashUnit(stones.id, 4) < 0.35f &&
                            stones.nearest < 0.22f + 0.2f * HashUnit(stones.id, 5);
@@ -87,8 +87,8 @@ Picture PaintSeaBed() {
 }
 
 Picture PaintLamp() {
-    constexpr int kSide = 32;
-    return PaintPlane(kSide, 1, [](Vec2 p) {
+    constexpr int side = 32;
+    return PaintPlane(side, 1, [](Vec2 p) {
         const float edge = std::min({p.x, 1 - p.x, p.y, 1 - p.y});
         if (edge < 0.06f)
             return Rgba{0.16f, 0.13f, 0.12f, 1};
@@ -99,17 +99,17 @@ Picture PaintLamp() {
 }
 
 bool WriteTextures(const std::string& folder) {
-    constexpr int kQuality = 92;
+    constexpr int jpegQuality = 92;
     const std::string to = folder + "/";
     return WritePng(to + "tower.png", PaintTower(), 4) &&
            WritePng(to + "house_warm.png", PaintHouse({0.68f, 0.53f, 0.42f}, 41), 4) &&
            WritePng(to + "house_cool.png", PaintHouse({0.60f, 0.58f, 0.58f}, 42), 4) &&
            WritePng(to + "palace.png", PaintPalace(), 4) &&
            WritePng(to + "lamp.png", PaintLamp(), 4, Depth::Rounded) &&
-           WriteEngineJpeg(to + "stone.jpg", PaintStone(), kQuality) &&
-           WriteEngineJpeg(to + "trim.jpg", PaintTrim(), kQuality) &&
-           WriteEngineJpeg(to + "roof.jpg", PaintRoof(), kQuality) &&
-           WriteEngineJpeg(to + "seabed.jpg", PaintSeaBed(), kQuality);
+           WriteEngineJpeg(to + "stone.jpg", PaintStone(), jpegQuality) &&
+           WriteEngineJpeg(to + "trim.jpg", PaintTrim(), jpegQuality) &&
+           WriteEngineJpeg(to + "roof.jpg", PaintRoof(), jpegQuality) &&
+           WriteEngineJpeg(to + "seabed.jpg", PaintSeaBed(), jpegQuality);
 }
 
 } // namespace Art

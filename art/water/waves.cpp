@@ -28,7 +28,7 @@ struct Scale {
 
 // The tile is twenty units wide: swell of ten to four units that bends whole reflections, waves of
 // four to one that break their edges, and ripples that make them sparkle near the eye.
-constexpr Scale kScales[] = {
+constexpr Scale scales[] = {
     {2, 5, 14, 0.14f, 0.0f},
     {5, 12, 30, 0.16f, 0.25f},
     {12, 30, 48, 0.11f, 0.6f},
@@ -37,12 +37,12 @@ constexpr Scale kScales[] = {
 
 // The mirrored picture is ten times as wide as high and is shifted by fractions of either side, so
 // the same slope along s moves it ten times as far; waves run mostly along t to balance this.
-constexpr float kAcross = 0.45f;
+constexpr float acrossShare = 0.45f;
 
 Wave DrawWave(const Scale& scale, Random& random) {
     for (;;) {
         const float length = scale.fewest * std::pow(scale.most / scale.fewest, random.Unit());
-        const float angle = random.Range(0, 2 * kPi);
+        const float angle = random.Range(0, 2 * pi);
         const int x = static_cast<int>(std::lround(length * std::cos(angle)));
         const int y = static_cast<int>(std::lround(length * std::sin(angle)));
         if (x == 0 && y == 0)
@@ -51,8 +51,8 @@ Wave DrawWave(const Scale& scale, Random& random) {
         const Vec2 heading = {static_cast<float>(x) / periods, static_cast<float>(y) / periods};
         // A sine of amplitude 1 has a root mean square of sqrt(1/2).
         const float each = scale.steep * std::sqrt(2.0f / static_cast<float>(scale.waves));
-        const Vec2 slope = {heading.x * each * kAcross, heading.y * each};
-        return {x, y, random.Range(0, 2 * kPi), slope};
+        const Vec2 slope = {heading.x * each * acrossShare, heading.y * each};
+        return {x, y, random.Range(0, 2 * pi), slope};
     }
 }
 
@@ -90,7 +90,7 @@ void FillRow(const std::vector<std::vector<Wave>>& sea, int t, SlopeMap& map) {
         for (const Wave& wave : sea[i])
             AddToRow(wave, map.size, t, row);
         for (int s = 0; s < map.size; ++s) {
-            const float share = Mix(1.0f, 1.7f * Gust(s, t, map.size), kScales[i].gusting);
+            const float share = Mix(1.0f, 1.7f * Gust(s, t, map.size), scales[i].gusting);
             Vec2& slope = map.slopes[static_cast<std::size_t>(t) * map.size + s];
             slope = slope + row[s] * share;
         }
@@ -115,7 +115,7 @@ void Level(SlopeMap& map) {
 
 SlopeMap MakeWaves(int size) {
     std::vector<std::vector<Wave>> sea;
-    for (const Scale& scale : kScales)
+    for (const Scale& scale : scales)
         sea.push_back(DrawWaves(scale, 700 + static_cast<std::uint32_t>(sea.size())));
     SlopeMap map{size, std::vector<Vec2>(static_cast<std::size_t>(size) * size)};
     ForEachIndex(size, 0, [&](int t) { FillRow(sea, t, map); });

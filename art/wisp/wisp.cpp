@@ -18,7 +18,7 @@ struct Layer {
 
 // Beyond this share of a quad's half side the light is black, since the shader's pulse makes
 // quads grow by up to a tenth and their corners swing round.
-constexpr float kRim = 0.86f;
+constexpr float rimShare = 0.86f;
 
 /// Fades every light to nothing at the rim.
 float Inside(Vec2 p) {
@@ -43,7 +43,7 @@ float Rays(Vec2 p) {
 
 float Sparks(Vec2 p) {
     const float r = Length(p);
-    const float angle = std::atan2(p.y, p.x) / (2 * kPi) * 14;
+    const float angle = std::atan2(p.y, p.x) / (2 * pi) * 14;
     const Cell cell = Cellular2({angle, r * 4.5f}, 467, 14);
     const float spark = std::exp(-cell.nearest * cell.nearest * 90) * HashUnit(cell.id, 3);
     const float ring = SmoothStep(0.18f, 0.45f, r) * (1 - SmoothStep(0.55f, 0.95f, r));
@@ -56,7 +56,7 @@ float Core(Vec2 p) {
 }
 
 // In the order of the cells, from the lower left.
-constexpr std::array<Layer, 4> kLayers = {{
+constexpr std::array<Layer, 4> layers = {{
     {Halo, 0.0f, 2.6f, 1},
     {Rays, 0.35f, 2.5f, -1},
     {Sparks, 0.45f, 1.5f, 1},
@@ -76,8 +76,8 @@ void PaintCell(const WispKind& kind, int index, int cell, Picture& picture) {
             const float half = static_cast<float>(cell) / 2;
             const Vec2 p = {(static_cast<float>(x) + 0.5f - half) / half,
                             (static_cast<float>(y) + 0.5f - half) / half};
-            const Layer& layer = kLayers[index];
-            const Vec3 light = LightColour(kind, layer, layer.shape(p * (1 / kRim)));
+            const Layer& layer = layers[index];
+            const Vec3 light = LightColour(kind, layer, layer.shape(p * (1 / rimShare)));
             const int fromTop = picture.Height() - 1 - (bottom + y);
             picture.At(left + x, fromTop) = {Clamp01(light.x), Clamp01(light.y), Clamp01(light.z),
                                              1};
@@ -89,7 +89,7 @@ MeshVertex Corner(int index, float radius, Vec2 side) {
     const int row = index / 2;
     const Vec2 cell = {static_cast<float>(column), static_cast<float>(row)};
     const Vec2 at = {(cell.x + 0.5f + 0.5f * side.x) / 2, (cell.y + 0.5f + 0.5f * side.y) / 2};
-    const float depth = kLayers[index].turn * radius;
+    const float depth = layers[index].turn * radius;
     return {{side.x * radius, side.y * radius, depth}, {0, 0, 1}, at, {}};
 }
 
@@ -106,17 +106,17 @@ const std::array<WispKind, 3>& WispKinds() {
 
 Picture WispLight(const WispKind& kind, int cell) {
     Picture picture(2 * cell, 2 * cell);
-    for (int i = 0; i < static_cast<int>(kLayers.size()); ++i)
+    for (int i = 0; i < static_cast<int>(layers.size()); ++i)
         PaintCell(kind, i, cell, picture);
     return picture;
 }
 
 MeshFile WispMesh(const WispKind& kind) {
-    constexpr Vec2 kCorners[] = {{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}};
+    constexpr Vec2 corners[] = {{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}};
     SubMesh quads{{kind.name + ".png", "", ""}, {}};
-    for (int i = 0; i < static_cast<int>(kLayers.size()); ++i)
-        for (const Vec2& side : kCorners)
-            quads.vertices.push_back(Corner(i, kLayers[i].radius * kind.size, side));
+    for (int i = 0; i < static_cast<int>(layers.size()); ++i)
+        for (const Vec2& side : corners)
+            quads.vertices.push_back(Corner(i, layers[i].radius * kind.size, side));
     return {"Data/Gfx/Wisp/", false, {quads}};
 }
 

@@ -129,7 +129,7 @@ TEST(Baker, The_sun_counts_by_its_height) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
     // 30 degrees over the horizon: half of its strength falls on the ground.
-    scene.sun = {{std::sqrt(0.75f), 0.5f, 0}, {kPi, 2 * kPi, 0}, 0};
+    scene.sun = {{std::sqrt(0.75f), 0.5f, 0}, {pi, 2 * pi, 0}, 0};
     const Vec3 light = Mean(BakeLight(scene, Fine()), kFloor);
     EXPECT_NEAR(light.x, 0.5f, 0.0005f);
     EXPECT_NEAR(light.y, 1.0f, 0.001f);
@@ -140,7 +140,7 @@ TEST(Baker, A_broad_sun_makes_a_soft_shadow_edge) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
     AddQuad(scene.mesh, {-50, 4, -50}, {50, 0, 0}, {0, 0, 100}, {30, 4, 8});
-    scene.sun = {{0, 1, 0}, {kPi, kPi, kPi}, 0.1f};
+    scene.sun = {{0, 1, 0}, {pi, pi, pi}, 0.1f};
     const Picture light = BakeLight(scene, Fine());
     // The lid covers x < 0, 4 over the floor: the shadow's edge is 2 * 4 * 0.1 = 0.8 wide.
     const auto at = [&](int column) { return light.At(kFloor.x + column, kSize - 1 - 12).r; };
@@ -155,7 +155,7 @@ TEST(Baker, A_lamp_weakens_with_the_square_of_its_distance) {
     for (const float height : {2.0f, 4.0f}) {
         BakeScene scene = EmptyScene();
         AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, kFloor);
-        scene.lamps.push_back({{0, height, 0}, {kPi, 0, 0}, 0});
+        scene.lamps.push_back({{0, height, 0}, {pi, 0, 0}, 0});
         EXPECT_NEAR(Mean(BakeLight(scene, Fine()), kFloor).x, 1 / (height * height),
                     0.01f / (height * height));
     }
@@ -166,7 +166,7 @@ TEST(Baker, A_lamp_right_beside_a_wall_lights_it) {
     // 0.07 aside: pi / pi * cos / d^2 lies between 0.96 / 0.26^2 = 14 and 1 / 0.15^2 = 45.
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, kFloor);
-    scene.lamps.push_back({{0, 0.2f, 0}, {kPi, 0, 0}, 0.1f});
+    scene.lamps.push_back({{0, 0.2f, 0}, {pi, 0, 0}, 0.1f});
     const float light = Mean(BakeLight(scene, Fine()), kFloor).x;
     EXPECT_GT(light, 14);
     EXPECT_LT(light, 45);

@@ -107,7 +107,7 @@ TEST(Plan, The_basin_is_open_water_nine_units_round) {
     // Stairs and boats may reach in by two units; nothing else stands inside.
     for (float radius = 0; radius < 7; radius += 0.25f)
         for (int i = 0; i < 64; ++i) {
-            const float angle = 2 * kPi * static_cast<float>(i) / 64;
+            const float angle = 2 * pi * static_cast<float>(i) / 64;
             const Vec2 p{26 + radius * std::cos(angle), 14 + radius * std::sin(angle)};
             ASSERT_LT(HeightAt(p), 0) << p.x << " " << p.y;
         }

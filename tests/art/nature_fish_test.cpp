@@ -181,9 +181,8 @@ TEST(NatureFish, Skin_covers_every_vertex) {
 TEST(NatureFish, Skin_is_dark_above_and_bright_below) {
     const Art::Picture skin = Art::FishSkin(128);
     const auto at = [&](float x, float y) {
-        const Art::Rgba p =
-            skin.Sample((x - Art::kSkinLow.x) / (Art::kSkinHigh.x - Art::kSkinLow.x),
-                        (y - Art::kSkinLow.y) / (Art::kSkinHigh.y - Art::kSkinLow.y));
+        const Art::Rgba p = skin.Sample((x - Art::skinLow.x) / (Art::skinHigh.x - Art::skinLow.x),
+                                        (y - Art::skinLow.y) / (Art::skinHigh.y - Art::skinLow.y));
         return (p.r + p.g + p.b) / 3;
     };
     EXPECT_GT(at(0.5f, -0.12f), at(0.5f, 0.16f) + 0.4f);

@@ -61,8 +61,8 @@ TEST(NatureLogo, Ink_is_bright_and_the_ground_dark_even_half_faded) {
     double ground = 0;
     int inks = 0;
     int grounds = 0;
-    for (int y = 0; y < Art::kLogoHeight / 2; ++y)
-        for (int x = 0; x < Art::kLogoWidth; ++x) {
+    for (int y = 0; y < Art::logoHeight / 2; ++y)
+        for (int x = 0; x < Art::logoWidth; ++x) {
             const float covered = Art::InkAt(x, y);
             if (covered == 1) {
                 ink += Brightness(title.At(x, y));
@@ -82,7 +82,7 @@ TEST(NatureLogo, Ink_is_bright_and_the_ground_dark_even_half_faded) {
 class NatureLogoSprite : public GlTest {};
 
 TEST_F(NatureLogoSprite, Reads_from_left_to_right_over_the_whole_window) {
-    const Vell::ivec2 window(Art::kLogoWidth, Art::kLogoHeight);
+    const Vell::ivec2 window(Art::logoWidth, Art::logoHeight);
     Vell::SetScreen(window); // sprites measure themselves against it
     Vell::FBO target;
     target.SetSize(window);
@@ -94,11 +94,11 @@ TEST_F(NatureLogoSprite, Reads_from_left_to_right_over_the_whole_window) {
     UseUnitOrtho();
     glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
     logo.Draw();
-    const Picture shown = ReadScreen(Art::kLogoWidth, Art::kLogoHeight);
+    const Picture shown = ReadScreen(Art::logoWidth, Art::logoHeight);
     target.Disable();
     const Art::Picture title = Art::TitlePicture();
-    const Picture expected = MakePicture(Art::kLogoWidth, Art::kLogoHeight, [&](int x, int y) {
-        const Art::Rgba& p = title.At(x, Art::kLogoHeight - 1 - y);
+    const Picture expected = MakePicture(Art::logoWidth, Art::logoHeight, [&](int x, int y) {
+        const Art::Rgba& p = title.At(x, Art::logoHeight - 1 - y);
         const auto byte = [](float v) { return static_cast<int>(std::lround(v * 255)); };
         return Rgba{byte(p.r), byte(p.g), byte(p.b), 255};
     });

@@ -203,9 +203,9 @@ TEST(NatureSky, Falls_into_dark_water_below_the_horizon) {
 TEST(NatureSky, Lets_no_water_shine_through_above_the_far_rim_of_the_sea) {
     // From ten units up the sea's rim, 1024 units away, lies atan(10 / 1024) = 0.56 degrees low.
     for (int i = 0; i < 36; ++i) {
-        const float angle = static_cast<float>(i) * Art::kPi / 18;
+        const float angle = static_cast<float>(i) * Art::pi / 18;
         const auto at = [&](float degrees) {
-            const float up = degrees * Art::kPi / 180;
+            const float up = degrees * Art::pi / 180;
             return Art::DuskColour(
                 {std::cos(angle) * std::cos(up), std::sin(up), std::sin(angle) * std::cos(up)});
         };
@@ -217,7 +217,7 @@ TEST(NatureSky, Lets_no_water_shine_through_above_the_far_rim_of_the_sea) {
 
 TEST(NatureSky, Draws_a_hair_of_dark_sea_along_the_horizon) {
     for (int i = 0; i < 36; ++i) {
-        const float angle = static_cast<float>(i) * Art::kPi / 18;
+        const float angle = static_cast<float>(i) * Art::pi / 18;
         const auto brightness = [&](float y) {
             const Vec3 c = Art::DuskColour(Art::Normalize({std::cos(angle), y, std::sin(angle)}));
             return c.x + c.y + c.z;

@@ -187,7 +187,7 @@ TEST_F(NatureWispLight, Has_a_hot_middle_and_a_dark_rim) {
     EXPECT_GT(middle.b, 240);
     // The largest layer's half side at this distance, in pixels, with room for the breath.
     const float pixelsPerUnit =
-        static_cast<float>(screenSize) / 2 / (std::tan(Art::kPi / 6) * distance);
+        static_cast<float>(screenSize) / 2 / (std::tan(Art::pi / 6) * distance);
     const float reach = LargestRadius(Art::WispKinds()[2]) * pixelsPerUnit;
     for (int y = 0; y < screenSize; ++y)
         for (int x = 0; x < screenSize; ++x) {
@@ -204,7 +204,7 @@ TEST_F(NatureWispLight, Passes_the_alpha_test_even_where_it_is_dark) {
     glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
     const Picture picture = Shown(wisp, Vell::vec3(0, 0, distance));
     const float pixelsPerUnit =
-        static_cast<float>(screenSize) / 2 / (std::tan(Art::kPi / 6) * distance);
+        static_cast<float>(screenSize) / 2 / (std::tan(Art::pi / 6) * distance);
     const int out = static_cast<int>(0.92f * LargestRadius(Art::WispKinds()[2]) * pixelsPerUnit);
     const Rgba rim = picture.At(screenSize / 2 + out, screenSize / 2);
     EXPECT_EQ(rim.r + rim.g + rim.b, 0);
