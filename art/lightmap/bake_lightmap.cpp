@@ -62,8 +62,8 @@ Vec3 Veil(Vec3 p) {
 
 /// Under water the light comes from above; over it the dusk.
 Vec3 Sky(Vec3 direction) {
-    constexpr Vec3 kSeaLight{0.16f, 0.25f, 0.28f};
-    return direction.y > 0 ? SkyRadiance(direction) * 2.2f : kSeaLight;
+    constexpr Vec3 seaLight{0.16f, 0.25f, 0.28f};
+    return direction.y > 0 ? SkyRadiance(direction) * 2.2f : seaLight;
 }
 
 /// The last light has left the streets and still stands on the towers.
@@ -72,8 +72,8 @@ float SunShare(Vec3 p) {
 }
 
 BakeScene CityScene(const std::string& folder, bool& whole) {
-    constexpr Vec3 kLampColour{1.0f, 0.62f, 0.26f};
-    constexpr float kLampPower = 0.45f;
+    constexpr Vec3 lampColour{1.0f, 0.62f, 0.26f};
+    constexpr float lampPower = 0.45f;
     BakeScene scene;
     std::string error;
     whole = ReadMesh(folder + "/city.xt3dstatic", scene.mesh, error);
@@ -86,7 +86,7 @@ BakeScene CityScene(const std::string& folder, bool& whole) {
         whole = whole && scene.surfaces[name].Width() > 0;
     }
     for (const LampLight& lamp : BuildCity(kCitySeed).lamps)
-        scene.lamps.push_back({lamp.position, kLampColour * (kLampPower * lamp.power), 0.14f});
+        scene.lamps.push_back({lamp.position, lampColour * (lampPower * lamp.power), 0.14f});
     scene.sun = {LightDirection(), LightIrradiance(), 0.035f, SunShare};
     scene.sky = Sky;
     scene.veil = Veil;
@@ -107,6 +107,7 @@ int main(int argc, char** argv) {
     if (!whole)
         return 1;
     const Picture light = BakeLight(scene, options.quality);
-    constexpr int kQuality = 93;
-    return WriteEngineJpeg(options.folder + "/lightmap.jpg", EncodeLight(light), kQuality) ? 0 : 1;
+    constexpr int jpegQuality = 93;
+    return WriteEngineJpeg(options.folder + "/lightmap.jpg", EncodeLight(light), jpegQuality) ? 0
+                                                                                              : 1;
 }

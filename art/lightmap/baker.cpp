@@ -12,11 +12,11 @@ namespace Art {
 
 namespace {
 
-constexpr float kFar = 10000;
+constexpr float sceneReach = 10000;
 // How far off its surface a ray starts, so that it does not meet the surface itself.
-constexpr float kLift = 0.003f;
+constexpr float liftOff = 0.003f;
 // A texel most of whose rays end on the inside of walls lies within a solid.
-constexpr float kInsideShare = 0.5f;
+constexpr float insideShare = 0.5f;
 
 /// A triangle as rays see it.
 struct Facet {
@@ -131,7 +131,7 @@ Vec3 Bake::Sun(const Texel& texel, Vec3 from, Vec2 shift) const {
         const float angle = 2 * pi * p.y;
         const Vec3 direction = Normalize(scene.sun.direction + a * (radius * std::cos(angle)) +
                                          b * (radius * std::sin(angle)));
-        open += rays->Blocked(from, direction, kFar) ? 0 : 1;
+        open += rays->Blocked(from, direction, sceneReach) ? 0 : 1;
     }
     return scene.sun.irradiance * (scene.sun.share(texel.position) * facing *
                                    static_cast<float>(open) / static_cast<float>(count) / pi);
@@ -152,18 +152,18 @@ Vec3 Bake::Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitt
 
 Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
     // A lamp whose light would be weaker than this is not traced.
-    constexpr float kNegligible = 0.0008f;
+    constexpr float negligible = 0.0008f;
     // Within so many of its radii a lamp is so big that one ray to it leaves the wall speckled.
-    constexpr float kNear = 8;
-    constexpr unsigned kNearRays = 16;
+    constexpr float nearRadii = 8;
+    constexpr unsigned nearRays = 16;
     Vec3 sum;
     for (std::size_t i = 0; i < scene.lamps.size(); ++i) {
         const PointLight& lamp = scene.lamps[i];
         const Vec3 middle = lamp.position - from;
         const float brightest = std::max({lamp.intensity.x, lamp.intensity.y, lamp.intensity.z});
-        if (brightest < kNegligible * pi * Dot(middle, middle))
+        if (brightest < negligible * pi * Dot(middle, middle))
             continue;
-        const unsigned count = Length(middle) < kNear * lamp.radius ? kNearRays : 1;
+        const unsigned count = Length(middle) < nearRadii * lamp.radius ? nearRays : 1;
         for (unsigned r = 0; r < count; ++r) {
             const unsigned n = static_cast<unsigned>(i) + r * 4096;
             const Vec3 jitter{HashUnit(id, n, 1) - 0.5f, HashUnit(id, n, 2) - 0.5f,
@@ -176,7 +176,7 @@ Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
 
 Vec3 Bake::Direct(const Texel& texel) const {
     const unsigned id = IdOf(texel);
-    const Vec3 from = texel.position + texel.normal * kLift;
+    const Vec3 from = texel.position + texel.normal * liftOff;
     return Sun(texel, from, {HashUnit(id, 1), HashUnit(id, 2)}) + Lamps(texel, from, id);
 }
 
@@ -197,7 +197,7 @@ Vec3 Bake::Leaving(const Hit& hit) const {
 Vec3 Bake::Gather(const Texel& texel, int count, unsigned pass, float& inside) const {
     const unsigned id = Hash(IdOf(texel), pass);
     const Vec2 shift{HashUnit(id, 1), HashUnit(id, 2)};
-    const Vec3 from = texel.position + texel.normal * kLift;
+    const Vec3 from = texel.position + texel.normal * liftOff;
     Vec3 a;
     Vec3 b;
     FrameAround(texel.normal, a, b);
@@ -206,7 +206,7 @@ Vec3 Bake::Gather(const Texel& texel, int count, unsigned pass, float& inside) c
     for (int i = 0; i < count; ++i) {
         const Vec3 direction = CosineDirection(EvenPoint(i, shift), texel.normal, a, b);
         Hit hit;
-        if (!rays->Closest(from, direction, kFar, hit))
+        if (!rays->Closest(from, direction, sceneReach, hit))
             sum += scene.sky(direction);
         else if (Dot(facets[hit.triangle].normal, direction) < 0)
             sum += Leaving(hit);
@@ -219,16 +219,16 @@ Vec3 Bake::Gather(const Texel& texel, int count, unsigned pass, float& inside) c
 
 void Bake::Pass(const char* title,
                 const std::function<Vec3(const Texel&, std::uint8_t&)>& texelLight) {
-    constexpr int kChunk = 2048;
-    const int chunks = static_cast<int>((texels.size() + kChunk - 1) / kChunk);
+    constexpr int chunkSize = 2048;
+    const int chunks = static_cast<int>((texels.size() + chunkSize - 1) / chunkSize);
     std::vector<Vec3> result(total.size());
     std::vector<std::uint8_t> valid(total.size());
     {
         Progress progress(title, chunks);
         ForEachIndex(chunks, quality.threads, [&](int chunk) {
             const std::size_t end =
-                std::min(texels.size(), static_cast<std::size_t>(chunk + 1) * kChunk);
-            for (std::size_t i = static_cast<std::size_t>(chunk) * kChunk; i < end; ++i) {
+                std::min(texels.size(), static_cast<std::size_t>(chunk + 1) * chunkSize);
+            for (std::size_t i = static_cast<std::size_t>(chunk) * chunkSize; i < end; ++i) {
                 const std::size_t at = IndexOf(texels[i]);
                 valid[at] = 1;
                 result[at] = texelLight(texels[i], valid[at]) * scene.veil(texels[i].position);
@@ -243,13 +243,13 @@ void Bake::Pass(const char* title,
 /// Mean of the gathered light round a texel over texels of the same plane, near ones most.
 /// Gathered light changes slowly, its sampling noise does not.
 Vec3 Bake::Smoothed(const Texel& texel, const std::vector<int>& texelAt) const {
-    constexpr int kReach = 2;
+    constexpr int smoothReach = 2;
     Vec3 sum;
     float weights = 0;
-    for (int y = std::max(texel.y - kReach, 0); y <= std::min(texel.y + kReach, quality.size - 1);
-         ++y) {
-        for (int x = std::max(texel.x - kReach, 0);
-             x <= std::min(texel.x + kReach, quality.size - 1); ++x) {
+    for (int y = std::max(texel.y - smoothReach, 0);
+         y <= std::min(texel.y + smoothReach, quality.size - 1); ++y) {
+        for (int x = std::max(texel.x - smoothReach, 0);
+             x <= std::min(texel.x + smoothReach, quality.size - 1); ++x) {
             const std::size_t at = static_cast<std::size_t>(y) * quality.size + x;
             if (texelAt[at] < 0 || known[at] == 0)
                 continue;
@@ -288,7 +288,7 @@ Picture Bake::Run() {
         Pass(last ? "last gathering" : "gathering", [&](const Texel& t, std::uint8_t& valid) {
             float inside = 0;
             const Vec3 light = Gather(t, count, static_cast<unsigned>(bounce), inside);
-            valid = inside < kInsideShare ? 1 : 0;
+            valid = inside < insideShare ? 1 : 0;
             gathered[IndexOf(t)] = light;
             return direct[IndexOf(t)] + light;
         });

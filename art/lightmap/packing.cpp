@@ -80,11 +80,11 @@ bool PackCharts(std::vector<Chart>& charts, int size) {
     Skyline skyline(size);
     for (const std::size_t i : order) {
         Chart& chart = charts[i];
-        if (!skyline.Place(chart.width + 2 * kChartPadding, chart.height + 2 * kChartPadding,
-                           chart.x, chart.y))
+        if (!skyline.Place(chart.width + 2 * chartPadding, chart.height + 2 * chartPadding, chart.x,
+                           chart.y))
             return false;
-        chart.x += kChartPadding;
-        chart.y += kChartPadding;
+        chart.x += chartPadding;
+        chart.y += chartPadding;
     }
     return true;
 }

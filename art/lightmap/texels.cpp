@@ -47,12 +47,10 @@ struct Claim {
 
 void ClaimTexels(std::vector<Claim>& claims, const Footprint& t, int triangle, int size) {
     // A texel's middle may lie this far outside and still be claimed for the filter's sake.
-    constexpr float kMargin = 1.0f;
-    const auto low = [&](float v) {
-        return std::max(0, static_cast<int>(std::floor(v - kMargin)));
-    };
+    constexpr float margin = 1.0f;
+    const auto low = [&](float v) { return std::max(0, static_cast<int>(std::floor(v - margin))); };
     const auto high = [&](float v) {
-        return std::min(size - 1, static_cast<int>(std::ceil(v + kMargin)));
+        return std::min(size - 1, static_cast<int>(std::ceil(v + margin)));
     };
     const int y1 = high(std::max({t.a.y, t.b.y, t.c.y}));
     const int x1 = high(std::max({t.a.x, t.b.x, t.c.x}));
@@ -62,7 +60,7 @@ void ClaimTexels(std::vector<Claim>& claims, const Footprint& t, int triangle, i
             const Vec2 point = NearestIn(t, middle);
             const float distance = Length(point - middle);
             Claim& claim = claims[static_cast<std::size_t>(y) * size + x];
-            if (distance <= kMargin && distance < claim.distance)
+            if (distance <= margin && distance < claim.distance)
                 claim = {triangle, distance, point};
         }
     }
