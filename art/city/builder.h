@@ -11,7 +11,7 @@ namespace Art {
 /// What a surface is made of: one texture file each.
 enum class Material { Tower, HouseWarm, HouseCool, Palace, Stone, Trim, Roof, SeaBed, Lamp, Count };
 
-inline constexpr int kMaterialCount = static_cast<int>(Material::Count);
+inline constexpr int materialCount = static_cast<int>(Material::Count);
 
 /// File name of a material's texture and how many units one repeat of it covers.
 struct MaterialFile {
@@ -63,14 +63,14 @@ struct Place {
 ///
 /// Parts are built in the local coordinates of the current place: +x along the front,
 /// +y up, +z out of the front. Below y = 0 lies water: a wall that crosses the surface is
-/// split a little under it (kSplitHigh, kSplitLow), because the material drops all that lies
+/// split a little under it (splitHigh, splitLow), because the material drops all that lies
 /// under water while the eye is above it.
 class Builder {
 public:
     /// Walls above the water end here ...
-    static constexpr float kSplitHigh = -0.04f;
+    static constexpr float splitHigh = -0.04f;
     /// ... and what is under water starts here.
-    static constexpr float kSplitLow = -0.05f;
+    static constexpr float splitLow = -0.05f;
 
     std::vector<Surface> surfaces;
     std::vector<LampLight> lamps;

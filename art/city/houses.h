@@ -5,7 +5,7 @@
 namespace Art {
 
 /// Height of the quays and streets over the water.
-inline constexpr float kQuay = 0.7f;
+inline constexpr float quayHeight = 0.7f;
 
 /// What a row of houses looks like.
 struct RowStyle {

@@ -55,7 +55,7 @@ std::optional<Order> Understand(int argc, char** argv) {
 }
 
 int Make(const Order& order) {
-    const Art::Builder city = Art::BuildCity(Art::kCitySeed);
+    const Art::Builder city = Art::BuildCity(Art::citySeed);
     Art::MeshReport report;
     const Art::MeshFile mesh = Art::MeshCity(city, Art::MeasureCity(city), report, order.steps);
     const std::string path = order.folder + "/city.xt3dstatic";

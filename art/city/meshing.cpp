@@ -236,11 +236,11 @@ std::vector<Charted> ToShow(const std::vector<Surface>& surfaces, const Measures
 /// The surfaces in this order, cut into bands, one sub-mesh a texture and band.
 void AppendBands(MeshFile& mesh, const std::vector<Charted>& all,
                  const std::vector<std::size_t>& order, int bands) {
-    std::vector<SubMesh> bins(static_cast<std::size_t>(bands) * kMaterialCount);
+    std::vector<SubMesh> bins(static_cast<std::size_t>(bands) * materialCount);
     for (std::size_t i = 0; i < order.size(); ++i) {
         const Charted& c = all[order[i]];
         const auto material = static_cast<std::size_t>(c.surface->paint.material);
-        SubMesh& bin = bins[i * bands / order.size() * kMaterialCount + material];
+        SubMesh& bin = bins[i * bands / order.size() * materialCount + material];
         bin.textures[0] = FileOf(c.surface->paint.material).texture;
         AppendSurface(bin.vertices, c);
     }

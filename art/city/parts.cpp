@@ -6,7 +6,7 @@ namespace Art {
 
 namespace {
 
-constexpr Vec3 kUp{0, 1, 0};
+constexpr Vec3 up{0, 1, 0};
 
 Vec3 At(Vec2 ground, float y) {
     return {ground.x, y, ground.y};
@@ -28,7 +28,7 @@ void AddWallPiece(Builder& b, Vec2 from, Vec2 to, float y0, float y1, Paint pain
     if (length < 1e-4f || y1 - y0 < 1e-4f)
         return;
     paint.origin.y += (y0 - foot) * paint.scale.y;
-    b.Rect(At(from, y0), At(along * (1 / length), 0), kUp, length, y1 - y0, paint);
+    b.Rect(At(from, y0), At(along * (1 / length), 0), up, length, y1 - y0, paint);
 }
 
 /// The paint of a facade on a wall `width` wide: whole bays, storeys from the foot.
@@ -46,8 +46,8 @@ void AddWall(Builder& b, Vec2 from, Vec2 to, float y0, float y1, const Paint& pa
         AddWallPiece(b, from, to, y0, y1, paint, y0);
         return;
     }
-    AddWallPiece(b, from, to, y0, Builder::kSplitLow, paint, y0);
-    AddWallPiece(b, from, to, Builder::kSplitHigh, y1, paint, y0);
+    AddWallPiece(b, from, to, y0, Builder::splitLow, paint, y0);
+    AddWallPiece(b, from, to, Builder::splitHigh, y1, paint, y0);
 }
 
 void AddFloor(Builder& b, std::vector<Vec2> outline, float y, const Paint& paint) {
@@ -247,8 +247,8 @@ Polygons Mirrored(const Polygons& polygons, float width) {
 
 void AddArchLining(Builder& b, const ArchWall& w, const Arch& arch, const Paint& paint) {
     const float z0 = w.z - w.thickness;
-    b.Rect({arch.x0, w.y0, w.z}, {0, 0, -1}, kUp, w.thickness, arch.spring - w.y0, paint);
-    b.Rect({arch.x1, w.y0, z0}, {0, 0, 1}, kUp, w.thickness, arch.spring - w.y0, paint);
+    b.Rect({arch.x0, w.y0, w.z}, {0, 0, -1}, up, w.thickness, arch.spring - w.y0, paint);
+    b.Rect({arch.x1, w.y0, z0}, {0, 0, 1}, up, w.thickness, arch.spring - w.y0, paint);
     for (int i = 0; i < w.segments; ++i) {
         const Vec2 p = ArchPoint(arch, i, w.segments);
         const Vec2 q = ArchPoint(arch, i + 1, w.segments);
@@ -261,16 +261,16 @@ void AddArchLining(Builder& b, const ArchWall& w, const Arch& arch, const Paint&
 void AddArchWall(Builder& b, const ArchWall& w, const Paint& face, const Paint& lining) {
     const Polygons front = ArchFace(w, w.y0);
     const float width = w.x1 - w.x0;
-    b.Open({w.x0, w.y0, w.z}, {1, 0, 0}, kUp, face).polygons = front;
+    b.Open({w.x0, w.y0, w.z}, {1, 0, 0}, up, face).polygons = front;
     const float z0 = w.z - w.thickness;
     if (w.back)
-        b.Open({w.x1, w.y0, z0}, {-1, 0, 0}, kUp, face).polygons = Mirrored(front, width);
+        b.Open({w.x1, w.y0, z0}, {-1, 0, 0}, up, face).polygons = Mirrored(front, width);
     for (const Arch& arch : w.arches)
         AddArchLining(b, w, arch, lining);
     if (!w.ends)
         return;
-    b.Rect({w.x1, w.y0, w.z}, {0, 0, -1}, kUp, w.thickness, w.y1 - w.y0, face);
-    b.Rect({w.x0, w.y0, z0}, {0, 0, 1}, kUp, w.thickness, w.y1 - w.y0, face);
+    b.Rect({w.x1, w.y0, w.z}, {0, 0, -1}, up, w.thickness, w.y1 - w.y0, face);
+    b.Rect({w.x0, w.y0, z0}, {0, 0, 1}, up, w.thickness, w.y1 - w.y0, face);
     b.Rect({w.x0, w.y1, w.z}, {1, 0, 0}, {0, 0, -1}, width, w.thickness, lining);
 }
 

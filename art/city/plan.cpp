@@ -14,11 +14,11 @@ namespace {
 // upper left, one leaves through the lower side and bends towards the sea at the lower left.
 
 // The north town stands on a vault: its pavement reaches farther than the ground under it.
-const std::vector<Vec2> kNorthPavement = {{22.2f, 5}, {-7.2f, -21.4f}, {-12, -25.7f},
-                                          {-12, -41}, {46, -41},       {46, 5}};
-const std::vector<Vec2> kNorthGround = {{22.2f, 5}, {-5.6f, -20}, {46, -20}, {46, 5}};
+const std::vector<Vec2> northPavement = {{22.2f, 5}, {-7.2f, -21.4f}, {-12, -25.7f},
+                                         {-12, -41}, {46, -41},       {46, 5}};
+const std::vector<Vec2> northGround = {{22.2f, 5}, {-5.6f, -20}, {46, -20}, {46, 5}};
 
-const std::vector<std::vector<Vec2>> kLand = {
+const std::vector<std::vector<Vec2>> landOutlines = {
     {{-10, -16.7f}, {18.4f, 8.88f}, {17, 10.27f}, {17, 17.73f}, {-10, 17.73f}},
     {{-6, 17.73f}, {17, 17.73f}, {23.4f, 24.13f}, {22.6f, 32.5f}, {-6, 33.4f}},
     {{-6, 33.4f}, {22.6f, 32.5f}, {4, 62.3f}, {-6, 62.3f}},
@@ -39,74 +39,74 @@ struct Row {
 };
 
 //                      lowest highest narrow wide depth detail arcade flat mood
-const RowStyle kCanal{3.4f, 6.4f, 2.3f, 4.2f, 4, true, false, false, 0};
-const RowStyle kCanalCool{3.6f, 7.0f, 2.3f, 4.0f, 4, true, false, false, 1};
-const RowStyle kCanalArcade{4.5f, 6.8f, 3.0f, 5.0f, 4.2f, true, true, false, 2};
-const RowStyle kBasin{4.4f, 7.5f, 2.6f, 4.4f, 4.5f, true, true, false, 2};
-const RowStyle kBasinHigh{6.0f, 9.5f, 2.8f, 4.6f, 4.5f, true, true, false, 0};
-const RowStyle kBehind{5.4f, 7.0f, 2.6f, 4.2f, 4.4f, true, false, false, 0};
-const RowStyle kBehindHigh{6.6f, 7.4f, 2.0f, 2.6f, 4.4f, true, false, true, 0};
-const RowStyle kLow{1.8f, 3.0f, 2.4f, 4.0f, 3.6f, true, false, false, 0};
-const RowStyle kLowFlat{1.8f, 2.6f, 2.6f, 4.2f, 3.2f, true, false, true, 2};
-const RowStyle kTown{4.0f, 9.0f, 3.2f, 5.4f, 4.6f, false, false, false, 1};
-const RowStyle kHigh{5.5f, 15.0f, 3.6f, 5.6f, 5, false, false, false, 1};
-const RowStyle kHighFlat{6.0f, 16.0f, 3.8f, 6.0f, 5, false, false, true, 2};
+const RowStyle canalStyle{3.4f, 6.4f, 2.3f, 4.2f, 4, true, false, false, 0};
+const RowStyle canalCoolStyle{3.6f, 7.0f, 2.3f, 4.0f, 4, true, false, false, 1};
+const RowStyle canalArcadeStyle{4.5f, 6.8f, 3.0f, 5.0f, 4.2f, true, true, false, 2};
+const RowStyle basinStyle{4.4f, 7.5f, 2.6f, 4.4f, 4.5f, true, true, false, 2};
+const RowStyle basinHighStyle{6.0f, 9.5f, 2.8f, 4.6f, 4.5f, true, true, false, 0};
+const RowStyle behindStyle{5.4f, 7.0f, 2.6f, 4.2f, 4.4f, true, false, false, 0};
+const RowStyle behindHighStyle{6.6f, 7.4f, 2.0f, 2.6f, 4.4f, true, false, true, 0};
+const RowStyle lowStyle{1.8f, 3.0f, 2.4f, 4.0f, 3.6f, true, false, false, 0};
+const RowStyle lowFlatStyle{1.8f, 2.6f, 2.6f, 4.2f, 3.2f, true, false, true, 2};
+const RowStyle townStyle{4.0f, 9.0f, 3.2f, 5.4f, 4.6f, false, false, false, 1};
+const RowStyle highStyle{5.5f, 15.0f, 3.6f, 5.6f, 5, false, false, false, 1};
+const RowStyle highFlatStyle{6.0f, 16.0f, 3.8f, 6.0f, 5, false, false, true, 2};
 
-const std::vector<Row> kRows = {
+const std::vector<Row> houseRows = {
     // The upper canal, left bank, then right bank.
-    {{14.6f, 7.2f}, {-8.6f, -13.7f}, kCanal},
-    {{-6.2f, -22.4f}, {17.4f, -1.2f}, kCanalArcade},
+    {{14.6f, 7.2f}, {-8.6f, -13.7f}, canalStyle},
+    {{-6.2f, -22.4f}, {17.4f, -1.2f}, canalArcadeStyle},
     // Around the basin: west, south-west, south-east, east, north-east, north.
-    {{15.6f, 17.3f}, {15.6f, 14.2f}, kLow},
-    {{15.6f, 14.0f}, {15.6f, 10.9f}, kLowFlat},
-    {{22.1f, 24.5f}, {16.4f, 18.8f}, kBasin},
-    {{36.2f, 18.3f}, {29.6f, 24.9f}, kBasinHigh},
-    {{36.4f, 10.5f}, {36.4f, 17.7f}, kLow},
-    {{31.0f, 4.5f}, {36.0f, 9.5f}, kLowFlat},
-    {{21.6f, 3.2f}, {30.0f, 3.2f}, kLowFlat},
+    {{15.6f, 17.3f}, {15.6f, 14.2f}, lowStyle},
+    {{15.6f, 14.0f}, {15.6f, 10.9f}, lowFlatStyle},
+    {{22.1f, 24.5f}, {16.4f, 18.8f}, basinStyle},
+    {{36.2f, 18.3f}, {29.6f, 24.9f}, basinHighStyle},
+    {{36.4f, 10.5f}, {36.4f, 17.7f}, lowStyle},
+    {{31.0f, 4.5f}, {36.0f, 9.5f}, lowFlatStyle},
+    {{21.6f, 3.2f}, {30.0f, 3.2f}, lowFlatStyle},
     // The lower canal: the short reach, then both banks of the long one.
-    {{21.2f, 32.0f}, {21.9f, 25.8f}, kCanalArcade},
-    {{29.8f, 25.8f}, {29.4f, 34.0f}, kBasin},
-    {{4.6f, 59.0f}, {20.9f, 33.0f}, kCanalCool},
-    {{29.2f, 35.4f}, {12.6f, 61.9f}, kCanalArcade},
+    {{21.2f, 32.0f}, {21.9f, 25.8f}, canalArcadeStyle},
+    {{29.8f, 25.8f}, {29.4f, 34.0f}, basinStyle},
+    {{4.6f, 59.0f}, {20.9f, 33.0f}, canalCoolStyle},
+    {{29.2f, 35.4f}, {12.6f, 61.9f}, canalArcadeStyle},
     // Low roofs under the seventh flight.
-    {{1.8f, 9.8f}, {13.2f, 9.8f}, kLow},
-    {{13.6f, 11.6f}, {1.8f, 11.6f}, kLow},
-    {{-8.8f, -12.5f}, {-8.8f, 17.0f}, kTown},
-    {{-3.2f, 16.6f}, {-3.2f, -8.5f}, kTown},
+    {{1.8f, 9.8f}, {13.2f, 9.8f}, lowStyle},
+    {{13.6f, 11.6f}, {1.8f, 11.6f}, lowStyle},
+    {{-8.8f, -12.5f}, {-8.8f, 17.0f}, townStyle},
+    {{-3.2f, 16.6f}, {-3.2f, -8.5f}, townStyle},
     // West town.
-    {{15.2f, 19.5f}, {2.0f, 19.5f}, kTown},
-    {{-4.8f, 18.5f}, {-4.8f, 61.0f}, kTown},
-    {{1.2f, 60.0f}, {1.2f, 34.0f}, kTown},
-    {{2.0f, 26.0f}, {18.5f, 26.0f}, kTown},
+    {{15.2f, 19.5f}, {2.0f, 19.5f}, townStyle},
+    {{-4.8f, 18.5f}, {-4.8f, 61.0f}, townStyle},
+    {{1.2f, 60.0f}, {1.2f, 34.0f}, townStyle},
+    {{2.0f, 26.0f}, {18.5f, 26.0f}, townStyle},
     // North town: the front over the sea and the streets behind it.
-    {{44.5f, -37.4f}, {-11.4f, -37.4f}, kTown},
-    {{-9.0f, -26.5f}, {44.0f, -26.5f}, kHighFlat},
-    {{44.0f, -20.0f}, {2.0f, -20.0f}, kHigh},
-    {{3.5f, -18.5f}, {44.0f, -9.5f}, kHighFlat},
-    {{44.0f, -5.5f}, {18.0f, -5.5f}, kTown},
-    {{45.0f, -9.0f}, {45.0f, -36.0f}, kTown},
-    {{45.0f, 4.0f}, {45.0f, -8.0f}, kLowFlat},
+    {{44.5f, -37.4f}, {-11.4f, -37.4f}, townStyle},
+    {{-9.0f, -26.5f}, {44.0f, -26.5f}, highFlatStyle},
+    {{44.0f, -20.0f}, {2.0f, -20.0f}, highStyle},
+    {{3.5f, -18.5f}, {44.0f, -9.5f}, highFlatStyle},
+    {{44.0f, -5.5f}, {18.0f, -5.5f}, townStyle},
+    {{45.0f, -9.0f}, {45.0f, -36.0f}, townStyle},
+    {{45.0f, 4.0f}, {45.0f, -8.0f}, lowFlatStyle},
     // East terraces and the wall of houses behind them.
-    {{40.5f, 9.0f}, {46.0f, 9.0f}, kLowFlat},
-    {{46.0f, 15.0f}, {41.5f, 15.0f}, kLowFlat},
-    {{42.4f, 18.8f}, {38.5f, 18.8f}, kBehind},
-    {{48.6f, -28.0f}, {48.5f, 3.0f}, kTown},
-    {{48.5f, 3.2f}, {48.5f, 17.0f}, kLow},
-    {{48.5f, 17.2f}, {48.4f, 33.0f}, kTown},
-    {{69.8f, 33.5f}, {69.8f, -9.0f}, kTown},
-    {{61.0f, 33.0f}, {61.0f, -22.0f}, kHigh},
+    {{40.5f, 9.0f}, {46.0f, 9.0f}, lowFlatStyle},
+    {{46.0f, 15.0f}, {41.5f, 15.0f}, lowFlatStyle},
+    {{42.4f, 18.8f}, {38.5f, 18.8f}, behindStyle},
+    {{48.6f, -28.0f}, {48.5f, 3.0f}, townStyle},
+    {{48.5f, 3.2f}, {48.5f, 17.0f}, lowStyle},
+    {{48.5f, 17.2f}, {48.4f, 33.0f}, townStyle},
+    {{69.8f, 33.5f}, {69.8f, -9.0f}, townStyle},
+    {{61.0f, 33.0f}, {61.0f, -22.0f}, highStyle},
     // South-east town.
-    {{58.8f, 49.0f}, {58.8f, 35.6f}, kTown},
-    {{58.0f, 35.8f}, {38.0f, 35.8f}, kHigh},
-    {{24.5f, 48.5f}, {56.0f, 48.5f}, kTown},
-    {{14.5f, 62.6f}, {39.5f, 60.8f}, kTown},
+    {{58.8f, 49.0f}, {58.8f, 35.6f}, townStyle},
+    {{58.0f, 35.8f}, {38.0f, 35.8f}, highStyle},
+    {{24.5f, 48.5f}, {56.0f, 48.5f}, townStyle},
+    {{14.5f, 62.6f}, {39.5f, 60.8f}, townStyle},
     // With their neighbours to the west they stand behind the low houses of the basin's east side,
     // so that the water mirrors lit windows there and no gap of sky.
-    {{46.8f, 18.8f}, {42.4f, 18.8f}, kBehindHigh},
+    {{46.8f, 18.8f}, {42.4f, 18.8f}, behindHighStyle},
 };
 
-const std::vector<Tower> kTowers = {
+const std::vector<Tower> towers = {
     {{20.0f, -30.0f}, 5.2f, 31, Crown::Spire, 0.15f},
     {{-7.5f, -32.0f}, 5.6f, 26, Crown::Setbacks, 0},
     {{36.0f, -31.0f}, 4.4f, 25, Crown::Spire, 0.5f},
@@ -139,7 +139,7 @@ struct LampLine {
     float spacing;
 };
 
-const std::vector<LampLine> kLampLines = {
+const std::vector<LampLine> lampLines = {
     {{16.7f, 17.4f}, {16.7f, 11.0f}, 3.2f},    {{17.3f, 18.4f}, {22.9f, 24.0f}, 2.6f},
     {{28.9f, 24.2f}, {34.8f, 18.3f}, 2.8f},    {{35.3f, 17.4f}, {35.3f, 10.6f}, 3.4f},
     {{22.6f, 4.7f}, {29.5f, 4.7f}, 3.4f},      {{15.8f, 7.0f}, {-9.0f, -15.3f}, 4.2f},
@@ -151,14 +151,14 @@ const std::vector<LampLine> kLampLines = {
 void AddStairsAt(Builder& b, Vec2 at, Vec2 out, float width) {
     // Local +z must point out over the water: x is out turned by a quarter.
     b.SetPlace({{at.x, 0, at.y}, {out.y, -out.x}});
-    AddStairs(b, -width / 2, width / 2, 0, kQuay, -0.5f, 6, Plain(Material::Stone, {2, 1}));
+    AddStairs(b, -width / 2, width / 2, 0, quayHeight, -0.5f, 6, Plain(Material::Stone, {2, 1}));
     b.SetPlace({});
 }
 
 void AddWaterStairs(Builder& b) {
-    constexpr float kDiagonal = 0.70711f;
-    AddStairsAt(b, {20.2f, 20.93f}, {kDiagonal, -kDiagonal}, 2.4f);
-    AddStairsAt(b, {31.8f, 20.93f}, {-kDiagonal, -kDiagonal}, 2.4f);
+    constexpr float diagonal = 0.70711f;
+    AddStairsAt(b, {20.2f, 20.93f}, {diagonal, -diagonal}, 2.4f);
+    AddStairsAt(b, {31.8f, 20.93f}, {-diagonal, -diagonal}, 2.4f);
     AddStairsAt(b, {35, 14}, {-1, 0}, 2.4f);
     AddStairsAt(b, {17, 14}, {1, 0}, 2.0f);
     AddStairsAt(b, {26, 5}, {0, 1}, 2.4f);
@@ -172,7 +172,7 @@ struct Mooring {
     float length;
 };
 
-const std::vector<Mooring> kBoats = {
+const std::vector<Mooring> boats = {
     {{18.6f, 17.2f}, 1.7f, 2.2f},  {{33.7f, 12.4f}, 1.5f, 2.0f},  {{28.4f, 22.0f}, 0.1f, 2.2f},
     {{30.6f, 20.6f}, 2.3f, 2.0f},  {{23.3f, 22.3f}, 0.7f, 2.2f},  {{19.9f, 37.9f}, 2.12f, 1.9f},
     {{22.1f, 42.8f}, 2.15f, 2.0f}, {{16.2f, 43.8f}, 2.12f, 2.0f}, {{14.2f, 55.6f}, 2.13f, 2.0f},
@@ -180,7 +180,7 @@ const std::vector<Mooring> kBoats = {
 };
 
 void AddBoats(Builder& b) {
-    for (const Mooring& boat : kBoats) {
+    for (const Mooring& boat : boats) {
         b.SetPlace({{boat.at.x, 0, boat.at.y}, {std::cos(boat.heading), std::sin(boat.heading)}});
         AddBoat(b, {0, 0.06f, 0}, boat.length);
     }
@@ -191,16 +191,17 @@ void AddBoats(Builder& b) {
 
 Builder BuildCity(unsigned seed) {
     Builder b;
-    for (const auto& outline : kLand)
+    for (const auto& outline : landOutlines)
         AddLand(b, outline);
-    AddVault(b, kNorthPavement, kNorthGround);
-    for (std::size_t i = 0; i < kRows.size(); ++i)
-        AddRow(b, kRows[i].from, kRows[i].to, kRows[i].style, Hash(seed, static_cast<unsigned>(i)));
-    for (std::size_t i = 0; i < kTowers.size(); ++i)
-        AddTower(b, kTowers[i], Hash(seed, static_cast<unsigned>(i), 1));
+    AddVault(b, northPavement, northGround);
+    for (std::size_t i = 0; i < houseRows.size(); ++i)
+        AddRow(b, houseRows[i].from, houseRows[i].to, houseRows[i].style,
+               Hash(seed, static_cast<unsigned>(i)));
+    for (std::size_t i = 0; i < towers.size(); ++i)
+        AddTower(b, towers[i], Hash(seed, static_cast<unsigned>(i), 1));
     AddPalace(b, {32.6f, 27.0f}, {23.6f + 5.4f, 27.4f}, 3, 5, Hash(seed, 1, 2));
     AddBasilica(b, {8.0f, -36.2f}, {-1, 0}, 1.5f, Hash(seed, 2, 2));
-    for (const LampLine& line : kLampLines)
+    for (const LampLine& line : lampLines)
         AddLamps(b, line.from, line.to, line.spacing);
     AddBridge(b, {23.1f, 28.0f}, {28.35f, 28.0f}, 1.5f, 1.9f);
     AddBridge(b, {11.9f, 50.0f}, {16.4f, 53.0f}, 1.6f, 4.4f);

@@ -9,6 +9,6 @@ namespace Art {
 Builder BuildCity(unsigned seed);
 
 /// The seed the shipped data is made with.
-inline constexpr unsigned kCitySeed = 2011;
+inline constexpr unsigned citySeed = 2011;
 
 } // namespace Art

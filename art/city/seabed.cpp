@@ -8,23 +8,24 @@ namespace Art {
 
 namespace {
 
-constexpr float kCell = 5.5f;
-constexpr float kWest = -75;
-constexpr float kEast = 135;
-constexpr float kNorth = -100;
-constexpr float kSouth = -20;
+constexpr float cellSize = 5.5f;
+constexpr float west = -75;
+constexpr float east = 135;
+constexpr float north = -100;
+constexpr float south = -20;
 
-const Paint kStone = Plain(Material::Stone);
-const Finish kStony{kStone, kStone};
+const Paint stone = Plain(Material::Stone);
+const Finish stony{stone, stone};
 
 void AddGround(Builder& b, unsigned seed) {
     const auto corner = [&](int i, int j) {
-        const Vec2 p{kWest + kCell * static_cast<float>(i), kNorth + kCell * static_cast<float>(j)};
+        const Vec2 p{west + cellSize * static_cast<float>(i),
+                     north + cellSize * static_cast<float>(j)};
         return Vec3{p.x, SeaBedHeight(p, seed), p.y};
     };
     const Vec2 tile = FileOf(Material::SeaBed).tile;
-    for (int j = 0; kNorth + kCell * static_cast<float>(j) < kSouth; ++j) {
-        for (int i = 0; kWest + kCell * static_cast<float>(i) < kEast; ++i) {
+    for (int j = 0; north + cellSize * static_cast<float>(j) < south; ++j) {
+        for (int i = 0; west + cellSize * static_cast<float>(i) < east; ++i) {
             const Vec3 c[] = {corner(i, j + 1), corner(i + 1, j + 1), corner(i + 1, j),
                               corner(i, j)};
             const Paint paint{
@@ -64,31 +65,31 @@ void AddColonnade(Builder& b, unsigned seed) {
             const float foot = SeaBedHeight({x, z}, 1) - 0.6f;
             const float head =
                 broken ? foot + 3 + 4 * HashUnit(seed, 3, static_cast<unsigned>(i)) : -2.6f;
-            AddColumn(b, {x, z}, foot, head, 0.9f, 8, kStone);
+            AddColumn(b, {x, z}, foot, head, 0.9f, 8, stone);
             if (!broken && i % 2 == 0)
-                AddBox(b, {x - 1.2f, x + 1.2f, head, head + 1, z - 1.2f, z + 6.6f}, kStony, true);
+                AddBox(b, {x - 1.2f, x + 1.2f, head, head + 1, z - 1.2f, z + 6.6f}, stony, true);
         }
     }
 }
 
 /// Great arches under water that carry the promenade of the north front.
 void AddFootArcade(Builder& b, float x0, float x1, float z, float depth) {
-    constexpr float kPitch = 6;
-    constexpr float kTop = -0.8f;
-    const int count = static_cast<int>((x1 - x0) / kPitch);
+    constexpr float columnPitch = 6;
+    constexpr float arcadeTop = -0.8f;
+    const int count = static_cast<int>((x1 - x0) / columnPitch);
     b.SetPlace({{x1, 0, z}, {-1, 0}});
     const float length = x1 - x0;
-    ArchWall wall{0, length, kSeaFloor, kTop, 0, depth, {}, false, true, 8};
+    ArchWall wall{0, length, seaFloor, arcadeTop, 0, depth, {}, false, true, 8};
     for (int i = 0; i < count; ++i) {
         const float middle = length * (static_cast<float>(i) + 0.5f) / static_cast<float>(count);
         wall.arches.push_back({middle - 2.1f, middle + 2.1f, -4.2f});
     }
-    AddArchWall(b, wall, kStone, kStone);
+    AddArchWall(b, wall, stone, stone);
     for (int i = 0; i <= count; ++i) {
         const float x = length * static_cast<float>(i) / static_cast<float>(count);
-        AddBox(b, {x - 0.55f, x + 0.55f, kSeaFloor, -3.4f, 0, 0.9f}, kStony);
+        AddBox(b, {x - 0.55f, x + 0.55f, seaFloor, -3.4f, 0, 0.9f}, stony);
         AddTaper(b, {{x - 0.55f, 0}, {x + 0.55f, 0}, {x + 0.55f, 0.9f}, {x - 0.55f, 0.9f}}, {x, 0},
-                 -3.4f, -2.2f, 0.1f, kStony);
+                 -3.4f, -2.2f, 0.1f, stony);
     }
     b.SetPlace({});
 }
@@ -99,8 +100,8 @@ void AddColumnForest(Builder& b, unsigned seed) {
         for (int i = 0; i < 10; ++i) {
             const Vec2 at{-9 + 5.8f * static_cast<float>(i), -35.5f + 4.8f * static_cast<float>(j)};
             const float foot = SeaBedHeight(at, seed) - 0.5f;
-            AddTaper(b, Ring(at, 0.75f, 6), at, foot, -2.2f, 0.8f, kStony, false);
-            AddTaper(b, Ring(at, 0.62f, 6), at, -2.2f, -0.8f, 2.2f, kStony, false);
+            AddTaper(b, Ring(at, 0.75f, 6), at, foot, -2.2f, 0.8f, stony, false);
+            AddTaper(b, Ring(at, 0.62f, 6), at, -2.2f, -0.8f, 2.2f, stony, false);
         }
     }
 }
@@ -108,19 +109,18 @@ void AddColumnForest(Builder& b, unsigned seed) {
 /// Closes the view from the flight under water, where the sea bed ends, before the sky shows
 /// under the horizon. Haze hides all but its colour.
 void AddBackdrop(Builder& b) {
-    b.Rect({290, kSeaFloor, -9}, {-1, 0, 0}, {0, 1, 0}, 520, Builder::kSplitLow - kSeaFloor,
-           kStone);
+    b.Rect({290, seaFloor, -9}, {-1, 0, 0}, {0, 1, 0}, 520, Builder::splitLow - seaFloor, stone);
 }
 
 } // namespace
 
 void AddVault(Builder& b, const std::vector<Vec2>& pavement, const std::vector<Vec2>& ground) {
     b.SetPlace({});
-    AddPrism(b, pavement, Builder::kSplitHigh, kQuay,
-             {kStone, Plain(Material::Stone, {1.7f, 3.1f})});
-    AddPrism(b, ground, kSeaFloor, -0.9f, kStony);
+    AddPrism(b, pavement, Builder::splitHigh, quayHeight,
+             {stone, Plain(Material::Stone, {1.7f, 3.1f})});
+    AddPrism(b, ground, seaFloor, -0.9f, stony);
     // The slab's underside, as one piece over the outline's box from the sea to the ground.
-    b.Rect({-12, -0.8f, -41}, {1, 0, 0}, {0, 0, 1}, 58, 22, kStone);
+    b.Rect({-12, -0.8f, -41}, {1, 0, 0}, {0, 0, 1}, 58, 22, stone);
 }
 
 float SeaBedHeight(Vec2 p, unsigned seed) {

@@ -5,9 +5,9 @@
 namespace Art {
 
 /// How far under the water the quay walls stand.
-inline constexpr float kSeaFloor = -14;
+inline constexpr float seaFloor = -14;
 
-/// A piece of made land: quay walls down to the sea floor, pavement on top at kQuay.
+/// A piece of made land: quay walls down to the sea floor, pavement on top at quayHeight.
 void AddLand(Builder& b, const std::vector<Vec2>& outline);
 
 /// Land whose pavement stands out over the water on columns, beyond the ground that carries

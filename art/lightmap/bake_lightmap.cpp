@@ -85,7 +85,7 @@ BakeScene CityScene(const std::string& folder, bool& whole) {
             scene.surfaces[name] = Linear(Coarse(ReadAsEngine((folder + "/").append(name))));
         whole = whole && scene.surfaces[name].Width() > 0;
     }
-    for (const LampLight& lamp : BuildCity(kCitySeed).lamps)
+    for (const LampLight& lamp : BuildCity(citySeed).lamps)
         scene.lamps.push_back({lamp.position, lampColour * (lampPower * lamp.power), 0.14f});
     scene.sun = {LightDirection(), LightIrradiance(), 0.035f, SunShare};
     scene.sky = Sky;

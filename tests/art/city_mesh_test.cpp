@@ -15,7 +15,7 @@ namespace {
 using namespace Art;
 
 struct Made {
-    Builder city = BuildCity(kCitySeed);
+    Builder city = BuildCity(citySeed);
     MeshReport report;
     MeshFile mesh = MeshCity(city, MeasureCity(city), report);
 };
@@ -125,7 +125,7 @@ float DensityOf(const MeshVertex* v) {
 }
 
 TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three) {
-    const Builder city = BuildCity(kCitySeed);
+    const Builder city = BuildCity(citySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
     std::map<Corner, bool> seen;
     for (std::size_t i = 0; i < city.surfaces.size(); ++i)
@@ -150,7 +150,7 @@ TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three
 }
 
 TEST(Mesh, What_hides_others_tends_to_come_first) {
-    const Builder city = BuildCity(kCitySeed);
+    const Builder city = BuildCity(citySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
     std::map<Corner, float> turns;
     for (std::size_t i = 0; i < city.surfaces.size(); ++i) {

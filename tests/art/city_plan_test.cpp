@@ -15,7 +15,7 @@ using namespace Art;
 
 /// The whole city, built once for all tests.
 const Builder& City() {
-    static const Builder city = BuildCity(kCitySeed);
+    static const Builder city = BuildCity(citySeed);
     return city;
 }
 
@@ -169,7 +169,7 @@ TEST(Plan, No_triangle_crosses_the_line_under_the_water) {
     // The material drops what lies under water while the eye is above; half a triangle
     // cannot be dropped.
     const std::vector<Vec3>& corners = CitySolid().corners;
-    constexpr float kSplit = (Builder::kSplitHigh + Builder::kSplitLow) / 2;
+    constexpr float kSplit = (Builder::splitHigh + Builder::splitLow) / 2;
     for (std::size_t i = 0; i < corners.size(); i += 3) {
         const bool first = corners[i].y < kSplit;
         ASSERT_EQ(first, corners[i + 1].y < kSplit) << "at " << corners[i].x << " " << corners[i].z;
@@ -178,8 +178,8 @@ TEST(Plan, No_triangle_crosses_the_line_under_the_water) {
 }
 
 TEST(Plan, The_same_seed_builds_the_same_city_and_another_does_not) {
-    const Builder again = BuildCity(kCitySeed);
-    const Builder other = BuildCity(kCitySeed + 1);
+    const Builder again = BuildCity(citySeed);
+    const Builder other = BuildCity(citySeed + 1);
     ASSERT_EQ(again.surfaces.size(), City().surfaces.size());
     for (std::size_t i = 0; i < again.surfaces.size(); ++i)
         ASSERT_TRUE(again.surfaces[i].origin == City().surfaces[i].origin);
