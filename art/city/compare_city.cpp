@@ -11,11 +11,10 @@
 
 namespace {
 
-constexpr double kLeastLikeness =
-    0.997; // what a change of the plan or of a flight does is far less
+constexpr double leastLikeness = 0.997; // what a change of the plan or of a flight does is far less
 
-constexpr int kDifferent = 1;
-constexpr int kWrongUsage = 2;
+constexpr int different = 1;
+constexpr int wrongUsage = 2;
 
 bool Read(const char* path, Art::MeshFile& mesh) {
     std::string error;
@@ -30,13 +29,13 @@ bool Read(const char* path, Art::MeshFile& mesh) {
 int main(int argc, char** argv) {
     if (argc != 3) {
         std::fprintf(stderr, "usage: compare_city A B\n");
-        return kWrongUsage;
+        return wrongUsage;
     }
     Art::MeshFile a;
     Art::MeshFile b;
     if (!Read(argv[1], a) || !Read(argv[2], b))
-        return kDifferent;
+        return different;
     const double likeness = Art::Likeness(a, b);
     std::printf("%.2f %% of the triangles are the same\n", likeness * 100);
-    return likeness >= kLeastLikeness ? EXIT_SUCCESS : kDifferent;
+    return likeness >= leastLikeness ? EXIT_SUCCESS : different;
 }

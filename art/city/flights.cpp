@@ -29,7 +29,7 @@ Eye EyeAt(const Show::Flight& flight, float t) {
 Vec3 RayThrough(const Eye& eye, float x, float y) {
     const Vec3 right = Normalize(Cross(eye.forward, {0, 1, 0}));
     const Vec3 up = Cross(right, eye.forward);
-    return Normalize(eye.forward + right * (x * kHalfWidth) + up * (y * kHalfHeight));
+    return Normalize(eye.forward + right * (x * pictureHalfWidth) + up * (y * pictureHalfHeight));
 }
 
 } // namespace Art

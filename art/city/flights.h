@@ -19,8 +19,8 @@ struct Eye {
 Eye EyeAt(const Show::Flight& flight, float t);
 
 /// Half the picture's width and height at distance 1.
-inline constexpr float kHalfWidth = 2.2169f;
-inline constexpr float kHalfHeight = 0.22169f;
+inline constexpr float pictureHalfWidth = 2.2169f;
+inline constexpr float pictureHalfHeight = 0.22169f;
 
 /// Direction through the picture at -1..1 across and up.
 Vec3 RayThrough(const Eye& eye, float x, float y);

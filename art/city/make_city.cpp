@@ -11,29 +11,29 @@ namespace {
 
 struct Order {
     std::string folder;
-    Art::Steps steps = Art::kAllSteps;
+    Art::Steps steps = Art::allSteps;
 };
 
 void PrintUsage() {
     std::fprintf(stderr, "usage: make_city FOLDER [--without STEP]...\n"
                          "       make_city --steps    names the steps, one a line\n"
                          "Steps that make the mesh cheap to draw:\n");
-    for (const Art::StepRow& row : Art::kSteps)
+    for (const Art::StepRow& row : Art::stepRows)
         std::fprintf(stderr, "  %-8s %s\n", row.name, row.what);
 }
 
 void PrintSteps() {
-    for (const Art::StepRow& row : Art::kSteps)
+    for (const Art::StepRow& row : Art::stepRows)
         std::printf("%s\n", row.name);
 }
 
 /// Takes a step away; false when none is called so.
 bool Leave(Art::Steps& steps, const std::string& name) {
-    const auto row = std::find_if(Art::kSteps.begin(), Art::kSteps.end(),
+    const auto row = std::find_if(Art::stepRows.begin(), Art::stepRows.end(),
                                   [&](const Art::StepRow& r) { return r.name == name; });
-    if (row == Art::kSteps.end())
+    if (row == Art::stepRows.end())
         return false;
-    steps.reset(static_cast<std::size_t>(row - Art::kSteps.begin()));
+    steps.reset(static_cast<std::size_t>(row - Art::stepRows.begin()));
     return true;
 }
 

@@ -22,14 +22,14 @@ struct Charted {
 
 // The material draws a surface only in the pictures that show it. It reads their bits off whole
 // repeats of the texture, which change nothing else: x carries the lower five, y the upper.
-constexpr unsigned kBitsEach = 5;
-constexpr float kRepeatsPerMark = 64;
-constexpr unsigned kAllViews = (1u << 2 * kBitsEach) - 1;
+constexpr unsigned bitsPerCoordinate = 5;
+constexpr float repeatsPerMark = 64;
+constexpr unsigned allViews = (1u << 2 * bitsPerCoordinate) - 1;
 
 Vec2 MarkOf(unsigned views) {
-    return Vec2{static_cast<float>(views % (1u << kBitsEach)),
-                static_cast<float>(views >> kBitsEach)} *
-           kRepeatsPerMark;
+    return Vec2{static_cast<float>(views % (1u << bitsPerCoordinate)),
+                static_cast<float>(views >> bitsPerCoordinate)} *
+           repeatsPerMark;
 }
 
 Charted Enclose(const Surface& surface, const Sight& sight, unsigned views) {
@@ -46,8 +46,8 @@ Charted Enclose(const Surface& surface, const Sight& sight, unsigned views) {
 /// Share of the full density a surface gets, by how near the flights come: 1 down to 1/3 for
 /// what they see, less for what they never see.
 float DensityShare(const Sight& sight) {
-    constexpr float kFullUpTo = 9;
-    const float share = std::clamp(std::sqrt(kFullUpTo / sight.nearest), 0.36f, 1.0f);
+    constexpr float fullUpTo = 9;
+    const float share = std::clamp(std::sqrt(fullUpTo / sight.nearest), 0.36f, 1.0f);
     return sight.rays > 0 ? share : share * 0.45f;
 }
 
@@ -68,7 +68,7 @@ bool Pack(std::vector<Charted>& all, float density) {
     charts.reserve(all.size());
     for (const Charted& c : all)
         charts.push_back(c.chart);
-    if (!PackCharts(charts, kLightmapSize))
+    if (!PackCharts(charts, lightmapSize))
         return false;
     for (std::size_t i = 0; i < all.size(); ++i)
         all[i].chart = charts[i];
@@ -97,7 +97,7 @@ Vec2 LightmapAt(const Charted& c, Vec2 p) {
         static_cast<float>(c.chart.x) + 0.5f + fx * static_cast<float>(c.chart.width - 1);
     const float y =
         static_cast<float>(c.chart.y) + 0.5f + fy * static_cast<float>(c.chart.height - 1);
-    return {x / kLightmapSize, y / kLightmapSize};
+    return {x / lightmapSize, y / lightmapSize};
 }
 
 MeshVertex VertexAt(const Charted& c, Vec2 p) {
@@ -107,16 +107,16 @@ MeshVertex VertexAt(const Charted& c, Vec2 p) {
     return {s.World(p), Normalize(s.Normal()), texcoord + c.mark, LightmapAt(c, p)};
 }
 
-// The wisps circle in this box; their light ends kWispReach away from it.
-constexpr Vec3 kWispLow{22, 0, 12.5f};
-constexpr Vec3 kWispHigh{32.5f, 5, 17.5f};
+// The wisps circle in this box; their light ends wispReach away from it.
+constexpr Vec3 wispLow{22, 0, 12.5f};
+constexpr Vec3 wispHigh{32.5f, 5, 17.5f};
 
 float DistanceToWisps(Vec3 p) {
     const auto beyond = [](float x, float low, float high) {
         return std::max({low - x, 0.0f, x - high});
     };
-    return Length(Vec3{beyond(p.x, kWispLow.x, kWispHigh.x), beyond(p.y, kWispLow.y, kWispHigh.y),
-                       beyond(p.z, kWispLow.z, kWispHigh.z)});
+    return Length(Vec3{beyond(p.x, wispLow.x, wispHigh.x), beyond(p.y, wispLow.y, wispHigh.y),
+                       beyond(p.z, wispLow.z, wispHigh.z)});
 }
 
 /// Greatest edge that still shows the wisps' light well when it is computed at corners.
@@ -199,24 +199,24 @@ float AreaOf(const Surface& surface) {
 
 // Details that no flight ever shows are left out; walls stay, so that the city is whole from
 // every side.
-constexpr float kDetailArea = 4.5f;
+constexpr float detailArea = 4.5f;
 
 // Sub-meshes are drawn one after the other, so each holds a band of turns.
-constexpr int kBands = 6;
+constexpr int bandCount = 6;
 
 /// The first triangles of the mesh, by which the material keeps the rest out of a picture that
 /// nobody sees: a ceiling and a curtain. They have no size of their own: their normals say to which
 /// corner of the picture the material moves them, and a view mark beyond all others tells them
 /// apart.
 SubMesh Curtain() {
-    constexpr Vec3 kInTheBasin{26, -1, 14};
-    const Vec2 mark{kRepeatsPerMark * static_cast<float>(1u << kBitsEach), 0};
+    constexpr Vec3 inTheBasin{26, -1, 14};
+    const Vec2 mark{repeatsPerMark * static_cast<float>(1u << bitsPerCoordinate), 0};
     SubMesh curtain;
     curtain.textures[0] = FileOf(Material::Trim).texture;
     for (const float ceiling : {1.0f, 0.0f})
         for (const Vec2 to : {Vec2{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}})
             curtain.vertices.push_back(
-                {kInTheBasin, Normalize({to.x, to.y, ceiling}), mark, {0, 0}});
+                {inTheBasin, Normalize({to.x, to.y, ceiling}), mark, {0, 0}});
     return curtain;
 }
 
@@ -228,8 +228,8 @@ std::vector<Charted> ToShow(const std::vector<Surface>& surfaces, const Measures
     const bool everything = !Takes(steps, Step::Hidden);
     std::vector<Charted> all;
     for (std::size_t i = 0; i < surfaces.size(); ++i)
-        if (everything || (open[i] && (views[i] != 0 || AreaOf(surfaces[i]) > kDetailArea)))
-            all.push_back(Enclose(surfaces[i], sights[i], marked ? views[i] : kAllViews));
+        if (everything || (open[i] && (views[i] != 0 || AreaOf(surfaces[i]) > detailArea)))
+            all.push_back(Enclose(surfaces[i], sights[i], marked ? views[i] : allViews));
     return all;
 }
 
@@ -264,7 +264,7 @@ MeshFile MeshCity(const Builder& city, const Measures& measures, MeshReport& rep
     if (Takes(steps, Step::Curtain))
         mesh.subMeshes.push_back(Curtain());
     const bool ordered = Takes(steps, Step::Order);
-    AppendBands(mesh, all, ordered ? HidersFirst(all) : AsPlanned(all), ordered ? kBands : 1);
+    AppendBands(mesh, all, ordered ? HidersFirst(all) : AsPlanned(all), ordered ? bandCount : 1);
     report.vertices = VertexCount(mesh);
     return mesh;
 }

@@ -16,7 +16,7 @@ struct MeshReport {
 };
 
 /// Side of the light map in texels.
-inline constexpr int kLightmapSize = 2048;
+inline constexpr int lightmapSize = 2048;
 
 /// What the flights see of each surface: what the steps below go by.
 struct Measures {
@@ -32,6 +32,6 @@ Measures MeasureCity(const Builder& city);
 /// With fewer `steps` than all, it is a mesh to compare with: other surfaces have other charts, and
 /// the published light map does not fit them.
 MeshFile MeshCity(const Builder& city, const Measures& measures, MeshReport& report,
-                  const Steps& steps = kAllSteps);
+                  const Steps& steps = allSteps);
 
 } // namespace Art

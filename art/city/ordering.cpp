@@ -10,7 +10,7 @@ namespace Art {
 namespace {
 
 // How far off its surface a ray starts.
-constexpr float kLift = 0.004f;
+constexpr float liftOff = 0.004f;
 
 /// A point inside a random triangle of the polygons.
 Vec3 PointOn(const Surface& surface, Random& random) {
@@ -24,7 +24,7 @@ Vec3 PointOn(const Surface& surface, Random& random) {
         c = 1 - c;
     }
     const Vec2 p = polygon[0] + (polygon[i] - polygon[0]) * a + (polygon[i + 1] - polygon[0]) * c;
-    return surface.World(p) + surface.Normal() * kLift;
+    return surface.World(p) + surface.Normal() * liftOff;
 }
 
 Vec3 DirectionOver(Vec3 normal, Random& random) {
@@ -36,8 +36,8 @@ Vec3 DirectionOver(Vec3 normal, Random& random) {
 }
 
 bool IsOpen(const Surface& surface, const SightLines& lines, Random& random) {
-    constexpr int kTries = 160;
-    for (int i = 0; i < kTries; ++i) {
+    constexpr int tryCount = 160;
+    for (int i = 0; i < tryCount; ++i) {
         const Vec3 point = PointOn(surface, random);
         const Vec3 direction = DirectionOver(surface.Normal(), random);
         Hit hit;
@@ -63,9 +63,9 @@ std::vector<bool> FindOpenSurfaces(const std::vector<Surface>& surfaces) {
 
 namespace {
 
-constexpr int kAcross = 480;
-constexpr int kUp = 45;
-constexpr int kEyesPerFlight = 48;
+constexpr int raysAcross = 480;
+constexpr int raysUp = 45;
+constexpr int eyesPerFlight = 48;
 
 struct Crossing {
     int surface;
@@ -73,7 +73,7 @@ struct Crossing {
 };
 
 /// The surfaces that face the eye along a ray, near first, at most this many.
-constexpr std::size_t kDeepest = 10;
+constexpr std::size_t deepest = 10;
 
 /// What lies along a picture ray; the mirror image in the water is another picture, so it comes as
 /// a list of its own.
@@ -83,13 +83,13 @@ void FollowRay(const SightLines& lines, const Eye& eye, Vec3 direction, std::vec
         return [&found, start](int surface, float way) {
             if (found.empty() || found.back().surface != surface)
                 found.push_back({surface, start + way});
-            return found.size() < kDeepest;
+            return found.size() < deepest;
         };
     };
     seen.clear();
     mirrored.clear();
     const bool meetsWater = eye.position.y > eye.waterHeight && direction.y < 0;
-    const float toWater = meetsWater ? SightLines::ToWater(eye, direction) : SightLines::kFar;
+    const float toWater = meetsWater ? SightLines::ToWater(eye, direction) : SightLines::sightEnd;
     lines.Follow(eye.position, direction, toWater, collect(seen, 0));
     if (meetsWater)
         lines.FollowMirrored(eye, direction, toWater, collect(mirrored, toWater));
@@ -136,19 +136,19 @@ std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
     std::vector<Crossing> seen;
     std::vector<Crossing> mirrored;
     std::vector<Sight> sights(surfaces.size());
-    Progress progress("what the flights see", static_cast<int>(Show::flightCount) * kEyesPerFlight);
+    Progress progress("what the flights see", static_cast<int>(Show::flightCount) * eyesPerFlight);
     unsigned pixel = 0;
     for (const Show::Flight& flight : Show::flights) {
-        for (int e = 0; e < kEyesPerFlight; ++e) {
-            const Eye eye = EyeAt(flight, (static_cast<float>(e) + 0.5f) / kEyesPerFlight);
+        for (int e = 0; e < eyesPerFlight; ++e) {
+            const Eye eye = EyeAt(flight, (static_cast<float>(e) + 0.5f) / eyesPerFlight);
             NoteNearest(eye, surfaces, sights);
-            for (int i = 0; i < kAcross * kUp; ++i) {
+            for (int i = 0; i < raysAcross * raysUp; ++i) {
                 // Anywhere in the cell, so that from eye to eye the rays fall between each other.
                 const float dx = HashUnit(++pixel, 1);
                 const float dy = HashUnit(pixel, 2);
-                const int row = i / kAcross;
-                const float x = (static_cast<float>(i % kAcross) + dx) / kAcross * 2 - 1;
-                const float y = (static_cast<float>(row) + dy) / kUp * 2 - 1;
+                const int row = i / raysAcross;
+                const float x = (static_cast<float>(i % raysAcross) + dx) / raysAcross * 2 - 1;
+                const float y = (static_cast<float>(row) + dy) / raysUp * 2 - 1;
                 FollowRay(lines, eye, RayThrough(eye, x, y), seen, mirrored);
                 NoteRay(seen, true, sights);
                 NoteRay(mirrored, seen.empty(), sights);
@@ -157,7 +157,7 @@ std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
         }
     }
     for (Sight& sight : sights)
-        sight.distance = sight.rays > 0 ? sight.distance / sight.rays : SightLines::kFar;
+        sight.distance = sight.rays > 0 ? sight.distance / sight.rays : SightLines::sightEnd;
     return sights;
 }
 

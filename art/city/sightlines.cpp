@@ -27,7 +27,7 @@ bool SightLines::Faces(int triangle, Vec3 direction) const {
 
 float SightLines::ToWater(const Eye& eye, Vec3 direction) {
     const float height = eye.position.y - eye.waterHeight;
-    return height * direction.y < 0 ? -height / direction.y : kFar;
+    return height * direction.y < 0 ? -height / direction.y : sightEnd;
 }
 
 } // namespace Art

@@ -15,13 +15,13 @@ std::vector<Vec3> Corners(const std::vector<Surface>& surfaces, std::vector<int>
 /// from behind one looks through it.
 class SightLines {
 public:
-    static constexpr float kFar = 1000; ///< where sight ends, units
+    static constexpr float sightEnd = 1000; ///< where sight ends, units
 
     explicit SightLines(const std::vector<Surface>& surfaces);
 
     /// The nearest triangle along the ray, seen from whichever side.
     bool Closest(Vec3 from, Vec3 direction, Hit& hit) const {
-        return rays.Closest(from, direction, kFar, hit);
+        return rays.Closest(from, direction, sightEnd, hit);
     }
     /// Whether a triangle turns its front to the ray.
     bool Faces(int triangle, Vec3 direction) const;
@@ -30,17 +30,17 @@ public:
     /// `reach` is passed. A surface of several triangles may be met more than once.
     template <class Met>
     void Follow(Vec3 from, Vec3 direction, float reach, const Met& met) const {
-        constexpr float kStep = 0.002f; // over a triangle that was met
+        constexpr float step = 0.002f; // over a triangle that was met
         float way = 0;
         Hit hit;
         while (rays.Closest(from + direction * way, direction, reach - way, hit)) {
-            way += hit.distance + kStep;
+            way += hit.distance + step;
             if (Faces(hit.triangle, direction) && !met(owner[hit.triangle], way))
                 return;
         }
     }
 
-    /// Way along the ray to the water, from above or from below, or kFar.
+    /// Way along the ray to the water, from above or from below, or sightEnd.
     static float ToWater(const Eye& eye, Vec3 direction);
 
     /// Follow() along what is left of the ray after the water has thrown it back `toWater` from an
@@ -48,7 +48,7 @@ public:
     template <class Met>
     void FollowMirrored(const Eye& eye, Vec3 direction, float toWater, const Met& met) const {
         const Vec3 point = eye.position + direction * toWater + Vec3{0, 0.001f, 0};
-        Follow(point, {direction.x, -direction.y, direction.z}, kFar, met);
+        Follow(point, {direction.x, -direction.y, direction.z}, sightEnd, met);
     }
 
 private:

@@ -10,7 +10,7 @@ namespace Art {
 /// any of them; without one the city takes longer to draw, and bench/city says how much.
 enum class Step : std::size_t { Hidden, Order, Marks, Curtain, Count };
 
-inline constexpr std::size_t kStepCount = static_cast<std::size_t>(Step::Count);
+inline constexpr std::size_t stepCount = static_cast<std::size_t>(Step::Count);
 
 /// A step as one calls it, and in a line what it does.
 struct StepRow {
@@ -19,17 +19,17 @@ struct StepRow {
 };
 
 /// In the order of Step.
-inline constexpr std::array<StepRow, kStepCount> kSteps = {{
+inline constexpr std::array<StepRow, stepCount> stepRows = {{
     {"hidden", "leaves out what lies inside others, and details that no flight shows"},
     {"order", "draws what hides others first, in six bands of one sub-mesh a texture"},
     {"marks", "tells the material which flights show a surface, so that it drops the others"},
     {"curtain", "keeps the material out of the refraction image, which nobody sees"},
 }};
 
-/// The steps that are taken, by their place in kSteps.
-using Steps = std::bitset<kStepCount>;
+/// The steps that are taken, by their place in stepRows.
+using Steps = std::bitset<stepCount>;
 
-inline constexpr Steps kAllSteps{(1u << kStepCount) - 1};
+inline constexpr Steps allSteps{(1u << stepCount) - 1};
 
 inline bool Takes(const Steps& steps, Step step) {
     return steps[static_cast<std::size_t>(step)];

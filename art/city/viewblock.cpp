@@ -11,19 +11,19 @@ namespace Art {
 namespace {
 
 // The longest frame whose overshoot past a flight's end still counts as this flight, seconds.
-constexpr float kLongestFrame = 0.25f;
+constexpr float longestFrame = 0.25f;
 
 // How far, in units, an eye may be beside where it is worked out to be. While the city rises a
 // flight lags behind demo time by up to a frame, and the city's height does not: it moves by 2.3
 // units a second at most.
-constexpr float kMargin = 1.0f;
+constexpr float margin = 1.0f;
 
-constexpr int kEyesPerFlight = 500;
+constexpr int eyesPerFlight = 500;
 
-constexpr const char* kBlockBegins = "// >>> Generated from demo/show.h by `art/make views`.\n";
-constexpr const char* kBlockEnds = "// <<< End of what is generated.\n";
+constexpr const char* blockBegins = "// >>> Generated from demo/show.h by `art/make views`.\n";
+constexpr const char* blockEnds = "// <<< End of what is generated.\n";
 
-constexpr const char* kViewComment =
+constexpr const char* viewComment =
     R"(// Which bit of the view marks speaks of the picture seen from here, 0 to 9; -1 away from all
 // flights, where everything is drawn. The water mirrors the eye downwards: `over` is turned up
 // again, but while the city is low or rises, the mirrored eye is anywhere in its coordinates.
@@ -79,13 +79,13 @@ std::string ViewFunction(std::span<const Show::Flight> flights) {
                        "    vec3 over = vec3(eye.x, abs(eye.y), eye.z);\n"
                        "    float view = -1.0;\n";
     for (std::size_t i = 0; i < flights.size(); ++i)
-        text += (i == 0 ? "    " : "    else ") + BoxRow(flights[i], kFlightViews[i]);
+        text += (i == 0 ? "    " : "    else ") + BoxRow(flights[i], flightViews[i]);
     return text + "    return view;\n}\n";
 }
 
 std::map<unsigned, float> ExposuresOfBits() {
     std::map<unsigned, float> exposures;
-    for (const FlightView& view : kFlightViews)
+    for (const FlightView& view : flightViews)
         exposures[view.plain] = exposures[view.mirror] = view.exposure;
     return exposures;
 }
@@ -116,32 +116,31 @@ std::string ExposureFunction() {
 } // namespace
 
 EyeBox BoxOf(const Show::Flight& flight) {
-    constexpr float kFar = 1e9f;
-    EyeBox box{{kFar, kFar, kFar},
-               {-kFar, -kFar, -kFar},
+    constexpr float beyondAll = 1e9f;
+    EyeBox box{{beyondAll, beyondAll, beyondAll},
+               {-beyondAll, -beyondAll, -beyondAll},
                flight.city == Show::City::Risen && flight.start.y > 0 && flight.end.y > 0};
-    const float last = 1 + kLongestFrame / flight.duration;
-    for (int i = 0; i <= kEyesPerFlight; ++i)
-        IncludeEye(box, EyeAt(flight, last * static_cast<float>(i) / kEyesPerFlight));
-    constexpr Vec3 kWider{kMargin, kMargin, kMargin};
-    return {Rounded(box.low - kWider, std::floor), Rounded(box.high + kWider, std::ceil),
-            box.folded};
+    const float last = 1 + longestFrame / flight.duration;
+    for (int i = 0; i <= eyesPerFlight; ++i)
+        IncludeEye(box, EyeAt(flight, last * static_cast<float>(i) / eyesPerFlight));
+    constexpr Vec3 wider{margin, margin, margin};
+    return {Rounded(box.low - wider, std::floor), Rounded(box.high + wider, std::ceil), box.folded};
 }
 
 std::string ViewFunctions(std::span<const Show::Flight> flights) {
-    return std::string(kViewComment) + ViewFunction(flights) +
+    return std::string(viewComment) + ViewFunction(flights) +
            "\n// How far the camera's iris is open in the picture of this bit.\n" +
            ExposureFunction();
 }
 
 std::optional<std::string> WithViewFunctions(const std::string& shader,
                                              const std::string& functions) {
-    const std::size_t begin = shader.find(kBlockBegins);
-    const std::size_t end = shader.find(kBlockEnds);
+    const std::size_t begin = shader.find(blockBegins);
+    const std::size_t end = shader.find(blockEnds);
     if (begin == std::string::npos || end == std::string::npos || end < begin ||
-        shader.find(kBlockBegins, begin + 1) != std::string::npos)
+        shader.find(blockBegins, begin + 1) != std::string::npos)
         return std::nullopt;
-    return shader.substr(0, begin) + kBlockBegins + functions + shader.substr(end);
+    return shader.substr(0, begin) + blockBegins + functions + shader.substr(end);
 }
 
 } // namespace Art

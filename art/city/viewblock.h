@@ -23,7 +23,7 @@ struct EyeBox {
 EyeBox BoxOf(const Show::Flight& flight);
 
 /// The material's functions `View` and `Exposure` for these flights, as GLSL: the boxes of the
-/// flights with the bits and exposures of kFlightViews, in order. At most as many as there are
+/// flights with the bits and exposures of flightViews, in order. At most as many as there are
 /// flights in the show.
 std::string ViewFunctions(std::span<const Show::Flight> flights);
 

@@ -10,13 +10,13 @@ namespace Art {
 namespace {
 
 // A ray through every pixel of the picture ...
-constexpr int kAcross = Show::width;
-constexpr int kUp = Show::height;
+constexpr int raysAcross = Show::width;
+constexpr int raysUp = Show::height;
 // ... from this many eyes of each flight.
-constexpr int kEyesPerFlight = 56;
+constexpr int eyesPerFlight = 56;
 
 // How far the waves bend the mirror image, in half pictures.
-constexpr float kBend = 0.04f;
+constexpr float waveBend = 0.04f;
 
 bool IsBelow(const Eye& eye) {
     return eye.position.y < eye.waterHeight;
@@ -41,10 +41,10 @@ int First(const SightLines& lines, const Eye& eye, Vec3 direction, float reach) 
 /// stands beyond.
 int Mirrored(const SightLines& lines, const Eye& eye, Vec3 direction) {
     if (IsBelow(eye))
-        return First(lines, eye, direction, SightLines::kFar);
+        return First(lines, eye, direction, SightLines::sightEnd);
     const float way = SightLines::ToWater(eye, direction);
     int first = -1;
-    if (way < SightLines::kFar)
+    if (way < SightLines::sightEnd)
         lines.FollowMirrored(eye, direction, way, Keep(first));
     return first;
 }
@@ -56,13 +56,13 @@ void NoteRay(const SightLines& lines, const Eye& eye, const FlightView& view, Ve
     const Vec3 direction = RayThrough(eye, at.x, at.y);
     const float toWater = SightLines::ToWater(eye, direction);
     const bool below = IsBelow(eye);
-    const int plain = First(lines, eye, direction, below ? SightLines::kFar : toWater);
+    const int plain = First(lines, eye, direction, below ? SightLines::sightEnd : toWater);
     if (plain >= 0)
         views[plain] |= 1u << view.plain;
-    if (toWater >= SightLines::kFar || (plain >= 0 && !below))
+    if (toWater >= SightLines::sightEnd || (plain >= 0 && !below))
         return;
-    const float x = at.x + random.Range(-kBend, kBend);
-    const float y = at.y + random.Range(-kBend, kBend);
+    const float x = at.x + random.Range(-waveBend, waveBend);
+    const float y = at.y + random.Range(-waveBend, waveBend);
     const int mirrored = Mirrored(lines, eye, RayThrough(eye, x, y));
     if (mirrored >= 0)
         views[mirrored] |= 1u << view.mirror;
@@ -72,10 +72,10 @@ Views ViewsOfEye(const SightLines& lines, const Eye& eye, const FlightView& view
                  std::size_t surfaces) {
     Views views(surfaces);
     Random random(seed);
-    for (int i = 0; i < kAcross * kUp; ++i) {
-        const int row = i / kAcross;
-        const float x = (static_cast<float>(i % kAcross) + random.Unit()) / kAcross * 2 - 1;
-        const float y = (static_cast<float>(row) + random.Unit()) / kUp * 2 - 1;
+    for (int i = 0; i < raysAcross * raysUp; ++i) {
+        const int row = i / raysAcross;
+        const float x = (static_cast<float>(i % raysAcross) + random.Unit()) / raysAcross * 2 - 1;
+        const float y = (static_cast<float>(row) + random.Unit()) / raysUp * 2 - 1;
         NoteRay(lines, eye, view, {x, y}, random, views);
     }
     return views;
@@ -86,7 +86,7 @@ Views ViewsOfEye(const SightLines& lines, const Eye& eye, const FlightView& view
 // Under water most of the light is lost in the end, when the ripple mixes its blue over the
 // picture. Along the canal the picture beats up to twice its brightness, and walls should stay
 // dark then.
-const std::array<FlightView, Show::flightCount> kFlightViews = {{
+const std::array<FlightView, Show::flightCount> flightViews = {{
     {0, 6, 1.0f},  // out over the open sea
     {0, 6, 1.0f},  // away from the rising city
     {1, 1, 1.55f}, // under water
@@ -99,15 +99,15 @@ const std::array<FlightView, Show::flightCount> kFlightViews = {{
 
 std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
     const SightLines lines(surfaces);
-    const int eyes = static_cast<int>(Show::flightCount) * kEyesPerFlight;
+    const int eyes = static_cast<int>(Show::flightCount) * eyesPerFlight;
     std::vector<Views> ofEyes(static_cast<std::size_t>(eyes));
     Progress progress("what each flight shows", eyes);
     ForEachIndex(eyes, 0, [&](int i) {
-        const auto flight = static_cast<std::size_t>(i / kEyesPerFlight);
+        const auto flight = static_cast<std::size_t>(i / eyesPerFlight);
         // The first and the last eye are those of the flight's ends.
-        const float t = static_cast<float>(i % kEyesPerFlight) / (kEyesPerFlight - 1);
+        const float t = static_cast<float>(i % eyesPerFlight) / (eyesPerFlight - 1);
         ofEyes[static_cast<std::size_t>(i)] =
-            ViewsOfEye(lines, EyeAt(Show::flights[flight], t), kFlightViews[flight],
+            ViewsOfEye(lines, EyeAt(Show::flights[flight], t), flightViews[flight],
                        static_cast<unsigned>(i), surfaces.size());
         progress.Add(1);
     });

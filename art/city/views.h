@@ -17,7 +17,7 @@ struct FlightView {
     float exposure;  ///< how far the camera's iris is open: 1 shows the light map's light as it is
 };
 /// Of each flight of Show::flights. Flights that share a bit have the same exposure.
-extern const std::array<FlightView, Show::flightCount> kFlightViews;
+extern const std::array<FlightView, Show::flightCount> flightViews;
 
 /// For each surface the bits of the pictures that show any of it. The surface of the water bends
 /// what it shows; whatever it may show so is counted.

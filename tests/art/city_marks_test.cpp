@@ -78,7 +78,7 @@ struct Count {
 
     void Note(float whole, float marked) {
         constexpr float kSame = 0.05f; // some walls have a second one in the same place
-        if (whole >= SightLines::kFar)
+        if (whole >= SightLines::sightEnd)
             return;
         ++met;
         wrong += marked > whole + kSame ? 1 : 0;
@@ -96,13 +96,13 @@ auto Keep(float& first) {
 }
 
 float WayInSight(const SightLines& lines, const Eye& eye, Vec3 direction, float reach) {
-    float way = SightLines::kFar;
+    float way = SightLines::sightEnd;
     lines.Follow(eye.position, direction, reach, Keep(way));
     return way;
 }
 
 float WayInMirror(const SightLines& lines, const Eye& eye, Vec3 direction, float toWater) {
-    float way = SightLines::kFar;
+    float way = SightLines::sightEnd;
     lines.FollowMirrored(eye, direction, toWater, Keep(way));
     return way;
 }
@@ -112,11 +112,11 @@ float WayInMirror(const SightLines& lines, const Eye& eye, Vec3 direction, float
 void FollowRay(const Eye& eye, Vec3 direction, const Marked& marked, Count& count) {
     const bool over = eye.position.y > eye.waterHeight;
     const float toWater = SightLines::ToWater(eye, direction);
-    const float reach = over ? toWater : SightLines::kFar;
+    const float reach = over ? toWater : SightLines::sightEnd;
     const float plain = WayInSight(Whole(), eye, direction, reach);
-    if (plain < SightLines::kFar)
+    if (plain < SightLines::sightEnd)
         count.Note(plain, WayInSight(marked.plain, eye, direction, reach));
-    else if (over && toWater < SightLines::kFar)
+    else if (over && toWater < SightLines::sightEnd)
         count.Note(WayInMirror(Whole(), eye, direction, toWater),
                    WayInMirror(marked.mirror, eye, direction, toWater));
 }
@@ -144,7 +144,7 @@ constexpr double kSlivers = 0.0003;
 class CityMarks : public ::testing::TestWithParam<Show::FlightNumber> {};
 
 TEST_P(CityMarks, Stand_on_what_the_flight_sees) {
-    const Count count = LookFrom(Show::flights[GetParam()], kFlightViews[GetParam()]);
+    const Count count = LookFrom(Show::flights[GetParam()], flightViews[GetParam()]);
     EXPECT_GT(count.met, 4000) << "the city is hardly in sight";
     EXPECT_LT(count.WrongShare(), kSlivers);
 }
@@ -156,7 +156,7 @@ TEST_P(CityMarks, Are_missing_once_the_flight_is_moved_by_a_few_units) {
         Show::Flight moved = Show::flights[GetParam()];
         moved.start += step;
         moved.end += step;
-        most = std::max(most, LookFrom(moved, kFlightViews[GetParam()]).WrongShare());
+        most = std::max(most, LookFrom(moved, flightViews[GetParam()]).WrongShare());
     }
     EXPECT_GT(most, kSlivers);
 }

@@ -71,7 +71,7 @@ TEST(Views, Hold_what_a_flight_sees_and_leave_out_what_stands_behind) {
     for (const float x : {50.0f, 60.0f})
         b.Rect({x, 0, -60}, {0, 0, 1}, {0, 1, 0}, 140, 40, Plain(Material::Stone));
     const std::vector<unsigned> seen = MeasureViews(b.surfaces);
-    const unsigned fourth = 1u << kFlightViews[Show::BetweenTowers].plain;
+    const unsigned fourth = 1u << flightViews[Show::BetweenTowers].plain;
     EXPECT_EQ(seen[0] & fourth, fourth);
     EXPECT_EQ(seen[1] & fourth, 0u);
 }
@@ -82,7 +82,7 @@ TEST(Views, Hold_what_the_water_mirrors) {
     Builder b;
     b.Rect({0, 9, 30}, {1, 0, 0}, {0, 0, 1}, 50, 20, Plain(Material::Stone));
     const std::vector<unsigned> seen = MeasureViews(b.surfaces);
-    const unsigned mirrored = 1u << kFlightViews[Show::Basin].mirror;
+    const unsigned mirrored = 1u << flightViews[Show::Basin].mirror;
     EXPECT_EQ(seen[0] & mirrored, mirrored);
 }
 
@@ -96,7 +96,7 @@ TEST(Mesh, No_two_charts_share_a_texel) {
         for (std::size_t i = 0; i < sub.vertices.size(); i += 3) {
             const MeshVertex* v = &sub.vertices[i];
             const Vec2 middle =
-                (v[0].lightmap + v[1].lightmap + v[2].lightmap) * (kLightmapSize / 3.0f);
+                (v[0].lightmap + v[1].lightmap + v[2].lightmap) * (lightmapSize / 3.0f);
             const auto key = std::pair{static_cast<int>(middle.x), static_cast<int>(middle.y)};
             const auto found = normals.emplace(key, v[0].normal).first;
             shared += Length(found->second - v[0].normal) > 0.05f ? 1 : 0;
@@ -119,7 +119,7 @@ Corner CornerOf(const Surface& surface) {
 float DensityOf(const MeshVertex* v) {
     const float map =
         std::abs(Cross(v[1].lightmap - v[0].lightmap, v[2].lightmap - v[0].lightmap)) *
-        kLightmapSize * kLightmapSize;
+        lightmapSize * lightmapSize;
     const float world = Length(Cross(v[1].position - v[0].position, v[2].position - v[0].position));
     return std::sqrt(map / std::max(world, 1e-6f));
 }

@@ -24,7 +24,7 @@ Builder SmallCity() {
 }
 
 MeshFile Without(std::initializer_list<Step> left) {
-    Steps steps = kAllSteps;
+    Steps steps = allSteps;
     for (const Step step : left)
         steps.reset(static_cast<std::size_t>(step));
     static const Builder city = SmallCity();

@@ -157,7 +157,7 @@ protected:
     }
 
     std::string FirstWrong(const Show::Flight& flight, Show::FlightNumber number) {
-        return FirstWrong(QuestionsOf(flight, Art::kFlightViews[number]));
+        return FirstWrong(QuestionsOf(flight, Art::flightViews[number]));
     }
 
 private:
@@ -214,7 +214,7 @@ TEST_F(CityViews, Are_none_away_from_all_flights) {
 
 TEST_F(CityViews, Have_the_exposures_of_their_flights) {
     for (std::size_t i = 0; i < Show::flightCount; ++i) {
-        const Art::FlightView& view = Art::kFlightViews[i];
+        const Art::FlightView& view = Art::flightViews[i];
         const RealEye eye = EyeOf(Show::flights[i], 1.0, 0.0);
         ClearFakeTime();
         const Answer answer = Ask({{eye.position, false, view.plain}})[0];
@@ -225,7 +225,7 @@ TEST_F(CityViews, Have_the_exposures_of_their_flights) {
 
 TEST(CityViewTable, Gives_flights_that_share_a_bit_the_same_exposure) {
     std::map<unsigned, float> exposures;
-    for (const Art::FlightView& view : Art::kFlightViews)
+    for (const Art::FlightView& view : Art::flightViews)
         for (const unsigned bit : {view.plain, view.mirror})
             EXPECT_EQ(exposures.emplace(bit, view.exposure).first->second, view.exposure) << bit;
 }
