@@ -8,8 +8,8 @@
 namespace Music {
 
 /// Every signal of the music is 32-bit float at this rate, in samples a second.
-constexpr int kSampleRate = 44100;
-constexpr double kPi = 3.14159265358979323846;
+constexpr int sampleRate = 44100;
+constexpr double pi = 3.14159265358979323846;
 
 /// Two channels of equal length; full scale is -1..1.
 struct Stereo {
@@ -43,7 +43,7 @@ inline double NoteFrequency(double midi) {
 
 /// Sample index that lies nearest to a time in seconds.
 inline std::size_t FrameAt(double seconds) {
-    return static_cast<std::size_t>(std::llround(std::fmax(seconds, 0.0) * kSampleRate));
+    return static_cast<std::size_t>(std::llround(std::fmax(seconds, 0.0) * sampleRate));
 }
 
 /// Zero in place of values so small that they would become denormal numbers in a feedback

@@ -11,8 +11,8 @@ namespace Music {
 
 namespace {
 
-constexpr std::size_t kControl = 16;
-constexpr double kLongestRelease = 2.0;
+constexpr std::size_t controlInterval = 16;
+constexpr double longestRelease = 2.0;
 
 /// exp(k (cos x - 1)) without its mean: a pulse whose harmonics fall off like a bell curve of
 /// width sqrt(k), all in phase, so that it never goes further below zero than about half of its
@@ -21,14 +21,14 @@ constexpr double kLongestRelease = 2.0;
 class RoundedPulse {
 public:
     void Set(double frequency, double bright) {
-        step = frequency / kSampleRate;
+        step = frequency / sampleRate;
         k = bright;
         mean = std::exp(-k) * BesselI(0);
         scale = 1.0 / (2.0 * std::exp(-k) * BesselI(1)); // fundamental of amplitude 1
     }
 
     float Next() {
-        const double value = (std::exp(k * (std::cos(2.0 * kPi * phase) - 1.0)) - mean) * scale;
+        const double value = (std::exp(k * (std::cos(2.0 * pi * phase) - 1.0)) - mean) * scale;
         phase += step;
         phase -= phase >= 1.0 ? 1.0 : 0.0;
         return static_cast<float>(value);
@@ -61,7 +61,7 @@ public:
         Voice voice(set, note);
         const std::size_t begin = FrameAt(note.start);
         const std::size_t end =
-            std::min(out.Frames(), begin + FrameAt(note.length + kLongestRelease));
+            std::min(out.Frames(), begin + FrameAt(note.length + longestRelease));
         for (std::size_t i = begin; i < end && !voice.Done(); ++i) {
             voice.Next(i - begin, out.left[i], out.right[i]);
         }
@@ -88,8 +88,8 @@ private:
         void Next(std::size_t frame, float& left, float& right) {
             const float bright = brightness.Next();
             const float open = sweep.Next();
-            if (frame % kControl == 0) {
-                Control(static_cast<double>(frame) / kSampleRate, bright, open);
+            if (frame % controlInterval == 0) {
+                Control(static_cast<double>(frame) / sampleRate, bright, open);
             }
             const float level = amplitude.Next() * gain;
             const float low = pulse.Next() * level;

@@ -15,7 +15,7 @@ namespace {
 /// An exponential fall by 60 dB in `seconds`.
 class Fall {
 public:
-    explicit Fall(double seconds) : factor(std::pow(0.001, 1.0 / (seconds * kSampleRate))) {}
+    explicit Fall(double seconds) : factor(std::pow(0.001, 1.0 / (seconds * sampleRate))) {}
     float Next() {
         level *= factor;
         return static_cast<float>(level);
@@ -42,12 +42,12 @@ public:
         Biquad edge = Biquad::HighPass(1800, 0.7);
         double phase = 0;
         for (std::size_t i = 0; begin + i < out.Frames() && !body.Done(); ++i) {
-            const double seconds = static_cast<double>(i) / kSampleRate;
+            const double seconds = static_cast<double>(i) / sampleRate;
             const double pitch =
                 set["to"] + (set["from"] - set["to"]) * std::exp(-seconds / set["bend"]);
-            phase += pitch / kSampleRate;
+            phase += pitch / sampleRate;
             const float level = i < hold ? 1.0F : body.Next();
-            const auto tone = static_cast<float>(std::sin(2.0 * kPi * phase));
+            const auto tone = static_cast<float>(std::sin(2.0 * pi * phase));
             const auto snap =
                 static_cast<float>(set["click"] * edge.Process(random.Bipolar()) * click.Next());
             const float value = gain * (SoftBend(tone * level, drive) + snap);
@@ -77,10 +77,10 @@ public:
         const std::size_t begin = FrameAt(note.start);
         double phase = 0;
         for (std::size_t i = 0; begin + i < out.Frames() && !rattle.Done(); ++i) {
-            const double seconds = static_cast<double>(i) / kSampleRate;
-            phase += set["tone"] * (1.0 + 0.6 * std::exp(-seconds / 0.012)) / kSampleRate;
+            const double seconds = static_cast<double>(i) / sampleRate;
+            phase += set["tone"] * (1.0 + 0.6 * std::exp(-seconds / 0.012)) / sampleRate;
             const float drum =
-                toneLevel * tone.Next() * static_cast<float>(std::sin(2.0 * kPi * phase));
+                toneLevel * tone.Next() * static_cast<float>(std::sin(2.0 * pi * phase));
             const float noise = rattle.Next();
             const float common = random.Bipolar();
             out.left[begin + i] +=
@@ -113,8 +113,8 @@ public:
         filters[0].Set(set["center"], set["resonance"]);
         filters[1].Set(set["center"] * 1.08, set["resonance"]);
         const std::size_t begin = FrameAt(note.start);
-        const double shortFall = std::pow(0.001, 1.0 / (0.03 * kSampleRate));
-        const double longFall = std::pow(0.001, 1.0 / (set["decay"] * kSampleRate));
+        const double shortFall = std::pow(0.001, 1.0 / (0.03 * sampleRate));
+        const double longFall = std::pow(0.001, 1.0 / (set["decay"] * sampleRate));
         double level = 0;
         for (std::size_t i = 0; begin + i < out.Frames() && (i < hits * gap || level > 0.0002);
              ++i) {
@@ -137,11 +137,12 @@ public:
     explicit Metal(const Settings& settings) : set(settings) {}
 
     void Render(const Note& note, Stereo& out) const override {
-        static constexpr std::array<double, 6> kModes{1.0, 1.342, 1.6532, 1.9523, 2.1523, 2.4567};
-        std::array<Oscillator, kModes.size()> modes;
+        static constexpr std::array<double, 6> modeRatios{1.0,    1.342,  1.6532,
+                                                          1.9523, 2.1523, 2.4567};
+        std::array<Oscillator, modeRatios.size()> modes;
         for (std::size_t m = 0; m < modes.size(); ++m) {
             modes.at(m) = Oscillator(Wave::Square, 0.37 * static_cast<double>(m));
-            modes.at(m).SetFrequency(set["tone"] * kModes.at(m));
+            modes.at(m).SetFrequency(set["tone"] * modeRatios.at(m));
         }
         const float gain = FromDb(static_cast<float>(set["level"])) * note.velocity;
         const auto noise = static_cast<float>(set["noise"]);
@@ -149,7 +150,7 @@ public:
         Fall fall(set["decay"]);
         Biquad cut[2] = {Biquad::HighPass(set["low_cut"], 0.8),
                          Biquad::HighPass(set["low_cut"], 0.8)};
-        const auto rise = static_cast<float>(1.0 / std::max(1.0, set["attack"] * kSampleRate));
+        const auto rise = static_cast<float>(1.0 / std::max(1.0, set["attack"] * sampleRate));
         float attack = 0.0F;
         const std::size_t begin = FrameAt(note.start);
         for (std::size_t i = begin; i < out.Frames() && !fall.Done(); ++i) {
@@ -188,7 +189,7 @@ public:
         const std::size_t begin = FrameAt(note.start);
         for (std::size_t i = begin; i < out.Frames() && !envelope.Done(); ++i) {
             const double part =
-                std::min(1.0, static_cast<double>(i - begin) / (note.length * kSampleRate));
+                std::min(1.0, static_cast<double>(i - begin) / (note.length * sampleRate));
             if ((i - begin) % 16 == 0) {
                 Move(part, note.midi, filters, tones);
             }
@@ -239,12 +240,12 @@ public:
         const std::size_t begin = FrameAt(note.start);
         double phase = 0;
         for (std::size_t i = 0; begin + i < out.Frames() && !(tone.Done() && rush.Done()); ++i) {
-            const double seconds = static_cast<double>(i) / kSampleRate;
+            const double seconds = static_cast<double>(i) / sampleRate;
             const double pitch =
                 set["to"] + (set["from"] - set["to"]) * std::exp(-3.0 * seconds / set["time"]);
-            phase += pitch * shift / kSampleRate;
+            phase += pitch * shift / sampleRate;
             const auto rise = static_cast<float>(std::min(1.0, seconds / set["attack"]));
-            const float sine = rise * tone.Next() * static_cast<float>(std::sin(2.0 * kPi * phase));
+            const float sine = rise * tone.Next() * static_cast<float>(std::sin(2.0 * pi * phase));
             const float noise = noiseLevel * rise * rush.Next();
             out.left[begin + i] += gain * (sine + noise * Next(cut[0], random));
             out.right[begin + i] += gain * (sine + noise * Next(cut[1], random));

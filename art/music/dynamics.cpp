@@ -8,18 +8,18 @@ namespace Music {
 
 namespace {
 
-constexpr int kPhases = 4;
-constexpr int kTaps = 12; // a phase
+constexpr int phaseCount = 4;
+constexpr int tapsPerPhase = 12; // a phase
 
 /// Polyphase windowed-sinc interpolator: row p gives the value p/4 of a sample later.
-std::array<std::array<float, kTaps>, kPhases> InterpolatorTaps() {
-    std::array<std::array<float, kTaps>, kPhases> taps{};
-    for (int phase = 0; phase < kPhases; ++phase) {
-        for (int tap = 0; tap < kTaps; ++tap) {
-            const int whole = tap - (kTaps / 2 - 1);
-            const double x = whole - phase / static_cast<double>(kPhases);
-            const double sinc = x == 0.0 ? 1.0 : std::sin(kPi * x) / (kPi * x);
-            const double window = 0.5 + 0.5 * std::cos(kPi * x / (kTaps / 2.0));
+std::array<std::array<float, tapsPerPhase>, phaseCount> InterpolatorTaps() {
+    std::array<std::array<float, tapsPerPhase>, phaseCount> taps{};
+    for (int phase = 0; phase < phaseCount; ++phase) {
+        for (int tap = 0; tap < tapsPerPhase; ++tap) {
+            const int whole = tap - (tapsPerPhase / 2 - 1);
+            const double x = whole - phase / static_cast<double>(phaseCount);
+            const double sinc = x == 0.0 ? 1.0 : std::sin(pi * x) / (pi * x);
+            const double window = 0.5 + 0.5 * std::cos(pi * x / (tapsPerPhase / 2.0));
             taps[static_cast<std::size_t>(phase)][static_cast<std::size_t>(tap)] =
                 static_cast<float>(sinc * window);
         }
@@ -42,8 +42,8 @@ float KneeGain(float over, float ratio, float knee) {
 } // namespace
 
 std::vector<float> Compressor::GainDb(const Stereo& key) const {
-    const auto toAttack = static_cast<float>(1.0 - std::exp(-1.0 / (attack * kSampleRate)));
-    const auto toRelease = static_cast<float>(1.0 - std::exp(-1.0 / (release * kSampleRate)));
+    const auto toAttack = static_cast<float>(1.0 - std::exp(-1.0 / (attack * sampleRate)));
+    const auto toRelease = static_cast<float>(1.0 - std::exp(-1.0 / (release * sampleRate)));
     std::vector<float> gains(key.Frames());
     float gain = 0.0F;
     for (std::size_t i = 0; i < gains.size(); ++i) {
@@ -70,11 +70,11 @@ std::vector<float> TruePeaks(const std::vector<float>& samples) {
     std::vector<float> peaks(samples.size());
     for (std::ptrdiff_t i = 0; i < count; ++i) {
         float peak = 0.0F;
-        const std::ptrdiff_t first = i - (kTaps / 2 - 1);
-        const bool inside = first >= 0 && first + kTaps <= count;
+        const std::ptrdiff_t first = i - (tapsPerPhase / 2 - 1);
+        const bool inside = first >= 0 && first + tapsPerPhase <= count;
         for (const auto& phase : taps) {
             float value = 0.0F;
-            for (std::ptrdiff_t tap = 0; tap < kTaps; ++tap) {
+            for (std::ptrdiff_t tap = 0; tap < tapsPerPhase; ++tap) {
                 const std::ptrdiff_t at = first + tap;
                 if (inside || (at >= 0 && at < count)) {
                     value += samples[static_cast<std::size_t>(at)] *
@@ -110,7 +110,7 @@ std::vector<float> SlidingMinimum(const std::vector<float>& values, std::size_t 
 std::vector<float> HannSmoothed(const std::vector<float>& values, std::size_t reach) {
     // A raised cosine is a constant plus a cosine: both parts are running sums, the second one
     // of the values turned by the cosine's angle. Doubles keep the running sums exact enough.
-    const double angle = kPi / static_cast<double>(reach + 1);
+    const double angle = pi / static_cast<double>(reach + 1);
     const auto n = static_cast<std::ptrdiff_t>(values.size());
     const auto r = static_cast<std::ptrdiff_t>(reach);
     std::vector<float> result(values.size());
@@ -155,7 +155,7 @@ float Limiter::Apply(Stereo& signal) const {
     // wanted one.
     const std::size_t reach = FrameAt(lookAhead);
     gain = SlidingMinimum(gain, reach);
-    const auto recover = static_cast<float>(1.0 - std::exp(-1.0 / (release * kSampleRate)));
+    const auto recover = static_cast<float>(1.0 - std::exp(-1.0 / (release * sampleRate)));
     float held = 1.0F;
     for (float& value : gain) {
         held = value < held ? value : held + (value - held) * recover;

@@ -6,34 +6,34 @@ namespace Music {
 
 namespace {
 
-constexpr std::size_t kLines = 8;
+constexpr std::size_t lineCount = 8;
 // Prime numbers of samples between 29 and 81 ms, so that echoes never fall together.
-constexpr std::array<int, kLines> kLengths{1289, 1447, 1663, 1873, 2129, 2503, 2999, 3571};
-constexpr float kWander = 9.0F; // samples a line's length moves to each side
+constexpr std::array<int, lineCount> lineLengths{1289, 1447, 1663, 1873, 2129, 2503, 2999, 3571};
+constexpr float wanderReach = 9.0F; // samples a line's length moves to each side
 
 /// The eight delays of a Reverb while it runs.
 class Network {
 public:
     explicit Network(const Reverb& reverb) {
-        for (std::size_t i = 0; i < kLines; ++i) {
-            lines.emplace_back(static_cast<std::size_t>(kLengths[i]) + 16);
+        for (std::size_t i = 0; i < lineCount; ++i) {
+            lines.emplace_back(static_cast<std::size_t>(lineLengths[i]) + 16);
             gains[i] =
-                static_cast<float>(std::pow(0.001, kLengths[i] / (reverb.time * kSampleRate)));
-            phases[i] = static_cast<double>(i) / kLines;
+                static_cast<float>(std::pow(0.001, lineLengths[i] / (reverb.time * sampleRate)));
+            phases[i] = static_cast<double>(i) / lineCount;
         }
-        damp = static_cast<float>(1.0 - std::exp(-2.0 * kPi * reverb.damping / kSampleRate));
+        damp = static_cast<float>(1.0 - std::exp(-2.0 * pi * reverb.damping / sampleRate));
     }
 
     void Next(float inLeft, float inRight, float& outLeft, float& outRight) {
-        std::array<float, kLines> taps{};
+        std::array<float, lineCount> taps{};
         float sum = 0.0F;
-        for (std::size_t i = 0; i < kLines; ++i) {
-            taps[i] = lines[i].Read(static_cast<float>(kLengths[i]) + wander[i]);
+        for (std::size_t i = 0; i < lineCount; ++i) {
+            taps[i] = lines[i].Read(static_cast<float>(lineLengths[i]) + wander[i]);
             dark[i] = Flushed(dark[i] + damp * (taps[i] - dark[i]));
             sum += dark[i] * gains[i];
         }
-        const float shared = sum * (2.0F / kLines);
-        for (std::size_t i = 0; i < kLines; ++i) {
+        const float shared = sum * (2.0F / lineCount);
+        for (std::size_t i = 0; i < lineCount; ++i) {
             const float input = i % 2 == 0 ? inLeft : inRight;
             lines[i].Write(input + dark[i] * gains[i] - shared);
         }
@@ -43,19 +43,19 @@ public:
 
     /// Moves the lengths; called every few samples.
     void Wander(double seconds) {
-        for (std::size_t i = 0; i < kLines; ++i) {
+        for (std::size_t i = 0; i < lineCount; ++i) {
             const double rate = 0.31 + 0.07 * static_cast<double>(i);
             wander[i] =
-                kWander * static_cast<float>(std::sin(2.0 * kPi * (rate * seconds + phases[i])));
+                wanderReach * static_cast<float>(std::sin(2.0 * pi * (rate * seconds + phases[i])));
         }
     }
 
 private:
     std::vector<DelayLine> lines;
-    std::array<float, kLines> gains{};
-    std::array<float, kLines> dark{};
-    std::array<float, kLines> wander{};
-    std::array<double, kLines> phases{};
+    std::array<float, lineCount> gains{};
+    std::array<float, lineCount> dark{};
+    std::array<float, lineCount> wander{};
+    std::array<double, lineCount> phases{};
     float damp;
 };
 
@@ -84,11 +84,11 @@ void Chorus::Apply(Stereo& signal) const {
     const auto longest = FrameAt(delay + depth) + 8;
     DelayLine left(longest);
     DelayLine right(longest);
-    const double step = 2.0 * kPi * rate / kSampleRate;
+    const double step = 2.0 * pi * rate / sampleRate;
     for (std::size_t i = 0; i < signal.Frames(); ++i) {
         const double angle = step * static_cast<double>(i);
-        const auto base = static_cast<float>(delay * kSampleRate);
-        const auto swing = static_cast<float>(depth * kSampleRate);
+        const auto base = static_cast<float>(delay * sampleRate);
+        const auto swing = static_cast<float>(depth * sampleRate);
         left.Write(signal.left[i]);
         right.Write(signal.right[i]);
         const float first = swing * static_cast<float>(std::sin(angle));
@@ -130,10 +130,10 @@ Stereo Reverb::Process(const Stereo& input) const {
     thin.Apply(sent.right);
     Network network(*this);
     Stereo hall(input.Frames());
-    constexpr std::size_t kControl = 16; // samples between moves of the delay lengths
+    constexpr std::size_t controlInterval = 16; // samples between moves of the delay lengths
     for (std::size_t i = 0; i < input.Frames(); ++i) {
-        if (i % kControl == 0) {
-            network.Wander(static_cast<double>(i) / kSampleRate);
+        if (i % controlInterval == 0) {
+            network.Wander(static_cast<double>(i) / sampleRate);
         }
         network.Next(sent.left[i], sent.right[i], hall.left[i], hall.right[i]);
     }

@@ -18,7 +18,7 @@ public:
     /// Starts at the note's beginning; the note lasts `length` seconds.
     Envelope(const EnvelopeTimes& times, double length)
         : sustain(static_cast<float>(times.sustain)),
-          rise(static_cast<float>(1.0 / std::fmax(times.attack * kSampleRate, 1.0))),
+          rise(static_cast<float>(1.0 / std::fmax(times.attack * sampleRate, 1.0))),
           fall(Factor(times.decay)),
           release(Factor(times.release)),
           held(FrameAt(length)) {}
@@ -47,7 +47,7 @@ public:
 private:
     /// Factor a sample that falls by 60 dB in `seconds`.
     static float Factor(double seconds) {
-        return static_cast<float>(std::pow(0.001, 1.0 / std::fmax(seconds * kSampleRate, 1.0)));
+        return static_cast<float>(std::pow(0.001, 1.0 / std::fmax(seconds * sampleRate, 1.0)));
     }
 
     float sustain;

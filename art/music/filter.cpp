@@ -9,7 +9,7 @@ namespace {
 /// The shared part of the textbook second-order sections for an angle and a Q.
 struct Section {
     Section(double frequency, double q)
-        : w(2.0 * kPi * frequency / kSampleRate),
+        : w(2.0 * pi * frequency / sampleRate),
           cosine(std::cos(w)),
           alpha(std::sin(w) / (2.0 * q)) {}
 
@@ -30,7 +30,7 @@ double ResonanceToQ(double resonance) {
 
 void StateFilter::Set(double cutoff, double resonance) {
     const double limited = std::clamp(cutoff, 10.0, 20000.0);
-    g = static_cast<float>(std::tan(kPi * limited / kSampleRate));
+    g = static_cast<float>(std::tan(pi * limited / sampleRate));
     k = static_cast<float>(1.0 / ResonanceToQ(resonance));
     scale = 1.0F / (1.0F + g * (g + k));
 }

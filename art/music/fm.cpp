@@ -8,20 +8,20 @@ namespace Music {
 
 namespace {
 
-constexpr double kHighestPartial = 19000.0;
+constexpr double highestPartial = 19000.0;
 
 /// A carrier with its modulator.
 class Pair {
 public:
     Pair(double carrier, double modulator, double index, double decay)
-        : carrierStep(carrier / kSampleRate),
-          modulatorStep(modulator / kSampleRate),
+        : carrierStep(carrier / sampleRate),
+          modulatorStep(modulator / sampleRate),
           depth(Bounded(carrier, modulator, index)),
-          fade(std::pow(0.001, 1.0 / (decay * kSampleRate))) {}
+          fade(std::pow(0.001, 1.0 / (decay * sampleRate))) {}
 
     float Next(double pitchFactor) {
         const double value =
-            std::sin(2.0 * kPi * carrierPhase + depth * std::sin(2.0 * kPi * modulatorPhase));
+            std::sin(2.0 * pi * carrierPhase + depth * std::sin(2.0 * pi * modulatorPhase));
         carrierPhase = Wrapped(carrierPhase + carrierStep * pitchFactor);
         modulatorPhase = Wrapped(modulatorPhase + modulatorStep * pitchFactor);
         depth = depth < 1e-9 ? 0.0 : depth * fade;
@@ -32,7 +32,7 @@ private:
     /// The index at which the furthest side band worth hearing (index + 2 modulator steps away)
     /// still lies below the audible limit, so that none is mirrored at half the sample rate.
     static double Bounded(double carrier, double modulator, double index) {
-        const double room = (kHighestPartial - carrier) / std::max(modulator, 1.0) - 2.0;
+        const double room = (highestPartial - carrier) / std::max(modulator, 1.0) - 2.0;
         return std::clamp(index, 0.0, std::max(room, 0.0));
     }
 
@@ -63,7 +63,7 @@ public:
         const auto level2 = static_cast<float>(set["level2"]);
         const std::size_t begin = FrameAt(note.start);
         for (std::size_t i = begin; i < out.Frames(); ++i) {
-            const double bent = PitchFactor(static_cast<double>(i - begin) / kSampleRate);
+            const double bent = PitchFactor(static_cast<double>(i - begin) / sampleRate);
             const float level = envelope.Next() * gain;
             out.left[i] += level * (first[0].Next(bent) + level2 * second[0].Next(bent));
             out.right[i] += level * (first[1].Next(bent) + level2 * second[1].Next(bent));
@@ -89,7 +89,7 @@ private:
         }
         const double semitones = set["bend"] * std::exp(-seconds / set["bend_time"]) +
                                  set["vibrato"] / 100.0 *
-                                     std::sin(2.0 * kPi * set["vibrato_rate"] * seconds) *
+                                     std::sin(2.0 * pi * set["vibrato_rate"] * seconds) *
                                      std::min(1.0, seconds * 3.0);
         return std::exp2(semitones / 12.0);
     }

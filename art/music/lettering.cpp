@@ -9,14 +9,14 @@ namespace Music {
 
 namespace {
 
-constexpr int kRows = 7;
-constexpr int kColumns = 5;
-constexpr int kAdvance = 6;
+constexpr int glyphRows = 7;
+constexpr int glyphColumns = 5;
+constexpr int advance = 6;
 
-using Glyph = std::array<unsigned char, kRows>; // five bits a row, the leftmost is 16
+using Glyph = std::array<unsigned char, glyphRows>; // five bits a row, the leftmost is 16
 
-const char* const kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789,.-";
-constexpr std::array<Glyph, 39> kGlyphs{{
+const char* const letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789,.-";
+constexpr std::array<Glyph, 39> glyphs{{
     {14, 17, 17, 31, 17, 17, 17}, {30, 17, 17, 30, 17, 17, 30}, {14, 17, 16, 16, 16, 17, 14},
     {30, 17, 17, 17, 17, 17, 30}, {31, 16, 16, 30, 16, 16, 31}, {31, 16, 16, 30, 16, 16, 16},
     {14, 17, 16, 23, 17, 17, 15}, {17, 17, 17, 31, 17, 17, 17}, {14, 4, 4, 4, 4, 4, 14},
@@ -46,15 +46,16 @@ void WriteText(Art::Picture& picture, int x, int y, const std::string& text, Art
                int scale) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const int letter = std::toupper(static_cast<unsigned char>(text[i]));
-        const char* found = letter == 0 ? nullptr : std::strchr(kLetters, letter);
+        const char* found = letter == 0 ? nullptr : std::strchr(letters, letter);
         if (found == nullptr) {
             continue;
         }
-        const Glyph& glyph = kGlyphs.at(static_cast<std::size_t>(found - kLetters));
-        const int left = x + static_cast<int>(i) * kAdvance * scale;
-        for (int row = 0; row < kRows; ++row) {
-            for (int column = 0; column < kColumns; ++column) {
-                if ((glyph.at(static_cast<std::size_t>(row)) >> (kColumns - 1 - column) & 1) != 0) {
+        const Glyph& glyph = glyphs.at(static_cast<std::size_t>(found - letters));
+        const int left = x + static_cast<int>(i) * advance * scale;
+        for (int row = 0; row < glyphRows; ++row) {
+            for (int column = 0; column < glyphColumns; ++column) {
+                if ((glyph.at(static_cast<std::size_t>(row)) >> (glyphColumns - 1 - column) & 1) !=
+                    0) {
                     FillBox(picture, left + column * scale, y + row * scale, scale, scale, colour);
                 }
             }

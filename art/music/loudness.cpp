@@ -10,7 +10,7 @@ namespace Music {
 
 namespace {
 
-constexpr unsigned kChannels = 2;
+constexpr unsigned channelCount = 2;
 
 struct MeterDeleter {
     void operator()(ebur128_state* meter) const { ebur128_destroy(&meter); }
@@ -23,15 +23,15 @@ void Demand(int result) {
 }
 
 Meter NewMeter() {
-    constexpr int kModes = EBUR128_MODE_I | EBUR128_MODE_LRA | EBUR128_MODE_TRUE_PEAK;
-    Meter meter(ebur128_init(kChannels, kSampleRate, kModes));
+    constexpr int modes = EBUR128_MODE_I | EBUR128_MODE_LRA | EBUR128_MODE_TRUE_PEAK;
+    Meter meter(ebur128_init(channelCount, sampleRate, modes));
     Demand(meter ? EBUR128_SUCCESS : EBUR128_ERROR_NOMEM);
     return meter;
 }
 
 std::vector<float> Interleaved(const Stereo& signal) {
     std::vector<float> samples;
-    samples.reserve(kChannels * signal.Frames());
+    samples.reserve(channelCount * signal.Frames());
     for (std::size_t i = 0; i < signal.Frames(); ++i) {
         samples.push_back(signal.left[i]);
         samples.push_back(signal.right[i]);
@@ -49,7 +49,7 @@ Loudness MeasureLoudness(const Stereo& signal) {
     Demand(ebur128_loudness_global(meter.get(), &integrated));
     result.integrated = std::max(result.integrated, integrated);
     Demand(ebur128_loudness_range(meter.get(), &result.range));
-    for (unsigned side = 0; side < kChannels; ++side) {
+    for (unsigned side = 0; side < channelCount; ++side) {
         double peak = 0.0;
         Demand(ebur128_true_peak(meter.get(), side, &peak));
         result.truePeak = std::max<double>(result.truePeak, ToDb(static_cast<float>(peak)));

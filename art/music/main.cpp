@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kKilobits = 256;
+constexpr int kilobits = 256;
 
 int Usage() {
     std::fprintf(stderr, "usage: make_music [--levels] SCORE OUT.wav [OUT.mp3]\n"
@@ -39,8 +39,8 @@ Music::Stereo Render(const Music::Score& score, std::string& message,
     }
     const std::size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
     // The master takes about as long as a dozen tracks.
-    constexpr int kMasterSteps = 12;
-    Art::Progress bar("music", static_cast<int>(score.tracks.size()) + kMasterSteps);
+    constexpr int masterSteps = 12;
+    Art::Progress bar("music", static_cast<int>(score.tracks.size()) + masterSteps);
     Music::Mix mix = PlayTracks(
         score, pulse, frames, [&](int, int) { bar.Add(1); }, message, levels);
     if (!message.empty()) {
@@ -48,10 +48,10 @@ Music::Stereo Render(const Music::Score& score, std::string& message,
     }
     Music::MasterReport report;
     Music::Stereo piece = Master(score, pulse, std::move(mix), report);
-    bar.Add(kMasterSteps);
+    bar.Add(masterSteps);
     std::printf("%.3f s, %.1f LUFS, range %.1f LU, true peak %.1f dBTP, gain %.1f dB, "
                 "limited by %.1f dB at most\n",
-                static_cast<double>(frames) / Music::kSampleRate, report.loudness.integrated,
+                static_cast<double>(frames) / Music::sampleRate, report.loudness.integrated,
                 report.loudness.range, report.loudness.truePeak, report.gainDb, report.limitedDb);
     return piece;
 }
@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
     if (!Music::WriteWav(argv[first + 1], piece)) {
         return Complain(argv[first + 1], " cannot be written");
     }
-    if (argc - first == 3 && !Music::WriteMp3(argv[first + 2], piece, kKilobits)) {
+    if (argc - first == 3 && !Music::WriteMp3(argv[first + 2], piece, kilobits)) {
         return Complain(argv[first + 2], " cannot be encoded or written");
     }
     return 0;

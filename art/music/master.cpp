@@ -37,8 +37,8 @@ void ToneShape(Stereo& signal, const Settings& set) {
 /// Silence from `end` seconds on, reached smoothly from `begin` on.
 void FadeOut(Stereo& signal, double begin, double end) {
     for (std::size_t i = FrameAt(begin); i < signal.Frames(); ++i) {
-        const double part = (static_cast<double>(i) / kSampleRate - begin) / (end - begin);
-        const auto gain = static_cast<float>(0.5 + 0.5 * std::cos(kPi * std::min(part, 1.0)));
+        const double part = (static_cast<double>(i) / sampleRate - begin) / (end - begin);
+        const auto gain = static_cast<float>(0.5 + 0.5 * std::cos(pi * std::min(part, 1.0)));
         signal.left[i] *= part >= 1.0 ? 0.0F : gain;
         signal.right[i] *= part >= 1.0 ? 0.0F : gain;
     }
@@ -91,15 +91,15 @@ Stereo Master(const Score& score, const BeatPulse& pulse, Mix mix, MasterReport&
     // The limiter takes some of the loudness it is given, so the gain is found in a few turns.
     report.gainDb = static_cast<float>(set["loudness"] - MeasureLoudness(sum).integrated);
     Stereo result;
-    constexpr int kTurns = 3;
-    for (int turn = 0; turn < kTurns; ++turn) {
+    constexpr int turns = 3;
+    for (int turn = 0; turn < turns; ++turn) {
         result = sum;
         result.Scale(FromDb(report.gainDb));
         pulse.AddCarrier(result);
         const Limiter limiter{static_cast<float>(set["ceiling"]), 0.003, 0.09};
         report.limitedDb = limiter.Apply(result);
         report.loudness = MeasureLoudness(result);
-        if (turn + 1 < kTurns) {
+        if (turn + 1 < turns) {
             report.gainDb += static_cast<float>(set["loudness"] - report.loudness.integrated);
         }
     }

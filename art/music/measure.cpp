@@ -9,18 +9,18 @@
 
 namespace {
 
-constexpr int kFft = 8192;
+constexpr int fftSize = 8192;
 
 /// Mean power of the octaves around 31.5 Hz .. 16 kHz from one time to another, dB.
 std::vector<double> OctaveLevels(const Music::Stereo& signal, double from, double to) {
     std::vector<double> octaves(10, 1e-12);
     int blocks = 0;
     const std::size_t end = std::min(Music::FrameAt(to), signal.Frames());
-    for (std::size_t at = Music::FrameAt(from); at + kFft <= end; at += kFft / 2, ++blocks) {
+    for (std::size_t at = Music::FrameAt(from); at + fftSize <= end; at += fftSize / 2, ++blocks) {
         for (const std::vector<float>* channel : {&signal.left, &signal.right}) {
-            const std::vector<double> power = Music::PowerSpectrum(channel->data() + at, kFft);
+            const std::vector<double> power = Music::PowerSpectrum(channel->data() + at, fftSize);
             for (std::size_t bin = 1; bin < power.size(); ++bin) {
-                const double hertz = static_cast<double>(bin) * Music::kSampleRate / kFft;
+                const double hertz = static_cast<double>(bin) * Music::sampleRate / fftSize;
                 const auto octave = std::lround(std::log2(hertz / 31.5));
                 if (octave >= 0 && octave < 10) {
                     octaves[static_cast<std::size_t>(octave)] += power[bin];
@@ -37,14 +37,14 @@ std::vector<double> OctaveLevels(const Music::Stereo& signal, double from, doubl
 /// Straight line through the octaves from 63 Hz to 8 kHz, dB an octave. Pink noise, which has
 /// the same power in every octave, gives 0; this piece aims at -1.5 to -2.
 double Slope(const std::vector<double>& octaves) {
-    constexpr int kFirst = 1;
-    constexpr int kLast = 8;
-    constexpr double kCentre = (kFirst + kLast) / 2.0;
+    constexpr int firstOctave = 1;
+    constexpr int lastOctave = 8;
+    constexpr double centre = (firstOctave + lastOctave) / 2.0;
     double products = 0;
     double squares = 0;
-    for (int octave = kFirst; octave <= kLast; ++octave) {
-        products += (octave - kCentre) * octaves[static_cast<std::size_t>(octave)];
-        squares += (octave - kCentre) * (octave - kCentre);
+    for (int octave = firstOctave; octave <= lastOctave; ++octave) {
+        products += (octave - centre) * octaves[static_cast<std::size_t>(octave)];
+        squares += (octave - centre) * (octave - centre);
     }
     return products / squares;
 }
@@ -103,28 +103,28 @@ void PrintSections(const Music::Score& score, const Music::Stereo& signal) {
 
 /// Counts the frames at which the picture would flash, as the frame loop sees them.
 void PrintPulse(const Music::BeatPulse& pulse, const Music::Stereo& signal, double phase) {
-    constexpr double kFrame = 1.0 / 60.0;
-    constexpr float kThreshold = 0.03F;
-    constexpr double kNear = 0.060;
+    constexpr double secondsPerFrame = 1.0 / 60.0;
+    constexpr float threshold = 0.03F;
+    constexpr double nearBeat = 0.060;
     std::vector<bool> hit(static_cast<std::size_t>(pulse.beats) + 1, false);
     int elsewhere = 0;
     double closest = 1.0;
     const double end = pulse.TimeOf(pulse.beats);
-    const auto first = std::lround(std::floor(pulse.firstBeat / kFrame));
-    const auto last = std::lround(std::floor(end / kFrame));
+    const auto first = std::lround(std::floor(pulse.firstBeat / secondsPerFrame));
+    const auto last = std::lround(std::floor(end / secondsPerFrame));
     for (long frame = first; frame < last; ++frame) {
-        const double time = (static_cast<double>(frame) + phase) * kFrame;
+        const double time = (static_cast<double>(frame) + phase) * secondsPerFrame;
         const float reading = Music::LowestBand(signal.left, Music::FrameAt(time));
         const int beat =
             static_cast<int>(std::lround((time - pulse.firstBeat) / pulse.secondsPerBeat));
-        const bool near = std::fabs(time - pulse.TimeOf(beat)) <= kNear;
+        const bool near = std::fabs(time - pulse.TimeOf(beat)) <= nearBeat;
         if (time < pulse.firstBeat - 0.003) {
             continue; // the picture's stretch begins 3 ms before its first beat
         }
         // Heard through either scale: the gap by the one that reads double.
-        if (2 * reading < kThreshold && near) {
+        if (2 * reading < threshold && near) {
             hit[static_cast<std::size_t>(std::max(beat, 0))] = true;
-        } else if (reading < kThreshold && !near) {
+        } else if (reading < threshold && !near) {
             ++elsewhere;
             std::printf("  false at %.3f (beat %d%+.0f ms)\n", time, beat,
                         1000 * (time - pulse.TimeOf(beat)));
@@ -152,7 +152,7 @@ int main(int argc, char** argv) {
     const Music::Loudness all = Music::MeasureLoudness(signal);
     std::printf("%zu frames, %.2f LUFS, range %.1f LU, true peak %.2f dBTP\n", signal.Frames(),
                 all.integrated, all.range, all.truePeak);
-    const double seconds = static_cast<double>(signal.Frames()) / Music::kSampleRate;
+    const double seconds = static_cast<double>(signal.Frames()) / Music::sampleRate;
     std::printf("slope against pink noise %.2f dB an octave\n",
                 Slope(OctaveLevels(signal, 0.0, seconds)));
     PrintSections(score, signal);

@@ -11,7 +11,7 @@ namespace Music {
 
 namespace {
 
-const std::vector<SettingDefault> kTrackDefaults{
+const std::vector<SettingDefault> trackDefaults{
     {"gain", 0},      // dB
     {"pan", 0},       // -1 left .. 1 right
     {"width", 1},     // factor of the difference between the sides
@@ -30,8 +30,8 @@ const std::vector<SettingDefault> kTrackDefaults{
     {"orbit", 0}, // radians a second with which the sound swings from side to side
     {"orbit_depth", 0.6}};
 
-constexpr std::size_t kControl = 32; // samples between filter changes
-constexpr double kLongestEcho = 5.0; // seconds
+constexpr std::size_t controlInterval = 32; // samples between filter changes
+constexpr double longestEcho = 5.0;         // seconds
 
 /// One track's values over time: its setting, or its curve where the score has one.
 class Automation {
@@ -53,7 +53,7 @@ public:
         if (!Moves()) {
             return constant;
         }
-        const double seconds = static_cast<double>(frame) / kSampleRate;
+        const double seconds = static_cast<double>(frame) / sampleRate;
         const double value = curve.At(1.0 + seconds * score.tempo / 240.0);
         return hertz ? std::exp2(value) : value;
     }
@@ -78,7 +78,7 @@ void Sweep(Stereo& signal, const Automation& cutoff, double resonance, Pass pass
         StateFilter first;
         StateFilter second;
         for (std::size_t i = 0; i < channel->size(); ++i) {
-            if (i % kControl == 0) {
+            if (i % controlInterval == 0) {
                 const double off = pass == Pass::Low ? 20000.0 : 10.0;
                 const double hertz = cutoff.At(i) > 0 ? cutoff.At(i) : off;
                 first.Set(hertz, resonance);
@@ -97,11 +97,11 @@ void Place(Stereo& signal, const Automation& pan, const Automation& gain, const 
     float left = 1.0F;
     float right = 1.0F;
     for (std::size_t i = 0; i < signal.Frames(); ++i) {
-        if (i % kControl == 0) {
-            const double seconds = static_cast<double>(i) / kSampleRate;
+        if (i % controlInterval == 0) {
+            const double seconds = static_cast<double>(i) / sampleRate;
             const double swing =
                 set["orbit"] > 0 ? set["orbit_depth"] * std::sin(set["orbit"] * seconds) : 0.0;
-            const double angle = (std::clamp(pan.At(i) + swing, -1.0, 1.0) + 1.0) * kPi / 4.0;
+            const double angle = (std::clamp(pan.At(i) + swing, -1.0, 1.0) + 1.0) * pi / 4.0;
             const double level = FromDb(static_cast<float>(gain.At(i))) * std::sqrt(2.0);
             left = static_cast<float>(level * std::cos(angle));
             right = static_cast<float>(level * std::sin(angle));
@@ -119,7 +119,7 @@ void AddSent(Stereo& bus, const Stereo& signal, const Automation& level) {
     }
     float gain = 0.0F;
     for (std::size_t i = 0; i < bus.Frames(); ++i) {
-        if (i % kControl == 0) {
+        if (i % controlInterval == 0) {
             gain = level.At(i) <= -90.0 ? 0.0F : FromDb(static_cast<float>(level.At(i)));
         }
         bus.left[i] += signal.left[i] * gain;
@@ -152,7 +152,7 @@ public:
     }
 
     bool Play(const TrackText& text, std::string& message) {
-        const Settings set(kTrackDefaults, text.settings, message);
+        const Settings set(trackDefaults, text.settings, message);
         if (!message.empty()) {
             return false;
         }
@@ -173,7 +173,7 @@ public:
     /// Hall and echoes are added last; both breathe with the kick.
     Mix Finished(const Settings& master) {
         PingPong echoes;
-        echoes.time = std::min(master["delay_beats"] * score.SecondsPerBeat(), kLongestEcho);
+        echoes.time = std::min(master["delay_beats"] * score.SecondsPerBeat(), longestEcho);
         echoes.feedback = static_cast<float>(master["delay_feedback"]);
         const Stereo repeats = echoes.Process(toDelay);
         toReverb.Add(repeats, 0.35F);

@@ -7,8 +7,8 @@ namespace Music {
 
 namespace {
 
-constexpr double kLargestNumber = 1e6; // nothing in a score is larger
-constexpr double kLongestNote = 1024;  // sixteenths
+constexpr double largestNumber = 1e6; // nothing in a score is larger
+constexpr double longestNote = 1024;  // sixteenths
 
 } // namespace
 
@@ -16,7 +16,7 @@ bool ParseNumber(const std::string& text, double& value) {
     char* end = nullptr;
     const double parsed = std::strtod(text.c_str(), &end);
     // Written so that "nan" is refused too.
-    if (text.empty() || *end != '\0' || !(std::fabs(parsed) <= kLargestNumber)) {
+    if (text.empty() || *end != '\0' || !(std::fabs(parsed) <= largestNumber)) {
         return false;
     }
     value = parsed;
@@ -64,7 +64,7 @@ bool AddTuneNote(std::string word, Pattern& pattern) {
     const std::size_t colon = word.find(':');
     double length = 0;
     if (colon == std::string::npos || !ParseNumber(word.substr(colon + 1), length) || length < 1 ||
-        length > kLongestNote) {
+        length > longestNote) {
         return false;
     }
     event.start = pattern.length;

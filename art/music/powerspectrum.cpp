@@ -12,7 +12,7 @@ namespace Music {
 std::vector<double> PowerSpectrum(const float* samples, int size) {
     std::vector<std::complex<double>> values(static_cast<std::size_t>(size));
     for (int i = 0; i < size; ++i) {
-        const double window = 0.5 - 0.5 * std::cos(2.0 * kPi * i / size);
+        const double window = 0.5 - 0.5 * std::cos(2.0 * pi * i / size);
         values[static_cast<std::size_t>(i)] = samples[i] * window;
     }
     std::vector<std::complex<double>> bins(values.size());

@@ -11,9 +11,9 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-constexpr double kSlowest = 20.0; // quarter notes a minute
-constexpr double kFastest = 400.0;
-constexpr double kMostBars = 1000.0;
+constexpr double slowest = 20.0; // quarter notes a minute
+constexpr double fastest = 400.0;
+constexpr double mostBars = 1000.0;
 
 /// Reads a score line by line; a block (instrument, track, master) takes the indented lines
 /// after it.
@@ -103,8 +103,8 @@ private:
     }
 
     bool ReadGlobal(const Words& words) {
-        const double least = words[0] == "tempo" ? kSlowest : 1.0;
-        const double most = words[0] == "tempo" ? kFastest : kMostBars;
+        const double least = words[0] == "tempo" ? slowest : 1.0;
+        const double most = words[0] == "tempo" ? fastest : mostBars;
         double value = 0;
         if (!ParseNumber(words[1], value) || value < least || value > most) {
             return Fail("'" + words[0] + "' cannot be '" + words[1] + "'");
@@ -343,9 +343,9 @@ double Curve::At(double bar) const {
 }
 
 const Chord& Score::ChordAt(double bar) const {
-    constexpr double kRounding = 1e-6; // bar positions are sums of sixteenths
+    constexpr double rounding = 1e-6; // bar positions are sums of sixteenths
     const auto after = std::find_if(harmony.begin(), harmony.end(), [&](const ChordChange& change) {
-        return change.bar > bar + kRounding;
+        return change.bar > bar + rounding;
     });
     return after == harmony.begin() ? harmony.front().chord : std::prev(after)->chord;
 }

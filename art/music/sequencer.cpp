@@ -6,7 +6,7 @@ namespace Music {
 
 namespace {
 
-constexpr int kStepsPerBar = 16;
+constexpr int stepsPerBar = 16;
 
 /// The pitches that one event sounds.
 std::vector<int> PitchesOf(const Score& score, const Pattern& pattern, const PatternEvent& event,
@@ -33,7 +33,7 @@ public:
 
     void AddPlay(const Play& play) {
         const Pattern& pattern = score.patterns.at(play.pattern);
-        const int total = (play.lastBar - play.firstBar + 1) * kStepsPerBar;
+        const int total = (play.lastBar - play.firstBar + 1) * stepsPerBar;
         for (int round = 0; round < total; round += pattern.length) {
             for (const PatternEvent& event : pattern.events) {
                 const int step = round + event.start;
@@ -58,7 +58,7 @@ public:
 private:
     void AddEvent(const Play& play, const Pattern& pattern, const PatternEvent& event, int step,
                   int length) {
-        const double bar = play.firstBar + step / static_cast<double>(kStepsPerBar);
+        const double bar = play.firstBar + step / static_cast<double>(stepsPerBar);
         const double stepSeconds = score.SecondsPerBeat() / 4.0;
         double delay = 0.0;
         for (int pitch : PitchesOf(score, pattern, event, play, style, bar)) {

@@ -13,9 +13,9 @@ namespace Music {
 
 namespace {
 
-constexpr std::size_t kHeader = 44;
-constexpr int kChannels = 2;
-constexpr int kWavBytes = 3;
+constexpr std::size_t headerBytes = 44;
+constexpr int channelCount = 2;
+constexpr int bytesPerSample = 3;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -40,7 +40,7 @@ std::uint32_t Get(const Bytes& bytes, std::size_t at, int count) {
 void PutSample(Bytes& bytes, float value) {
     const double limited = std::clamp<double>(value, -1.0, 1.0);
     const auto whole = static_cast<std::int32_t>(std::lround(limited * 8388607.0));
-    Put(bytes, static_cast<std::uint32_t>(whole), kWavBytes);
+    Put(bytes, static_cast<std::uint32_t>(whole), bytesPerSample);
 }
 
 float SampleAt(const Bytes& bytes, std::size_t at, int size) {
@@ -64,9 +64,9 @@ Encoder MakeEncoder(std::size_t frames, int kilobits) {
     Encoder encoder(lame_init());
     lame_global_flags* flags = encoder.get();
     lame_set_num_samples(flags, static_cast<unsigned long>(frames));
-    lame_set_in_samplerate(flags, kSampleRate);
-    lame_set_out_samplerate(flags, kSampleRate);
-    lame_set_num_channels(flags, kChannels);
+    lame_set_in_samplerate(flags, sampleRate);
+    lame_set_out_samplerate(flags, sampleRate);
+    lame_set_num_channels(flags, channelCount);
     lame_set_mode(flags, JOINT_STEREO);
     lame_set_brate(flags, kilobits);
     lame_set_VBR(flags, vbr_off);
@@ -78,10 +78,10 @@ Encoder MakeEncoder(std::size_t frames, int kilobits) {
 
 /// Appends the encoder's output for the whole signal; false when LAME reports an error.
 bool Encode(lame_global_flags* flags, const Stereo& signal, Bytes& bytes) {
-    constexpr std::size_t kBlock = 1152 * 64;
-    Bytes buffer(kBlock * 5 / 4 + 7200);
-    for (std::size_t at = 0; at < signal.Frames(); at += kBlock) {
-        const std::size_t count = std::min(kBlock, signal.Frames() - at);
+    constexpr std::size_t blockFrames = 1152 * 64;
+    Bytes buffer(blockFrames * 5 / 4 + 7200);
+    for (std::size_t at = 0; at < signal.Frames(); at += blockFrames) {
+        const std::size_t count = std::min(blockFrames, signal.Frames() - at);
         const int written = lame_encode_buffer_ieee_float(
             flags, signal.left.data() + at, signal.right.data() + at, static_cast<int>(count),
             buffer.data(), static_cast<int>(buffer.size()));
@@ -101,21 +101,21 @@ bool Encode(lame_global_flags* flags, const Stereo& signal, Bytes& bytes) {
 } // namespace
 
 bool WriteWav(const std::string& path, const Stereo& signal) {
-    constexpr int kFrameBytes = kChannels * kWavBytes;
-    const auto size = static_cast<std::uint32_t>(signal.Frames() * kFrameBytes);
+    constexpr int frameBytes = channelCount * bytesPerSample;
+    const auto size = static_cast<std::uint32_t>(signal.Frames() * frameBytes);
     Bytes bytes;
-    bytes.reserve(size + kHeader);
+    bytes.reserve(size + headerBytes);
     PutText(bytes, "RIFF");
-    Put(bytes, size + kHeader - 8, 4);
+    Put(bytes, size + headerBytes - 8, 4);
     PutText(bytes, "WAVE");
     PutText(bytes, "fmt ");
     Put(bytes, 16, 4);
     Put(bytes, 1, 2); // plain PCM
-    Put(bytes, kChannels, 2);
-    Put(bytes, kSampleRate, 4);
-    Put(bytes, kSampleRate * kFrameBytes, 4);
-    Put(bytes, kFrameBytes, 2);
-    Put(bytes, 8 * kWavBytes, 2);
+    Put(bytes, channelCount, 2);
+    Put(bytes, sampleRate, 4);
+    Put(bytes, sampleRate * frameBytes, 4);
+    Put(bytes, frameBytes, 2);
+    Put(bytes, 8 * bytesPerSample, 2);
     PutText(bytes, "data");
     Put(bytes, size, 4);
     for (std::size_t i = 0; i < signal.Frames(); ++i) {
@@ -129,8 +129,8 @@ bool ReadWav(const std::string& path, Stereo& signal) {
     signal = Stereo();
     std::ifstream file(path, std::ios::binary);
     const Bytes bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (bytes.size() < kHeader || std::memcmp(bytes.data(), "RIFF", 4) != 0 ||
-        Get(bytes, 22, 2) != kChannels || Get(bytes, 24, 4) != kSampleRate) {
+    if (bytes.size() < headerBytes || std::memcmp(bytes.data(), "RIFF", 4) != 0 ||
+        Get(bytes, 22, 2) != channelCount || Get(bytes, 24, 4) != sampleRate) {
         return false;
     }
     const int size = static_cast<int>(Get(bytes, 34, 2) / 8);
@@ -141,7 +141,7 @@ bool ReadWav(const std::string& path, Stereo& signal) {
     if (at + 8 > bytes.size() || (size != 2 && size != 3)) {
         return false;
     }
-    const std::size_t step = kChannels * static_cast<std::size_t>(size);
+    const std::size_t step = channelCount * static_cast<std::size_t>(size);
     const std::size_t length = std::min<std::size_t>(Get(bytes, at + 4, 4), bytes.size() - at - 8);
     for (std::size_t sample = at + 8; sample + step <= at + 8 + length; sample += step) {
         signal.left.push_back(SampleAt(bytes, sample, size));

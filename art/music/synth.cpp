@@ -10,9 +10,9 @@ namespace Music {
 
 namespace {
 
-constexpr std::size_t kControl = 16; // samples between changes of pitch and cut-off
-constexpr int kMostVoices = 32;
-constexpr double kLongestRelease = 8.0; // seconds a note may ring after its end
+constexpr std::size_t controlInterval = 16; // samples between changes of pitch and cut-off
+constexpr int mostVoices = 32;
+constexpr double longestRelease = 8.0; // seconds a note may ring after its end
 
 struct UnisonVoice {
     Oscillator oscillator;
@@ -29,7 +29,7 @@ public:
         Voice voice(set, note);
         const std::size_t first = FrameAt(note.start);
         const std::size_t last =
-            std::min(out.Frames(), first + FrameAt(note.length + kLongestRelease));
+            std::min(out.Frames(), first + FrameAt(note.length + longestRelease));
         for (std::size_t i = first; i < last && !voice.Done(); ++i) {
             voice.Next(i - first, out.left[i], out.right[i]);
         }
@@ -67,8 +67,8 @@ private:
 
         void Next(std::size_t frame, float& left, float& right) {
             const float bright = sweep.Next();
-            if (frame % kControl == 0) {
-                Control(static_cast<double>(frame) / kSampleRate, bright);
+            if (frame % controlInterval == 0) {
+                Control(static_cast<double>(frame) / sampleRate, bright);
             }
             float sumLeft = 0.0F;
             float sumRight = 0.0F;
@@ -91,7 +91,7 @@ private:
 
     private:
         void MakeUnison() {
-            const int count = std::clamp(static_cast<int>(set["voices"]), 1, kMostVoices);
+            const int count = std::clamp(static_cast<int>(set["voices"]), 1, mostVoices);
             const auto wave = WaveOf(set["wave"]);
             const float each = 1.0F / std::sqrt(static_cast<float>(count));
             for (int i = 0; i < count; ++i) {
@@ -115,7 +115,7 @@ private:
             const double away = glide > 0 ? std::exp(-seconds / (glide / 4.0)) : 0.0;
             const double vibrato = set["vibrato"] / 100.0 *
                                    std::clamp((seconds - set["vibrato_delay"]) * 4.0, 0.0, 1.0) *
-                                   std::sin(2.0 * kPi * set["vibrato_rate"] * seconds);
+                                   std::sin(2.0 * pi * set["vibrato_rate"] * seconds);
             const double pitch =
                 NoteFrequency(note.midi + (note.fromMidi - note.midi) * away + vibrato);
             for (UnisonVoice& voice : unison) {
@@ -124,7 +124,7 @@ private:
             sub.SetFrequency(pitch * 0.5);
             above.SetFrequency(pitch * 2.0);
             width = std::clamp(set["pulse_width"] +
-                                   set["pwm_depth"] * std::sin(2.0 * kPi * set["pwm_rate"] *
+                                   set["pwm_depth"] * std::sin(2.0 * pi * set["pwm_rate"] *
                                                                (seconds + note.start)),
                                0.05, 0.95);
             const double cutoff = baseCutoff * std::exp2(filterEnv * bright);

@@ -26,11 +26,11 @@ const std::vector<Quality>& Qualities() {
 
 /// Reads a letter and an accidental at `at`, moving `at` behind them.
 bool ParsePitchClass(const std::string& text, std::size_t& at, int& pitchClass) {
-    static constexpr std::array<int, 7> kLetters{9, 11, 0, 2, 4, 5, 7}; // A..G
+    static constexpr std::array<int, 7> letters{9, 11, 0, 2, 4, 5, 7}; // A..G
     if (at >= text.size() || text[at] < 'A' || text[at] > 'G') {
         return false;
     }
-    pitchClass = kLetters.at(static_cast<std::size_t>(text[at++] - 'A'));
+    pitchClass = letters.at(static_cast<std::size_t>(text[at++] - 'A'));
     if (at < text.size() && (text[at] == '#' || text[at] == 'b')) {
         pitchClass += text[at++] == '#' ? 1 : -1;
     }

@@ -12,21 +12,21 @@ namespace Music {
 
 namespace {
 
-constexpr int kSize = 2048;
-constexpr int kMostHarmonics = 600; // enough for the lowest bass note, 34 Hz, up to 20 kHz
-constexpr double kHighestPartial = 20500.0;
+constexpr int tableSize = 2048;
+constexpr int mostHarmonics = 600; // enough for the lowest bass note, 34 Hz, up to 20 kHz
+constexpr double highestPartial = 20500.0;
 
 struct WaveName {
     const char* name;
     Wave wave;
 };
-constexpr std::array<WaveName, 7> kNames{{{"sine", Wave::Sine},
-                                          {"saw", Wave::Saw},
-                                          {"square", Wave::Square},
-                                          {"triangle", Wave::Triangle},
-                                          {"hollow", Wave::Hollow},
-                                          {"organ", Wave::Organ},
-                                          {"reed", Wave::Reed}}};
+constexpr std::array<WaveName, 7> waveNames{{{"sine", Wave::Sine},
+                                             {"saw", Wave::Saw},
+                                             {"square", Wave::Square},
+                                             {"triangle", Wave::Triangle},
+                                             {"hollow", Wave::Hollow},
+                                             {"organ", Wave::Organ},
+                                             {"reed", Wave::Reed}}};
 
 double OddOnly(int n, double amplitude) {
     return n % 2 == 1 ? amplitude : 0.0;
@@ -57,11 +57,11 @@ double Harmonic(Wave wave, int n) {
     case Wave::Sine:
         return n == 1 ? 1.0 : 0.0;
     case Wave::Saw:
-        return 2.0 / kPi / n;
+        return 2.0 / pi / n;
     case Wave::Square:
-        return OddOnly(n, 4.0 / kPi / n);
+        return OddOnly(n, 4.0 / pi / n);
     case Wave::Triangle:
-        return OddOnly(n, 8.0 / (kPi * kPi) / (n * n)) * (n % 4 == 3 ? -1 : 1);
+        return OddOnly(n, 8.0 / (pi * pi) / (n * n)) * (n % 4 == 3 ? -1 : 1);
     case Wave::Hollow:
         return OddOnly(n, (n == 3 ? 0.15 : 1.0) * 0.9 / std::pow(n, 1.6));
     case Wave::Organ:
@@ -73,18 +73,18 @@ double Harmonic(Wave wave, int n) {
 }
 
 std::vector<float> Version(Wave wave, int harmonics) {
-    std::vector<std::complex<double>> bins(kSize);
+    std::vector<std::complex<double>> bins(tableSize);
     for (int n = 1; n <= harmonics; ++n) {
         // A sine of amplitude a is a/2i at +n and -a/2i at -n.
         const std::complex<double> half(0.0, -0.5 * Harmonic(wave, n));
         bins[static_cast<std::size_t>(n)] = half;
-        bins[static_cast<std::size_t>(kSize - n)] = std::conj(half);
+        bins[static_cast<std::size_t>(tableSize - n)] = std::conj(half);
     }
-    std::vector<std::complex<double>> period(kSize);
-    kissfft<double>(kSize, true).transform(bins.data(), period.data());
+    std::vector<std::complex<double>> period(tableSize);
+    kissfft<double>(tableSize, true).transform(bins.data(), period.data());
     std::vector<float> samples;
-    for (int i = -1; i < kSize + 2; ++i) {
-        const auto at = static_cast<std::size_t>((i + kSize) % kSize);
+    for (int i = -1; i < tableSize + 2; ++i) {
+        const auto at = static_cast<std::size_t>((i + tableSize) % tableSize);
         samples.push_back(static_cast<float>(period[at].real()));
     }
     return samples;
@@ -93,7 +93,7 @@ std::vector<float> Version(Wave wave, int harmonics) {
 } // namespace
 
 bool FindWave(const std::string& name, Wave& wave) {
-    for (const WaveName& entry : kNames) {
+    for (const WaveName& entry : waveNames) {
         if (name == entry.name) {
             wave = entry.wave;
             return true;
@@ -103,13 +103,14 @@ bool FindWave(const std::string& name, Wave& wave) {
 }
 
 Wave WaveOf(double number) {
-    return kNames.at(static_cast<std::size_t>(std::clamp(number, 0.0, kNames.size() - 1.0))).wave;
+    return waveNames.at(static_cast<std::size_t>(std::clamp(number, 0.0, waveNames.size() - 1.0)))
+        .wave;
 }
 
 WaveTable::WaveTable(Wave wave) {
     // A third of an octave between versions: at worst the top third octave is missing.
     int count = 1;
-    while (count < kMostHarmonics) {
+    while (count < mostHarmonics) {
         harmonics.push_back(count);
         versions.push_back(Music::Version(wave, count));
         count = std::max(count + 1, static_cast<int>(count * 1.26));
@@ -125,14 +126,14 @@ const WaveTable& WaveTable::Of(Wave wave) {
 }
 
 const float* WaveTable::Version(double frequency) const {
-    const int most = static_cast<int>(kHighestPartial / frequency);
+    const int most = static_cast<int>(highestPartial / frequency);
     const auto above = std::upper_bound(harmonics.begin(), harmonics.end(), most);
     const auto index = above == harmonics.begin() ? 0 : above - harmonics.begin() - 1;
     return versions[static_cast<std::size_t>(index)].data();
 }
 
 float WaveTable::Read(const float* version, double phase) {
-    const double position = phase * kSize;
+    const double position = phase * tableSize;
     const int index = static_cast<int>(position);
     const float t = static_cast<float>(position - index);
     const float* p = version + index; // p[1] is the sample at `index`
@@ -147,8 +148,8 @@ Oscillator::Oscillator(Wave wave, double startPhase)
 
 void Oscillator::SetFrequency(double frequency) {
     // The phase may grow by less than one cycle a sample, or it would leave the table.
-    const double limited = std::clamp(frequency, 0.1, 0.49 * kSampleRate);
-    step = limited / kSampleRate;
+    const double limited = std::clamp(frequency, 0.1, 0.49 * sampleRate);
+    step = limited / sampleRate;
     version = table->Version(limited);
 }
 

@@ -40,7 +40,7 @@ private:
     explicit WaveTable(Wave wave);
 
     std::vector<int> harmonics;               // of each version, rising
-    std::vector<std::vector<float>> versions; // kSize samples and 3 more for interpolation
+    std::vector<std::vector<float>> versions; // size samples and 3 more for interpolation
 };
 
 /// Plays a WaveTable. The pitch may change at any sample.

@@ -29,7 +29,7 @@ const Music::Stereo& Piece() {
     static const Music::Stereo piece = [] {
         Music::Stereo signal;
         const auto decoded = Vell::Sound::DecodeMp3(kTrack);
-        if (decoded.track && decoded.track->rate == Music::kSampleRate) {
+        if (decoded.track && decoded.track->rate == Music::sampleRate) {
             for (std::size_t i = 0; i + 1 < decoded.track->samples.size(); i += 2) {
                 signal.left.push_back(static_cast<float>(decoded.track->samples[i]) / 32768.0F);
                 signal.right.push_back(static_cast<float>(decoded.track->samples[i + 1]) /
@@ -150,7 +150,7 @@ INSTANTIATE_TEST_SUITE_P(FramePhases, PiecePulse, testing::Values(0.0, 0.25, 0.5
 
 TEST(Piece, Lasts_as_long_as_the_demo_and_ends_before_it) {
     ASSERT_GT(Piece().Frames(), 0U);
-    const double length = static_cast<double>(Piece().Frames()) / Music::kSampleRate;
+    const double length = static_cast<double>(Piece().Frames()) / Music::sampleRate;
     EXPECT_GE(length, kRunningTime);
     EXPECT_LT(length, kRunningTime + 0.1);
     const std::size_t end = Music::FrameAt(kRunningTime);
@@ -203,7 +203,7 @@ TEST(Piece, Never_steps_further_than_its_treble_explains) {
                                            steps.begin() +
                                                static_cast<std::ptrdiff_t>(at + kBlock));
             ASSERT_LE(Signal::Peak(block), 20.0 * typical + 0.01)
-                << "at " << static_cast<double>(at) / Music::kSampleRate;
+                << "at " << static_cast<double>(at) / Music::sampleRate;
         }
     }
 }

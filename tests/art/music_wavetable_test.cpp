@@ -73,7 +73,7 @@ TEST(WaveTable, Gives_a_saw_harmonics_of_2_over_pi_n) {
     for (int n = 1; n <= 20; ++n) {
         // The three bins of a Hann-windowed tone hold 1 + 1/4 + 1/4 of its power.
         const double amplitude = std::sqrt(Around(power, n * bin) / 1.5);
-        EXPECT_NEAR(amplitude, 2.0 / (Music::kPi * n), 0.002) << "harmonic " << n;
+        EXPECT_NEAR(amplitude, 2.0 / (Music::pi * n), 0.002) << "harmonic " << n;
     }
 }
 
@@ -93,7 +93,7 @@ TEST(WaveTable, Leaves_even_harmonics_out_of_a_pulse_of_half_width) {
 TEST(WaveTable, Plays_in_tune_to_a_tenth_of_a_cent) {
     for (double midi : {33.0, 57.0, 69.0, 90.5, 108.0}) {
         const double frequency = Music::NoteFrequency(midi);
-        const auto samples = Play(Wave::Sine, frequency, 5 * Music::kSampleRate);
+        const auto samples = Play(Wave::Sine, frequency, 5 * Music::sampleRate);
         EXPECT_NEAR(Signal::Cents(Signal::Pitch(samples), frequency), 0.0, 0.1) << midi;
     }
 }
