@@ -10,7 +10,7 @@ namespace {
 
 using namespace Art;
 
-constexpr int kSize = 64;
+constexpr int mapSize = 64;
 
 /// A square piece of the light map, in texels.
 struct Cut {
@@ -22,7 +22,8 @@ void AddQuad(MeshFile& mesh, Vec3 origin, Vec3 u, Vec3 v, Cut cut, const char* t
     const Vec3 normal = Normalize(Cross(u, v));
     const auto corner = [&](float x, float y) {
         const auto place = [&](int from, float t) {
-            return (static_cast<float>(from) + 0.5f + t * static_cast<float>(cut.side - 1)) / kSize;
+            return (static_cast<float>(from) + 0.5f + t * static_cast<float>(cut.side - 1)) /
+                   mapSize;
         };
         return MeshVertex{
             origin + u * x + v * y, normal, {x, y}, {place(cut.x, x), place(cut.y, y)}};
@@ -41,7 +42,7 @@ BakeScene EmptyScene() {
 }
 
 BakeQuality Fine(int bounces = 0, int rays = 2048) {
-    return {kSize, 64, rays, rays, bounces, 2};
+    return {mapSize, 64, rays, rays, bounces, 2};
 }
 
 /// Mean light of a square of texels, from the bottom as light-map coordinates run.
@@ -49,19 +50,19 @@ Vec3 Mean(const Picture& light, Cut cut) {
     Vec3 sum;
     for (int y = cut.y; y < cut.y + cut.side; ++y)
         for (int x = cut.x; x < cut.x + cut.side; ++x) {
-            const Rgba& p = light.At(x, kSize - 1 - y);
+            const Rgba& p = light.At(x, mapSize - 1 - y);
             sum += {p.r, p.g, p.b};
         }
     return sum / static_cast<float>(cut.side * cut.side);
 }
 
-constexpr Cut kFloor{4, 4, 16};
+constexpr Cut floorChart{4, 4, 16};
 
 TEST(Baker, An_open_plane_under_an_even_sky_has_the_light_of_the_sky) {
     BakeScene scene = EmptyScene();
-    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
+    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
     scene.sky = [](Vec3) { return Vec3{0.5f, 0.25f, 1.0f}; };
-    const Vec3 light = Mean(BakeLight(scene, Fine()), kFloor);
+    const Vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
     // A white surface under an even dome of radiance L sends out L.
     EXPECT_NEAR(light.x, 0.5f, 0.005f);
     EXPECT_NEAR(light.y, 0.25f, 0.0025f);
@@ -70,23 +71,23 @@ TEST(Baker, An_open_plane_under_an_even_sky_has_the_light_of_the_sky) {
 
 TEST(Baker, A_sky_that_grows_towards_the_zenith_counts_by_its_height) {
     BakeScene scene = EmptyScene();
-    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
+    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
     scene.sky = [](Vec3 d) { return Vec3{1, 1, 1} * d.y; };
     // Mean of cos t over the cosine-weighted hemisphere: integral of 2 sin t cos^2 t = 2 / 3.
-    EXPECT_NEAR(Mean(BakeLight(scene, Fine()), kFloor).x, 2.0f / 3, 0.0067f);
+    EXPECT_NEAR(Mean(BakeLight(scene, Fine()), floorChart).x, 2.0f / 3, 0.0067f);
 }
 
 TEST(Baker, Between_two_walls_only_the_strip_of_sky_counts) {
     BakeScene scene = EmptyScene();
     // A narrow floor midway between two black walls 2 high, 1 away on each side, 4000 long.
-    AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, kFloor);
+    AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, floorChart);
     AddQuad(scene.mesh, {-1, 0, 2000}, {0, 0, -4000}, {0, 2, 0}, {30, 4, 8}, "black");
     AddQuad(scene.mesh, {1, 0, -2000}, {0, 0, 4000}, {0, 2, 0}, {44, 4, 8}, "black");
     scene.surfaces["black"] = Picture(1, 1);
     scene.sky = [](Vec3) { return Vec3{1, 1, 1}; };
     // Form factor of an endless strip seen from below its middle: the sine of the angle from
     // the zenith to the walls' edge, 1 / sqrt(1 + 2 * 2).
-    EXPECT_NEAR(Mean(BakeLight(scene, Fine()), kFloor).x, 1 / std::sqrt(5.0f), 0.0045f);
+    EXPECT_NEAR(Mean(BakeLight(scene, Fine()), floorChart).x, 1 / std::sqrt(5.0f), 0.0045f);
 }
 
 /// The inside of a cube of side 2 about the origin.
@@ -122,15 +123,15 @@ TEST(Baker, No_light_leaks_into_a_closed_box) {
     AddRoom(scene.mesh, "white");
     scene.sky = [](Vec3) { return Vec3{100, 100, 100}; };
     scene.sun = {{0, 1, 0}, {100, 100, 100}, 0.1f};
-    EXPECT_EQ(Mean(BakeLight(scene, Fine(1, 256)), {0, 0, kSize}).x, 0.0f);
+    EXPECT_EQ(Mean(BakeLight(scene, Fine(1, 256)), {0, 0, mapSize}).x, 0.0f);
 }
 
 TEST(Baker, The_sun_counts_by_its_height) {
     BakeScene scene = EmptyScene();
-    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
+    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
     // 30 degrees over the horizon: half of its strength falls on the ground.
     scene.sun = {{std::sqrt(0.75f), 0.5f, 0}, {pi, 2 * pi, 0}, 0};
-    const Vec3 light = Mean(BakeLight(scene, Fine()), kFloor);
+    const Vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
     EXPECT_NEAR(light.x, 0.5f, 0.0005f);
     EXPECT_NEAR(light.y, 1.0f, 0.001f);
     EXPECT_EQ(light.z, 0.0f);
@@ -138,12 +139,12 @@ TEST(Baker, The_sun_counts_by_its_height) {
 
 TEST(Baker, A_broad_sun_makes_a_soft_shadow_edge) {
     BakeScene scene = EmptyScene();
-    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
+    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
     AddQuad(scene.mesh, {-50, 4, -50}, {50, 0, 0}, {0, 0, 100}, {30, 4, 8});
     scene.sun = {{0, 1, 0}, {pi, pi, pi}, 0.1f};
     const Picture light = BakeLight(scene, Fine());
     // The lid covers x < 0, 4 over the floor: the shadow's edge is 2 * 4 * 0.1 = 0.8 wide.
-    const auto at = [&](int column) { return light.At(kFloor.x + column, kSize - 1 - 12).r; };
+    const auto at = [&](int column) { return light.At(floorChart.x + column, mapSize - 1 - 12).r; };
     EXPECT_EQ(at(0), 0.0f) << "x = -1 lies in full shadow";
     EXPECT_NEAR(at(15), 1.0f, 1e-4f) << "x = 1 lies in full light";
     EXPECT_NEAR((at(7) + at(8)) / 2, 0.5f, 0.03f) << "x = 0 sees half the disc";
@@ -154,9 +155,9 @@ TEST(Baker, A_broad_sun_makes_a_soft_shadow_edge) {
 TEST(Baker, A_lamp_weakens_with_the_square_of_its_distance) {
     for (const float height : {2.0f, 4.0f}) {
         BakeScene scene = EmptyScene();
-        AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, kFloor);
+        AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, floorChart);
         scene.lamps.push_back({{0, height, 0}, {pi, 0, 0}, 0});
-        EXPECT_NEAR(Mean(BakeLight(scene, Fine()), kFloor).x, 1 / (height * height),
+        EXPECT_NEAR(Mean(BakeLight(scene, Fine()), floorChart).x, 1 / (height * height),
                     0.01f / (height * height));
     }
 }
@@ -165,9 +166,9 @@ TEST(Baker, A_lamp_right_beside_a_wall_lights_it) {
     // 0.2 over the floor, so within its own glass. A point of it is 0.15 to 0.25 high and at most
     // 0.07 aside: pi / pi * cos / d^2 lies between 0.96 / 0.26^2 = 14 and 1 / 0.15^2 = 45.
     BakeScene scene = EmptyScene();
-    AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, kFloor);
+    AddQuad(scene.mesh, {-0.01f, 0, 0.01f}, {0.02f, 0, 0}, {0, 0, -0.02f}, floorChart);
     scene.lamps.push_back({{0, 0.2f, 0}, {pi, 0, 0}, 0.1f});
-    const float light = Mean(BakeLight(scene, Fine()), kFloor).x;
+    const float light = Mean(BakeLight(scene, Fine()), floorChart).x;
     EXPECT_GT(light, 14);
     EXPECT_LT(light, 45);
 }
@@ -182,10 +183,10 @@ TEST(Baker, Nothing_stands_in_the_way_of_a_ray_without_length) {
 
 TEST(Baker, A_veil_dims_what_it_covers) {
     BakeScene scene = EmptyScene();
-    AddQuad(scene.mesh, {-1, -3, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
+    AddQuad(scene.mesh, {-1, -3, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
     scene.sky = [](Vec3) { return Vec3{1, 1, 1}; };
     scene.veil = [](Vec3 p) { return p.y < 0 ? Vec3{0.25f, 0.5f, 1.0f} : Vec3{1, 1, 1}; };
-    const Vec3 light = Mean(BakeLight(scene, Fine()), kFloor);
+    const Vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
     EXPECT_NEAR(light.x, 0.25f, 0.0025f);
     EXPECT_NEAR(light.y, 0.5f, 0.005f);
 }
@@ -200,19 +201,19 @@ TEST(Baker, One_thread_and_two_bake_the_same_texels) {
     const Picture one = BakeLight(scene, quality);
     quality.threads = 2;
     const Picture two = BakeLight(scene, quality);
-    for (int y = 0; y < kSize; ++y)
-        for (int x = 0; x < kSize; ++x)
+    for (int y = 0; y < mapSize; ++y)
+        for (int x = 0; x < mapSize; ++x)
             ASSERT_TRUE(one.At(x, y).r == two.At(x, y).r && one.At(x, y).b == two.At(x, y).b)
                 << x << " " << y;
 }
 
 TEST(Baker, Free_texels_take_the_light_of_the_nearest_chart) {
     BakeScene scene = EmptyScene();
-    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, kFloor);
+    AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
     scene.sky = [](Vec3) { return Vec3{1, 1, 1}; };
     const Picture light = BakeLight(scene, Fine());
-    EXPECT_NEAR(light.At(kFloor.x - 2, kSize - 1 - kFloor.y).r, 1.0f, 0.02f);
-    EXPECT_NEAR(light.At(kSize - 1, 0).r, 1.0f, 0.02f);
+    EXPECT_NEAR(light.At(floorChart.x - 2, mapSize - 1 - floorChart.y).r, 1.0f, 0.02f);
+    EXPECT_NEAR(light.At(mapSize - 1, 0).r, 1.0f, 0.02f);
 }
 
 TEST(Baker, Half_of_full_scale_is_white) {
@@ -246,7 +247,7 @@ TEST(RayTracer, Finds_the_nearest_triangle_and_says_when_there_is_none) {
 TEST(Texels, Are_claimed_once_by_the_triangle_that_covers_them) {
     MeshFile mesh{"Data/", true, {}};
     AddQuad(mesh, {0, 0, 0}, {1, 0, 0}, {0, 0, -1}, {10, 20, 5});
-    const std::vector<Texel> texels = FindTexels(mesh, kSize);
+    const std::vector<Texel> texels = FindTexels(mesh, mapSize);
     // 5 x 5 texels and one ring about them, whose corners lie farther off than one texel.
     EXPECT_EQ(texels.size(), 7u * 7u - 4u);
     for (const Texel& texel : texels) {

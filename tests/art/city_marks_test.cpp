@@ -77,11 +77,11 @@ struct Count {
     int wrong = 0;
 
     void Note(float whole, float marked) {
-        constexpr float kSame = 0.05f; // some walls have a second one in the same place
+        constexpr float samePlace = 0.05f; // some walls have a second one in the same place
         if (whole >= SightLines::sightEnd)
             return;
         ++met;
-        wrong += marked > whole + kSame ? 1 : 0;
+        wrong += marked > whole + samePlace ? 1 : 0;
     }
 
     double WrongShare() const { return met > 0 ? static_cast<double>(wrong) / met : 0; }
@@ -123,14 +123,14 @@ void FollowRay(const Eye& eye, Vec3 direction, const Marked& marked, Count& coun
 
 /// Looks at the city all along a flight.
 Count LookFrom(const Show::Flight& flight, const FlightView& view) {
-    constexpr int kEyes = 16;
-    constexpr int kRays = 4000; // of each eye
+    constexpr int eyesPerFlight = 16;
+    constexpr int raysPerEye = 4000; // of each eye
     const Marked marked(view);
     Random random(7);
     Count count;
-    for (int e = 0; e < kEyes; ++e) {
-        const Eye eye = EyeAt(flight, (static_cast<float>(e) + random.Unit()) / kEyes);
-        for (int i = 0; i < kRays; ++i) {
+    for (int e = 0; e < eyesPerFlight; ++e) {
+        const Eye eye = EyeAt(flight, (static_cast<float>(e) + random.Unit()) / eyesPerFlight);
+        for (int i = 0; i < raysPerEye; ++i) {
             const float x = random.Range(-1, 1);
             FollowRay(eye, RayThrough(eye, x, random.Range(-1, 1)), marked, count);
         }
@@ -139,14 +139,14 @@ Count LookFrom(const Show::Flight& flight, const FlightView& view) {
 }
 
 // Some slivers are seen only between two of the eyes from which the marks were measured.
-constexpr double kSlivers = 0.0003;
+constexpr double sliverShare = 0.0003;
 
 class CityMarks : public ::testing::TestWithParam<Show::FlightNumber> {};
 
 TEST_P(CityMarks, Stand_on_what_the_flight_sees) {
     const Count count = LookFrom(Show::flights[GetParam()], flightViews[GetParam()]);
     EXPECT_GT(count.met, 4000) << "the city is hardly in sight";
-    EXPECT_LT(count.WrongShare(), kSlivers);
+    EXPECT_LT(count.WrongShare(), sliverShare);
 }
 
 TEST_P(CityMarks, Are_missing_once_the_flight_is_moved_by_a_few_units) {
@@ -158,7 +158,7 @@ TEST_P(CityMarks, Are_missing_once_the_flight_is_moved_by_a_few_units) {
         moved.end += step;
         most = std::max(most, LookFrom(moved, flightViews[GetParam()]).WrongShare());
     }
-    EXPECT_GT(most, kSlivers);
+    EXPECT_GT(most, sliverShare);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CityMarks,

@@ -15,15 +15,15 @@
 
 namespace {
 
-const std::string kVertexPath = NIMBREL_SOURCE_DIR "/Data/Gfx/City/shader.vert";
-const std::string kFragmentPath = NIMBREL_SOURCE_DIR "/Data/Gfx/City/shader.frag";
-const Vell::vec3 kParked(0, 1000, 0);
+const std::string vertexPath = NIMBREL_SOURCE_DIR "/Data/Gfx/City/shader.vert";
+const std::string fragmentPath = NIMBREL_SOURCE_DIR "/Data/Gfx/City/shader.frag";
+const Vell::vec3 parked(0, 1000, 0);
 
 /// What one drawing shows: a square wall of 2 units that faces +z.
 struct View {
     Vell::vec3 eye{0, 3, 4};
     Vell::vec3 wall{0, 3, 0}; ///< its middle
-    Vell::vec3 red = kParked;
+    Vell::vec3 red = parked;
     int marks = 0; ///< of the pictures that show it, bit 0 to 4
     float normalZ = 1;
     bool mirrored = false;
@@ -36,15 +36,15 @@ protected:
     void SetUp() override {
         GlTest::SetUp();
         if (!loaded)
-            shader.Load(kVertexPath, kFragmentPath);
+            shader.Load(vertexPath, fragmentPath);
         loaded = true;
         shader.Enable();
         shader.Send("texture0", 0);
-        shader.Send("lightmap", kLightmapUnit);
+        shader.Send("lightmap", lightmapUnit);
         shader.Send("time", 0.0f);
         for (const char* wisp : {"posred", "posgreen", "posblue"})
-            shader.Send(wisp, kParked);
-        lightmap = Bind(kLightmapUnit, {128, 128, 128, 255});
+            shader.Send(wisp, parked);
+        lightmap = Bind(lightmapUnit, {128, 128, 128, 255});
         surface = Bind(0, {128, 128, 128, 255});
     }
 
@@ -115,7 +115,7 @@ protected:
     }
 
 private:
-    static constexpr int kLightmapUnit = 6;
+    static constexpr int lightmapUnit = 6;
 
     static GLuint Bind(int unit, Rgba colour) {
         glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
@@ -160,8 +160,8 @@ std::string CompilerMessages(GLenum kind, const std::string& path) {
 }
 
 TEST_F(CityMaterial, Compiles_without_a_word_from_the_compiler) {
-    EXPECT_EQ(CompilerMessages(GL_VERTEX_SHADER, kVertexPath), "");
-    EXPECT_EQ(CompilerMessages(GL_FRAGMENT_SHADER, kFragmentPath), "");
+    EXPECT_EQ(CompilerMessages(GL_VERTEX_SHADER, vertexPath), "");
+    EXPECT_EQ(CompilerMessages(GL_FRAGMENT_SHADER, fragmentPath), "");
 }
 
 TEST_F(CityMaterial, Shows_surface_times_light_near_the_eye) {

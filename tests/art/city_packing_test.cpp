@@ -17,19 +17,19 @@ std::vector<Chart> ManyCharts(int count, int largest) {
 }
 
 TEST(Packing, Keeps_two_free_texels_round_every_chart) {
-    constexpr int kSize = 256;
+    constexpr int mapSize = 256;
     std::vector<Chart> charts = ManyCharts(180, 22);
-    ASSERT_TRUE(PackCharts(charts, kSize));
+    ASSERT_TRUE(PackCharts(charts, mapSize));
     // Every chart claims itself and two texels on each side; no texel may be claimed twice.
-    std::vector<int> claims(kSize * kSize);
+    std::vector<int> claims(mapSize * mapSize);
     for (const Chart& chart : charts) {
         ASSERT_GE(chart.x, 2);
         ASSERT_GE(chart.y, 2);
-        ASSERT_LE(chart.x + chart.width, kSize - 2);
-        ASSERT_LE(chart.y + chart.height, kSize - 2);
+        ASSERT_LE(chart.x + chart.width, mapSize - 2);
+        ASSERT_LE(chart.y + chart.height, mapSize - 2);
         for (int y = chart.y - 2; y < chart.y + chart.height + 2; ++y)
             for (int x = chart.x - 2; x < chart.x + chart.width + 2; ++x)
-                ASSERT_EQ(++claims[static_cast<std::size_t>(y) * kSize + x], 1);
+                ASSERT_EQ(++claims[static_cast<std::size_t>(y) * mapSize + x], 1);
     }
 }
 

@@ -25,11 +25,11 @@ using ArtPicture = GlTest;
 void ExpectChartWhereItsCoordinatesSay(const Vell::Image& image) {
     const Picture texture = ReadTexture(const_cast<Vell::Image&>(image).GetID());
     ASSERT_EQ(texture.Width(), 32);
-    constexpr int kJpegError = 3;
-    EXPECT_TRUE(Near(texture.At(4, 28), {255, 0, 0}, kJpegError)) << "u small, v large: red";
-    EXPECT_TRUE(Near(texture.At(28, 28), {0, 255, 0}, kJpegError)) << "u large, v large: green";
-    EXPECT_TRUE(Near(texture.At(4, 4), {0, 0, 255}, kJpegError)) << "u small, v small: blue";
-    EXPECT_TRUE(Near(texture.At(28, 4), {255, 255, 255}, kJpegError)) << "u large, v small: white";
+    constexpr int jpegError = 3;
+    EXPECT_TRUE(Near(texture.At(4, 28), {255, 0, 0}, jpegError)) << "u small, v large: red";
+    EXPECT_TRUE(Near(texture.At(28, 28), {0, 255, 0}, jpegError)) << "u large, v large: green";
+    EXPECT_TRUE(Near(texture.At(4, 4), {0, 0, 255}, jpegError)) << "u small, v small: blue";
+    EXPECT_TRUE(Near(texture.At(28, 4), {255, 255, 255}, jpegError)) << "u large, v small: white";
 }
 
 TEST_F(ArtPicture, A_jpeg_for_the_engine_lies_where_texture_coordinates_say) {
@@ -74,20 +74,21 @@ Art::SubMesh Square(float at, int x, int y, int side, float size) {
 TEST_F(ArtPicture, A_baked_chart_lies_where_its_coordinates_say) {
     // Two squares far apart; only the second is veiled. Its chart lies at the lower right, the
     // other's at the upper left.
-    constexpr int kSize = 64;
+    constexpr int pictureSize = 64;
     Art::BakeScene scene;
-    scene.mesh = {"Data/", true, {Square(0, 4, 44, 16, kSize), Square(100, 40, 6, 16, kSize)}};
+    scene.mesh = {
+        "Data/", true, {Square(0, 4, 44, 16, pictureSize), Square(100, 40, 6, 16, pictureSize)}};
     scene.sky = [](Art::Vec3) { return Art::Vec3{1, 1, 1}; };
     scene.veil = [](Art::Vec3 p) { return p.x > 50 ? Art::Vec3{0, 1, 0} : Art::Vec3{1, 0, 0}; };
-    const Art::Picture light = Art::BakeLight(scene, {kSize, 1, 16, 64, 0, 1});
+    const Art::Picture light = Art::BakeLight(scene, {pictureSize, 1, 16, 64, 0, 1});
     ASSERT_TRUE(Art::WriteEngineJpeg("lightmap.jpg", Art::EncodeLight(light), 95));
     Vell::Image image;
     ASSERT_TRUE(image.Load("lightmap.jpg"));
     const Picture texture = ReadTexture(image.GetID());
     // Full light is half of full scale.
-    constexpr int kJpegError = 5;
-    EXPECT_TRUE(Near(texture.At(12, 52), {128, 0, 0, 255}, kJpegError));
-    EXPECT_TRUE(Near(texture.At(48, 14), {0, 128, 0, 255}, kJpegError));
+    constexpr int jpegError = 5;
+    EXPECT_TRUE(Near(texture.At(12, 52), {128, 0, 0, 255}, jpegError));
+    EXPECT_TRUE(Near(texture.At(48, 14), {0, 128, 0, 255}, jpegError));
 }
 
 TEST(Picture, Keeps_alpha_in_a_png) {

@@ -169,11 +169,11 @@ TEST(Plan, No_triangle_crosses_the_line_under_the_water) {
     // The material drops what lies under water while the eye is above; half a triangle
     // cannot be dropped.
     const std::vector<Vec3>& corners = CitySolid().corners;
-    constexpr float kSplit = (Builder::splitHigh + Builder::splitLow) / 2;
+    constexpr float split = (Builder::splitHigh + Builder::splitLow) / 2;
     for (std::size_t i = 0; i < corners.size(); i += 3) {
-        const bool first = corners[i].y < kSplit;
-        ASSERT_EQ(first, corners[i + 1].y < kSplit) << "at " << corners[i].x << " " << corners[i].z;
-        ASSERT_EQ(first, corners[i + 2].y < kSplit) << "at " << corners[i].x << " " << corners[i].z;
+        const bool first = corners[i].y < split;
+        ASSERT_EQ(first, corners[i + 1].y < split) << "at " << corners[i].x << " " << corners[i].z;
+        ASSERT_EQ(first, corners[i + 2].y < split) << "at " << corners[i].x << " " << corners[i].z;
     }
 }
 

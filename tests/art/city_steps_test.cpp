@@ -10,14 +10,14 @@ namespace {
 
 using namespace Art;
 
-constexpr float kFar = 60;  // x of a wall across the fourth flight's sight, behind ...
-constexpr float kNear = 50; // ... another one
+constexpr float behindWall = 60; // x of a wall across the fourth flight's sight, behind ...
+constexpr float frontWall = 50;  // ... another one
 
 /// Two walls across the fourth flight's sight, the far one first, and a small board that
 /// turns its back to all flights.
 Builder SmallCity() {
     Builder b;
-    for (const float x : {kFar, kNear})
+    for (const float x : {behindWall, frontWall})
         b.Rect({x, 0, -60}, {0, 0, 1}, {0, 1, 0}, 140, 40, Plain(Material::Stone));
     b.Rect({70, 5, 10}, {0, 0, -1}, {0, 1, 0}, 1, 1, Plain(Material::Stone));
     return b;
@@ -64,7 +64,7 @@ std::set<std::pair<int, int>> MarksOf(const MeshFile& mesh) {
 
 TEST(Steps, Together_draw_the_near_wall_first_and_leave_the_hidden_board_out) {
     EXPECT_TRUE(HasCurtain(Whole()));
-    EXPECT_EQ(PlacesOf(Whole()), (std::vector<float>{kNear, kFar}));
+    EXPECT_EQ(PlacesOf(Whole()), (std::vector<float>{frontWall, behindWall}));
     EXPECT_GT(MarksOf(Whole()).size(), 1u) << "some pictures show one wall only";
 }
 
@@ -76,7 +76,7 @@ TEST(Steps, Without_the_curtain_there_are_surfaces_only) {
 
 TEST(Steps, Without_the_order_surfaces_come_as_they_were_planned_in_one_band) {
     const MeshFile mesh = Without({Step::Order});
-    EXPECT_EQ(PlacesOf(mesh), (std::vector<float>{kFar, kNear}));
+    EXPECT_EQ(PlacesOf(mesh), (std::vector<float>{behindWall, frontWall}));
     EXPECT_EQ(mesh.subMeshes.size(), 2u) << "the curtain, and one for the one texture";
 }
 

@@ -28,7 +28,7 @@ std::string ShaderText() {
 
 // ---------------------------------------------------------------------------------------- the eyes
 
-constexpr double kLongestFrame = 0.25; // seconds; the slowest the show may be to look right
+constexpr double longestFrame = 0.25; // seconds; the slowest the show may be to look right
 
 /// An eye of the show, as it really flies, in the city's coordinates.
 struct RealEye {
@@ -65,11 +65,12 @@ struct Question {
 
 /// All eyes of a flight, the last ones past its end, plain and as the water mirrors them.
 std::vector<Question> QuestionsOf(const Show::Flight& flight, const Art::FlightView& view) {
-    constexpr int kEyes = 800;
+    constexpr int eyeCount = 800;
     std::vector<Question> questions;
-    for (int i = 0; i <= kEyes; ++i)
-        for (const double lead : {0.0, kLongestFrame}) {
-            const RealEye eye = EyeOf(flight, (flight.duration + kLongestFrame) * i / kEyes, lead);
+    for (int i = 0; i <= eyeCount; ++i)
+        for (const double lead : {0.0, longestFrame}) {
+            const RealEye eye =
+                EyeOf(flight, (flight.duration + longestFrame) * i / eyeCount, lead);
             questions.push_back({eye.position, false, view.plain});
             Vec3 mirrored = eye.position;
             mirrored.y = 2 * eye.waterHeight - mirrored.y;
@@ -104,7 +105,7 @@ void main()
 }
 
 // A view of -1 is black, the others are 1, 2, ... of 255; exposures are in hundredths of 255.
-const char* const kAskingFragmentStage = R"(#version 110
+const char* const askingFragmentStage = R"(#version 110
 varying float answer;
 varying float exposure;
 void main()
@@ -116,7 +117,7 @@ class CityViews : public GlTest {
 protected:
     void SetUp() override {
         GlTest::SetUp();
-        shader.LoadToChar(AskingVertexStage().c_str(), kAskingFragmentStage);
+        shader.LoadToChar(AskingVertexStage().c_str(), askingFragmentStage);
     }
 
     void TearDown() override {
@@ -127,8 +128,8 @@ protected:
     /// One pixel a question, screen by screen.
     std::vector<Answer> Ask(const std::vector<Question>& questions) {
         std::vector<Answer> answers;
-        for (std::size_t first = 0; first < questions.size(); first += kAtOnce) {
-            const std::size_t last = std::min(first + kAtOnce, questions.size());
+        for (std::size_t first = 0; first < questions.size(); first += atOnce) {
+            const std::size_t last = std::min(first + atOnce, questions.size());
             Draw(questions, first, last);
             const Picture picture = ReadScreen(screenSize, screenSize);
             for (std::size_t i = 0; i < last - first; ++i) {
@@ -161,7 +162,7 @@ protected:
     }
 
 private:
-    static constexpr std::size_t kAtOnce = static_cast<std::size_t>(screenSize) * screenSize;
+    static constexpr std::size_t atOnce = static_cast<std::size_t>(screenSize) * screenSize;
 
     static void Draw(const std::vector<Question>& questions, std::size_t first, std::size_t last) {
         const auto middle = [](std::size_t pixel) {

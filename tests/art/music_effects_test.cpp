@@ -80,12 +80,12 @@ TEST(Chorus, Widens_a_centred_sound_and_keeps_its_level) {
 }
 
 TEST(SoftBend, Makes_the_third_harmonic_and_no_higher_one) {
-    constexpr int kFft = 4096;
-    std::vector<float> samples = Signal::Sine(64 * Signal::kRate / kFft, 0.9, 0.2);
+    constexpr int fftSize = 4096;
+    std::vector<float> samples = Signal::Sine(64 * Signal::rate / fftSize, 0.9, 0.2);
     for (float& sample : samples) {
         sample = Music::SoftBend(sample, 1.5F);
     }
-    const auto power = Music::PowerSpectrum(samples.data(), kFft);
+    const auto power = Music::PowerSpectrum(samples.data(), fftSize);
     // x - 4/27 x^3 of 1.35 sin: the third harmonic has 4/27 * 1.35^3 / 4 = 0.0911.
     EXPECT_NEAR(std::sqrt(power[3 * 64]), 0.0911, 0.001);
     EXPECT_LT(power[5 * 64], 1e-9);
@@ -115,7 +115,7 @@ TEST(Compressor, Leaves_quiet_keys_alone) {
 
 TEST(TruePeaks, Sees_the_peak_between_two_samples) {
     // A quarter of the rate, 45 degrees off: every sample is +-0.7071, the wave reaches 1.
-    const auto samples = Signal::Sine(Signal::kRate / 4, 1.0, 0.1, 0.125);
+    const auto samples = Signal::Sine(Signal::rate / 4, 1.0, 0.1, 0.125);
     const auto peaks = Music::TruePeaks(samples);
     EXPECT_NEAR(samples[2000] * samples[2000], 0.5, 1e-4);
     const float highest = *std::max_element(peaks.begin() + 100, peaks.end() - 100);

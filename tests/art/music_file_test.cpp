@@ -24,7 +24,7 @@ Music::Stereo Song(const char* text, std::string& message) {
     return message.empty() ? Master(score, pulse, std::move(mix), report) : Music::Stereo();
 }
 
-const char* const kSong = R"(
+const char* const songText = R"(
 tempo 120
 bars 4
 harmony 1 Em C G D
@@ -115,9 +115,9 @@ TEST(SoundFiles, Tell_when_they_cannot_be_written) {
 
 TEST(Mixer, Makes_the_same_piece_every_time) {
     std::string message;
-    const Music::Stereo first = Song(kSong, message);
+    const Music::Stereo first = Song(songText, message);
     ASSERT_EQ(message, "");
-    const Music::Stereo second = Song(kSong, message);
+    const Music::Stereo second = Song(songText, message);
     EXPECT_EQ(first.left, second.left);
     EXPECT_EQ(first.right, second.right);
     EXPECT_EQ(first.Frames(), 8U * 44100U); // four bars of two seconds
@@ -125,14 +125,14 @@ TEST(Mixer, Makes_the_same_piece_every_time) {
 
 TEST(Mixer, Meets_the_loudness_and_the_ceiling_of_the_score) {
     std::string message;
-    const Music::Loudness loudness = Music::MeasureLoudness(Song(kSong, message));
+    const Music::Loudness loudness = Music::MeasureLoudness(Song(songText, message));
     EXPECT_NEAR(loudness.integrated, -16.0, 0.3);
     EXPECT_LE(loudness.truePeak, -1.4);
 }
 
 TEST(Mixer, Says_in_which_line_a_track_goes_wrong) {
     std::string message;
-    const std::string song = kSong;
+    const std::string song = songText;
     Song((song + "    shine 3\n").c_str(), message);
     EXPECT_THAT(message, testing::HasSubstr("unknown setting 'shine'"));
     message.clear();

@@ -10,7 +10,7 @@ using Music::StateFilter;
 
 namespace {
 
-constexpr double kFlat = 0.09395; // 0.5 * 40^r = 0.7071
+constexpr double flat = 0.09395; // 0.5 * 40^r = 0.7071
 
 enum class Output { Low, Band, High };
 
@@ -37,16 +37,16 @@ double Response(const Biquad& filter, double frequency) {
 
 TEST(StateFilter, Is_3_dB_down_at_its_cut_off_when_flat) {
     for (double cutoff : {100.0, 1000.0, 8000.0}) {
-        EXPECT_NEAR(Response(cutoff, kFlat, cutoff, Output::Low), -3.01, 0.05) << cutoff;
-        EXPECT_NEAR(Response(cutoff, kFlat, cutoff, Output::High), -3.01, 0.05) << cutoff;
+        EXPECT_NEAR(Response(cutoff, flat, cutoff, Output::Low), -3.01, 0.05) << cutoff;
+        EXPECT_NEAR(Response(cutoff, flat, cutoff, Output::High), -3.01, 0.05) << cutoff;
     }
 }
 
 TEST(StateFilter, Falls_by_12_dB_an_octave) {
     // Two octaves from 500 Hz, far enough below half the rate for the analogue figure.
-    EXPECT_NEAR(Response(500, kFlat, 2000, Output::Low) - Response(500, kFlat, 4000, Output::Low),
+    EXPECT_NEAR(Response(500, flat, 2000, Output::Low) - Response(500, flat, 4000, Output::Low),
                 12.0, 0.6);
-    EXPECT_NEAR(Response(4000, kFlat, 500, Output::High) - Response(4000, kFlat, 250, Output::High),
+    EXPECT_NEAR(Response(4000, flat, 500, Output::High) - Response(4000, flat, 250, Output::High),
                 12.0, 0.3);
 }
 

@@ -32,13 +32,13 @@ Music::Stereo Play(const Music::Instrument& instrument, const Music::Note& note,
     return out;
 }
 
-const char* const kKinds[] = {"synth", "fm",    "bass",  "kick", "snare",
-                              "clap",  "metal", "noise", "drop"};
+const char* const kindNames[] = {"synth", "fm",    "bass",  "kick", "snare",
+                                 "clap",  "metal", "noise", "drop"};
 
 } // namespace
 
 TEST(Instrument, Sounds_from_its_start_on_and_comes_to_an_end) {
-    for (const char* kind : kKinds) {
+    for (const char* kind : kindNames) {
         const auto out = Play(*Make(kind), NoteAt(0.5, 0.3, 57), 8.0);
         EXPECT_EQ(Signal::Peak({out.left.begin(), out.left.begin() + 22049}), 0.0F) << kind;
         EXPECT_GT(Signal::Peak(out.left), 0.02F) << kind;
@@ -49,7 +49,7 @@ TEST(Instrument, Sounds_from_its_start_on_and_comes_to_an_end) {
 }
 
 TEST(Instrument, Plays_the_same_note_the_same_way_every_time) {
-    for (const char* kind : kKinds) {
+    for (const char* kind : kindNames) {
         const auto first = Play(*Make(kind), NoteAt(0.1, 0.3, 57), 1.0);
         const auto second = Play(*Make(kind), NoteAt(0.1, 0.3, 57), 1.0);
         EXPECT_EQ(first.left, second.left) << kind;
@@ -58,7 +58,7 @@ TEST(Instrument, Plays_the_same_note_the_same_way_every_time) {
 }
 
 TEST(Instrument, Stays_inside_the_piece_when_a_note_starts_at_or_after_its_end) {
-    for (const char* kind : kKinds) {
+    for (const char* kind : kindNames) {
         const auto out = Play(*Make(kind), NoteAt(0.999, 5.0, 57), 1.0);
         EXPECT_EQ(out.Frames(), 44100U);
         EXPECT_EQ(Signal::Peak(Play(*Make(kind), NoteAt(3.0, 1.0, 57), 1.0).left), 0.0F) << kind;
@@ -66,7 +66,7 @@ TEST(Instrument, Stays_inside_the_piece_when_a_note_starts_at_or_after_its_end) 
 }
 
 TEST(Instrument, Has_no_constant_part) {
-    for (const char* kind : kKinds) {
+    for (const char* kind : kindNames) {
         const auto out = Play(*Make(kind), NoteAt(0.0, 2.0, 57), 4.0);
         EXPECT_NEAR(Signal::Mean(out.left), 0.0, 0.003) << kind;
     }
@@ -147,7 +147,7 @@ TEST(Instrument, Survives_settings_and_notes_out_of_all_reason) {
     const char* const names[] = {"wave", "voices", "detune", "attack", "decay", "cutoff",
                                  "mod",  "index",  "bright", "from",   "hits",  "gap",
                                  "tone", "center", "time",   "bend",   "noise", "low_cut"};
-    for (const char* kind : kKinds) {
+    for (const char* kind : kindNames) {
         for (const char* name : names) {
             for (const char* value : {"0", "-1000", "1000000"}) {
                 std::string message;

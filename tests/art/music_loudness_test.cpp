@@ -56,7 +56,7 @@ TEST(Loudness, Knows_the_true_peak) {
 
 TEST(Loudness, Sees_the_peak_between_two_samples) {
     // A quarter of the rate, 45 degrees off: every sample is +-0.7071, the wave reaches 1.
-    const auto wave = Signal::Sine(Signal::kRate / 4, 1.0, 1.0, 0.125);
+    const auto wave = Signal::Sine(Signal::rate / 4, 1.0, 1.0, 0.125);
     EXPECT_NEAR(Music::MeasureLoudness(Signal::Both(wave)).truePeak, 0.0, 0.2);
 }
 

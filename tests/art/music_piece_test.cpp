@@ -17,18 +17,18 @@
 
 namespace {
 
-const std::string kTrack = std::string(NIMBREL_SOURCE_DIR) + "/Data/Musics/Quorrel.mp3";
-constexpr double kRunningTime = 118.252;
-constexpr double kBeat = 60.0 / 138.0;
-constexpr double kPulseBegins = 41.736; // the colour split, then the bloom
-constexpr double kPulseEnds = 76.516;
-constexpr std::array<double, 7> kCuts{13.912, 27.824, 41.736, 55.648, 76.516, 90.428, 104.34};
+const std::string trackPath = std::string(NIMBREL_SOURCE_DIR) + "/Data/Musics/Quorrel.mp3";
+constexpr double runningTime = 118.252;
+constexpr double secondsPerBeat = 60.0 / 138.0;
+constexpr double pulseBegins = 41.736; // the colour split, then the bloom
+constexpr double pulseEnds = 76.516;
+constexpr std::array<double, 7> sceneCuts{13.912, 27.824, 41.736, 55.648, 76.516, 90.428, 104.34};
 
 /// The decoded piece as float; decoded once for all tests.
 const Music::Stereo& Piece() {
     static const Music::Stereo piece = [] {
         Music::Stereo signal;
-        const auto decoded = Vell::Sound::DecodeMp3(kTrack);
+        const auto decoded = Vell::Sound::DecodeMp3(trackPath);
         if (decoded.track && decoded.track->rate == Music::sampleRate) {
             for (std::size_t i = 0; i + 1 < decoded.track->samples.size(); i += 2) {
                 signal.left.push_back(static_cast<float>(decoded.track->samples[i]) / 32768.0F);
@@ -48,7 +48,7 @@ public:
         Vell::Sound::PlayByHand(time);
         FMOD_System_Create(&system);
         FMOD_System_Init(system, 10, FMOD_INIT_NORMAL, nullptr);
-        FMOD_System_CreateStream(system, kTrack.c_str(), FMOD_2D, nullptr, &sound);
+        FMOD_System_CreateStream(system, trackPath.c_str(), FMOD_2D, nullptr, &sound);
         FMOD_System_PlaySound(system, FMOD_CHANNEL_FREE, sound, 0, &channel);
     }
     ~Listener() {
@@ -83,18 +83,18 @@ struct Triggers {
 
 /// Frames on which the picture jumps, `phase` being a part of a frame.
 Triggers FindTriggers(double phase, double framesPerSecond) {
-    constexpr float kThreshold = 0.03F;
-    constexpr double kNear = 0.060;
+    constexpr float threshold = 0.03F;
+    constexpr double nearBeat = 0.060;
     Listener listener;
     Triggers found;
-    const int first = static_cast<int>(std::ceil(kPulseBegins * framesPerSecond - phase));
-    for (int frame = first; (frame + phase) / framesPerSecond < kPulseEnds; ++frame) {
+    const int first = static_cast<int>(std::ceil(pulseBegins * framesPerSecond - phase));
+    for (int frame = first; (frame + phase) / framesPerSecond < pulseEnds; ++frame) {
         const double seconds = (frame + phase) / framesPerSecond;
-        if (listener.LowestAt(seconds) >= kThreshold) {
+        if (listener.LowestAt(seconds) >= threshold) {
             continue;
         }
-        const int beat = static_cast<int>(std::lround(seconds / kBeat));
-        if (std::fabs(seconds - beat * kBeat) <= kNear) {
+        const int beat = static_cast<int>(std::lround(seconds / secondsPerBeat));
+        if (std::fabs(seconds - beat * secondsPerBeat) <= nearBeat) {
             found.beats[beat] = true;
         } else {
             ++found.strays[beat / 32];
@@ -107,12 +107,12 @@ Triggers FindTriggers(double phase, double framesPerSecond) {
 /// logarithmically compressed magnitude from the 23 ms before it to those after (spectral flux;
 /// the factor 1000 lets what lies below -60 dB count little). Falls are not counted.
 double Onset(double seconds) {
-    constexpr int kFft = 1024;
+    constexpr int fftSize = 1024;
     const std::size_t at = Music::FrameAt(seconds);
     double rise = 0;
     for (const auto* channel : {&Piece().left, &Piece().right}) {
-        const auto before = Music::PowerSpectrum(channel->data() + at - kFft, kFft);
-        const auto after = Music::PowerSpectrum(channel->data() + at, kFft);
+        const auto before = Music::PowerSpectrum(channel->data() + at - fftSize, fftSize);
+        const auto after = Music::PowerSpectrum(channel->data() + at, fftSize);
         for (std::size_t k = 0; k < before.size(); ++k) {
             rise += std::max(0.0, std::log1p(1000.0 * std::sqrt(after[k])) -
                                       std::log1p(1000.0 * std::sqrt(before[k])));
@@ -127,7 +127,7 @@ class PiecePulse : public testing::TestWithParam<double> {};
 
 TEST_P(PiecePulse, Falls_below_the_threshold_on_the_beats_and_nowhere_else) {
     const Triggers found = FindTriggers(GetParam(), 60.0);
-    const int first = static_cast<int>(std::lround(kPulseBegins / kBeat)); // 96
+    const int first = static_cast<int>(std::lround(pulseBegins / secondsPerBeat)); // 96
     for (int start = first; start + 32 <= first + 80; start += 16) {
         int hits = 0;
         for (int beat = start; beat < start + 32; ++beat) {
@@ -151,9 +151,9 @@ INSTANTIATE_TEST_SUITE_P(FramePhases, PiecePulse, testing::Values(0.0, 0.25, 0.5
 TEST(Piece, Lasts_as_long_as_the_demo_and_ends_before_it) {
     ASSERT_GT(Piece().Frames(), 0U);
     const double length = static_cast<double>(Piece().Frames()) / Music::sampleRate;
-    EXPECT_GE(length, kRunningTime);
-    EXPECT_LT(length, kRunningTime + 0.1);
-    const std::size_t end = Music::FrameAt(kRunningTime);
+    EXPECT_GE(length, runningTime);
+    EXPECT_LT(length, runningTime + 0.1);
+    const std::size_t end = Music::FrameAt(runningTime);
     EXPECT_LT(Signal::Db(Signal::Rms(Piece().left, end - 441, end)), -50.0);
     // The last chord still sounds a second before, so the end is a fall and not a gap.
     EXPECT_GT(Signal::Db(Signal::Rms(Piece().left, end - 50000, end - 40000)), -35.0);
@@ -196,12 +196,12 @@ TEST(Piece, Never_steps_further_than_its_treble_explains) {
         for (std::size_t i = 1; i < channel->size(); ++i) {
             steps[i] = (*channel)[i] - (*channel)[i - 1];
         }
-        constexpr std::size_t kBlock = 4410;
-        for (std::size_t at = 0; at + kBlock <= steps.size(); at += kBlock) {
-            const double typical = Signal::Rms(steps, at, at + kBlock);
+        constexpr std::size_t blockSize = 4410;
+        for (std::size_t at = 0; at + blockSize <= steps.size(); at += blockSize) {
+            const double typical = Signal::Rms(steps, at, at + blockSize);
             const std::vector<float> block(steps.begin() + static_cast<std::ptrdiff_t>(at),
                                            steps.begin() +
-                                               static_cast<std::ptrdiff_t>(at + kBlock));
+                                               static_cast<std::ptrdiff_t>(at + blockSize));
             ASSERT_LE(Signal::Peak(block), 20.0 * typical + 0.01)
                 << "at " << static_cast<double>(at) / Music::sampleRate;
         }
@@ -209,13 +209,13 @@ TEST(Piece, Never_steps_further_than_its_treble_explains) {
 }
 
 TEST(Piece, Puts_every_cut_on_a_strong_downbeat) {
-    for (double cut : kCuts) {
+    for (double cut : sceneCuts) {
         // The downbeat lies up to 8 ms after the cut: 138 beats a minute are a hair slower.
-        const double downbeat = std::ceil(cut / (4 * kBeat) - 0.01) * 4 * kBeat;
+        const double downbeat = std::ceil(cut / (4 * secondsPerBeat) - 0.01) * 4 * secondsPerBeat;
         EXPECT_NEAR(downbeat, cut, 0.010);
         const double here = Onset(downbeat);
         for (int sixteenth : {-5, -3, -2, -1, 1, 2, 3, 5}) {
-            EXPECT_GT(here, Onset(downbeat + sixteenth * kBeat / 4))
+            EXPECT_GT(here, Onset(downbeat + sixteenth * secondsPerBeat / 4))
                 << "cut at " << cut << ", " << sixteenth << " sixteenths away";
         }
     }

@@ -10,13 +10,13 @@ using testing::HasSubstr;
 namespace {
 
 /// The smallest score that is whole, with room for more.
-const char* const kHead = "tempo 120\nbars 4\nharmony 1 Em C G D\n"
-                          "instrument beep synth\n    wave sine\n";
+const char* const scoreHead = "tempo 120\nbars 4\nharmony 1 Em C G D\n"
+                              "instrument beep synth\n    wave sine\n";
 
 Music::Score Read(const std::string& rest) {
     Music::Score score;
     std::string message;
-    EXPECT_TRUE(Music::ParseScore(kHead + rest, score, message)) << message;
+    EXPECT_TRUE(Music::ParseScore(scoreHead + rest, score, message)) << message;
     return score;
 }
 
@@ -150,7 +150,7 @@ TEST(Score, Changes_chords_in_the_middle_of_a_bar) {
 }
 
 TEST(Score, Says_in_which_line_a_mistake_stands) {
-    const std::string head = kHead; // five lines
+    const std::string head = scoreHead; // five lines
     EXPECT_THAT(Complaint("bars x\n"), HasSubstr("1: 'bars' cannot be 'x'"));
     EXPECT_THAT(Complaint("tempo nan\n"), HasSubstr("1: 'tempo' cannot be 'nan'"));
     EXPECT_THAT(Complaint("bars 1e9\n"), HasSubstr("cannot be '1e9'"));

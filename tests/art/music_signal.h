@@ -10,7 +10,7 @@
 /// Signals and measurements that the tests of the music share.
 namespace Signal {
 
-constexpr double kRate = Music::sampleRate;
+constexpr double rate = Music::sampleRate;
 
 inline std::vector<float> Sine(double frequency, double amplitude, double seconds,
                                double phase = 0.0) {
@@ -18,7 +18,7 @@ inline std::vector<float> Sine(double frequency, double amplitude, double second
     for (std::size_t i = 0; i < samples.size(); ++i) {
         samples[i] = static_cast<float>(
             amplitude *
-            std::sin(2.0 * Music::pi * (phase + frequency * static_cast<double>(i) / kRate)));
+            std::sin(2.0 * Music::pi * (phase + frequency * static_cast<double>(i) / rate)));
     }
     return samples;
 }
@@ -70,7 +70,7 @@ inline double Pitch(const std::vector<float>& samples) {
             ++periods;
         }
     }
-    return periods * kRate / (last - first);
+    return periods * rate / (last - first);
 }
 
 inline double Cents(double frequency, double reference) {

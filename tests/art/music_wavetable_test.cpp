@@ -9,7 +9,7 @@ using Music::Wave;
 
 namespace {
 
-constexpr int kFft = 8192;
+constexpr int fftSize = 8192;
 
 std::vector<float> Play(Wave wave, double frequency, std::size_t count) {
     Oscillator oscillator(wave, 0.1);
@@ -23,7 +23,7 @@ std::vector<float> Play(Wave wave, double frequency, std::size_t count) {
 
 /// The frequency at the centre of a bin.
 double BinFrequency(int bin) {
-    return bin * Signal::kRate / kFft;
+    return bin * Signal::rate / fftSize;
 }
 
 /// Power of a bin with its neighbours, which the Hann window lights up too (1/4 each beside it).
@@ -38,7 +38,7 @@ double Around(const std::vector<double>& power, int bin) {
 /// Greatest level outside the harmonics of `bin`, dB below the fundamental.
 double WorstAlias(const std::vector<double>& power, int bin) {
     double worst = 1e-30;
-    for (int k = 1; k < kFft / 2; ++k) {
+    for (int k = 1; k < fftSize / 2; ++k) {
         const int away =
             std::abs(k - bin * static_cast<int>(std::lround(static_cast<double>(k) / bin)));
         if (away > 2 || k < bin - 2) {
@@ -52,16 +52,16 @@ double WorstAlias(const std::vector<double>& power, int bin) {
 
 TEST(WaveTable, Keeps_the_aliases_of_a_saw_at_4_kHz_below_60_dB) {
     const int bin = 743; // 3999.8 Hz
-    const auto samples = Play(Wave::Saw, BinFrequency(bin), kFft);
-    EXPECT_LT(WorstAlias(Music::PowerSpectrum(samples.data(), kFft), bin), -60.0);
+    const auto samples = Play(Wave::Saw, BinFrequency(bin), fftSize);
+    EXPECT_LT(WorstAlias(Music::PowerSpectrum(samples.data(), fftSize), bin), -60.0);
 }
 
 TEST(WaveTable, Keeps_the_aliases_of_every_wave_below_60_dB_at_several_pitches) {
     for (Wave wave :
          {Wave::Saw, Wave::Square, Wave::Triangle, Wave::Hollow, Wave::Organ, Wave::Reed}) {
         for (int bin : {41, 163, 977, 1801}) {
-            const auto samples = Play(wave, BinFrequency(bin), kFft);
-            EXPECT_LT(WorstAlias(Music::PowerSpectrum(samples.data(), kFft), bin), -60.0)
+            const auto samples = Play(wave, BinFrequency(bin), fftSize);
+            EXPECT_LT(WorstAlias(Music::PowerSpectrum(samples.data(), fftSize), bin), -60.0)
                 << "wave " << static_cast<int>(wave) << " bin " << bin;
         }
     }
@@ -69,7 +69,8 @@ TEST(WaveTable, Keeps_the_aliases_of_every_wave_below_60_dB_at_several_pitches) 
 
 TEST(WaveTable, Gives_a_saw_harmonics_of_2_over_pi_n) {
     const int bin = 64; // 344.5 Hz
-    const auto power = Music::PowerSpectrum(Play(Wave::Saw, BinFrequency(bin), kFft).data(), kFft);
+    const auto power =
+        Music::PowerSpectrum(Play(Wave::Saw, BinFrequency(bin), fftSize).data(), fftSize);
     for (int n = 1; n <= 20; ++n) {
         // The three bins of a Hann-windowed tone hold 1 + 1/4 + 1/4 of its power.
         const double amplitude = std::sqrt(Around(power, n * bin) / 1.5);
@@ -82,10 +83,10 @@ TEST(WaveTable, Leaves_even_harmonics_out_of_a_pulse_of_half_width) {
     Oscillator oscillator(Wave::Saw, 0.0);
     oscillator.SetFrequency(BinFrequency(bin));
     std::vector<float> samples;
-    for (int i = 0; i < kFft; ++i) {
+    for (int i = 0; i < fftSize; ++i) {
         samples.push_back(oscillator.NextPulse(0.5));
     }
-    const auto power = Music::PowerSpectrum(samples.data(), kFft);
+    const auto power = Music::PowerSpectrum(samples.data(), fftSize);
     EXPECT_LT(Around(power, 2 * bin), 1e-6 * Around(power, bin));
     EXPECT_GT(Around(power, 3 * bin), 0.05 * Around(power, bin)); // (1/3)^2 = 0.11
 }
