@@ -1,3 +1,4 @@
+#include "demo/assets.h"
 #include "demo/scene1.h"
 #include "demo/show.h"
 
@@ -39,7 +40,7 @@ int main() {
     FMOD_System_Create(&system);
     FMOD_System_SetOutput(system, FMOD_OUTPUTTYPE_ALSA);
     FMOD_System_Init(system, channels, FMOD_INIT_NORMAL, nullptr);
-    FMOD_System_CreateStream(system, "Data/Musics/Quorrel.mp3", streamMode, nullptr, &sound);
+    FMOD_System_CreateStream(system, Assets::music, streamMode, nullptr, &sound);
 
     Scene1* scene = new Scene1;
     scene->Load();

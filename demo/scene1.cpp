@@ -1,5 +1,6 @@
 #include "demo/scene1.h"
 
+#include "demo/assets.h"
 #include "demo/post_rgb.h"
 #include "demo/post_water.h"
 #include "demo/show.h"
@@ -86,7 +87,7 @@ void Scene1::Load() {
     LoadSky();
     LoadWater();
     sceneClock.Reset();
-    logo.SetTexture("Data/Gfx/Logo/logo.jpg");
+    logo.SetTexture(Assets::logo);
     Vell::SetFovy(Show::fieldOfView);
     AddFlights();
     // The flights and demo time start together, after everything that takes time.
@@ -109,21 +110,21 @@ void Scene1::Draw(float dt) {
 }
 
 void Scene1::LoadCity() {
-    XT3DStatic* mesh = LoadMesh(*manager, "Data/Gfx/City/city.xt3dstatic");
-    cityShader = mesh->SetMaterialShader("Data/Gfx/City/shader.vert", "Data/Gfx/City/shader.frag");
+    XT3DStatic* mesh = LoadMesh(*manager, Assets::cityMesh);
+    cityShader = mesh->SetMaterialShader(Assets::cityVertexShader, Assets::cityFragmentShader);
     city = manager->AddSceneNode(mesh, vec3(0));
     city->SetPosition(vec3(0, Show::sunkenHeight, 0)); // the timeline raises it
 }
 
 void Scene1::LoadWisps() {
-    greenWisp = AddWisp("Data/Gfx/Wisp/green.xt3dstatic");
-    redWisp = AddWisp("Data/Gfx/Wisp/red.xt3dstatic");
-    blueWisp = AddWisp("Data/Gfx/Wisp/blue.xt3dstatic");
+    greenWisp = AddWisp(Assets::greenWispMesh);
+    redWisp = AddWisp(Assets::redWispMesh);
+    blueWisp = AddWisp(Assets::blueWispMesh);
 }
 
 SceneNode* Scene1::AddWisp(const char* meshPath) {
     XT3DStatic* mesh = LoadMesh(*manager, meshPath);
-    mesh->SetMaterialShader("Data/Gfx/Wisp/billboard.vert", "Data/Gfx/Wisp/billboard.frag");
+    mesh->SetMaterialShader(Assets::wispVertexShader, Assets::wispFragmentShader);
     mesh->SetBlend(true);
     SceneNode* node = manager->AddSceneNode(mesh, vec3(0));
     node->SetPosition(wispParking);
@@ -139,7 +140,7 @@ void Scene1::SendWispLights(const vec3& red, const vec3& green, const vec3& blue
 }
 
 void Scene1::LoadFish() {
-    XT3DStatic* mesh = LoadMesh(*manager, "Data/Gfx/Fish/fish.xt3dstatic");
+    XT3DStatic* mesh = LoadMesh(*manager, Assets::fishMesh);
     ForEachFish([&](int column, int row, int number) {
         SceneNode* node = manager->AddSceneNode(mesh, vec3(0));
         node->SetPosition(fishParking);
@@ -149,14 +150,13 @@ void Scene1::LoadFish() {
 }
 
 void Scene1::LoadSky() {
-    manager->AddSkyBox("Data/Gfx/City/sky/xpos.jpg", "Data/Gfx/City/sky/xneg.jpg",
-                       "Data/Gfx/City/sky/ypos.jpg", "Data/Gfx/City/sky/yneg.jpg",
-                       "Data/Gfx/City/sky/zpos.jpg", "Data/Gfx/City/sky/zneg.jpg");
+    manager->AddSkyBox(Assets::skyXPos, Assets::skyXNeg, Assets::skyYPos, Assets::skyYNeg,
+                       Assets::skyZPos, Assets::skyZNeg);
 }
 
 void Scene1::LoadWater() {
     Vell::Water* water = manager->AddWater();
-    water->SetNormalMap("Data/Gfx/water.jpg");
+    water->SetNormalMap(Assets::waterNormals);
     water->SetBlend(0.0f);
     water->SetDeform(0.02f);
     water->SetSize(ivec2(25000));

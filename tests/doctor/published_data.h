@@ -1,5 +1,6 @@
 #pragma once
 
+#include "demo/assets.h"
 #include "tests/support/demo_data.h"
 #include "tests/support/scratch.h"
 #include "tools/doctor/datafiles.h"
@@ -11,8 +12,8 @@
 
 /// Data folders for the doctor to look at, made in the working directory, with their sums.
 
-inline const char* const waterPicture = "Data/Gfx/water.jpg";
-inline const char* const musicTrack = "Data/Musics/Quorrel.mp3";
+inline const char* const waterPicture = Assets::waterNormals;
+inline const char* const musicTrack = Assets::music;
 
 inline std::string SumOfFile(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);

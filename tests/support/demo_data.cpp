@@ -1,10 +1,12 @@
 #include "tests/support/demo_data.h"
 
+#include "demo/assets.h"
 #include "tests/support/scratch.h"
 
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 
 namespace {
 
@@ -68,17 +70,8 @@ void WriteTinyFiles() {
 } // namespace
 
 const std::vector<std::string>& DemoFiles() {
-    static const std::vector<std::string> files = {
-        "Data/Gfx/City/city.xt3dstatic", "Data/Gfx/City/shader.vert",
-        "Data/Gfx/City/shader.frag",     "Data/Gfx/Wisp/green.xt3dstatic",
-        "Data/Gfx/Wisp/billboard.vert",  "Data/Gfx/Wisp/billboard.frag",
-        "Data/Gfx/Wisp/red.xt3dstatic",  "Data/Gfx/Wisp/blue.xt3dstatic",
-        "Data/Gfx/Fish/fish.xt3dstatic", "Data/Gfx/City/sky/xpos.jpg",
-        "Data/Gfx/City/sky/xneg.jpg",    "Data/Gfx/City/sky/ypos.jpg",
-        "Data/Gfx/City/sky/yneg.jpg",    "Data/Gfx/City/sky/zpos.jpg",
-        "Data/Gfx/City/sky/zneg.jpg",    "Data/Gfx/water.jpg",
-        "Data/Gfx/Logo/logo.jpg",        "Data/Musics/Quorrel.mp3",
-    };
+    static const std::vector<std::string> files(std::begin(Assets::loaded),
+                                                std::end(Assets::loaded));
     return files;
 }
 

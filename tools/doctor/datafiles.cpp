@@ -4,10 +4,13 @@
 #include "tools/doctor/picturesize.h"
 #include "tools/doctor/sha256.h"
 
+#include "demo/assets.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -18,27 +21,28 @@ namespace {
 
 const char* const dataFolder = "Data";
 
-// What the demo's code asks for, in its order.
+// What is missing in the show without each file that the demo's code asks for, in its order.
 const DataFile namedByCode[] = {
-    {"Data/Gfx/City/city.xt3dstatic", "no city"},
-    {"Data/Gfx/City/shader.vert", "the city without its light"},
-    {"Data/Gfx/City/shader.frag", "the city without its light"},
-    {"Data/Gfx/Wisp/green.xt3dstatic", "no green wisp"},
-    {"Data/Gfx/Wisp/billboard.vert", "wisps that do not face the viewer"},
-    {"Data/Gfx/Wisp/billboard.frag", "wisps that do not face the viewer"},
-    {"Data/Gfx/Wisp/red.xt3dstatic", "no red wisp"},
-    {"Data/Gfx/Wisp/blue.xt3dstatic", "no blue wisp"},
-    {"Data/Gfx/Fish/fish.xt3dstatic", "no fish"},
-    {"Data/Gfx/City/sky/xpos.jpg", "a hole in the sky"},
-    {"Data/Gfx/City/sky/xneg.jpg", "a hole in the sky"},
-    {"Data/Gfx/City/sky/ypos.jpg", "a hole in the sky"},
-    {"Data/Gfx/City/sky/yneg.jpg", "a hole in the sky"},
-    {"Data/Gfx/City/sky/zpos.jpg", "a hole in the sky"},
-    {"Data/Gfx/City/sky/zneg.jpg", "a hole in the sky"},
-    {"Data/Gfx/water.jpg", "water without waves"},
-    {"Data/Gfx/Logo/logo.jpg", "no logo"},
-    {"Data/Musics/Quorrel.mp3", "no music, and effects that do not beat"},
+    {Assets::cityMesh, "no city"},
+    {Assets::cityVertexShader, "the city without its light"},
+    {Assets::cityFragmentShader, "the city without its light"},
+    {Assets::greenWispMesh, "no green wisp"},
+    {Assets::wispVertexShader, "wisps that do not face the viewer"},
+    {Assets::wispFragmentShader, "wisps that do not face the viewer"},
+    {Assets::redWispMesh, "no red wisp"},
+    {Assets::blueWispMesh, "no blue wisp"},
+    {Assets::fishMesh, "no fish"},
+    {Assets::skyXPos, "a hole in the sky"},
+    {Assets::skyXNeg, "a hole in the sky"},
+    {Assets::skyYPos, "a hole in the sky"},
+    {Assets::skyYNeg, "a hole in the sky"},
+    {Assets::skyZPos, "a hole in the sky"},
+    {Assets::skyZNeg, "a hole in the sky"},
+    {Assets::waterNormals, "water without waves"},
+    {Assets::logo, "no logo"},
+    {Assets::music, "no music, and effects that do not beat"},
 };
+static_assert(std::size(namedByCode) == std::size(Assets::loaded));
 const char* const withoutTexture = "a surface without its picture";
 
 const char* const repairAdvice =

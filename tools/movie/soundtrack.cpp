@@ -1,5 +1,7 @@
 #include "tools/movie/soundtrack.h"
 
+#include "demo/assets.h"
+
 #include "sound/mp3decoder.h"
 #include "sound/track.h"
 
@@ -17,8 +19,6 @@ namespace Film {
 
 namespace {
 
-constexpr const char* trackPath = "Data/Musics/Quorrel.mp3"; // as the demo opens it
-
 void WriteAll(int file, const std::vector<std::int16_t>& samples) {
     const char* from = reinterpret_cast<const char*>(samples.data());
     std::size_t left = samples.size() * sizeof(std::int16_t);
@@ -35,7 +35,7 @@ void WriteAll(int file, const std::vector<std::int16_t>& samples) {
 } // namespace
 
 Soundtrack::Soundtrack(double begin, double end) {
-    const auto track = Vell::Sound::DecodeMp3(trackPath).track;
+    const auto track = Vell::Sound::DecodeMp3(Assets::music).track;
     silent = !track;
     if (track)
         rate = track->rate;
