@@ -117,7 +117,7 @@ TEST_F(DoctorProgram, Finds_a_machine_fit_that_has_no_sound_and_disturbs_nothing
 
 TEST_F(DoctorProgram, Virtual_display_of_the_documentation_is_the_one_that_is_advised) {
     EXPECT_THAT(ReadFile(NIMBREL_SOURCE_DIR "/docs/doctor.md"),
-                HasSubstr("    " + Doctor::virtualDisplay + " build/release/demo/nimbrel\n"));
+                HasSubstr("\n" + Doctor::virtualDisplay + " build/release/demo/nimbrel\n"));
 }
 
 TEST_F(DoctorProgram, Json_is_taken_by_another_reader) {
