@@ -4,14 +4,14 @@
 
 #include <stdexcept>
 
-using Film::FilmWish;
-using Film::ParsePiece;
-using Film::Piece;
-using Film::PieceOf;
+using Movie::FilmWish;
+using Movie::ParsePiece;
+using Movie::Piece;
+using Movie::PieceOf;
 
 namespace {
 
-Piece From(double begin, double end, const Film::Rate& rate = {}) {
+Piece From(double begin, double end, const Stage::Rate& rate = {}) {
     FilmWish wish;
     wish.begin = begin;
     wish.end = end;
@@ -34,7 +34,8 @@ TEST(Piece, Holds_the_frames_from_its_beginning_to_before_its_end) {
 
 // Machines that share the show must neither leave a frame out nor draw one twice.
 TEST(Piece, Follows_without_gap_or_overlap_on_one_that_ends_where_it_begins) {
-    for (const Film::Rate& rate : {Film::Rate{60, 1}, Film::Rate{24000, 1001}, Film::Rate{25, 1}})
+    for (const Stage::Rate& rate :
+         {Stage::Rate{60, 1}, Stage::Rate{24000, 1001}, Stage::Rate{25, 1}})
         for (double cut = 0.5; cut < 118.0; cut += 0.377) {
             const Piece before = From(0.0, cut, rate);
             const Piece after = From(cut, 118.252, rate);

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-using Film::Progress;
+using Movie::Progress;
 
 TEST(Progress, Tells_frames_speed_and_time_left) {
     testing::internal::CaptureStderr();

@@ -16,7 +16,7 @@
 
 namespace {
 
-using Film::Pass;
+using Passes::Pass;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
@@ -46,7 +46,7 @@ std::string Summary(const FrameFound& frame) {
 }
 
 void RecordColours() {
-    const Frames frames(Film::Detail::Colours, moments);
+    const Frames frames(Passes::Detail::Colours, moments);
     std::ofstream file("colours.bin", std::ios::binary);
     for (const auto& [number, frame] : frames.found)
         file << Summary(frame);
@@ -65,7 +65,7 @@ struct Recordings {
         InChild(RecordColours);
         seen = ReadFile("seen.bin");
         colours = ReadFile("colours.bin");
-        frames = std::make_unique<Frames>(Film::Detail::Everything, moments);
+        frames = std::make_unique<Frames>(Passes::Detail::Everything, moments);
     }
 };
 
@@ -92,11 +92,11 @@ const Pass& PassAt(int number, const std::string& name) {
     throw std::runtime_error("frame " + std::to_string(number) + " has no pass " + name);
 }
 
-const Film::Uniform& UniformAt(int number, const std::string& passName, const std::string& program,
-                               const std::string& name) {
-    for (const Film::Program& known : PassAt(number, passName).programs)
+const Passes::Uniform& UniformAt(int number, const std::string& passName,
+                                 const std::string& program, const std::string& name) {
+    for (const Passes::Program& known : PassAt(number, passName).programs)
         if (known.name == program)
-            for (const Film::Uniform& uniform : known.uniforms)
+            for (const Passes::Uniform& uniform : known.uniforms)
                 if (uniform.name == name)
                     return uniform;
     throw std::runtime_error(passName + ": no " + name + " in " + program);
@@ -108,7 +108,7 @@ std::vector<std::string> StateOf(const Pass& pass, std::size_t draw) {
 
 /// Whether a call of the pass was drawn with such state.
 bool HasState(const Pass& pass, const std::string& beginning) {
-    return std::any_of(pass.draws.begin(), pass.draws.end(), [&](const Film::Draw& draw) {
+    return std::any_of(pass.draws.begin(), pass.draws.end(), [&](const Passes::Draw& draw) {
         return std::any_of(draw.state.begin(), draw.state.end(),
                            [&](const auto& phrase) { return phrase.starts_with(beginning); });
     });
@@ -213,7 +213,7 @@ TEST(Passes, Know_their_clears) {
 TEST(Passes, Know_which_pass_wrote_what_they_read) {
     const Pass& scene = PassAt(rise, "scene");
     const auto byReader = [&](const Pass& pass, const std::string& reader) {
-        for (const Film::Input& input : pass.inputs)
+        for (const Passes::Input& input : pass.inputs)
             if (input.reader == reader)
                 return input;
         throw std::runtime_error(pass.name + ": nothing reads by " + reader);
@@ -235,7 +235,7 @@ TEST(Passes, Know_which_pass_wrote_what_they_read) {
 
 TEST(Passes, Say_when_a_target_that_they_read_is_of_an_earlier_frame) {
     std::vector<std::string> names;
-    for (const Film::Input& input : PassAt(first, "scene").inputs)
+    for (const Passes::Input& input : PassAt(first, "scene").inputs)
         names.push_back(input.name);
     EXPECT_THAT(names, Contains("512 x 512 target, not drawn in this frame").Times(2));
 }
@@ -301,7 +301,7 @@ TEST(Passes, Know_the_colour_of_each_call) {
 TEST(Passes, Add_the_wisps_to_the_picture_without_depth) {
     const Pass& scene = PassAt(wisps, "scene");
     int added = 0;
-    for (const Film::Draw& draw : scene.draws)
+    for (const Passes::Draw& draw : scene.draws)
         if (scene.programs[static_cast<std::size_t>(draw.program)].name == wispProgram) {
             ++added;
             EXPECT_THAT(draw.state, ElementsAre("writes no depth", "alpha test against 0.5",
@@ -324,7 +324,7 @@ TEST(Passes, Keep_depth_where_it_was_written_and_nowhere_else) {
 
 TEST(Passes, Leave_in_depth_how_far_the_city_is) {
     // The only thing with depth in this pass is the city's triangle, all of it in view.
-    const Film::View& view = At(rise).view;
+    const Passes::View& view = At(rise).view;
     double way[3];
     double length = 0.0;
     for (int axis = 0; axis < 3; ++axis) {

@@ -10,10 +10,10 @@
 
 namespace {
 
-using Film::NameOfPass;
-using Film::NameOfProgram;
-using Film::Pass;
-using Film::PassFacts;
+using Passes::NameOfPass;
+using Passes::NameOfProgram;
+using Passes::Pass;
+using Passes::PassFacts;
 using testing::Contains;
 using testing::ElementsAre;
 
@@ -31,13 +31,13 @@ PassFacts FactsOf(int width, int height, const std::vector<std::string>& program
 
 std::vector<std::string> ReadsOf(const Pass& pass) {
     std::vector<std::string> reads;
-    for (const Film::Input& input : pass.inputs)
+    for (const Passes::Input& input : pass.inputs)
         reads.push_back(input.name + " by " + input.reader);
     return reads;
 }
 
 /// A scene of the engine's own beside the demo's: a triangle and a light over it.
-class ShadowScene : public Film::Visitor {
+class ShadowScene : public Stage::Visitor {
 public:
     bool Wants(int) override { return true; }
     void End(int) override {
@@ -46,7 +46,7 @@ public:
         scene.AddShadowMapping(Vell::vec3(5, 10, 5), Vell::vec3(0, 0, 0), 256, 0.5f);
         // The demo's own mesh, which the registry knows already.
         scene.AddSceneNode(scene.GetMesh("Data/Gfx/Fish/fish.xt3dstatic"), Vell::vec3(0));
-        Film::PassRecorder recorder(Film::Detail::Everything);
+        Passes::PassRecorder recorder(Passes::Detail::Everything);
         recorder.BeginFrame();
         scene.Draw();
         recorder.EndFrame();
@@ -112,7 +112,7 @@ TEST(Recording, Knows_the_passes_of_a_scene_with_shadows) {
     const ScratchDir scratch;
     MakeFilmData();
     ShadowScene played;
-    Film::PlayShow({}, 0, played);
+    Stage::PlayShow({}, 0, played);
     const std::vector<Pass>& passes = played.passes;
     ASSERT_EQ(passes.size(), 4u);
     std::vector<std::string> names;

@@ -15,7 +15,7 @@
 
 namespace {
 
-using Film::Pass;
+using Passes::Pass;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -35,7 +35,7 @@ void DrawQuad() {
 }
 
 /// Everything that is done here, recorded after the show's first frame.
-class Workbench : public Film::Visitor {
+class Workbench : public Stage::Visitor {
 public:
     bool Wants(int) override { return true; }
     void End(int) override {
@@ -61,7 +61,7 @@ public:
 
 private:
     std::vector<Pass> Recorded(const std::function<void()>& draw) {
-        Film::PassRecorder recorder(Film::Detail::Everything);
+        Passes::PassRecorder recorder(Passes::Detail::Everything);
         recorder.BeginFrame();
         draw();
         recorder.EndFrame();
@@ -127,7 +127,7 @@ const Workbench& Done() {
     static Workbench bench;
     static const bool played = [] {
         MakeFilmData();
-        Film::PlayShow({}, 0, bench);
+        Stage::PlayShow({}, 0, bench);
         return true;
     }();
     EXPECT_TRUE(played);
@@ -158,7 +158,7 @@ TEST(PassRecorder, Notes_every_value_that_a_uniform_had_in_a_pass) {
     const Pass& pass = Done().levels[0];
     EXPECT_EQ(pass.draws.size(), 3u);
     ASSERT_EQ(pass.programs.size(), 1u);
-    const std::vector<Film::Uniform>& uniforms = pass.programs[0].uniforms;
+    const std::vector<Passes::Uniform>& uniforms = pass.programs[0].uniforms;
     EXPECT_EQ(uniforms.size(), 3u);
     const auto level = std::find_if(uniforms.begin(), uniforms.end(),
                                     [](const auto& uniform) { return uniform.name == "level"; });
@@ -171,7 +171,7 @@ TEST(PassRecorder, Looks_at_the_units_of_the_samplers_and_leaves_the_state_alone
     std::vector<std::string> reads;
     const Pass& pass = Done().read[0];
     for (const int index : pass.draws.at(0).inputs) {
-        const Film::Input& input = pass.inputs.at(static_cast<std::size_t>(index));
+        const Passes::Input& input = pass.inputs.at(static_cast<std::size_t>(index));
         reads.push_back(input.reader + ": " + input.name);
     }
     EXPECT_THAT(reads, testing::UnorderedElementsAre(
@@ -183,6 +183,6 @@ TEST(PassRecorder, Looks_at_the_units_of_the_samplers_and_leaves_the_state_alone
 TEST(PassRecorder, Takes_the_size_of_the_screen_from_its_window) {
     ASSERT_EQ(Done().windows.size(), 1u);
     EXPECT_EQ(Done().windows[0].name, "screen");
-    EXPECT_EQ(Done().windows[0].width, Film::pictureWidth);
-    EXPECT_EQ(Done().windows[0].height, Film::pictureHeight);
+    EXPECT_EQ(Done().windows[0].width, Stage::pictureWidth);
+    EXPECT_EQ(Done().windows[0].height, Stage::pictureHeight);
 }

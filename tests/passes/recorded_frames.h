@@ -35,17 +35,17 @@ using Bytes = std::vector<unsigned char>;
 
 /// RGBA, bottom row first, of the window's back buffer.
 inline Bytes ReadWindow() {
-    Bytes bytes(static_cast<std::size_t>(Film::pictureWidth) * Film::pictureHeight * 4);
-    glReadPixels(0, 0, Film::pictureWidth, Film::pictureHeight, GL_RGBA, GL_UNSIGNED_BYTE,
+    Bytes bytes(static_cast<std::size_t>(Stage::pictureWidth) * Stage::pictureHeight * 4);
+    glReadPixels(0, 0, Stage::pictureWidth, Stage::pictureHeight, GL_RGBA, GL_UNSIGNED_BYTE,
                  bytes.data());
     return bytes;
 }
 
 /// Plays the show without any recording and writes what a viewer sees of some frames.
-class Onlooker : public Film::Visitor {
+class Onlooker : public Stage::Visitor {
 public:
     Onlooker(const std::vector<int>& numbers, std::ostream& file) : wanted(numbers), out(file) {
-        Film::PlayShow({10, 1}, wanted.back(), *this);
+        Stage::PlayShow({10, 1}, wanted.back(), *this);
     }
 
 private:
@@ -64,22 +64,22 @@ private:
 
 /// What a frame was found to be.
 struct FrameFound {
-    std::vector<Film::Pass> passes;
-    Film::View view;
+    std::vector<Passes::Pass> passes;
+    Passes::View view;
     Bytes window;          ///< read by the test itself
     std::string leftState; ///< what EndFrame() changed
     GLenum error = 0;      ///< OpenGL's flag after the frame
 };
 
 /// Plays the show with recordings of some of its frames, by their numbers at ten a second.
-class Frames : public Film::Visitor {
+class Frames : public Stage::Visitor {
 public:
-    static constexpr Film::Rate rate{10, 1};
+    static constexpr Stage::Rate rate{10, 1};
 
-    Frames(Film::Detail detail, const std::vector<int>& numbers) : recorder(detail) {
+    Frames(Passes::Detail detail, const std::vector<int>& numbers) : recorder(detail) {
         for (const int number : numbers)
             found[number] = {};
-        Film::PlayShow(rate, found.rbegin()->first, *this);
+        Stage::PlayShow(rate, found.rbegin()->first, *this);
     }
 
     std::map<int, FrameFound> found;
@@ -99,5 +99,5 @@ private:
         KeepLibraries();
     }
 
-    Film::PassRecorder recorder;
+    Passes::PassRecorder recorder;
 };

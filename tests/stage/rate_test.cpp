@@ -4,8 +4,8 @@
 
 #include <stdexcept>
 
-using Film::ParseRate;
-using Film::Rate;
+using Stage::ParseRate;
+using Stage::Rate;
 
 TEST(Rate, Gives_every_frame_its_time_without_drift) {
     const Rate sixty;

@@ -6,7 +6,8 @@
 
 #include <stdexcept>
 
-using namespace Film;
+using Passes::Pass;
+using namespace Verify;
 using ::testing::HasSubstr;
 
 namespace {

@@ -3,7 +3,7 @@
 #include "tools/explain/page.h"
 #include "tools/stage/newfile.h"
 #include "tools/stage/show.h"
-#include "tools/stage/stage.h"
+#include "tools/stage/showfolder.h"
 
 #include <cerrno>
 #include <cstring>
@@ -11,7 +11,7 @@
 #include <fstream>
 #include <stdexcept>
 
-namespace Film {
+namespace Explain {
 
 namespace {
 
@@ -20,15 +20,15 @@ namespace {
 }
 
 void CheckTime(double time) {
-    if (time >= 0.0 && time < showLength) // false for what is not a number as well
+    if (time >= 0.0 && time < Stage::showLength) // false for what is not a number as well
         return;
-    throw std::runtime_error("the show has frames from 0 to " + std::to_string(showLength) +
+    throw std::runtime_error("the show has frames from 0 to " + std::to_string(Stage::showLength) +
                              " seconds, none at " + std::to_string(time));
 }
 
 /// Writes the file whole; throws unless that goes well.
 void WritePage(const std::string& path, const std::string& text) {
-    const NewFile file(path);
+    const Stage::NewFile file(path);
     std::ofstream page(file.Path());
     page << text;
     page.close();
@@ -40,19 +40,19 @@ void WritePage(const std::string& path, const std::string& text) {
 /// Before the work, so that a wrong path is told at once. Nothing stays behind: a library may end
 /// the program in between.
 void CheckPath(const std::string& path) {
-    const NewFile file(path);
+    const Stage::NewFile file(path);
     if (!std::ofstream(file.Path()))
         RefusePath(path);
 }
 
 } // namespace
 
-void Explain(const Rate& rate, double time, const std::string& outPath, Measured measured) {
+void MakePage(const Stage::Rate& rate, double time, const std::string& outPath, Measured measured) {
     CheckTime(time);
     CheckPath(outPath);
     const std::filesystem::path path = std::filesystem::absolute(outPath);
-    EnterStage();
+    Stage::EnterShowFolder();
     WritePage(path, PageOf(TakeApart(rate, rate.FrameAt(time)), measured));
 }
 
-} // namespace Film
+} // namespace Explain

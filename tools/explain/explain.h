@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Film {
+namespace Explain {
 
 /// What depends on the machine that makes the page: how long each pass took, and what drew it.
 enum class Measured { shown, leftOut };
@@ -16,6 +16,6 @@ enum class Measured { shown, leftOut };
 /// Once a process, as PlayShow(), which then has left its working directory. The file appears when
 /// it is complete. Throws std::runtime_error with a plain message for a time outside of the show
 /// and for a path that cannot be written.
-void Explain(const Rate& rate, double time, const std::string& outPath, Measured measured);
+void MakePage(const Stage::Rate& rate, double time, const std::string& outPath, Measured measured);
 
-} // namespace Film
+} // namespace Explain

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace Film {
+namespace Explain {
 
 namespace {
 
@@ -17,9 +17,9 @@ constexpr int laneHeight = 30;
 using Names = std::vector<std::string>;
 
 /// Targets in the order in which they are written first.
-Names LanesOf(const std::vector<Pass>& passes) {
+Names LanesOf(const std::vector<Passes::Pass>& passes) {
     Names lanes;
-    for (const Pass& pass : passes)
+    for (const Passes::Pass& pass : passes)
         if (std::find(lanes.begin(), lanes.end(), pass.target) == lanes.end())
             lanes.push_back(pass.target);
     return lanes;
@@ -52,7 +52,7 @@ std::string Circle(const std::string& kind, int x, int y, int radius) {
            "\n";
 }
 
-std::string LaneLine(const Pass& pass, const Names& lanes, std::size_t columns) {
+std::string LaneLine(const Passes::Pass& pass, const Names& lanes, std::size_t columns) {
     const int y = LaneY(lanes, pass.target);
     const std::string size = std::to_string(pass.width) + " × " + std::to_string(pass.height);
     return Line("lane", labels, y, labels + static_cast<int>(columns) * columnWidth, y) +
@@ -61,7 +61,7 @@ std::string LaneLine(const Pass& pass, const Names& lanes, std::size_t columns) 
            "\n";
 }
 
-std::string Head(const Pass& pass, std::size_t index) {
+std::string Head(const Passes::Pass& pass, std::size_t index) {
     const std::string place = "transform=\"translate(" + std::to_string(ColumnX(index) + 3) + " " +
                               std::to_string(heads - 6) + ") rotate(-50)\"";
     return LinkTo("pass-" + std::to_string(index + 1),
@@ -70,9 +70,9 @@ std::string Head(const Pass& pass, std::size_t index) {
 }
 
 /// Bars from what pass `index` reads to here; a target's bars lie over each other.
-std::string Lives(const std::vector<Pass>& passes, const Names& lanes, std::size_t index) {
+std::string Lives(const std::vector<Passes::Pass>& passes, const Names& lanes, std::size_t index) {
     std::string drawn;
-    for (const Input& input : passes[index].inputs)
+    for (const Passes::Input& input : passes[index].inputs)
         if (input.pass >= 0) {
             const int y = LaneY(lanes, passes[static_cast<std::size_t>(input.pass)].target);
             drawn +=
@@ -81,12 +81,13 @@ std::string Lives(const std::vector<Pass>& passes, const Names& lanes, std::size
     return drawn;
 }
 
-std::string ReadsAndWrite(const std::vector<Pass>& passes, const Names& lanes, std::size_t index) {
+std::string ReadsAndWrite(const std::vector<Passes::Pass>& passes, const Names& lanes,
+                          std::size_t index) {
     const int x = ColumnX(index);
     const int written = LaneY(lanes, passes[index].target);
     std::string lines;
     std::string marks;
-    for (const Input& input : passes[index].inputs)
+    for (const Passes::Input& input : passes[index].inputs)
         if (input.pass >= 0) {
             const int y = LaneY(lanes, passes[static_cast<std::size_t>(input.pass)].target);
             lines += Line("read", x, y, x, written);
@@ -97,13 +98,14 @@ std::string ReadsAndWrite(const std::vector<Pass>& passes, const Names& lanes, s
 
 } // namespace
 
-std::string FlowDiagram(const std::vector<Pass>& passes) {
+std::string FlowDiagram(const std::vector<Passes::Pass>& passes) {
     const Names lanes = LanesOf(passes);
     std::string drawn;
     for (const std::string& lane : lanes)
-        drawn += LaneLine(*std::find_if(passes.begin(), passes.end(),
-                                        [&](const Pass& pass) { return pass.target == lane; }),
-                          lanes, passes.size());
+        drawn +=
+            LaneLine(*std::find_if(passes.begin(), passes.end(),
+                                   [&](const Passes::Pass& pass) { return pass.target == lane; }),
+                     lanes, passes.size());
     for (std::size_t i = 0; i < passes.size(); ++i)
         drawn += Lives(passes, lanes, i);
     for (std::size_t i = 0; i < passes.size(); ++i)
@@ -116,4 +118,4 @@ std::string FlowDiagram(const std::vector<Pass>& passes) {
                        "\" role=\"img\" aria-label=\"Which pass writes and reads which target\"");
 }
 
-} // namespace Film
+} // namespace Explain

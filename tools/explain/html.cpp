@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace Film {
+namespace Explain {
 
 std::string Escape(const std::string& text) {
     std::string escaped;
@@ -88,4 +88,4 @@ std::string Table::Html() const {
     return Element("div", Element("table", table), "class=\"wide\"") + "\n";
 }
 
-} // namespace Film
+} // namespace Explain

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Explain {
 
 // Pieces of a page. Every tag is closed and every attribute quoted, so that the page is XML as
 // well.
@@ -43,4 +43,4 @@ private:
     std::string rows;
 };
 
-} // namespace Film
+} // namespace Explain

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <numeric>
 
-namespace Film {
+namespace Explain {
 
 namespace {
 
@@ -51,7 +51,7 @@ std::string FlightInWords(const Story& story) {
     if (story.flights.empty())
         return "none";
     const std::size_t index = FlightOf(story);
-    const TracedFlight& flight = story.flights[index];
+    const Stage::TracedFlight& flight = story.flights[index];
     return std::to_string(index + 1) + " of " + std::to_string(story.flights.size()) + ", from " +
            Point(flight.start) + " to " + Point(flight.end) + " in " + Number(flight.duration) +
            " s; " + Fixed(100.0 * ProgressOn(flight, story.view), 0) + " % flown";
@@ -59,9 +59,9 @@ std::string FlightInWords(const Story& story) {
 
 /// The value of a uniform in the pass of that name, as the first drawing used it.
 std::string UniformOf(const Story& story, const std::string& pass, const std::string& uniform) {
-    for (const Pass& candidate : story.passes)
-        for (const Program& program : candidate.programs)
-            for (const Uniform& known : program.uniforms)
+    for (const Passes::Pass& candidate : story.passes)
+        for (const Passes::Program& program : candidate.programs)
+            for (const Passes::Uniform& known : program.uniforms)
                 if (candidate.name == pass && known.name == uniform)
                     return Numbers(known.values.front());
     return "";
@@ -71,28 +71,29 @@ std::string LevelsInWords(const Story& story) {
     std::vector<std::string> levels;
     if (const std::string split = UniformOf(story, "colour split", "offset"); !split.empty())
         levels.push_back("colour split by " + split);
-    for (const Pass& pass : story.passes)
+    for (const Passes::Pass& pass : story.passes)
         if (pass.name == "bloom" && !pass.draws.empty())
             levels.push_back("glow weighs " + Number(pass.draws.back().colour[3]));
     return Joined(levels);
 }
 
 template <class Value>
-Value Total(const Story& story, Value (*of)(const Pass& pass)) {
+Value Total(const Story& story, Value (*of)(const Passes::Pass& pass)) {
     return std::accumulate(story.passes.begin(), story.passes.end(), Value(),
-                           [&](Value sum, const Pass& pass) { return sum + of(pass); });
+                           [&](Value sum, const Passes::Pass& pass) { return sum + of(pass); });
 }
 
 std::string TotalsInWords(const Story& story) {
-    const int draws =
-        Total<int>(story, [](const Pass& pass) { return static_cast<int>(pass.draws.size()); });
-    return Grouped(Total<int>(story, Vertices)) + " vertices, " +
-           Grouped(Total<int>(story, Triangles)) + " triangles in " + Grouped(draws) +
+    const int draws = Total<int>(
+        story, [](const Passes::Pass& pass) { return static_cast<int>(pass.draws.size()); });
+    return Grouped(Total<int>(story, Passes::Vertices)) + " vertices, " +
+           Grouped(Total<int>(story, Passes::Triangles)) + " triangles in " + Grouped(draws) +
            " calls and " + std::to_string(story.passes.size()) + " passes";
 }
 
 std::string TotalTime(const Story& story) {
-    return Fixed(Total<double>(story, [](const Pass& pass) { return pass.milliseconds; }), 1) +
+    return Fixed(Total<double>(story, [](const Passes::Pass& pass) { return pass.milliseconds; }),
+                 1) +
            " ms";
 }
 
@@ -125,15 +126,15 @@ std::string PassTable(const Story& story, const Shots& shots, Measured measured)
         heads.emplace_back("#ms");
     Table table(heads);
     for (std::size_t i = 0; i < story.passes.size(); ++i) {
-        const Pass& pass = story.passes[i];
+        const Passes::Pass& pass = story.passes[i];
         std::vector<std::string> cells = {std::to_string(i + 1),
                                           LinkTo(PassId(i), Escape(pass.name)),
                                           shots.SmallPass(i),
                                           Escape(pass.target),
                                           Size(pass.width, pass.height),
                                           Grouped(static_cast<int>(pass.draws.size())),
-                                          Grouped(Vertices(pass)),
-                                          Grouped(Triangles(pass))};
+                                          Grouped(Passes::Vertices(pass)),
+                                          Grouped(Passes::Triangles(pass))};
         if (measured == Measured::shown)
             cells.push_back(Fixed(pass.milliseconds, 2));
         table.Row(cells);
@@ -164,9 +165,9 @@ std::string Overview(const Story& story, const Shots& shots, Measured measured) 
 // ---------------------------------------------------------------------------------------- a pass
 
 /// Each phrase of the calls' state with the number of calls that it holds for, and the clears.
-std::string StateOf(const Pass& pass) {
+std::string StateOf(const Passes::Pass& pass) {
     std::vector<std::pair<std::string, int>> phrases;
-    for (const Draw& draw : pass.draws)
+    for (const Passes::Draw& draw : pass.draws)
         for (const std::string& phrase : draw.state) {
             const auto known = std::find_if(phrases.begin(), phrases.end(),
                                             [&](const auto& row) { return row.first == phrase; });
@@ -187,11 +188,11 @@ std::string StateOf(const Pass& pass) {
     return items.empty() ? "" : Element("h3", "Clears and state") + Element("ul", items) + "\n";
 }
 
-std::string ReadsOf(const Pass& pass, const Shots& shots) {
+std::string ReadsOf(const Passes::Pass& pass, const Shots& shots) {
     if (pass.inputs.empty())
         return "";
     Table table({"", "reads", "by", "#size"});
-    for (const Input& input : pass.inputs) {
+    for (const Passes::Input& input : pass.inputs) {
         const std::string name = Escape(input.name);
         table.Row(
             {shots.SmallInput(input),
@@ -201,20 +202,20 @@ std::string ReadsOf(const Pass& pass, const Shots& shots) {
     return Element("h3", "Reads") + table.Html();
 }
 
-std::string ValuesOf(const Uniform& uniform) {
+std::string ValuesOf(const Passes::Uniform& uniform) {
     std::vector<std::string> values;
     for (const std::vector<float>& value : uniform.values)
         values.push_back(uniform.type == "sampler2D" ? "unit " + Numbers(value) : Numbers(value));
     return Joined(values);
 }
 
-std::string UniformsOf(const Pass& pass) {
+std::string UniformsOf(const Passes::Pass& pass) {
     std::string html;
-    for (const Program& program : pass.programs) {
+    for (const Passes::Program& program : pass.programs) {
         if (program.uniforms.empty())
             continue;
         Table table({"uniform", "type", "value", "sent"});
-        for (const Uniform& uniform : program.uniforms)
+        for (const Passes::Uniform& uniform : program.uniforms)
             table.Row({Escape(uniform.name), uniform.type, ValuesOf(uniform), uniform.sent});
         html += Element("h3", "Program: " + Escape(program.name)) + table.Html();
     }
@@ -226,10 +227,10 @@ std::string BaseName(const std::string& name) {
     return name.substr(name.rfind('/') + 1);
 }
 
-std::string DrawsOf(const Pass& pass) {
+std::string DrawsOf(const Passes::Pass& pass) {
     Table table({"#", "call", "#vertices", "#triangles", "program", "reads", "state"});
     for (std::size_t i = 0; i < pass.draws.size(); ++i) {
-        const Draw& draw = pass.draws[i];
+        const Passes::Draw& draw = pass.draws[i];
         std::vector<std::string> reads;
         for (const int input : draw.inputs)
             reads.push_back(BaseName(pass.inputs[static_cast<std::size_t>(input)].name));
@@ -245,15 +246,15 @@ std::string DrawsOf(const Pass& pass) {
                                   table.Html());
 }
 
-std::string CostOf(const Pass& pass, Measured measured) {
+std::string CostOf(const Passes::Pass& pass, Measured measured) {
     return Grouped(static_cast<int>(pass.draws.size())) +
-           (pass.draws.size() == 1 ? " call, " : " calls, ") + Grouped(Vertices(pass)) +
-           " vertices, " + Grouped(Triangles(pass)) + " triangles" +
+           (pass.draws.size() == 1 ? " call, " : " calls, ") + Grouped(Passes::Vertices(pass)) +
+           " vertices, " + Grouped(Passes::Triangles(pass)) + " triangles" +
            (measured == Measured::shown ? ", " + Fixed(pass.milliseconds, 2) + " ms" : "");
 }
 
 std::string Section(const Story& story, std::size_t index, const Shots& shots, Measured measured) {
-    const Pass& pass = story.passes[index];
+    const Passes::Pass& pass = story.passes[index];
     const std::string title =
         std::to_string(index + 1) + ". " + Escape(pass.name) + " " +
         Element("small", "→ " + Escape(pass.target) + ", " + Size(pass.width, pass.height));
@@ -280,4 +281,4 @@ std::string PageOf(const Story& story, Measured measured) {
            "\n</head>\n<body>\n" + body + "</body>\n</html>\n";
 }
 
-} // namespace Film
+} // namespace Explain

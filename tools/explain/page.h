@@ -5,9 +5,9 @@
 
 #include <string>
 
-namespace Film {
+namespace Explain {
 
 /// The page that tells the story: HTML 5 that is well-formed XML too, with everything in it.
 std::string PageOf(const Story& story, Measured measured);
 
-} // namespace Film
+} // namespace Explain

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace Film {
+namespace Explain {
 
 namespace {
 
@@ -47,7 +47,7 @@ unsigned char Mean(const Picture& picture, Span x, Span y, int channel) {
 constexpr float untouchedDepth = 1.0f; // what glClear() leaves
 
 /// Distance from the eye along the view, from a depth of 0 to 1.
-double Distance(const Pass& pass, float depth) {
+double Distance(const Passes::Pass& pass, float depth) {
     const double n = pass.nearPlane;
     const double f = pass.farPlane;
     return n * f / (f - static_cast<double>(depth) * (f - n));
@@ -106,7 +106,7 @@ int FactorFor(int width, int height, int mostWidth, int mostHeight) {
         {1, (width + mostWidth - 1) / mostWidth, (height + mostHeight - 1) / mostHeight});
 }
 
-DepthRange RangeOf(const Pass& pass) {
+DepthRange RangeOf(const Passes::Pass& pass) {
     DepthRange range;
     std::size_t drawn = 0;
     for (const float depth : pass.depth) {
@@ -122,7 +122,7 @@ DepthRange RangeOf(const Pass& pass) {
     return range;
 }
 
-Picture DepthPicture(const Pass& pass, const DepthRange& range) {
+Picture DepthPicture(const Passes::Pass& pass, const DepthRange& range) {
     Picture picture(pass.width, pass.height);
     for (int y = 0; y < pass.height; ++y)
         for (int x = 0; x < pass.width; ++x) {
@@ -139,7 +139,7 @@ Picture DepthPicture(const Pass& pass, const DepthRange& range) {
 }
 
 Picture ReadTexturePicture(GLuint texture) {
-    const TracedTexture known = FindTexture(texture);
+    const Stage::TracedTexture known = Stage::FindTexture(texture);
     GLint bound = 0;
     glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
     std::vector<unsigned char> pixels(static_cast<std::size_t>(known.width) *
@@ -150,4 +150,4 @@ Picture ReadTexturePicture(GLuint texture) {
     return FromPixels(pixels, known.width, known.height);
 }
 
-} // namespace Film
+} // namespace Explain

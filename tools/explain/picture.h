@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Explain {
 
 using Tools::Picture;
 
@@ -34,13 +34,13 @@ struct DepthRange {
 };
 
 /// Of a pass whose view is a perspective.
-DepthRange RangeOf(const Pass& pass);
+DepthRange RangeOf(const Passes::Pass& pass);
 
 /// White at the range's near end, nearly black at its far one, by the logarithm of the distance;
 /// dark blue where there is nothing.
-Picture DepthPicture(const Pass& pass, const DepthRange& range);
+Picture DepthPicture(const Passes::Pass& pass, const DepthRange& range);
 
 /// Level 0 of a texture of the current context, as it lies: (0, 0) is the lower left corner.
 Picture ReadTexturePicture(GLuint texture);
 
-} // namespace Film
+} // namespace Explain

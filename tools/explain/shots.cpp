@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace Film {
+namespace Explain {
 
 namespace {
 
@@ -21,7 +21,7 @@ Picture Thumbnail(const Picture& picture) {
     return Rounded(Shrunk(picture, factor));
 }
 
-std::string Scale(const Pass& pass) {
+std::string Scale(const Passes::Pass& pass) {
     const int factor = FactorFor(pass.width, pass.height, mostWidth, mostHeight);
     return factor == 1 ? "pixel by pixel" : "at 1 : " + std::to_string(factor);
 }
@@ -37,14 +37,14 @@ std::string Short(double distance) {
 } // namespace
 
 Shots::Shots(const Story& told) : story(told) {
-    for (const Pass& pass : story.passes) {
+    for (const Passes::Pass& pass : story.passes) {
         colours.push_back(Add(Thumbnail(FromPixels(pass.pixels, pass.width, pass.height))));
         const DepthRange range = RangeOf(pass);
         depths.push_back(range.farthest > 0.0 ? Add(Thumbnail(DepthPicture(pass, range))) : Shot());
     }
     for (const auto& [texture, picture] : story.textures)
         textures[texture] = Add(Rounded(picture));
-    const Pass& last = story.passes.back();
+    const Passes::Pass& last = story.passes.back();
     final = Add(FromPixels(last.pixels, last.width, last.height));
 }
 
@@ -87,7 +87,7 @@ std::string Shots::Final() const {
 }
 
 std::string Shots::PassFigures(std::size_t index) const {
-    const Pass& pass = story.passes[index];
+    const Passes::Pass& pass = story.passes[index];
     std::string figures = Figure(colours[index], "Colour it left, " + Scale(pass) + ".");
     if (!depths[index].kind.empty())
         figures += DepthFigure(index);
@@ -106,7 +106,7 @@ std::string Shots::SmallPass(std::size_t pass) const {
     return ShowSmall(colours[pass], "what pass " + std::to_string(pass + 1) + " left");
 }
 
-std::string Shots::SmallInput(const Input& input) const {
+std::string Shots::SmallInput(const Passes::Input& input) const {
     if (input.pass >= 0) {
         const std::size_t pass = static_cast<std::size_t>(input.pass);
         const bool depth = input.texture == story.passes[pass].depthTexture;
@@ -116,4 +116,4 @@ std::string Shots::SmallInput(const Input& input) const {
     return texture == textures.end() ? "" : ShowSmall(texture->second, input.name);
 }
 
-} // namespace Film
+} // namespace Explain

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Explain {
 
 /// The pictures of a page: each stands in the style sheet once, and wherever it is shown is an
 /// element of its class.
@@ -25,7 +25,7 @@ public:
     std::string SmallPass(std::size_t pass) const;
 
     /// What an input holds, likewise; nothing for a texture that was not read back.
-    std::string SmallInput(const Input& input) const;
+    std::string SmallInput(const Passes::Input& input) const;
 
     /// The rules of the style sheet that hold the pictures.
     std::string Style() const { return style; }
@@ -52,4 +52,4 @@ private:
     Shot final;
 };
 
-} // namespace Film
+} // namespace Explain

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
-namespace Film {
+namespace Explain {
 
 namespace {
 
@@ -22,7 +22,7 @@ std::string GlString(GLenum name) {
 constexpr int warmingUp = 5;
 
 /// Takes the last of the frames that it wants apart.
-class StoryTaker : public Visitor {
+class StoryTaker : public Stage::Visitor {
 public:
     explicit StoryTaker(Story& told) : story(told) {}
 
@@ -41,16 +41,16 @@ private:
         recorder.EndFrame();
         story.passes = recorder.Take();
         story.view = recorder.LastView();
-        story.flights = Flights();
-        story.lowestBand = LowestBand();
+        story.flights = Stage::Flights();
+        story.lowestBand = Stage::LowestBand();
         story.renderer = GlString(GL_RENDERER) + ", OpenGL " + GlString(GL_VERSION);
-        for (const Pass& pass : story.passes)
-            for (const Input& input : pass.inputs)
+        for (const Passes::Pass& pass : story.passes)
+            for (const Passes::Input& input : pass.inputs)
                 TakeTexture(input.texture);
     }
 
     void TakeTexture(GLuint texture) {
-        if (FindTexture(texture).file.empty() || story.textures.count(texture) != 0)
+        if (Stage::FindTexture(texture).file.empty() || story.textures.count(texture) != 0)
             return;
         const Picture whole = ReadTexturePicture(texture);
         const int factor = FactorFor(whole.width, whole.height, textureSide, textureSide);
@@ -58,14 +58,14 @@ private:
     }
 
     Story& story;
-    PassRecorder recorder{Detail::Everything};
+    Passes::PassRecorder recorder{Passes::Detail::Everything};
 };
 
 double Component(const Vell::vec3& v, int axis) {
     return axis == 0 ? v.x : axis == 1 ? v.y : v.z;
 }
 
-double DistanceTo(const TracedFlight& flight, const View& view) {
+double DistanceTo(const Stage::TracedFlight& flight, const Passes::View& view) {
     const double t = std::clamp(ProgressOn(flight, view), 0.0, 1.0);
     double squared = 0.0;
     for (int axis = 0; axis < 3; ++axis) {
@@ -78,13 +78,13 @@ double DistanceTo(const TracedFlight& flight, const View& view) {
 
 } // namespace
 
-Story TakeApart(const Rate& rate, int frame) {
+Story TakeApart(const Stage::Rate& rate, int frame) {
     Story story;
     story.frame = frame;
     story.rate = rate;
     story.time = rate.Seconds(frame);
     StoryTaker taker(story);
-    PlayShow(rate, frame, taker);
+    Stage::PlayShow(rate, frame, taker);
     return story;
 }
 
@@ -96,7 +96,7 @@ std::size_t FlightOf(const Story& story) {
     return static_cast<std::size_t>(nearest - story.flights.begin());
 }
 
-double ProgressOn(const TracedFlight& flight, const View& view) {
+double ProgressOn(const Stage::TracedFlight& flight, const Passes::View& view) {
     double along = 0.0;
     double squared = 0.0;
     for (int axis = 0; axis < 3; ++axis) {
@@ -108,4 +108,4 @@ double ProgressOn(const TracedFlight& flight, const View& view) {
     return squared > 0.0 ? along / squared : 0.0;
 }
 
-} // namespace Film
+} // namespace Explain

@@ -1,7 +1,7 @@
 // The page's fixed words and its style sheet.
 #include "tools/explain/words.h"
 
-namespace Film {
+namespace Explain {
 
 namespace {
 
@@ -122,4 +122,4 @@ std::string StyleSheet() {
     return styleSheet;
 }
 
-} // namespace Film
+} // namespace Explain

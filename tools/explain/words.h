@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace Film {
+namespace Explain {
 
 /// One sentence or two: what the pass of that name is for; empty for one that nothing is known of.
 std::string PurposeOf(const std::string& pass);
@@ -15,4 +15,4 @@ std::string WordsFor(Timeline::Segment segment);
 /// The page's style sheet, for light and dark.
 std::string StyleSheet();
 
-} // namespace Film
+} // namespace Explain

@@ -11,11 +11,12 @@
 
 #include <sys/uio.h>
 
-namespace Film {
+namespace Movie {
 
 namespace {
 
-constexpr std::size_t rowBytes = static_cast<std::size_t>(pictureWidth) * framePixelBytes;
+constexpr std::size_t rowBytes =
+    static_cast<std::size_t>(Stage::pictureWidth) * Stage::framePixelBytes;
 
 std::vector<std::string> Joined(std::initializer_list<std::vector<std::string>> lists) {
     std::vector<std::string> all;
@@ -29,12 +30,13 @@ std::vector<std::string> Words(const std::string& text) {
     return {std::istream_iterator<std::string>(words), {}};
 }
 
-std::string Text(const Rate& rate) {
+std::string Text(const Stage::Rate& rate) {
     return std::to_string(rate.frames) + "/" + std::to_string(rate.seconds);
 }
 
 std::string Size(int scale) {
-    return std::to_string(pictureWidth * scale) + ":" + std::to_string(pictureHeight * scale);
+    return std::to_string(Stage::pictureWidth * scale) + ":" +
+           std::to_string(Stage::pictureHeight * scale);
 }
 
 /// Players want an even number of rows; an odd one gets a black one below.
@@ -81,7 +83,8 @@ std::vector<std::string> FileOptions(const std::string& path, const std::string&
 
 std::vector<std::string> FilmCommand(const std::string& path, const FilmFormat& format,
                                      const std::string& soundPath, int soundRate) {
-    const std::string size = std::to_string(pictureWidth) + "x" + std::to_string(pictureHeight);
+    const std::string size =
+        std::to_string(Stage::pictureWidth) + "x" + std::to_string(Stage::pictureHeight);
     return Joined({
         FfmpegQuietly(),
         {"-f", "rawvideo", "-pixel_format", "bgr0", "-video_size", size},
@@ -112,9 +115,9 @@ Encoder::Encoder(const std::string& path, const FilmFormat& format, const std::s
                  int soundRate)
     : ffmpeg(FilmCommand(path, format, soundPath, soundRate)) {}
 
-void Encoder::Write(FramePixels pixels) {
+void Encoder::Write(Stage::FramePixels pixels) {
     // Rows go out from the top: the order costs nothing here.
-    std::array<iovec, pictureHeight> rows;
+    std::array<iovec, Stage::pictureHeight> rows;
     for (std::size_t y = 0; y < rows.size(); ++y) {
         const std::size_t fromBelow = rows.size() - 1 - y;
         rows[y] = {const_cast<unsigned char*>(&pixels[fromBelow * rowBytes]), rowBytes};
@@ -141,4 +144,4 @@ void Encoder::Finish() {
     ffmpeg.Finish();
 }
 
-} // namespace Film
+} // namespace Movie

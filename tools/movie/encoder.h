@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Movie {
 
 /// What the finished film is like.
 struct FilmFormat {
-    Rate rate;
+    Stage::Rate rate;
     int scale = 2;         ///< pixels of the film for each pixel of the demo, in both directions
     bool lossless = false; ///< keeps every pixel and every sample as they are; scaled by repetition
     std::string comment;   ///< goes into the file, for whoever joins pieces
@@ -31,7 +31,7 @@ public:
             int soundRate);
 
     /// The next frame. Throws std::runtime_error with ffmpeg's last words when it gave up.
-    void Write(FramePixels pixels);
+    void Write(Stage::FramePixels pixels);
 
     /// Completes the file.
     void Finish();
@@ -40,4 +40,4 @@ private:
     Process ffmpeg;
 };
 
-} // namespace Film
+} // namespace Movie

@@ -17,7 +17,7 @@
 #include <numeric>
 #include <stdexcept>
 
-namespace Film {
+namespace Movie {
 
 namespace {
 
@@ -45,13 +45,13 @@ private:
     static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 };
 
-class ToEncoder : public FrameTaker {
+class ToEncoder : public Stage::FrameTaker {
 public:
     ToEncoder(Encoder& target, Progress& bar) : encoder(target), progress(bar) {}
 
     bool Stopped() override { return interrupted != 0; }
 
-    void Take(int, FramePixels pixels) override {
+    void Take(int, Stage::FramePixels pixels) override {
         encoder.Write(pixels);
         progress.Step();
         ++count;
@@ -65,26 +65,26 @@ private:
     int count = 0;
 };
 
-class ToEntries : public FrameTaker {
+class ToEntries : public Stage::FrameTaker {
 public:
-    explicit ToEntries(const Rate& frameRate) : rate(frameRate) {}
+    explicit ToEntries(const Stage::Rate& frameRate) : rate(frameRate) {}
 
-    void Take(int number, FramePixels pixels) override {
+    void Take(int number, Stage::FramePixels pixels) override {
         char label[32];
         std::snprintf(label, sizeof label, "%.3f", rate.Seconds(number));
-        entries.push_back({ToPicture(pixels), label});
+        entries.push_back({Stage::ToPicture(pixels), label});
     }
 
     const std::vector<SheetEntry>& Entries() const { return entries; }
 
 private:
-    Rate rate;
+    Stage::Rate rate;
     std::vector<SheetEntry> entries;
 };
 
-std::vector<SheetEntry> DrawEntries(const Rate& rate, std::vector<int> frames, int jobs) {
+std::vector<SheetEntry> DrawEntries(const Stage::Rate& rate, std::vector<int> frames, int jobs) {
     ToEntries entries(rate);
-    DrawFrames({rate, std::move(frames), jobs}, entries);
+    Stage::DrawFrames({rate, std::move(frames), jobs}, entries);
     return entries.Entries();
 }
 
@@ -109,7 +109,7 @@ void TellResult(const std::string& path, double seconds) {
 }
 
 /// `giving`: seconds that this process has spent on taking frames and giving them to ffmpeg.
-void TellCost(const FrameCost& cost, double giving, int count) {
+void TellCost(const Stage::FrameCost& cost, double giving, int count) {
     const double handover = cost.handover + giving;
     char text[160];
     std::snprintf(text, sizeof text,
@@ -123,7 +123,7 @@ void TellCost(const FrameCost& cost, double giving, int count) {
 
 int MakeFilm(const FilmWish& wish) {
     const Piece piece = PieceOf(wish);
-    const NewFile file(wish.path);
+    const Stage::NewFile file(wish.path);
     Soundtrack sound(piece.Begin(), piece.End());
     if (sound.Silent())
         std::cerr << "The music cannot be read: the film is silent.\n";
@@ -132,7 +132,7 @@ int MakeFilm(const FilmWish& wish) {
     Encoder encoder(file.Path(), format, sound.Path(), sound.Rate());
 
     const Interruption interruption;
-    FrameCost cost;
+    Stage::FrameCost cost;
     std::string log;
     double giving = ProcessSeconds();
     int count = 0;
@@ -141,7 +141,7 @@ int MakeFilm(const FilmWish& wish) {
         ToEncoder taker(encoder, progress);
         std::vector<int> frames(static_cast<std::size_t>(piece.count));
         std::iota(frames.begin(), frames.end(), piece.first);
-        cost = DrawFrames({wish.format.rate, frames, wish.jobs}, taker, &log);
+        cost = Stage::DrawFrames({wish.format.rate, frames, wish.jobs}, taker, &log);
         count = taker.Count();
     }
     giving = ProcessSeconds() - giving;
@@ -161,11 +161,11 @@ int MakeFilm(const FilmWish& wish) {
     return count < piece.count ? 130 : 0; // as shells say of a program ended by Ctrl-C
 }
 
-void MakePicture(const Rate& rate, double time, const std::string& path) {
+void MakePicture(const Stage::Rate& rate, double time, const std::string& path) {
     WritePng(DrawEntries(rate, {rate.FrameAt(time)}, 1).front().picture, path);
 }
 
-void MakeContactSheet(const Rate& rate, double begin, double end, double step, int jobs,
+void MakeContactSheet(const Stage::Rate& rate, double begin, double end, double step, int jobs,
                       const std::string& path) {
     std::vector<int> frames;
     for (int i = 0; begin + i * step <= end; ++i)
@@ -175,4 +175,4 @@ void MakeContactSheet(const Rate& rate, double begin, double end, double step, i
     WritePng(MakeSheet(DrawEntries(rate, frames, jobs), frames.size() > longColumn ? 2 : 1), path);
 }
 
-} // namespace Film
+} // namespace Movie

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Movie {
 
 /// A stretch of the show as a film.
 struct FilmWish {
@@ -23,15 +23,15 @@ struct FilmWish {
 int MakeFilm(const FilmWish& wish);
 
 /// Writes the frame that the film shows at `time` seconds as a PNG.
-void MakePicture(const Rate& rate, double time, const std::string& path);
+void MakePicture(const Stage::Rate& rate, double time, const std::string& path);
 
 /// Writes a contact sheet as a PNG: a frame every `step` seconds from `begin` to `end`, times
 /// beside them.
-void MakeContactSheet(const Rate& rate, double begin, double end, double step, int jobs,
+void MakeContactSheet(const Stage::Rate& rate, double begin, double end, double step, int jobs,
                       const std::string& path);
 
 /// Joins films of stretches that follow each other, made with equal settings, into one. The sound
 /// is made anew over the whole length. Throws std::runtime_error when they do not fit.
 void JoinFilms(const std::vector<std::string>& pieces, const std::string& path);
 
-} // namespace Film
+} // namespace Movie

@@ -12,7 +12,7 @@
 
 #include <unistd.h>
 
-namespace Film {
+namespace Movie {
 
 namespace {
 
@@ -115,7 +115,7 @@ void JoinFilms(const std::vector<std::string>& paths, const std::string& path) {
     Piece whole = pieces.front().piece;
     whole.count = pieces.back().piece.first + pieces.back().piece.count - whole.first;
 
-    const NewFile file(path);
+    const Stage::NewFile file(path);
     const Soundtrack sound(whole.Begin(), whole.End());
     const bool lossless = pieces.front().facts.at("pix_fmt") == losslessPixels;
     Process ffmpeg(JoinCommand(file.Path(), {whole.rate, 1, lossless, whole.Comment()},
@@ -125,4 +125,4 @@ void JoinFilms(const std::vector<std::string>& paths, const std::string& path) {
     file.Complete();
 }
 
-} // namespace Film
+} // namespace Movie

@@ -18,8 +18,6 @@
 
 namespace {
 
-using namespace Film;
-
 /// What the user wants, as he wrote it.
 struct Wish {
     std::string mode = "film";
@@ -66,11 +64,11 @@ int WholeNumber(const std::string& name, const std::string& text, int least, int
 constexpr double lastMoment = 118.25;
 
 double Time(const Wish& wish, const std::string& name, double otherwise) {
-    return wish.Has(name) ? Number(name, wish.values.at(name), 0.0, showLength) : otherwise;
+    return wish.Has(name) ? Number(name, wish.values.at(name), 0.0, Stage::showLength) : otherwise;
 }
 
-Rate RateOf(const Wish& wish) {
-    return wish.Has("--fps") ? ParseRate(wish.values.at("--fps")) : Rate{};
+Stage::Rate RateOf(const Wish& wish) {
+    return wish.Has("--fps") ? Stage::ParseRate(wish.values.at("--fps")) : Stage::Rate{};
 }
 
 int JobsOf(const Wish& wish) {
@@ -102,30 +100,32 @@ std::string OutPath(const Wish& wish, std::size_t index, const std::vector<std::
 const std::vector<std::string> filmEnds = {".mp4", ".mov", ".mkv"};
 
 int RunFilm(const Wish& wish) {
-    return MakeFilm({OutPath(wish, 0, filmEnds),
-                     {RateOf(wish), ScaleOf(wish), wish.Has("--lossless"), ""},
-                     Time(wish, "--start", 0.0),
-                     Time(wish, "--end", showLength),
-                     JobsOf(wish)});
+    return Movie::MakeFilm({OutPath(wish, 0, filmEnds),
+                            {RateOf(wish), ScaleOf(wish), wish.Has("--lossless"), ""},
+                            Time(wish, "--start", 0.0),
+                            Time(wish, "--end", Stage::showLength),
+                            JobsOf(wish)});
 }
 
 int RunSheet(const Wish& wish) {
-    const double step =
-        wish.Has("--every") ? Number("--every", wish.values.at("--every"), 0.001, showLength) : 1.0;
-    MakeContactSheet(RateOf(wish), Time(wish, "--start", 0.0), Time(wish, "--end", 118.0), step,
-                     JobsOf(wish), OutPath(wish, 0, {".png"}));
+    const double step = wish.Has("--every")
+                            ? Number("--every", wish.values.at("--every"), 0.001, Stage::showLength)
+                            : 1.0;
+    Movie::MakeContactSheet(RateOf(wish), Time(wish, "--start", 0.0), Time(wish, "--end", 118.0),
+                            step, JobsOf(wish), OutPath(wish, 0, {".png"}));
     return EXIT_SUCCESS;
 }
 
 int RunAt(const Wish& wish) {
-    MakePicture(RateOf(wish), Number("--at", wish.words[0], 0.0, lastMoment),
-                OutPath(wish, 1, {".png"}));
+    Movie::MakePicture(RateOf(wish), Number("--at", wish.words[0], 0.0, lastMoment),
+                       OutPath(wish, 1, {".png"}));
     return EXIT_SUCCESS;
 }
 
 int RunExplain(const Wish& wish) {
-    Explain(RateOf(wish), Number("--explain", wish.words[0], 0.0, lastMoment),
-            OutPath(wish, 1, {".html"}), wish.Has("--times") ? Measured::shown : Measured::leftOut);
+    Explain::MakePage(RateOf(wish), Number("--explain", wish.words[0], 0.0, lastMoment),
+                      OutPath(wish, 1, {".html"}),
+                      wish.Has("--times") ? Explain::Measured::shown : Explain::Measured::leftOut);
     return EXIT_SUCCESS;
 }
 
@@ -134,13 +134,13 @@ int RunVerify(const Wish& wish) {
                                                         : std::string("tools/verify/reference");
     const std::string picture = wish.words.empty() ? "" : OutPath(wish, 0, {".png"});
     if (!wish.Has("--renew"))
-        return VerifyShow(folder, picture);
-    RenewReferences(folder);
+        return Verify::VerifyShow(folder, picture);
+    Verify::RenewReferences(folder);
     return EXIT_SUCCESS;
 }
 
 int RunJoin(const Wish& wish) {
-    JoinFilms({wish.words.begin() + 1, wish.words.end()}, OutPath(wish, 0, filmEnds));
+    Movie::JoinFilms({wish.words.begin() + 1, wish.words.end()}, OutPath(wish, 0, filmEnds));
     return EXIT_SUCCESS;
 }
 

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <stdexcept>
 
-namespace Film {
+namespace Movie {
 
 double Piece::Begin() const {
     return rate.Seconds(first);
@@ -22,9 +22,9 @@ std::string Piece::Comment() const {
 }
 
 Piece PieceOf(const FilmWish& wish) {
-    const Rate& rate = wish.format.rate;
+    const Stage::Rate& rate = wish.format.rate;
     const int first = rate.FrameFrom(wish.begin);
-    const int end = rate.FrameFrom(std::min(wish.end, showLength));
+    const int end = rate.FrameFrom(std::min(wish.end, Stage::showLength));
     if (first >= end)
         throw std::runtime_error("there is no frame from " + std::to_string(wish.begin) + " to " +
                                  std::to_string(wish.end) + " seconds");
@@ -45,4 +45,4 @@ std::optional<Piece> ParsePiece(const std::string& comment) {
     return piece;
 }
 
-} // namespace Film
+} // namespace Movie

@@ -5,12 +5,12 @@
 #include <optional>
 #include <string>
 
-namespace Film {
+namespace Movie {
 
 /// Which frames of the show a film holds. Written into the file as its comment, so that pieces that
 /// were made apart can be joined.
 struct Piece {
-    Rate rate;
+    Stage::Rate rate;
     int first = 0; ///< number of its first frame
     int count = 0; ///< 1 or more
 
@@ -28,4 +28,4 @@ Piece PieceOf(const FilmWish& wish);
 /// Reads such a comment; nothing when it is another text.
 std::optional<Piece> ParsePiece(const std::string& comment);
 
-} // namespace Film
+} // namespace Movie

@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace Film {
+namespace Movie {
 
 namespace {
 
@@ -81,4 +81,4 @@ std::string Process::Output() const {
     return text;
 }
 
-} // namespace Film
+} // namespace Movie

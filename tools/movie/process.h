@@ -5,7 +5,7 @@
 
 #include <sys/types.h>
 
-namespace Film {
+namespace Movie {
 
 /// A program that works beside this one; what it writes is kept.
 class Process {
@@ -33,4 +33,4 @@ private:
     int output = -1;
 };
 
-} // namespace Film
+} // namespace Movie

@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-namespace Film {
+namespace Movie {
 
 namespace {
 
@@ -30,7 +30,7 @@ std::string Minutes(double seconds) {
 
 } // namespace
 
-Progress::Progress(int frameCount, const Rate& frameRate)
+Progress::Progress(int frameCount, const Stage::Rate& frameRate)
     : count(frameCount),
       rate(frameRate),
       terminal(isatty(STDERR_FILENO) == 1),
@@ -68,4 +68,4 @@ std::string Progress::Line(double elapsed) const {
     return line + numbers + Minutes(left);
 }
 
-} // namespace Film
+} // namespace Movie

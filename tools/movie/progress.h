@@ -4,14 +4,14 @@
 
 #include <string>
 
-namespace Film {
+namespace Movie {
 
 /// Tells on standard error how far the work has come: a bar on a terminal, elsewhere a line every
 /// ten seconds.
 class Progress {
 public:
     /// `count` frames (1 or more) of a film of that rate.
-    Progress(int count, const Rate& rate);
+    Progress(int count, const Stage::Rate& rate);
     ~Progress(); ///< ends the bar's line
 
     void Step(); ///< one frame is done
@@ -23,10 +23,10 @@ public:
 private:
     int count;
     int done = 0;
-    Rate rate;
+    Stage::Rate rate;
     bool terminal;
     double begin;
     double said;
 };
 
-} // namespace Film
+} // namespace Movie

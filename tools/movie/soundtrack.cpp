@@ -15,7 +15,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-namespace Film {
+namespace Movie {
 
 namespace {
 
@@ -68,4 +68,4 @@ void Soundtrack::CutAfter(double seconds) {
         throw std::runtime_error(std::string("cannot cut the sound: ") + std::strerror(errno));
 }
 
-} // namespace Film
+} // namespace Movie

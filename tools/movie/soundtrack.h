@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-namespace Film {
+namespace Movie {
 
 /// A stretch of the demo's music as the sound library plays it, in a file in memory: 16 bit stereo,
 /// left and right in turn, no header.
@@ -31,4 +31,4 @@ private:
     int file = -1;
 };
 
-} // namespace Film
+} // namespace Movie

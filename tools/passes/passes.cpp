@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <tuple>
 
-namespace Film {
+namespace Passes {
 
 namespace {
 
@@ -32,9 +32,9 @@ std::string SizeInWords(int width, int height) {
 }
 
 /// A display list that binds textures of its own reads no others.
-std::vector<BoundTexture> TexturesOf(const DrawCall& call, const DrawState& state) {
+std::vector<BoundTexture> TexturesOf(const Stage::DrawCall& call, const DrawState& state) {
     std::vector<BoundTexture> textures;
-    for (const GLuint texture : FindList(call.list).textures)
+    for (const GLuint texture : Stage::FindList(call.list).textures)
         textures.emplace_back(texture, "display list");
     return textures.empty() ? ReadBoundTextures(state.program) : textures;
 }
@@ -57,8 +57,8 @@ int Triangles(const Pass& pass) {
 }
 
 PassRecorder::~PassRecorder() {
-    if (watching == this)
-        Watch(nullptr);
+    if (Stage::watching == this)
+        Stage::Watch(nullptr);
 }
 
 void PassRecorder::BeginFrame() {
@@ -68,11 +68,11 @@ void PassRecorder::BeginFrame() {
     part = 0;
     facts = {};
     facts.screenWidth = ReadTarget().width;
-    Watch(this);
+    Stage::Watch(this);
 }
 
 void PassRecorder::EndFrame() {
-    Watch(nullptr);
+    Stage::Watch(nullptr);
     Close();
 }
 
@@ -88,7 +88,7 @@ void PassRecorder::LeavingTarget() {
 }
 
 // Overlays on the finished picture go to the same target; that they are blended tells them apart.
-void PassRecorder::Drawing(const DrawCall& call) {
+void PassRecorder::Drawing(const Stage::DrawCall& call) {
     const DrawState state = ReadDrawState();
     if (open && facts.screen && facts.draws > 0 && facts.blended != state.blend)
         LeavingTarget();
@@ -203,7 +203,7 @@ void PassRecorder::NoteFacts(const DrawState& state) {
         facts.programs.push_back(name);
 }
 
-void PassRecorder::NoteDraw(const DrawCall& call, const DrawState& state) {
+void PassRecorder::NoteDraw(const Stage::DrawCall& call, const DrawState& state) {
     depthTouched |= state.depthWritten;
     if (detail != Detail::Everything)
         return;
@@ -240,7 +240,7 @@ std::string PassRecorder::ProgramName(GLuint program) {
     std::string& name = programNames[program];
     if (name.empty()) {
         const ProgramTexts texts = ReadTexts(program);
-        name = NameOfProgram(texts.vertex, texts.fragment, TextFiles());
+        name = NameOfProgram(texts.vertex, texts.fragment, Stage::TextFiles());
     }
     return name;
 }
@@ -274,7 +274,7 @@ int PassRecorder::InputIndex(const BoundTexture& bound) {
     Input input;
     input.texture = bound.first;
     input.reader = bound.second;
-    const TracedTexture texture = FindTexture(bound.first);
+    const Stage::TracedTexture texture = Stage::FindTexture(bound.first);
     input.width = texture.width;
     input.height = texture.height;
     for (std::size_t i = 0; i + 1 < passes.size(); ++i)
@@ -288,7 +288,7 @@ int PassRecorder::InputIndex(const BoundTexture& bound) {
 std::string PassRecorder::TextureName(const Input& input) const {
     if (input.texture == 0)
         return "no texture";
-    if (std::string file = FindTexture(input.texture).file; !file.empty())
+    if (std::string file = Stage::FindTexture(input.texture).file; !file.empty())
         return file;
     if (input.pass >= 0) {
         const Pass& writer = passes[static_cast<std::size_t>(input.pass)];
@@ -301,4 +301,4 @@ std::string PassRecorder::TextureName(const Input& input) const {
     return target + ", not drawn in this frame";
 }
 
-} // namespace Film
+} // namespace Passes

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace Film {
+namespace Passes {
 
 /// A uniform of a program, with what it held in one pass.
 struct Uniform {
@@ -101,7 +101,7 @@ enum class Detail {
 /// Use: BeginFrame() and EndFrame() from Visitor::Begin() and End(), then Take(). One recorder at a
 /// time, on the thread that draws. It knows a target by the pass that drew into it first, so one
 /// recorder should be kept for all frames of a show.
-class PassRecorder : private Watcher {
+class PassRecorder : private Stage::Watcher {
 public:
     explicit PassRecorder(Detail newDetail) : detail(newDetail) {}
     ~PassRecorder() override;
@@ -126,7 +126,7 @@ private:
     using Place = std::pair<GLuint, GLint>; // program and location of a uniform
 
     void LeavingTarget() override;
-    void Drawing(const DrawCall& call) override;
+    void Drawing(const Stage::DrawCall& call) override;
     void Clearing(GLbitfield buffers) override;
     void UniformSent(GLint location) override;
     void LookingAt(const double* eye, const double* centre) override;
@@ -134,7 +134,7 @@ private:
     void Open();
     void Close();
     void NoteFacts(const DrawState& state);
-    void NoteDraw(const DrawCall& call, const DrawState& state);
+    void NoteDraw(const Stage::DrawCall& call, const DrawState& state);
     int ProgramIndex(GLuint program);
     std::string ProgramName(GLuint program);
     void NoteUniforms(Program& program);
@@ -160,4 +160,4 @@ private:
     std::set<GLuint> unread; // programs that were sent something since their uniforms were read
 };
 
-} // namespace Film
+} // namespace Passes

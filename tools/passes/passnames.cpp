@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-namespace Film {
+namespace Passes {
 
 namespace {
 
@@ -159,4 +159,4 @@ std::string NameOfProgram(const std::string& vertexText, const std::string& frag
     return "program";
 }
 
-} // namespace Film
+} // namespace Passes

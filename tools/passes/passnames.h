@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Passes {
 
 /// What can be seen of a pass from outside, and tells which one it is.
 struct PassFacts {
@@ -31,4 +31,4 @@ std::string TargetNamedBy(const std::string& pass);
 std::string NameOfProgram(const std::string& vertexText, const std::string& fragmentText,
                           const std::vector<std::string>& textFiles);
 
-} // namespace Film
+} // namespace Passes

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 
-namespace Film {
+namespace Passes {
 
 namespace {
 
@@ -285,7 +285,7 @@ TargetNow ReadTarget() {
     if (Integer(GL_FRAMEBUFFER_BINDING_EXT) != 0) {
         target.colour = Attached(GL_COLOR_ATTACHMENT0_EXT);
         target.depth = Attached(GL_DEPTH_ATTACHMENT_EXT);
-        const TracedTexture texture = FindTexture(target.colour);
+        const Stage::TracedTexture texture = Stage::FindTexture(target.colour);
         target.width = texture.width;
         target.height = texture.height;
         return target;
@@ -297,4 +297,4 @@ TargetNow ReadTarget() {
     return target;
 }
 
-} // namespace Film
+} // namespace Passes

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace Film {
+namespace Passes {
 
 /// What OpenGL would draw with now.
 struct DrawState {
@@ -58,4 +58,4 @@ struct TargetNow {
 /// The screen's size is its viewport's, which is to be all of the window.
 TargetNow ReadTarget();
 
-} // namespace Film
+} // namespace Passes

@@ -7,31 +7,31 @@
 
 namespace {
 
-using Film::watching;
+using Stage::watching;
 
 bool skipping = false;
 
 void TellOfDrawing(const char* function, GLenum mode, GLsizei count) {
     if (watching)
-        watching->Drawing({function, count, Film::TriangleCount(mode, count), 0});
+        watching->Drawing({function, count, Stage::TriangleCount(mode, count), 0});
 }
 
 void TellOfList(GLuint list) {
     if (!watching)
         return;
-    const Film::TracedList drawn = Film::FindList(list);
+    const Stage::TracedList drawn = Stage::FindList(list);
     watching->Drawing({"glCallList", drawn.vertices, drawn.triangles, list});
 }
 
 } // namespace
 
-namespace Film {
+namespace Stage {
 
 void SkipDrawing(bool skip) {
     skipping = skip;
 }
 
-} // namespace Film
+} // namespace Stage
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names.
 extern "C" {

@@ -10,7 +10,7 @@
 
 #include <sys/mman.h>
 
-namespace Film {
+namespace Stage {
 
 namespace {
 
@@ -92,4 +92,4 @@ std::string FrameRing::Failure() const {
     return shared->reason;
 }
 
-} // namespace Film
+} // namespace Stage

@@ -6,7 +6,7 @@
 
 #include <semaphore.h>
 
-namespace Film {
+namespace Stage {
 
 /// A few frames in memory that two processes share: one draws into it, the other takes them out in
 /// the same order. Made before the process forks; each side then uses its own half.
@@ -59,4 +59,4 @@ private:
     int reading = 0;
 };
 
-} // namespace Film
+} // namespace Stage

@@ -2,7 +2,7 @@
 
 #include "tools/stage/framering.h"
 #include "tools/stage/show.h"
-#include "tools/stage/stage.h"
+#include "tools/stage/showfolder.h"
 
 #include <GL/gl.h>
 
@@ -20,7 +20,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace Film {
+namespace Stage {
 
 namespace {
 
@@ -113,7 +113,7 @@ public:
     }
 
     FrameRing& Ring() { return ring; }
-    const Stage& Where() const { return stage; }
+    const ShowFolder& Where() const { return folder; }
 
     /// Waits until the show has ended in order.
     void Finish() {
@@ -133,7 +133,7 @@ private:
         std::signal(SIGINT, SIG_IGN);     // the parent decides what Ctrl-C means
         int status = EXIT_SUCCESS;
         try {
-            std::filesystem::current_path(stage.Folder());
+            std::filesystem::current_path(folder.Folder());
             ShareCores(order.jobs);
             Reader reader(std::move(share), ring);
             PlayShow(order.rate, reader.Last(), reader);
@@ -144,7 +144,7 @@ private:
         std::exit(status); // not _exit(): the demo's log gets its last lines in exit
     }
 
-    Stage stage;
+    ShowFolder folder;
     FrameRing ring;
     pid_t process;
 };
@@ -218,4 +218,4 @@ FrameCost DrawFrames(const FrameOrder& wish, FrameTaker& taker, std::string* log
     return Sum(jobs);
 }
 
-} // namespace Film
+} // namespace Stage

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Stage {
 
 using Tools::Picture;
 
@@ -56,4 +56,4 @@ public:
 /// Throws std::runtime_error with what a process said when it fails. No process outlives the call.
 FrameCost DrawFrames(const FrameOrder& order, FrameTaker& taker, std::string* log = nullptr);
 
-} // namespace Film
+} // namespace Stage

@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-namespace Film {
+namespace Stage {
 
 namespace fs = std::filesystem;
 
@@ -19,4 +19,4 @@ void NewFile::Complete() const {
     fs::rename(unfinished, path);
 }
 
-} // namespace Film
+} // namespace Stage

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-namespace Film {
+namespace Stage {
 
 /// A file that is made under another name: it takes its own, in the place of any older one, when it
 /// is complete, and goes if it never is.
@@ -23,4 +23,4 @@ private:
     std::filesystem::path unfinished;
 };
 
-} // namespace Film
+} // namespace Stage

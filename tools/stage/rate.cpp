@@ -4,7 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
-namespace Film {
+namespace Stage {
 
 namespace {
 
@@ -90,4 +90,4 @@ Rate ParseRate(const std::string& text) {
     return rate;
 }
 
-} // namespace Film
+} // namespace Stage

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-namespace Film {
+namespace Stage {
 
 /// How many frames make a second: an exact fraction, so that no frame's time drifts.
 struct Rate {
@@ -27,4 +27,4 @@ struct Rate {
 /// 1 to 1000 frames a second.
 Rate ParseRate(const std::string& text);
 
-} // namespace Film
+} // namespace Stage

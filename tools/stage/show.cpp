@@ -19,7 +19,7 @@ int NimbrelMain();
 
 namespace {
 
-using namespace Film;
+using namespace Stage;
 
 constexpr std::int64_t microsecondsPerSecond = 1000000;
 
@@ -146,7 +146,7 @@ int __wrap_gettimeofday(timeval* time, void* zone) {
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
-namespace Film {
+namespace Stage {
 
 void PlayShow(const Rate& rate, int last, Visitor& visitor) {
     constexpr int keepTheUsers = 0;
@@ -164,7 +164,7 @@ void PlayShow(const Rate& rate, int last, Visitor& visitor) {
         throw std::runtime_error("the demo ended before frame " + std::to_string(last));
 }
 
-} // namespace Film
+} // namespace Stage
 
 #ifdef __SANITIZE_ADDRESS__
 /// The driver stays loaded after the window is closed: of a library that is gone, the leak checker

@@ -4,7 +4,7 @@
 
 #include "demo/show.h"
 
-namespace Film {
+namespace Stage {
 
 /// How long the demo lasts, in seconds of demo time.
 constexpr double showLength = Show::runningTime;
@@ -38,4 +38,4 @@ public:
 /// it did not begin: no window with an OpenGL context, or an OpenGL that the engine cannot use.
 void PlayShow(const Rate& rate, int last, Visitor& visitor);
 
-} // namespace Film
+} // namespace Stage

@@ -7,7 +7,7 @@
 // The engine asks glXGetProcAddress() for its entry points; the linker leads that call here first
 // (--wrap in CMakeLists.txt), and the engine gets the functions below for those that are watched.
 
-namespace Film {
+namespace Stage {
 
 Watcher* watching = nullptr;
 
@@ -15,11 +15,11 @@ void Watch(Watcher* watcher) {
     watching = watcher;
 }
 
-} // namespace Film
+} // namespace Stage
 
 namespace {
 
-using Film::watching;
+using Stage::watching;
 using Function = void (*)();
 
 // One of these types takes the place of one entry point. `real` is where it leads on.

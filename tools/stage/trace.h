@@ -2,7 +2,7 @@
 
 #include "engine/core/GLExtensions.h"
 
-namespace Film {
+namespace Stage {
 
 /// A call that is about to draw.
 struct DrawCall {
@@ -40,4 +40,4 @@ void Watch(Watcher* watcher);
 /// Who is told now: what each call that may be watched asks first.
 extern Watcher* watching;
 
-} // namespace Film
+} // namespace Stage

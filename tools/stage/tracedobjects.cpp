@@ -11,7 +11,7 @@
 
 namespace {
 
-using namespace Film;
+using namespace Stage;
 
 /// All that was noted, and the list that is being recorded.
 struct Notes {
@@ -37,7 +37,7 @@ Value Find(const std::map<GLuint, Value>& known, GLuint name) {
 
 } // namespace
 
-namespace Film {
+namespace Stage {
 
 TracedTexture FindTexture(GLuint texture) {
     return Find(notes.textures, texture);
@@ -76,7 +76,7 @@ int TriangleCount(GLenum mode, int vertices) {
     }
 }
 
-} // namespace Film
+} // namespace Stage
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names.
 extern "C" {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Stage {
 
 // What was seen of the demo's objects while it loaded them. Noted at all times, for that is long
 // before anybody knows which frame is to be looked at.
@@ -50,4 +50,4 @@ float LowestBand();
 /// How many triangles so many vertices make in a drawing of this kind; 0 for points and lines.
 int TriangleCount(GLenum mode, int vertices);
 
-} // namespace Film
+} // namespace Stage

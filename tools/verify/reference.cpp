@@ -8,7 +8,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace Film {
+namespace Verify {
 
 namespace {
 
@@ -17,7 +17,7 @@ constexpr const char* passesName = "/passes.txt";
 constexpr std::size_t rgba = 4;
 
 /// Mean of one colour over the fields [x0, x1) x [y0, y1).
-unsigned char Mean(const Pass& pass, std::size_t colour, int x0, int x1, int y0, int y1) {
+unsigned char Mean(const Passes::Pass& pass, std::size_t colour, int x0, int x1, int y0, int y1) {
     std::uint64_t sum = 0;
     for (int y = y0; y < y1; ++y)
         for (int x = x0; x < x1; ++x)
@@ -121,7 +121,7 @@ std::uint64_t Fingerprint(std::span<const unsigned char> bytes) {
     return hash;
 }
 
-PassTrace TraceOf(const Pass& pass) {
+PassTrace TraceOf(const Passes::Pass& pass) {
     PassTrace trace{pass.name, pass.width, pass.height, Fingerprint(pass.pixels), {}};
     std::replace(trace.name.begin(), trace.name.end(), ' ', '-');
     std::size_t next = 0;
@@ -146,9 +146,9 @@ int Distance(const PassTrace& a, const PassTrace& b) {
     return largest;
 }
 
-Reference ReferenceOf(int frame, const Picture& picture, const std::vector<Pass>& passes) {
+Reference ReferenceOf(int frame, const Picture& picture, const std::vector<Passes::Pass>& passes) {
     Reference reference{frame, Fingerprint(picture.bytes), Halved(picture), {}};
-    for (const Pass& pass : passes)
+    for (const Passes::Pass& pass : passes)
         reference.passes.push_back(TraceOf(pass));
     return reference;
 }
@@ -194,4 +194,4 @@ void WriteReferences(const std::vector<Reference>& references, const std::string
     WritePasses(references, folder + passesName);
 }
 
-} // namespace Film
+} // namespace Verify

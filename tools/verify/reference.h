@@ -10,7 +10,9 @@
 #include <string>
 #include <vector>
 
-namespace Film {
+namespace Verify {
+
+using Tools::Picture;
 
 /// Stands for the bytes: other bytes have another fingerprint, but for one chance in 2^64.
 std::uint64_t Fingerprint(std::span<const unsigned char> bytes);
@@ -29,7 +31,7 @@ struct PassTrace {
     std::array<unsigned char, columns* rows* 3> means = {};
 };
 
-PassTrace TraceOf(const Pass& pass);
+PassTrace TraceOf(const Passes::Pass& pass);
 
 /// The largest difference between two means of two traces; 255 when they differ in name or size.
 int Distance(const PassTrace& a, const PassTrace& b);
@@ -42,7 +44,7 @@ struct Reference {
     std::vector<PassTrace> passes; ///< in the order they were drawn in
 };
 
-Reference ReferenceOf(int frame, const Picture& picture, const std::vector<Pass>& passes);
+Reference ReferenceOf(int frame, const Picture& picture, const std::vector<Passes::Pass>& passes);
 
 /// In both directions half as large, odd sizes rounded up; each pixel the mean of those it stands
 /// for.
@@ -54,4 +56,4 @@ std::vector<Reference> ReadReferences(const std::string& folder);
 /// Writes them; the folder is made. Throws std::runtime_error when it cannot.
 void WriteReferences(const std::vector<Reference>& references, const std::string& folder);
 
-} // namespace Film
+} // namespace Verify

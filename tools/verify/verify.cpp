@@ -2,7 +2,7 @@
 
 #include "tools/passes/passes.h"
 #include "tools/stage/show.h"
-#include "tools/stage/stage.h"
+#include "tools/stage/showfolder.h"
 #include "tools/verify/reference.h"
 
 #include <GL/gl.h>
@@ -14,7 +14,7 @@
 #include <iostream>
 #include <stdexcept>
 
-namespace Film {
+namespace Verify {
 
 namespace {
 
@@ -29,24 +29,25 @@ constexpr double pixelsBeyond = 0.001; // share of pixels that may be off by mor
 constexpr int passTolerance = 1;       // of a pass's mean colours
 
 /// The middles of 60 equal parts of the show.
-std::vector<int> Moments(const Rate& rate) {
+std::vector<int> Moments(const Stage::Rate& rate) {
     std::vector<int> frames;
     frames.reserve(momentCount);
     for (int i = 0; i < momentCount; ++i)
-        frames.push_back(rate.FrameAt((i + 0.5) * showLength / momentCount));
+        frames.push_back(rate.FrameAt((i + 0.5) * Stage::showLength / momentCount));
     return frames;
 }
 
 Picture ReadFrame() {
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(pictureWidth) * pictureHeight *
-                                      framePixelBytes);
+    std::vector<unsigned char> pixels(static_cast<std::size_t>(Stage::pictureWidth) *
+                                      Stage::pictureHeight * Stage::framePixelBytes);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(0, 0, pictureWidth, pictureHeight, GL_BGRA, GL_UNSIGNED_BYTE, pixels.data());
-    return ToPicture(pixels);
+    glReadPixels(0, 0, Stage::pictureWidth, Stage::pictureHeight, GL_BGRA, GL_UNSIGNED_BYTE,
+                 pixels.data());
+    return Stage::ToPicture(pixels);
 }
 
 /// Keeps what references keep of the frames wanted.
-class Keeper : public Visitor {
+class Keeper : public Stage::Visitor {
 public:
     explicit Keeper(std::vector<int> wanted) : frames(std::move(wanted)) {}
 
@@ -63,14 +64,14 @@ public:
 
 private:
     std::vector<int> frames;
-    PassRecorder recorder{Detail::Colours};
+    Passes::PassRecorder recorder{Passes::Detail::Colours};
 };
 
 std::vector<Reference> DrawMoments(std::vector<int> frames) {
-    EnterStage();
+    Stage::EnterShowFolder();
     const int last = frames.back();
     Keeper keeper(std::move(frames));
-    PlayShow({}, last, keeper);
+    Stage::PlayShow({}, last, keeper);
     return keeper.references;
 }
 
@@ -161,7 +162,7 @@ void TellDifference(const Reference& expected, const Reference& found, const Dif
     std::snprintf(line, sizeof line,
                   "The show differs first at %.3f s (frame %d) in the pass \"%s\": the pictures "
                   "are %.3f of 255 apart, %.2f %% of their pixels by more than %d.\n",
-                  Rate().Seconds(expected.frame), expected.frame,
+                  Stage::Rate().Seconds(expected.frame), expected.frame,
                   FirstPass(expected, found).c_str(), off.mean, off.beyond * 100.0, pixelTolerance);
     std::cout << line;
     TellPasses(expected, found);
@@ -173,7 +174,7 @@ std::uint64_t Fingerprint(const std::vector<Reference>& references) {
     for (const Reference& reference : references)
         for (int shift = 0; shift < 64; shift += 8)
             bytes.push_back(static_cast<unsigned char>(reference.fingerprint >> shift));
-    return Film::Fingerprint(bytes);
+    return Verify::Fingerprint(bytes);
 }
 
 std::vector<int> FramesOf(const std::vector<Reference>& references) {
@@ -228,4 +229,4 @@ void RenewReferences(const std::string& folder) {
     WriteReferences(DrawMoments(Moments({})), target);
 }
 
-} // namespace Film
+} // namespace Verify

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace Film {
+namespace Verify {
 
 /// Draws 60 frames, spread evenly over the show, and compares them with those in `folder`. Tells on
 /// standard output whether they are the same, within what different machines' rounding makes, or
@@ -16,4 +16,4 @@ int VerifyShow(const std::string& folder, const std::string& pictureName);
 /// Draws them and writes them to `folder` as the references from now on. Likewise.
 void RenewReferences(const std::string& folder);
 
-} // namespace Film
+} // namespace Verify

@@ -3,16 +3,16 @@
 #include <filesystem>
 #include <string>
 
-namespace Film {
+namespace Stage {
 
 /// A folder to play the show in: it has the Data/ of the working directory, and takes the demo's
 /// log in the place of the viewer's. Gone with the object.
-class Stage {
+class ShowFolder {
 public:
-    Stage(); ///< throws std::runtime_error when no folder can be made
-    ~Stage();
-    Stage(const Stage&) = delete;
-    Stage& operator=(const Stage&) = delete;
+    ShowFolder(); ///< throws std::runtime_error when no folder can be made
+    ~ShowFolder();
+    ShowFolder(const ShowFolder&) = delete;
+    ShowFolder& operator=(const ShowFolder&) = delete;
 
     const std::filesystem::path& Folder() const { return folder; }
 
@@ -22,9 +22,9 @@ private:
     std::filesystem::path folder;
 };
 
-/// Enters a stage for good, for a show in this process: the demo's log gets its foot when the
+/// Enters such a folder for good, for a show in this process: the demo's log gets its foot when the
 /// process ends, which then must not stand in the viewer's folder. Relative paths mean nothing
 /// afterwards.
-void EnterStage();
+void EnterShowFolder();
 
-} // namespace Film
+} // namespace Stage
