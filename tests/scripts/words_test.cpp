@@ -71,8 +71,8 @@ TEST_F(Words, Are_all_that_the_scripts_list_shows) {
     // Or a script that is not found would not be tested.
     const std::vector<std::string> scripts = AllScripts();
     for (const char* script : {"play", "movie", "test", "bench/film", "bench/frames", "art/make",
-                               "tools/capture/sheet", "tools/doctor/sums", "docs/make-pictures",
-                               "tests/style", "tests/coverage", "tests/faults/run"})
+                               "tools/doctor/sums", "docs/make-pictures", "tests/style",
+                               "tests/coverage", "tests/faults/run"})
         EXPECT_NE(std::find(scripts.begin(), scripts.end(), script), scripts.end()) << script;
 }
 
@@ -84,17 +84,6 @@ TEST_F(Words, Of_tests_must_match_the_name_of_one) {
 TEST_F(Words, Of_art_must_name_what_is_made) {
     ExpectRefused("art/make", {"moon"}, "nothing is called \"moon\"");
     ExpectRefused("art/make", {"--build"}, "--build needs a value");
-}
-
-TEST_F(Words, Of_the_sheet_must_be_a_file_and_numbers) {
-    const std::string script = "tools/capture/sheet";
-    ExpectRefused(script, {}, "expected OUT.png, N and perhaps START and END, found: ");
-    ExpectRefused(script, {"out.jpg", "3"},
-                  "expected a file name that ends in .png, found \"out.jpg\"");
-    ExpectRefused(script, {"out.png", "many"}, "expected a number, found \"many\"");
-    ExpectRefused(script, {"out.png", "3", "--step", "x"}, "expected a number, found \"x\"");
-    ExpectRefused(script, {"out.png", "3", "9", "1"},
-                  "expected at least one picture and 0 <= START <= END, found: 3 9 1");
 }
 
 TEST_F(Words, Of_coverage_must_be_one_folder) {

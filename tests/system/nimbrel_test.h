@@ -25,7 +25,7 @@ constexpr bool sanitized = false;
 #endif
 
 /// Runs the real program, as a viewer does, in a scratch directory on a display of its own, with
-/// the probe of tools/capture preloaded. There is never a sound device.
+/// the probe of tools/probe preloaded. There is never a sound device.
 class NimbrelTest : public ::testing::Test {
 protected:
     static constexpr const char* caption = "Halvorn :: Nimbrel";

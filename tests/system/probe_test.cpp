@@ -1,4 +1,4 @@
-// The tools that watch the production (tools/capture): they must see what is wrong, and say so.
+// The probe that watches the production (tools/probe): it must see what is wrong, and say so.
 
 #include "tests/support/pixels.h"
 #include "tests/system/nimbrel_test.h"
@@ -6,7 +6,6 @@
 #include "engine/core/GLExtensions.h"
 
 #include <SDL.h>
-#include <png.h>
 
 #include <sstream>
 
@@ -40,15 +39,7 @@ double ClockSeconds() {
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_usec) * 1e-6;
 }
 
-/// A PPM whose every byte is `value`.
-std::string Ppm(int pictureWidth, int pictureHeight, char value) {
-    return "P6\n" + std::to_string(pictureWidth) + " " + std::to_string(pictureHeight) + "\n255\n" +
-           std::string(static_cast<std::size_t>(pictureWidth) *
-                           static_cast<std::size_t>(pictureHeight) * 3,
-                       value);
-}
-
-class Capture : public NimbrelTest {
+class Probe : public NimbrelTest {
 protected:
     /// Runs the subject below, with the probe, and reads its report.
     void RunSubject(Environment probe) {
@@ -66,39 +57,7 @@ protected:
         report = ReadReport(reportFile);
     }
 
-    /// Runs the program that stacks pictures.
-    void Stack(const std::vector<std::string>& arguments) {
-        std::vector<std::string> command = {NIMBREL_BINARY_DIR "/tools/capture/nimbrel_stack"};
-        command.insert(command.end(), arguments.begin(), arguments.end());
-        run = std::make_unique<ProgramRun>(command, Environment());
-        end = run->Wait(60.0);
-    }
-
-    /// Runs the script that plays the production and stacks its pictures.
-    void RunSheet(std::vector<std::string> arguments, const Environment& environment) {
-        arguments.insert(arguments.begin(), NIMBREL_SOURCE_DIR "/tools/capture/sheet");
-        run = std::make_unique<ProgramRun>(arguments, environment);
-        end = run->Wait(120.0);
-    }
-
     Outcome end;
-};
-
-/// A PNG as RGBA bytes, top row first.
-struct Sheet {
-    explicit Sheet(const std::string& path) {
-        image.version = PNG_IMAGE_VERSION;
-        EXPECT_NE(png_image_begin_read_from_file(&image, path.c_str()), 0) << path;
-        image.format = PNG_FORMAT_RGBA;
-        bytes.resize(PNG_IMAGE_SIZE(image));
-        EXPECT_NE(png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr), 0) << path;
-    }
-    int At(int x, int y) const {
-        return bytes[(static_cast<std::size_t>(y) * image.width + static_cast<std::size_t>(x)) * 4];
-    }
-
-    png_image image{};
-    std::vector<unsigned char> bytes;
 };
 
 } // namespace
@@ -123,7 +82,7 @@ TEST(Subject, DISABLED_Shows_five_frames) {
     SDL_Quit();
 }
 
-TEST_F(Capture, Probe_times_every_frame_but_the_first) {
+TEST_F(Probe, Times_every_frame_but_the_first) {
     const std::string file = std::filesystem::absolute("frames").string();
     RunSubject({{"NIMBREL_PROBE_STEP", "0.5"}, {"NIMBREL_PROBE_FRAMES", file}});
     std::istringstream lines(ReadFile(file));
@@ -139,7 +98,7 @@ TEST_F(Capture, Probe_times_every_frame_but_the_first) {
     EXPECT_FALSE(lines >> more) << more;
 }
 
-TEST_F(Capture, Probe_counts_frames_and_finds_the_first_error) {
+TEST_F(Probe, Counts_frames_and_finds_the_first_error) {
     RunSubject({});
     EXPECT_EQ(end.exitStatus, 0) << end.output;
     EXPECT_EQ(Reported("frames"), 5);
@@ -149,7 +108,7 @@ TEST_F(Capture, Probe_counts_frames_and_finds_the_first_error) {
     EXPECT_EQ(Reported("first_error_frame"), 3);
 }
 
-TEST_F(Capture, Probe_sees_the_window_and_the_cursor) {
+TEST_F(Probe, Sees_the_window_and_the_cursor) {
     RunSubject({});
     EXPECT_EQ(Reported("width"), width);
     EXPECT_EQ(Reported("height"), height);
@@ -158,7 +117,7 @@ TEST_F(Capture, Probe_sees_the_window_and_the_cursor) {
     EXPECT_EQ(report["caption"], "subject");
 }
 
-TEST_F(Capture, Probe_moves_time_by_the_step_from_frame_to_frame) {
+TEST_F(Probe, Moves_time_by_the_step_from_frame_to_frame) {
     RunSubject({{"NIMBREL_PROBE_STEP", "0.25"}});
     EXPECT_THAT(end.output, HasSubstr("frame 1 at 0.000\n"));
     EXPECT_THAT(end.output, HasSubstr("frame 2 at 0.250\n"));
@@ -166,14 +125,14 @@ TEST_F(Capture, Probe_moves_time_by_the_step_from_frame_to_frame) {
     EXPECT_EQ(Reported("last_frame_time"), 1.0);
 }
 
-TEST_F(Capture, Probe_plays_a_list_of_times_and_then_lets_time_run_out) {
+TEST_F(Probe, Plays_a_list_of_times_and_then_lets_time_run_out) {
     RunSubject({{"NIMBREL_PROBE_TIMES", "0,13.9,13.925"}});
     EXPECT_THAT(end.output, HasSubstr("frame 2 at 13.900\n"));
     EXPECT_THAT(end.output, HasSubstr("frame 3 at 13.925\n"));
     EXPECT_THAT(end.output, HasSubstr("frame 4 at 1013.925\n"));
 }
 
-TEST_F(Capture, Probe_leaves_real_time_alone_without_a_step) {
+TEST_F(Probe, Leaves_real_time_alone_without_a_step) {
     const double before = ClockSeconds();
     RunSubject({});
     const std::size_t place = end.output.find("frame 1 at ");
@@ -181,7 +140,7 @@ TEST_F(Capture, Probe_leaves_real_time_alone_without_a_step) {
     EXPECT_NEAR(std::stod(end.output.substr(place + 11)), before, 30.0);
 }
 
-TEST_F(Capture, Probe_takes_each_picture_at_the_first_frame_that_is_due) {
+TEST_F(Probe, Takes_each_picture_at_the_first_frame_that_is_due) {
     RunSubject({{"NIMBREL_PROBE_STEP", "1"},
                 {"NIMBREL_PROBE_SHOTS", "0,1.5"},
                 {"NIMBREL_PROBE_SHOT_DIR", "."}});
@@ -200,68 +159,8 @@ TEST_F(Capture, Probe_takes_each_picture_at_the_first_frame_that_is_due) {
     EXPECT_EQ(green(first, 0, height - 1), 255) << "the lower left corner is in the last row";
 }
 
-TEST_F(Capture, Probe_refuses_what_is_no_number) {
+TEST_F(Probe, Refuses_what_is_no_number) {
     RunSubject({{"NIMBREL_PROBE_STEP", "fast"}});
     EXPECT_NE(end.exitStatus, 0);
     EXPECT_THAT(end.complaint, HasSubstr("NIMBREL_PROBE_STEP: expected a number, found \"fast\""));
-}
-
-TEST_F(Capture, Stack_puts_pictures_under_each_other_with_their_times_beside) {
-    WriteFile("frame_0001.000.ppm", Ppm(40, 20, static_cast<char>(50)));
-    WriteFile("frame_0013.900.ppm", Ppm(40, 20, static_cast<char>(120)));
-    Stack({"sheet.png", "frame_0001.000.ppm", "frame_0013.900.ppm"});
-    ASSERT_EQ(end.exitStatus, 0) << end.complaint;
-    const Sheet sheet("sheet.png");
-    constexpr int label = 84;
-    EXPECT_EQ(sheet.image.width, static_cast<unsigned>(label + 40));
-    EXPECT_EQ(sheet.image.height, 20u + 2u + 20u);
-    EXPECT_EQ(sheet.At(label, 0), 50);
-    EXPECT_EQ(sheet.At(label + 39, 19), 50);
-    EXPECT_EQ(sheet.At(label, 20), 0) << "a gap";
-    EXPECT_EQ(sheet.At(label, 22), 120);
-    // "1.000" is drawn in two columns of dots a stroke, ending at the picture: its 1 stands over
-    // the fourth and fifth dot of five letters of twelve dots, from row 3 on.
-    EXPECT_EQ(sheet.At(label - 5 * 12 + 4, 3), 200);
-    EXPECT_EQ(sheet.At(label - 5 * 12, 3), 0);
-}
-
-TEST_F(Capture, Stack_names_what_is_wrong_with_its_input) {
-    WriteFile("text.ppm", "no picture");
-    Stack({"sheet.png", "text.ppm"});
-    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
-    EXPECT_THAT(end.complaint,
-                HasSubstr("text.ppm: expected a binary PPM of 8 bits, found \"no\""));
-    WriteFile("short.ppm", Ppm(40, 20, 1).substr(0, 100));
-    Stack({"sheet.png", "short.ppm"});
-    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
-    EXPECT_THAT(end.complaint, HasSubstr("short.ppm: expected 2400 bytes of pixels, found 87"));
-    WriteFile("wide.ppm", Ppm(41, 20, 1));
-    WriteFile("good.ppm", Ppm(40, 20, 1));
-    Stack({"sheet.png", "good.ppm", "wide.ppm"});
-    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
-    EXPECT_THAT(end.complaint, HasSubstr("wide.ppm: expected 40 x 20 pixels, found 41 x 20"));
-    Stack({"sheet.png"});
-    EXPECT_EQ(end.exitStatus, EXIT_FAILURE);
-    EXPECT_THAT(end.complaint, HasSubstr("usage: nimbrel_stack"));
-}
-
-TEST_F(Capture, Sheet_takes_as_many_pictures_of_the_production_as_asked) {
-    const Environment environment = {{"DISPLAY", display->Name()},
-                                     {"ALSA_CONFIG_PATH", "/dev/null"},
-                                     {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}};
-    RunSheet({"sheet.png", "3", "1", "14", "--build", NIMBREL_BINARY_DIR, "--data", RealData(),
-              "--keep", "single"},
-             environment);
-    ASSERT_EQ(end.exitStatus, 0) << end.complaint;
-    const Sheet sheet("sheet.png");
-    EXPECT_EQ(sheet.image.width, 84u + 960u);
-    EXPECT_EQ(sheet.image.height, 3u * 89u + 2u * 2u);
-    for (const char* name : {"frame_0001.000.ppm", "frame_0007.500.ppm", "frame_0014.000.ppm"})
-        EXPECT_TRUE(std::filesystem::exists(std::filesystem::path("single") / name)) << name;
-}
-
-TEST_F(Capture, Sheet_refuses_a_range_that_runs_backwards) {
-    RunSheet({"sheet.png", "3", "14", "1"}, {});
-    EXPECT_NE(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint, HasSubstr("0 <= START <= END"));
 }
