@@ -183,6 +183,6 @@ TEST(PassRecorder, Looks_at_the_units_of_the_samplers_and_leaves_the_state_alone
 TEST(PassRecorder, Takes_the_size_of_the_screen_from_its_window) {
     ASSERT_EQ(Done().windows.size(), 1u);
     EXPECT_EQ(Done().windows[0].name, "screen");
-    EXPECT_EQ(Done().windows[0].width, Stage::pictureWidth);
-    EXPECT_EQ(Done().windows[0].height, Stage::pictureHeight);
+    EXPECT_EQ(Done().windows[0].width, Show::width);
+    EXPECT_EQ(Done().windows[0].height, Show::height);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "demo/show.h"
 #include "tools/passes/passes.h"
 #include "tools/stage/show.h"
 
@@ -35,9 +36,8 @@ using Bytes = std::vector<unsigned char>;
 
 /// RGBA, bottom row first, of the window's back buffer.
 inline Bytes ReadWindow() {
-    Bytes bytes(static_cast<std::size_t>(Stage::pictureWidth) * Stage::pictureHeight * 4);
-    glReadPixels(0, 0, Stage::pictureWidth, Stage::pictureHeight, GL_RGBA, GL_UNSIGNED_BYTE,
-                 bytes.data());
+    Bytes bytes(static_cast<std::size_t>(Show::width) * Show::height * 4);
+    glReadPixels(0, 0, Show::width, Show::height, GL_RGBA, GL_UNSIGNED_BYTE, bytes.data());
     return bytes;
 }
 

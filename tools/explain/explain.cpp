@@ -1,8 +1,8 @@
 #include "tools/explain/explain.h"
 
+#include "demo/show.h"
 #include "tools/explain/page.h"
 #include "tools/stage/newfile.h"
-#include "tools/stage/show.h"
 #include "tools/stage/showfolder.h"
 
 #include <cerrno>
@@ -20,9 +20,9 @@ namespace {
 }
 
 void CheckTime(double time) {
-    if (time >= 0.0 && time < Stage::showLength) // false for what is not a number as well
+    if (time >= 0.0 && time < Show::runningTime) // false for what is not a number as well
         return;
-    throw std::runtime_error("the show has frames from 0 to " + std::to_string(Stage::showLength) +
+    throw std::runtime_error("the show has frames from 0 to " + std::to_string(Show::runningTime) +
                              " seconds, none at " + std::to_string(time));
 }
 

@@ -1,6 +1,6 @@
 #include "tools/movie/encoder.h"
 
-#include "tools/stage/show.h"
+#include "demo/show.h"
 
 #include <array>
 #include <cerrno>
@@ -15,8 +15,7 @@ namespace Movie {
 
 namespace {
 
-constexpr std::size_t rowBytes =
-    static_cast<std::size_t>(Stage::pictureWidth) * Stage::framePixelBytes;
+constexpr std::size_t rowBytes = static_cast<std::size_t>(Show::width) * Stage::framePixelBytes;
 
 std::vector<std::string> Joined(std::initializer_list<std::vector<std::string>> lists) {
     std::vector<std::string> all;
@@ -35,8 +34,7 @@ std::string Text(const Stage::Rate& rate) {
 }
 
 std::string Size(int scale) {
-    return std::to_string(Stage::pictureWidth * scale) + ":" +
-           std::to_string(Stage::pictureHeight * scale);
+    return std::to_string(Show::width * scale) + ":" + std::to_string(Show::height * scale);
 }
 
 /// Players want an even number of rows; an odd one gets a black one below.
@@ -83,8 +81,7 @@ std::vector<std::string> FileOptions(const std::string& path, const std::string&
 
 std::vector<std::string> FilmCommand(const std::string& path, const FilmFormat& format,
                                      const std::string& soundPath, int soundRate) {
-    const std::string size =
-        std::to_string(Stage::pictureWidth) + "x" + std::to_string(Stage::pictureHeight);
+    const std::string size = std::to_string(Show::width) + "x" + std::to_string(Show::height);
     return Joined({
         FfmpegQuietly(),
         {"-f", "rawvideo", "-pixel_format", "bgr0", "-video_size", size},
@@ -117,7 +114,7 @@ Encoder::Encoder(const std::string& path, const FilmFormat& format, const std::s
 
 void Encoder::Write(Stage::FramePixels pixels) {
     // Rows go out from the top: the order costs nothing here.
-    std::array<iovec, Stage::pictureHeight> rows;
+    std::array<iovec, Show::height> rows;
     for (std::size_t y = 0; y < rows.size(); ++y) {
         const std::size_t fromBelow = rows.size() - 1 - y;
         rows[y] = {const_cast<unsigned char*>(&pixels[fromBelow * rowBytes]), rowBytes};

@@ -1,8 +1,8 @@
 // The film of the show, and single looks at it: what ./movie runs. Its --help names the options.
 
+#include "demo/show.h"
 #include "tools/explain/explain.h"
 #include "tools/movie/film.h"
-#include "tools/stage/show.h"
 #include "tools/verify/verify.h"
 
 #include <algorithm>
@@ -64,7 +64,7 @@ int WholeNumber(const std::string& name, const std::string& text, int least, int
 constexpr double lastMoment = 118.25;
 
 double Time(const Wish& wish, const std::string& name, double otherwise) {
-    return wish.Has(name) ? Number(name, wish.values.at(name), 0.0, Stage::showLength) : otherwise;
+    return wish.Has(name) ? Number(name, wish.values.at(name), 0.0, Show::runningTime) : otherwise;
 }
 
 Stage::Rate RateOf(const Wish& wish) {
@@ -103,13 +103,13 @@ int RunFilm(const Wish& wish) {
     return Movie::MakeFilm({OutPath(wish, 0, filmEnds),
                             {RateOf(wish), ScaleOf(wish), wish.Has("--lossless"), ""},
                             Time(wish, "--start", 0.0),
-                            Time(wish, "--end", Stage::showLength),
+                            Time(wish, "--end", Show::runningTime),
                             JobsOf(wish)});
 }
 
 int RunSheet(const Wish& wish) {
     const double step = wish.Has("--every")
-                            ? Number("--every", wish.values.at("--every"), 0.001, Stage::showLength)
+                            ? Number("--every", wish.values.at("--every"), 0.001, Show::runningTime)
                             : 1.0;
     Movie::MakeContactSheet(RateOf(wish), Time(wish, "--start", 0.0), Time(wish, "--end", 118.0),
                             step, JobsOf(wish), OutPath(wish, 0, {".png"}));

@@ -1,6 +1,6 @@
 #include "tools/movie/piece.h"
 
-#include "tools/stage/show.h"
+#include "demo/show.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -24,7 +24,7 @@ std::string Piece::Comment() const {
 Piece PieceOf(const FilmWish& wish) {
     const Stage::Rate& rate = wish.format.rate;
     const int first = rate.FrameFrom(wish.begin);
-    const int end = rate.FrameFrom(std::min(wish.end, Stage::showLength));
+    const int end = rate.FrameFrom(std::min(wish.end, Show::runningTime));
     if (first >= end)
         throw std::runtime_error("there is no frame from " + std::to_string(wish.begin) + " to " +
                                  std::to_string(wish.end) + " seconds");

@@ -1,6 +1,6 @@
 #include "tools/stage/framering.h"
 
-#include "tools/stage/show.h"
+#include "demo/show.h"
 
 #include <cerrno>
 #include <cstring>
@@ -15,7 +15,7 @@ namespace Stage {
 namespace {
 
 constexpr std::size_t frameBytes =
-    static_cast<std::size_t>(pictureWidth) * pictureHeight * framePixelBytes;
+    static_cast<std::size_t>(Show::width) * Show::height * framePixelBytes;
 constexpr std::size_t headerBytes = 4096; // one page, so that frames begin on a page
 constexpr long patience = 100000000;      // nanoseconds
 

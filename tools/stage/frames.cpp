@@ -1,5 +1,6 @@
 #include "tools/stage/frames.h"
 
+#include "demo/show.h"
 #include "tools/stage/framering.h"
 #include "tools/stage/show.h"
 #include "tools/stage/showfolder.h"
@@ -48,7 +49,7 @@ public:
         const std::span<unsigned char> place = ring.BeginWrite();
         const double begin = Now();
         glPixelStorei(GL_PACK_ALIGNMENT, 1);
-        glReadPixels(0, 0, pictureWidth, pictureHeight, GL_BGRA, GL_UNSIGNED_BYTE, place.data());
+        glReadPixels(0, 0, Show::width, Show::height, GL_BGRA, GL_UNSIGNED_BYTE, place.data());
         const double end = Now();
         FrameCost& cost = ring.Cost();
         cost.drawing += (drawn - last) + (end - begin);
@@ -191,10 +192,10 @@ FrameCost Sum(const std::vector<std::unique_ptr<Job>>& jobs) {
 } // namespace
 
 Picture ToPicture(FramePixels pixels) {
-    Picture picture(pictureWidth, pictureHeight);
+    Picture picture(Show::width, Show::height);
     const unsigned char* from = pixels.data();
-    for (int y = pictureHeight - 1; y >= 0; --y)
-        for (int x = 0; x < pictureWidth; ++x, from += framePixelBytes)
+    for (int y = Show::height - 1; y >= 0; --y)
+        for (int x = 0; x < Show::width; ++x, from += framePixelBytes)
             std::reverse_copy(from, from + Picture::channels, picture.At(x, y));
     return picture;
 }

@@ -2,15 +2,7 @@
 
 #include "tools/stage/rate.h"
 
-#include "demo/show.h"
-
 namespace Stage {
-
-/// How long the demo lasts, in seconds of demo time.
-constexpr double showLength = Show::runningTime;
-
-constexpr int pictureWidth = Show::width; ///< pixels, as the demo opens its window
-constexpr int pictureHeight = Show::height;
 
 /// What is done with the frames of a show.
 class Visitor {

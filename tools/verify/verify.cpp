@@ -1,5 +1,6 @@
 #include "tools/verify/verify.h"
 
+#include "demo/show.h"
 #include "tools/passes/passes.h"
 #include "tools/stage/show.h"
 #include "tools/stage/showfolder.h"
@@ -33,16 +34,15 @@ std::vector<int> Moments(const Stage::Rate& rate) {
     std::vector<int> frames;
     frames.reserve(momentCount);
     for (int i = 0; i < momentCount; ++i)
-        frames.push_back(rate.FrameAt((i + 0.5) * Stage::showLength / momentCount));
+        frames.push_back(rate.FrameAt((i + 0.5) * Show::runningTime / momentCount));
     return frames;
 }
 
 Picture ReadFrame() {
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(Stage::pictureWidth) *
-                                      Stage::pictureHeight * Stage::framePixelBytes);
+    std::vector<unsigned char> pixels(static_cast<std::size_t>(Show::width) * Show::height *
+                                      Stage::framePixelBytes);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(0, 0, Stage::pictureWidth, Stage::pictureHeight, GL_BGRA, GL_UNSIGNED_BYTE,
-                 pixels.data());
+    glReadPixels(0, 0, Show::width, Show::height, GL_BGRA, GL_UNSIGNED_BYTE, pixels.data());
     return Stage::ToPicture(pixels);
 }
 
