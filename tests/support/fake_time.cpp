@@ -1,28 +1,12 @@
 #include "tests/support/fake_time.h"
 
-#include <cmath>
-#include <cstdint>
-#include <ctime>
-#include <optional>
+#include "tools/stage/time.h"
 
-#include <sys/time.h>
+#include <memory>
 
 namespace {
 
-constexpr std::int64_t microsecondsPerSecond = 1000000;
-
-std::optional<std::int64_t> fakeMicroseconds;
-std::int64_t tickMicroseconds = 0;
-
-std::int64_t Microseconds(double seconds) {
-    return std::llround(seconds * static_cast<double>(microsecondsPerSecond));
-}
-
-std::int64_t RealMicroseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    return now.tv_sec * microsecondsPerSecond + now.tv_nsec / 1000;
-}
+std::unique_ptr<Stage::Time> fakeTime; // none: the machine's
 
 } // namespace
 
@@ -31,21 +15,16 @@ void SetFakeTime(double seconds) {
 }
 
 void SetTickingTime(double seconds, double tick) {
-    fakeMicroseconds = Microseconds(seconds);
-    tickMicroseconds = Microseconds(tick);
+    fakeTime = std::make_unique<Stage::HeldTime>(Stage::MicrosecondsOf(seconds),
+                                                 Stage::MicrosecondsOf(tick));
 }
 
 void ClearFakeTime() {
-    fakeMicroseconds.reset();
+    fakeTime.reset();
 }
 
 /// Takes the place of the C library's function in every executable that links this file: the
 /// linker finds it first.
 extern "C" int gettimeofday(timeval* time, void*) noexcept {
-    const std::int64_t now = fakeMicroseconds.value_or(RealMicroseconds());
-    if (fakeMicroseconds)
-        *fakeMicroseconds += tickMicroseconds;
-    time->tv_sec = now / microsecondsPerSecond;
-    time->tv_usec = now % microsecondsPerSecond;
-    return 0;
+    return Stage::Tell(fakeTime ? fakeTime->Now() : Stage::RealTime().Now(), time);
 }

@@ -164,3 +164,27 @@ TEST_F(Probe, Refuses_what_is_no_number) {
     EXPECT_NE(end.exitStatus, 0);
     EXPECT_THAT(end.complaint, HasSubstr("NIMBREL_PROBE_STEP: expected a number, found \"fast\""));
 }
+
+TEST_F(Probe, Lists_what_can_be_set_when_a_setting_is_unknown) {
+    RunSubject({{"NIMBREL_PROBE_SETP", "0.5"}});
+    EXPECT_NE(end.exitStatus, 0);
+    EXPECT_THAT(end.complaint, HasSubstr("there is no NIMBREL_PROBE_SETP\n"));
+    for (const char* setting : {"REPORT=FILE", "FRAMES=FILE", "STEP=SECONDS", "TIMES=0,0.5,13.9",
+                                "SPEED=FACTOR", "SHOTS=0.5,2,13.9", "SHOT_DIR=FOLDER"})
+        EXPECT_THAT(end.complaint, HasSubstr(std::string("\n  NIMBREL_PROBE_") + setting + "  "));
+}
+
+TEST_F(Probe, Refuses_two_settings_that_decide_the_time) {
+    RunSubject({{"NIMBREL_PROBE_STEP", "0.5"}, {"NIMBREL_PROBE_SPEED", "2"}});
+    EXPECT_NE(end.exitStatus, 0);
+    EXPECT_THAT(end.complaint,
+                HasSubstr("expected one of NIMBREL_PROBE_STEP, TIMES and SPEED, found 2"));
+}
+
+TEST_F(Probe, Lets_time_pass_as_many_times_as_fast_as_it_is_told) {
+    // A billion times: five frames take more than a microsecond and less than a minute.
+    RunSubject({{"NIMBREL_PROBE_SPEED", "1e9"}});
+    EXPECT_EQ(end.exitStatus, 0) << end.output;
+    EXPECT_GT(Reported("last_frame_time"), 1000.0);
+    EXPECT_LT(Reported("last_frame_time"), 60e9);
+}

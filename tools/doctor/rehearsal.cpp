@@ -55,9 +55,8 @@ void Prepend(const char* variable, const std::string& text) {
 }
 
 void SetUp(const Programs& programs, double seconds, const Scratch& scratch) {
-    Prepend("LD_PRELOAD",
-            Tools::Preloadable(programs.fastForward) + ':' + Tools::Preloadable(programs.probe));
-    setenv("NIMBREL_FAST_FORWARD", std::to_string(showSeconds / seconds).c_str(), 1);
+    Prepend("LD_PRELOAD", Tools::Preloadable(programs.probe));
+    setenv("NIMBREL_PROBE_SPEED", std::to_string(showSeconds / seconds).c_str(), 1);
     setenv("NIMBREL_PROBE_FRAMES", scratch.File(framesFile).c_str(), 1);
     setenv("NIMBREL_PROBE_REPORT", scratch.File(reportFile).c_str(), 1);
     setenv("ALSA_CONFIG_PATH", "/dev/null", 1); // no device: nothing is heard
@@ -117,8 +116,7 @@ std::string Cell(const std::string& line, const char* width) {
 } // namespace
 
 Programs Programs::In(const fs::path& build) {
-    return {build / "demo/nimbrel", build / "tools/probe/libnimbrel_probe.so",
-            build / "tools/doctor/libnimbrel_fastforward.so"};
+    return {build / "demo/nimbrel", build / "tools/probe/libnimbrel_probe.so"};
 }
 
 Rehearsal Rehearse(const Programs& programs, double seconds) {

@@ -13,7 +13,6 @@ namespace Doctor {
 struct Programs {
     std::filesystem::path demo;
     std::filesystem::path probe;
-    std::filesystem::path fastForward;
 
     /// Where they lie in a build folder.
     static Programs In(const std::filesystem::path& build);
@@ -21,7 +20,7 @@ struct Programs {
 
 /// A frame of the rehearsal.
 struct Frame {
-    double time;         ///< seconds since the first frame began
+    double time;         ///< seconds of demo time
     double milliseconds; ///< until all of it was drawn
 };
 

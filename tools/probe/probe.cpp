@@ -3,70 +3,37 @@
 //   SDL_PollEvent       the first call of the run is demo time 0, each call begins a frame
 //   SDL_GL_SwapBuffers  each call ends a frame: errors are counted, pictures taken
 //   SDL_Quit            the end
-//   gettimeofday        real time, or a time that only moves from frame to frame
+//   gettimeofday        what tools/stage/time.h decides
 //
-// What it does is chosen by environment variables:
-//
-//   NIMBREL_PROBE_REPORT    file that gets one "name value" line per fact, after the first frame
-//                           and again when the program ends
-//   NIMBREL_PROBE_FRAMES    file that gets one line per frame but the first: demo time and how long
-//                           the frame took, in milliseconds, its drawing included
-//   NIMBREL_PROBE_STEP      seconds of demo time per frame; unset: real time
-//   NIMBREL_PROBE_TIMES     instead of a step: the demo times of the frames, "0,0.5,13.9", rising;
-//                           after the last one the demo's time is up
-//   NIMBREL_PROBE_SHOTS     demo times to take a picture at, "0.5,2,13.9", rising
-//   NIMBREL_PROBE_SHOT_DIR  existing folder for the pictures, "frame_0013.900.ppm"
+// What it does is chosen by environment variables, which settings.cpp lists.
 //
 // Stepped time does not move the music: the spectrum that drives the effects stays in real time.
+
+#include "tools/probe/settings.h"
+#include "tools/stage/time.h"
 
 #include <GL/gl.h>
 #include <SDL.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <fstream>
 #include <iostream>
-#include <sstream>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <dlfcn.h>
-#include <sys/time.h>
 
 namespace {
 
-constexpr std::int64_t microsecondsPerSecond = 1000000;
+using Probe::Settings;
 
-/// Longer than the demo: what the clock jumps to when the list of times is used up.
-constexpr double timeIsUp = 1000.0;
-
-std::string Setting(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
-/// "0.5,2,13.9" -> numbers; says so and ends the program when the text is none.
-std::vector<double> Numbers(const char* name) {
-    std::vector<double> numbers;
-    std::istringstream list(Setting(name));
-    for (std::string item; std::getline(list, item, ',');) {
-        char* end = nullptr;
-        numbers.push_back(std::strtod(item.c_str(), &end));
-        if (item.empty() || *end != '\0') {
-            std::cerr << name << ": expected a number, found \"" << item << "\"\n";
-            std::exit(EXIT_FAILURE);
-        }
-    }
-    return numbers;
-}
-
-double Seconds(clockid_t clock) {
+/// Of the steady clock, for durations.
+double Seconds() {
     timespec now{};
-    clock_gettime(clock, &now);
+    clock_gettime(CLOCK_MONOTONIC, &now);
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
@@ -78,44 +45,43 @@ Function* Next(const char* name) {
 
 // --- Time -------------------------------------------------------------------------------------
 
-/// Demo time, real or stepped. Stepped time stands still at 0 while the demo loads.
-class Time {
-public:
-    Time() : times(Numbers("NIMBREL_PROBE_TIMES")) {
-        const std::vector<double> steps = Numbers("NIMBREL_PROBE_STEP");
-        step = steps.empty() ? 0.0 : steps.front();
-    }
+/// The time that the settings choose.
+std::unique_ptr<Stage::Time> Chosen(const Settings& settings) {
+    if (settings.step != 0.0)
+        return std::make_unique<Stage::FrameTime>(
+            [step = settings.step](int frame) { return Stage::MicrosecondsOf(step * frame); });
+    if (!settings.times.empty())
+        return std::make_unique<Stage::FrameTime>([times = settings.times](int frame) {
+            const auto number = static_cast<std::size_t>(frame);
+            return number < times.size() ? Stage::MicrosecondsOf(times[number])
+                                         : Stage::MicrosecondsOf(times.back()) + Stage::timeIsUp;
+        });
+    if (settings.speed != 0.0)
+        return std::make_unique<Stage::FasterTime>(settings.speed);
+    return std::make_unique<Stage::RealTime>();
+}
 
-    bool Stepped() const { return step > 0.0 || !times.empty(); }
+/// Demo time: what the clock shows since the first frame began.
+class DemoTime {
+public:
+    explicit DemoTime(const Settings& settings) : clock(Chosen(settings)) {}
 
     /// Called when a frame begins, which is `frame` = 0 for the first one.
     void BeginFrame(int frame) {
+        clock->BeginFrame(frame);
         if (frame == 0)
-            begin = Seconds(CLOCK_MONOTONIC);
+            begin = clock->Now();
     }
+    void EndFrame(int nextFrame) { clock->EndFrame(nextFrame); }
 
-    /// Called when a frame has ended: moves stepped time to that of the next one.
-    void EndFrame(int nextFrame) {
-        const std::size_t next = static_cast<std::size_t>(nextFrame);
-        if (times.empty())
-            stepped = step * nextFrame;
-        else
-            stepped = next < times.size() ? times[next] : times.back() + timeIsUp;
-    }
+    double Seconds() const { return Stage::SecondsOf(clock->Now() - begin); }
 
-    double Now() const { return Stepped() ? stepped : Seconds(CLOCK_MONOTONIC) - begin; }
-
-    /// What gettimeofday() tells the program, in microseconds.
-    std::int64_t ClockMicroseconds() const {
-        const double seconds = Stepped() ? stepped : Seconds(CLOCK_REALTIME);
-        return std::llround(seconds * static_cast<double>(microsecondsPerSecond));
-    }
+    /// What gettimeofday() tells the program.
+    Stage::Microseconds Clock() const { return clock->Now(); }
 
 private:
-    std::vector<double> times;
-    double step = 0.0;
-    double begin = 0.0;
-    double stepped = 0.0;
+    const std::unique_ptr<Stage::Time> clock;
+    Stage::Microseconds begin = 0;
 };
 
 // --- Pictures ---------------------------------------------------------------------------------
@@ -123,7 +89,7 @@ private:
 /// Takes the back buffer at the first frame at or after each time asked for.
 class Shots {
 public:
-    Shots() : times(Numbers("NIMBREL_PROBE_SHOTS")), folder(Setting("NIMBREL_PROBE_SHOT_DIR")) {}
+    explicit Shots(const Settings& settings) : times(settings.shots), folder(settings.shotFolder) {}
 
     void Take(double now) {
         for (; next < times.size() && times[next] <= now; ++next)
@@ -162,7 +128,7 @@ private:
 /// How long each frame took, up to the moment when all of it was drawn.
 class Durations {
 public:
-    Durations() : path(Setting("NIMBREL_PROBE_FRAMES")) {}
+    explicit Durations(const Settings& settings) : path(settings.frames) {}
 
     ~Durations() {
         if (path.empty())
@@ -176,7 +142,7 @@ public:
         if (path.empty())
             return;
         glFinish(); // or the next frame would pay for what this one ordered
-        const double now = Seconds(CLOCK_MONOTONIC);
+        const double now = Seconds();
         if (last > 0.0)
             frames.push_back({demoTime, (now - last) * 1000.0});
         last = now;
@@ -198,7 +164,7 @@ private:
 /// Everything counted, written when the program ends in order.
 class Report {
 public:
-    Report() : path(Setting("NIMBREL_PROBE_REPORT")) {}
+    explicit Report(const Settings& settings) : path(settings.report) {}
     ~Report() { Write(); }
 
     int Frames() const { return frames; }
@@ -215,7 +181,7 @@ public:
     }
 
     void EndFrame(double demoTime) {
-        const double now = Seconds(CLOCK_MONOTONIC);
+        const double now = Seconds();
         if (frames++ > 0)
             milliseconds.push_back((now - lastSwap) * 1000.0);
         lastSwap = now;
@@ -280,16 +246,19 @@ private:
 };
 
 // Made when first asked for: gettimeofday() may be called before this library's constructors ran.
-struct Probe {
-    Time time;
+struct Watch {
+    explicit Watch(const Settings& settings)
+        : time(settings), shots(settings), durations(settings), report(settings) {}
+
+    DemoTime time;
     Shots shots;
     Durations durations;
     Report report;
 };
 
-Probe& TheProbe() {
-    static Probe probe;
-    return probe;
+Watch& TheWatch() {
+    static Watch watch(Probe::ReadSettings());
+    return watch;
 }
 
 double frameTime = 0.0; // demo time at the beginning of the current frame
@@ -298,36 +267,33 @@ double frameTime = 0.0; // demo time at the beginning of the current frame
 
 extern "C" int SDL_PollEvent(SDL_Event* event) {
     static auto* const next = Next<int(SDL_Event*)>("SDL_PollEvent");
-    Probe& probe = TheProbe();
-    probe.time.BeginFrame(probe.report.Frames());
-    frameTime = probe.time.Now();
-    probe.report.BeginFrame();
+    Watch& watch = TheWatch();
+    watch.time.BeginFrame(watch.report.Frames());
+    frameTime = watch.time.Seconds();
+    watch.report.BeginFrame();
     return next(event);
 }
 
 extern "C" void SDL_GL_SwapBuffers() {
     static auto* const next = Next<void()>("SDL_GL_SwapBuffers");
-    Probe& probe = TheProbe();
-    probe.report.CountErrors();
-    probe.shots.Take(frameTime);
+    Watch& watch = TheWatch();
+    watch.report.CountErrors();
+    watch.shots.Take(frameTime);
     next();
-    probe.durations.EndFrame(frameTime);
-    probe.report.EndFrame(frameTime);
-    probe.time.EndFrame(probe.report.Frames());
+    watch.durations.EndFrame(frameTime);
+    watch.report.EndFrame(frameTime);
+    watch.time.EndFrame(watch.report.Frames());
 }
 
 extern "C" void SDL_Quit() {
     static auto* const next = Next<void()>("SDL_Quit");
-    Probe& probe = TheProbe();
-    probe.report.Quit(probe.time.Now());
+    Watch& watch = TheWatch();
+    watch.report.Quit(watch.time.Seconds());
     next();
 }
 
 extern "C" int gettimeofday(timeval* time, void*) noexcept {
-    const std::int64_t now = TheProbe().time.ClockMicroseconds();
-    time->tv_sec = now / microsecondsPerSecond;
-    time->tv_usec = now % microsecondsPerSecond;
-    return 0;
+    return Stage::Tell(TheWatch().time.Clock(), time);
 }
 
 #ifdef __SANITIZE_ADDRESS__

@@ -1,5 +1,7 @@
 #include "tools/stage/rate.h"
 
+#include "tools/stage/time.h"
+
 #include <charconv>
 #include <cmath>
 #include <stdexcept>
@@ -8,7 +10,6 @@ namespace Stage {
 
 namespace {
 
-constexpr std::int64_t microsecondsPerSecond = 1000000;
 constexpr std::int64_t slowest = 1; // frames a second
 constexpr std::int64_t fastest = 1000;
 constexpr int decimals = 6; // that a rate may have, so that it stays an exact fraction
@@ -53,7 +54,7 @@ std::int64_t Rate::Microseconds(int number) const {
 }
 
 double Rate::Seconds(int number) const {
-    return static_cast<double>(Microseconds(number)) / static_cast<double>(microsecondsPerSecond);
+    return SecondsOf(Microseconds(number));
 }
 
 int Rate::FrameAt(double time) const {

@@ -2,17 +2,15 @@
 
 #include "sound/control.h"
 #include "tools/stage/drawing.h"
+#include "tools/stage/time.h"
 
 #include <SDL.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <exception>
 #include <memory>
 #include <stdexcept>
 #include <string>
-
-#include <sys/time.h>
 
 // The demo's main(), compiled under this name.
 int NimbrelMain();
@@ -20,11 +18,6 @@ int NimbrelMain();
 namespace {
 
 using namespace Stage;
-
-constexpr std::int64_t microsecondsPerSecond = 1000000;
-
-/// Longer than the demo: what its clocks jump to after the last frame, so that it ends in order.
-constexpr std::int64_t timeIsUp = 1000 * microsecondsPerSecond;
 
 /// The show that is being played: what the demo is told about time, and who is told of its frames.
 class Performance {
@@ -40,7 +33,7 @@ public:
     Performance(const Performance&) = delete;
     Performance& operator=(const Performance&) = delete;
 
-    std::int64_t Now() const { return now; }
+    Microseconds Now() { return time.Now(); }
     bool Complete() const { return frame > last; }
     bool Begun() const { return begun; }
     std::exception_ptr Failure() const { return failure; }
@@ -79,8 +72,9 @@ public:
                 visitor.End(frame);
         });
         ++frame;
-        now = Complete() || failure ? timeIsUp : rate.Microseconds(frame);
-        music->MoveTo(static_cast<double>(now) / static_cast<double>(microsecondsPerSecond));
+        const Microseconds next = Complete() || failure ? timeIsUp : rate.Microseconds(frame);
+        time.MoveTo(next);
+        music->MoveTo(SecondsOf(next));
     }
 
 private:
@@ -92,7 +86,7 @@ private:
     bool begun = false; // whether the demo came as far as its first frame
     bool wanted = false;
     std::string refusal = "this OpenGL lacks what the show needs"; // why it would not begin
-    std::int64_t now = 0; // microseconds; stands still while the demo loads
+    HeldTime time;                                                 // at 0 while the demo loads
     std::exception_ptr failure;
 };
 
@@ -139,9 +133,7 @@ void __wrap_SDL_GL_SwapBuffers() {
 int __wrap_gettimeofday(timeval* time, void* zone) {
     if (!show)
         return __real_gettimeofday(time, zone);
-    time->tv_sec = show->Now() / microsecondsPerSecond;
-    time->tv_usec = show->Now() % microsecondsPerSecond;
-    return 0;
+    return Tell(show->Now(), time);
 }
 }
 // NOLINTEND(bugprone-reserved-identifier)
