@@ -36,6 +36,7 @@ void main()
 
 PostRGB::PostRGB() {
     shader.LoadToChar(Vell::passThroughVertexShader, fragmentSource);
+    shader.SetLabel("colour split");
     shader.Send("texture", TextureUnit::surface); // the new program is still bound
     shader.Disable();
 }

@@ -29,6 +29,7 @@ void main()
 
 PostWater::PostWater() {
     shader.LoadToChar(Vell::passThroughVertexShader, fragmentSource);
+    shader.SetLabel("ripple");
     shader.Send("texture", TextureUnit::surface); // the new program is still bound
     shader.Disable();
 }

@@ -2,6 +2,7 @@
 
 #include "engine/core/core.h"
 #include "engine/core/errorguard.h"
+#include "engine/core/labels.h"
 
 namespace Vell {
 
@@ -56,9 +57,14 @@ FBO::FBO() : framebuffer(0), renderbuffer(0), color(0), depth(0), size(256, 256)
     BindAndAllocateDepth(depth, size, GL_FLOAT);
     SetFilterAndClamp(GL_NEAREST);
     glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE);
+    SetLabel("target");
 }
 
 FBO::~FBO() {
+    Unlabel(ObjectKind::texture, color);
+    Unlabel(ObjectKind::texture, depth);
+    Unlabel(ObjectKind::framebuffer, framebuffer);
+    Unlabel(ObjectKind::renderbuffer, renderbuffer);
     glDeleteTextures(1, &color);
     glDeleteTextures(1, &depth);
     glDeleteFramebuffersEXT(1, &framebuffer);
@@ -71,6 +77,13 @@ void FBO::SetSize(const ivec2& newSize) {
     BindAndAllocateColor(color, size);
     // Bytes here, floats in the constructor, on purpose; nothing is uploaded in either case.
     BindAndAllocateDepth(depth, size, GL_UNSIGNED_BYTE);
+}
+
+void FBO::SetLabel(const std::string& text) {
+    Label(ObjectKind::framebuffer, framebuffer, text);
+    Label(ObjectKind::renderbuffer, renderbuffer, "renderbuffer of the " + text);
+    Label(ObjectKind::texture, color, "colour of the " + text);
+    Label(ObjectKind::texture, depth, "depth of the " + text);
 }
 
 void FBO::Enable() {

@@ -3,6 +3,8 @@
 #include "engine/core/GLExtensions.h"
 #include "engine/math/vec2.h"
 
+#include <string>
+
 namespace Vell {
 
 /// Off-screen render target whose colour and depth are textures.
@@ -27,6 +29,10 @@ public:
     /// Gives both textures and the renderbuffer a new size in pixels; their names, filters and wrap
     /// modes stay, their content is lost. Leaves the depth texture bound.
     void SetSize(const ivec2& newSize);
+
+    /// Labels the framebuffer with what the target is, "reflection target", and the textures and
+    /// the renderbuffer after it, "colour of the reflection target". Until then it is a "target".
+    void SetLabel(const std::string& text);
 
     /// Name of the colour texture; owned by the target.
     GLuint GetColor() const { return color; }

@@ -106,6 +106,8 @@ void PushLightProjection() {
 ShadowMapping::ShadowMapping() {
     BuildShadowShader();
     BuildCompositeShader();
+    lightBuffer.SetLabel("light buffer");
+    shadowBuffer.SetLabel("shadow buffer");
     shadowBuffer.SetSize(GetScreen());
     SetSize(defaultSize);
 }
@@ -202,6 +204,7 @@ void ShadowMapping::Draw(FBO* scene) {
 
 void ShadowMapping::BuildShadowShader() {
     shadowShader.LoadToChar(shadowVertexSource, shadowFragmentSource);
+    shadowShader.SetLabel("shadow mapping: how much is shadowed");
     shadowShader.Enable();
     shadowShader.Send("texture0", TextureUnit::surface);
     shadowShader.Send("lightbuffer", TextureUnit::shadowmap);
@@ -214,6 +217,7 @@ void ShadowMapping::BuildShadowShader() {
 // It declares neither "depthmap" nor "offset"; OpenGL ignores both.
 void ShadowMapping::BuildCompositeShader() {
     compositeShader.LoadToChar(passThroughVertexShader, compositeFragmentSource);
+    compositeShader.SetLabel("shadow mapping: composite");
     compositeShader.Enable();
     compositeShader.Send("texture0", TextureUnit::surface);
     compositeShader.Send("depthmap", TextureUnit::sceneDepth);

@@ -1,6 +1,7 @@
 #include "engine/env/sky.h"
 
 #include "engine/core/GLExtensions.h"
+#include "engine/core/labels.h"
 #include "engine/core/textureunits.h"
 #include "engine/scene/camera.h"
 
@@ -58,6 +59,7 @@ SkyBox::SkyBox(const std::string& xpos, const std::string& xneg, const std::stri
 
 SkyBox::~SkyBox() {
     glDeleteLists(list, 1);
+    Unlabel(ObjectKind::list, list);
 }
 
 void SkyBox::SetXPOS(const std::string& path) {
@@ -125,7 +127,9 @@ void SkyBox::ClampFaces() {
 void SkyBox::RecordFaces() {
     if (list != 0)
         glDeleteLists(list, 1); // an earlier recording
+    Unlabel(ObjectKind::list, list);
     list = glGenLists(1);
+    Label(ObjectKind::list, list, "sky box");
     glNewList(list, GL_COMPILE);
     TextureUnit::Enable(TextureUnit::surface);
     for (int face = 0; face < faceCount; ++face) {

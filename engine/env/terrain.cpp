@@ -2,10 +2,12 @@
 
 #include "engine/core/GLExtensions.h"
 #include "engine/core/errorguard.h"
+#include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/textureunits.h"
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 namespace Vell {
@@ -100,6 +102,9 @@ Terrain::Terrain(int levels) : level(levels), scale(1.0f, 0.5f, 1.0f) {
 }
 
 Terrain::~Terrain() {
+    Unlabel(ObjectKind::buffer, vertexBuffer);
+    for (int i = 0; i < BufferCount(); ++i)
+        Unlabel(ObjectKind::buffer, indexBuffers[static_cast<std::size_t>(i)]);
     glDeleteBuffers(1, &vertexBuffer);
     glDeleteBuffers(BufferCount(), indexBuffers.get());
     Log::GetInstance().Write("Terrain", "FREE", heightmapPath);
@@ -135,6 +140,7 @@ void Terrain::Draw(const vec3&) {
 // The scale stays unsent here, on purpose: SetScale() is the one that sends it.
 void Terrain::BuildShader() {
     shader.LoadToChar(vertexSource, fragmentSource);
+    shader.SetLabel("terrain");
     shader.Enable();
     shader.Send("heightmap", TextureUnit::heightmap);
     shader.Send("texture0", TextureUnit::ground);
@@ -149,6 +155,10 @@ void Terrain::CreateBuffers() {
     indexBuffers = std::make_unique<unsigned int[]>(static_cast<std::size_t>(BufferCount()));
     glGenBuffers(1, &vertexBuffer);
     glGenBuffers(BufferCount(), indexBuffers.get());
+    Label(ObjectKind::buffer, vertexBuffer, "terrain, vertices");
+    for (int i = 0; i < BufferCount(); ++i)
+        Label(ObjectKind::buffer, indexBuffers[static_cast<std::size_t>(i)],
+              "terrain, indices of level " + std::to_string(i));
 }
 
 void Terrain::UploadVertices() {

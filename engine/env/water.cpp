@@ -224,6 +224,7 @@ void Water::SendParameter(const char* name, const T& value) {
 
 void Water::BuildShader() {
     shader.LoadToChar(vertexSource, fragmentSource);
+    shader.SetLabel("water");
     shader.Enable();
     shader.Send("noiseMap", TextureUnit::noise);
     shader.Send("reflectionMap", TextureUnit::reflection);
@@ -234,6 +235,8 @@ void Water::BuildShader() {
 }
 
 void Water::SizeTargets() {
+    reflection.SetLabel("reflection target");
+    refraction.SetLabel("refraction target");
     for (FBO* target : {&reflection, &refraction}) {
         target->SetSize(ivec2(targetSize, targetSize));
         ClampColour(*target);

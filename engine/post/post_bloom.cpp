@@ -30,6 +30,8 @@ void main()
 
 PostBloom::PostBloom() {
     thresholdShader.LoadToChar(passThroughVertexShader, fragmentSource);
+    thresholdShader.SetLabel("bloom: bright parts");
+    glow.SetLabel("glow target");
     glow.SetSize(GetScreen());
     SetIntensity(intensity);
     SetThreshold(threshold);

@@ -37,6 +37,9 @@ void main()
 
 PostBlur::PostBlur() {
     shader.LoadToChar(passThroughVertexShader, fragmentSource);
+    shader.SetLabel("blur");
+    first.SetLabel("first blur target");
+    second.SetLabel("second blur target");
     SetPass(passes);
     SetSizeRTT(SizeRTT);
     ClampTargets();

@@ -19,6 +19,7 @@ bool PostEffect::GetEnabled() const {
 }
 
 PostProcess::PostProcess(FBO* sceneTarget) : scene(sceneTarget), spare(std::make_unique<FBO>()) {
+    spare->SetLabel("spare target");
     spare->SetSize(GetScreen());
 }
 

@@ -1,5 +1,6 @@
 #include "engine/render/image.h"
 
+#include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/ressourcemanager.h"
 #include "engine/render/trust.h"
@@ -260,6 +261,7 @@ Image::~Image() {
     if (shared)
         return;
     delete[] data;
+    Unlabel(ObjectKind::texture, texture);
     glDeleteTextures(1, &texture);
     if (!name.empty())
         Log::GetInstance().Write("Image", "FREE", name);
@@ -301,7 +303,7 @@ bool Image::LoadJPG(const std::string& path) {
         LogError(path);
         return false;
     }
-    Adopt(turned.release(), picture.size, picture.format);
+    Adopt(turned.release(), picture.size, picture.format, path);
     return true;
 }
 
@@ -317,7 +319,7 @@ bool Image::LoadPNG(const std::string& path) {
         LogError(path);
     if (outcome != Outcome::decoded)
         return false;
-    Adopt(picture.pixels.release(), picture.size, picture.format);
+    Adopt(picture.pixels.release(), picture.size, picture.format, path);
     return true;
 }
 
@@ -371,12 +373,14 @@ void Image::Share(const Image& other) {
 
 // Takes over pixels from new[] and makes the texture of them. The parameters come first, so that
 // the upload already makes the mip-maps.
-void Image::Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFormat) {
+void Image::Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFormat,
+                  const std::string& label) {
     data = pixels;
     size = pixelSize;
     format = pixelFormat;
     shared = false;
     glGenTextures(1, &texture);
+    Label(ObjectKind::texture, texture, label);
     Bind();
     SetParameter(filter, mipmap);
     Upload();

@@ -18,7 +18,7 @@ class Image {
 public:
     Image();
 
-    /// Releases texture and pixels and logs "FREE"; a shared image does neither.
+    /// Releases texture, with its label, and pixels and logs "FREE"; a shared image does neither.
     ~Image();
 
     Image(const Image&) = delete;
@@ -39,7 +39,8 @@ public:
     /// such a file counts as damaged.
     bool Load(const std::string& path);
 
-    /// What Load calls by ending: decode and upload, without registry or "LOADED" row.
+    /// What Load calls by ending: decode and upload, without registry or "LOADED" row. The texture
+    /// is labelled with the path.
     /// JPEG: colour only (the file's three components end as RGB).
     bool LoadJPG(const std::string& path);
     /// PNG: RGB, RGBA and palette pictures of any depth; transparency given as a colour or with
@@ -73,7 +74,8 @@ private:
     bool LoadByEnding(const std::string& path);
     void Share(const Image& other);
     void Upload() const;
-    void Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFormat);
+    void Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFormat,
+               const std::string& label);
 
     bool shared; // copied from the registry: owns nothing
     std::string name;

@@ -1,5 +1,6 @@
 #include "engine/render/shader.h"
 
+#include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/ressourcemanager.h"
 
@@ -39,6 +40,14 @@ char* ReadText(FILE* file, std::size_t size) {
     return nullptr;
 }
 
+/// Both paths in one label: "shader.vert and .frag" where they differ by their endings only.
+std::string BothPaths(const std::string& vertPath, const std::string& fragPath) {
+    const std::size_t dot = fragPath.rfind('.');
+    const bool alike = dot != std::string::npos && vertPath.rfind('.') == dot &&
+                       vertPath.compare(0, dot, fragPath, 0, dot) == 0;
+    return vertPath + " and " + (alike ? fragPath.substr(dot) : fragPath);
+}
+
 } // namespace
 
 Shader::Shader() : vertexObject(0), fragmentObject(0), program(0) {}
@@ -46,6 +55,9 @@ Shader::Shader() : vertexObject(0), fragmentObject(0), program(0) {}
 // Attached to a program, an object outlives its deletion for as long as the program does, so every
 // sharer may delete it. One that did not compile is kept until here all the same.
 Shader::~Shader() {
+    Unlabel(ObjectKind::program, program);
+    Unlabel(ObjectKind::shader, vertexObject);
+    Unlabel(ObjectKind::shader, fragmentObject);
     glDeleteObject(vertexObject);
     glDeleteObject(fragmentObject);
     // This entry point deletes programs of the older assembly extension and leaves GLSL programs
@@ -72,6 +84,7 @@ void Shader::Load(const std::string& vertPath, const std::string& fragPath) {
     const bool built = Build(vertSrc, fragSrc);
     std::free(vertSrc);
     std::free(fragSrc);
+    LabelAll(BothPaths(vertPath, fragPath), vertPath, fragPath);
     if (built)
         Log::GetInstance().Write("Shader", "LOADED", vertPath + " " + fragPath);
 }
@@ -81,6 +94,11 @@ void Shader::LoadToChar(const char* vertSrc, const char* fragSrc) {
     fragmentName = memoryName;
     CreateObjects();
     Build(vertSrc, fragSrc);
+    SetLabel("program from memory");
+}
+
+void Shader::SetLabel(const std::string& text) {
+    LabelAll(text, text + ", vertex", text + ", fragment");
 }
 
 char* Shader::textFileRead(const char* path) {
@@ -198,6 +216,13 @@ bool Shader::Compiled(GLuint object, const char* source) {
     GLint status = 1;
     glGetObjectParameteriv(object, GL_COMPILE_STATUS, &status);
     return status == 1 && source != nullptr;
+}
+
+void Shader::LabelAll(const std::string& whole, const std::string& vertex,
+                      const std::string& fragment) {
+    Label(ObjectKind::program, program, whole);
+    Label(ObjectKind::shader, vertexObject, vertex);
+    Label(ObjectKind::shader, fragmentObject, fragment);
 }
 
 // Names the vertex shader and shows the vertex shader's message even when the fragment shader

@@ -20,7 +20,8 @@ class Shader {
 public:
     Shader();
 
-    /// Deletes both shader objects and logs "FREE" for a program built from files.
+    /// Deletes both shader objects, takes their and the program's labels away and logs "FREE" for a
+    /// program built from files.
     /// Handles shared through the registry are deleted by every sharer alike. That is harmless: the
     /// program object itself is never released, so what is left of a pair goes on drawing, and
     /// OpenGL ignores the second deletion of a shader object (when the pair did not compile there
@@ -42,6 +43,11 @@ public:
     /// Builds the program from two NUL-terminated texts and leaves it bound.
     /// Not shared and, but for compile failures, not logged.
     void LoadToChar(const char* vertSrc, const char* fragSrc);
+
+    /// Labels the program with what it is for, "blur", and its shader objects after it, "blur,
+    /// vertex". A program from files is labelled by their paths, each of its shader objects by its
+    /// own; one from memory is "program from memory" until its owner calls this.
+    void SetLabel(const std::string& text);
 
     /// Reads a whole text file into a NUL-terminated buffer that the caller releases with free().
     /// Null for an empty file, and, with an "ERROR" row, for a null path, an unreadable file and
@@ -74,6 +80,7 @@ private:
     static void HandOver(GLuint object, const char* source);
     static bool Compiled(GLuint object, const char* source);
     void LogFailure(const char* section);
+    void LabelAll(const std::string& whole, const std::string& vertex, const std::string& fragment);
     GLint Location(const std::string& name) const;
 
     std::string vertexName;   // source path, or "Internal" when built from memory

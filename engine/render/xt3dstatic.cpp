@@ -1,6 +1,7 @@
 #include "engine/render/xt3dstatic.h"
 
 #include "engine/core/core.h"
+#include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/ressourcemanager.h"
 #include "engine/render/trust.h"
@@ -91,10 +92,19 @@ void CreateBuffers(XT3DSubMesh& subMesh) {
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
+void LabelBuffers(const XT3DSubMesh& subMesh, const std::string& owner) {
+    Label(ObjectKind::buffer, subMesh.positionBuffer, owner + ", positions");
+    Label(ObjectKind::buffer, subMesh.texcoordBuffer, owner + ", texture coordinates");
+    Label(ObjectKind::buffer, subMesh.lightmapTexcoordBuffer, owner + ", light map coordinates");
+    Label(ObjectKind::buffer, subMesh.normalBuffer, owner + ", normals");
+}
+
 // Without vertex buffer objects there is neither a buffer nor an entry point to delete it.
 void DeleteBuffer(GLuint buffer) {
-    if (buffer != 0)
-        glDeleteBuffers(1, &buffer);
+    if (buffer == 0)
+        return;
+    Unlabel(ObjectKind::buffer, buffer);
+    glDeleteBuffers(1, &buffer);
 }
 
 void Release(XT3DSubMesh& subMesh, bool hasLightmap) {
@@ -241,8 +251,10 @@ bool XT3DStatic::ReadSubMesh(std::istream& in, XT3DSubMesh& subMesh) {
     if (!Allocate(subMesh, count))
         return false;
     ReadVertices(in, subMesh);
-    if (CheckForExtension("GL_ARB_vertex_buffer_object") != 0)
-        CreateBuffers(subMesh);
+    if (CheckForExtension("GL_ARB_vertex_buffer_object") == 0)
+        return true;
+    CreateBuffers(subMesh);
+    LabelBuffers(subMesh, name + ", sub-mesh " + std::to_string(&subMesh - subMeshes));
     return true;
 }
 

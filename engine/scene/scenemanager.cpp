@@ -28,6 +28,7 @@ void DeleteAll(const std::vector<T*>& objects) {
 
 SceneManager::SceneManager() {
     AddCamera(vec3(0.0f, 0.0f, 0.0f), vec3(0.0f, 0.0f, 1.0f));
+    fbo.SetLabel("scene target");
     fbo.SetSize(GetScreen());
     postProcess = new PostProcess(&fbo);
     SetFogDensity(0.0f);

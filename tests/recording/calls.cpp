@@ -1,8 +1,10 @@
 #include "tests/recording/calls.h"
 
 #include "engine/core/core.h"
+#include "engine/core/labels.h"
 #include "tests/support/fake_time.h"
 
+#include <algorithm>
 #include <sstream>
 #include <vector>
 
@@ -14,40 +16,75 @@ std::string Trimmed(const std::string& text) {
     return first == std::string::npos ? "" : text.substr(first, last - first + 1);
 }
 
-std::vector<std::string> CallsOf(const std::string& expected) {
-    std::vector<std::string> calls;
+/// A call that has to be made, and the words for what happens there.
+struct Expected {
+    std::string call;
+    std::string step;
+};
+
+std::vector<Expected> CallsOf(const std::string& expected) {
+    std::vector<Expected> calls;
+    std::string step;
     std::istringstream lines(expected);
     for (std::string line; std::getline(lines, line);) {
-        if (Trimmed(line).starts_with("--"))
+        if (Trimmed(line).starts_with("--")) {
+            step = Trimmed(Trimmed(line).substr(2));
             continue;
+        }
         std::istringstream parts(line);
         for (std::string part; std::getline(parts, part, ';');)
             if (!Trimmed(part).empty())
-                calls.push_back(Trimmed(part));
+                calls.push_back({Trimmed(part), step});
     }
     return calls;
 }
 
-std::string At(const std::vector<std::string>& calls, std::size_t i) {
-    return i < calls.size() ? calls[i] : "nothing more";
+const std::string nothing = "nothing more";
+
+const std::string& At(const std::vector<std::string>& calls, std::size_t i) {
+    return i < calls.size() ? calls[i] : nothing;
 }
 
-::testing::AssertionResult Compare(const std::vector<std::string>& wanted,
+/// Behind the last expected call the last step goes on.
+Expected At(const std::vector<Expected>& calls, std::size_t i) {
+    if (i < calls.size())
+        return calls[i];
+    return {nothing, calls.empty() ? "" : calls.back().step};
+}
+
+/// What the engine calls the objects that these lines name.
+std::string Legend(const std::string& lines) {
+    std::string legend;
+    for (const Recorder::Object& object : gl.Objects())
+        if (const std::string& label = Vell::LabelOf(object.kind, object.name);
+            !label.empty() && lines.find(object.label) != std::string::npos)
+            legend += "\n    " + object.label + " is the engine's \"" + label + "\"";
+    return legend.empty() ? "" : "\nwhere" + legend;
+}
+
+std::string Lines(const std::vector<std::string>& calls, std::size_t first, std::size_t last) {
+    std::string lines;
+    for (std::size_t i = first; i < std::min(last, calls.size()); ++i)
+        lines += "\n    " + calls[i];
+    return lines;
+}
+
+::testing::AssertionResult Compare(const std::vector<Expected>& wanted,
                                    const std::vector<std::string>& made) {
-    if (wanted == made)
-        return ::testing::AssertionSuccess();
+    const std::size_t most = std::max(wanted.size(), made.size());
     std::size_t i = 0;
-    while (At(wanted, i) == At(made, i))
+    while (i < most && At(wanted, i).call == At(made, i))
         ++i;
-    ::testing::AssertionResult failure = ::testing::AssertionFailure();
-    failure << "call " << i + 1 << " of " << made.size() << ": expected " << At(wanted, i)
-            << ", made " << At(made, i) << "\nbefore it:";
-    for (std::size_t j = i < 5 ? 0 : i - 5; j < i; ++j)
-        failure << "\n    " << made[j];
-    failure << "\nfrom it on:";
-    for (std::size_t j = i; j < std::min(i + 8, made.size()); ++j)
-        failure << "\n    " << made[j];
-    return failure;
+    if (i == most)
+        return ::testing::AssertionSuccess();
+    const auto& [call, step] = At(wanted, i);
+    const std::string before = Lines(made, i < 5 ? 0 : i - 5, i);
+    const std::string after = Lines(made, i, i + 8);
+    return ::testing::AssertionFailure()
+           << "call " << i + 1 << " of " << made.size()
+           << (step.empty() ? "" : ", \"" + step + "\"") << ": expected " << call << ", made "
+           << At(made, i) << "\nbefore it:" << before << "\nfrom it on:" << after
+           << Legend(call + before + after);
 }
 
 std::string Size(int width, int height) {
@@ -105,11 +142,19 @@ void Calls::TearDown() {
 }
 
 ::testing::AssertionResult Calls::MadeLast(const std::string& expected) {
-    const std::vector<std::string> wanted = CallsOf(expected);
+    const std::vector<Expected> wanted = CallsOf(expected);
     std::vector<std::string> made = gl.Take();
     if (made.size() > wanted.size())
         made.erase(made.begin(), made.end() - static_cast<std::ptrdiff_t>(wanted.size()));
     return Compare(wanted, made);
+}
+
+std::vector<std::string> Calls::Labels() {
+    std::vector<std::string> labels;
+    for (const Recorder::Object& object : gl.Objects())
+        if (const std::string& label = Vell::LabelOf(object.kind, object.name); !label.empty())
+            labels.push_back(label);
+    return labels;
 }
 
 std::string Calls::NewTarget(const std::string& label) {
@@ -119,10 +164,10 @@ std::string Calls::NewTarget(const std::string& label) {
            glGetError()
            )" +
            "glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, " +
-           label + ")\nglGetError()\n" + "glGenTextures(1, " + label + " colour)\n" +
-           AllocateColour(label, 256, 256) + FilterAndClamp("GL_LINEAR") + "glGenTextures(1, " +
-           label + " depth)\n" + AllocateDepth(label, 256, 256, "GL_FLOAT") +
-           FilterAndClamp("GL_NEAREST") +
+           label + ")\nglGetError()\n" + "-- the target's colour and depth\n" +
+           "glGenTextures(1, " + label + " colour)\n" + AllocateColour(label, 256, 256) +
+           FilterAndClamp("GL_LINEAR") + "glGenTextures(1, " + label + " depth)\n" +
+           AllocateDepth(label, 256, 256, "GL_FLOAT") + FilterAndClamp("GL_NEAREST") +
            "glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE)\n";
 }
 

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 /// A test that compares what the engine calls with what it has to call.
 ///
@@ -21,8 +22,9 @@ protected:
 
     /// Whether exactly these calls were made since the last question, or since the test began.
     ///
-    /// One call a line, or several with semicolons in between. Empty lines, and lines that begin
-    /// with "--", which name the step, do not count.
+    /// One call a line, or several with semicolons in between. Empty lines do not count. A line
+    /// that begins with "--" says in words what happens from there on; when a call after it
+    /// differs, the failure names it.
     static ::testing::AssertionResult Made(const std::string& expected);
 
     /// Whether the last of the calls were exactly these.
@@ -30,6 +32,9 @@ protected:
 
     /// Forgets the calls made so far.
     static void Forget() { gl.Take(); }
+
+    /// What the engine calls the objects made in this test, as far as they have labels.
+    static std::vector<std::string> Labels();
 
     // Sequences that stand in many others.
 

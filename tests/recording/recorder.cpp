@@ -84,6 +84,23 @@ std::string Recorder::LabelOf(const std::string& space, GLuint name) const {
     return "unknown";
 }
 
+std::vector<Recorder::Object> Recorder::Objects() const {
+    using Vell::ObjectKind;
+    const std::map<std::string, ObjectKind> kindOf = {{"texture", ObjectKind::texture},
+                                                      {"framebuffer", ObjectKind::framebuffer},
+                                                      {"renderbuffer", ObjectKind::renderbuffer},
+                                                      {"buffer", ObjectKind::buffer},
+                                                      {"list", ObjectKind::list},
+                                                      {"object", ObjectKind::shader}};
+    std::vector<Object> objects;
+    for (const auto& [object, label] : labels) {
+        const auto& [space, name] = object;
+        const bool isProgram = space == "object" && kinds.count(name) == 0;
+        objects.push_back({isProgram ? ObjectKind::program : kindOf.at(space), name, label});
+    }
+    return objects;
+}
+
 std::string Recorder::UniformAt(GLint location) const {
     if (location == -1)
         return "-1";

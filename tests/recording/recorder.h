@@ -2,6 +2,8 @@
 
 #include "tests/recording/matrixstack.h"
 
+#include "engine/core/labels.h"
+
 #include <map>
 #include <set>
 #include <span>
@@ -57,6 +59,14 @@ public:
     const std::vector<unsigned char>& Pixels() const { return pixels; }
     /// Text that the shader object of that label was given.
     const std::string& Source(const std::string& object) { return sources[object]; }
+
+    /// An object that was made since Reset(), deleted or not.
+    struct Object {
+        Vell::ObjectKind kind;
+        GLuint name;
+        std::string label; ///< as calls are written with it
+    };
+    std::vector<Object> Objects() const;
 
     MatrixStacks matrices;
 

@@ -3,6 +3,7 @@
 #include "tests/recording/calls.h"
 
 #include "engine/core/GLExtensions.h"
+#include "engine/core/labels.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest-spi.h>
@@ -38,6 +39,46 @@ TEST_F(Recording, Asks_for_every_single_call) {
     glEnable(GL_BLEND);
     EXPECT_THAT(MessageOf(Made("glDisable(GL_BLEND)")),
                 ::testing::HasSubstr("expected glDisable(GL_BLEND), made glEnable(GL_BLEND)"));
+}
+
+TEST_F(Recording, Says_in_words_what_happens_where_a_call_differs) {
+    const std::string expected = R"(
+        glDisable(GL_BLEND)
+        -- mirror
+        glScalef(1, -1, 1)
+        -- clip what lies below
+        glEnable(GL_CLIP_PLANE0); glDepthMask(GL_FALSE)
+        )";
+    const auto make = [&](int calls, float y) {
+        glDisable(GL_BLEND);
+        glScalef(1, y, 1);
+        if (calls > 2)
+            glEnable(GL_CLIP_PLANE0);
+        return MessageOf(Made(expected));
+    };
+    EXPECT_THAT(make(3, 2), ::testing::HasSubstr("call 2 of 3, \"mirror\": expected glScalef"));
+    EXPECT_THAT(make(2, -1),
+                ::testing::HasSubstr("call 3 of 2, \"clip what lies below\": expected glEnable"));
+    EXPECT_THAT(make(3, -1), ::testing::HasSubstr("call 4 of 3, \"clip what lies below\": "));
+    glBlendFunc(GL_ONE, GL_ONE);
+    EXPECT_THAT(MessageOf(Made("")), ::testing::StartsWith("call 1 of 1: expected nothing more"));
+}
+
+TEST_F(Recording, Says_what_the_engine_calls_the_objects_where_a_call_differs) {
+    GLuint textures[2] = {};
+    glGenTextures(2, textures);
+    Vell::Label(Vell::ObjectKind::texture, textures[0], "waves");
+    Vell::Label(Vell::ObjectKind::texture, textures[1], "clouds");
+    Forget();
+    glBindTexture(GL_TEXTURE_2D, textures[1]);
+    const std::string message = MessageOf(Made(""));
+    EXPECT_THAT(message, ::testing::HasSubstr("texture 2 is the engine's \"clouds\""));
+    EXPECT_THAT(message, ::testing::Not(::testing::HasSubstr("waves")));
+    glBindTexture(GL_TEXTURE_2D, textures[1]);
+    EXPECT_THAT(MessageOf(Made("glBindTexture(GL_TEXTURE_2D, texture 1)")),
+                ::testing::HasSubstr("texture 1 is the engine's \"waves\""));
+    for (const GLuint texture : textures)
+        Vell::Unlabel(Vell::ObjectKind::texture, texture);
 }
 
 TEST_F(Recording, Fails_on_a_call_without_a_context) {

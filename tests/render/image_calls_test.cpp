@@ -2,6 +2,7 @@
 
 #include "tests/recording/calls.h"
 
+#include "engine/core/labels.h"
 #include "engine/render/image.h"
 
 #include <gmock/gmock.h>
@@ -10,6 +11,8 @@
 
 using ::testing::ElementsAre;
 using Vell::Image;
+using Vell::LabelOf;
+using Vell::ObjectKind;
 
 namespace {
 
@@ -137,6 +140,27 @@ TEST_F(ImageCalls, Shared_image_loads_nothing_and_uploads_with_format_0) {
     EXPECT_TRUE(Made("glBindTexture(GL_TEXTURE_2D, texture 1)\n" + Upload("0")));
     second.reset();
     EXPECT_TRUE(Made(""));
+}
+
+TEST_F(ImageCalls, Label_is_the_path_and_is_shared_with_the_texture_until_its_owner_ends) {
+    WritePng("label.png", 2, 1, 3, twoPixels);
+    std::optional<Image> first(std::in_place);
+    first->Load("label.png");
+    std::optional<Image> second(std::in_place);
+    second->Load("label.png");
+    const GLuint texture = second->GetID();
+    EXPECT_EQ(LabelOf(ObjectKind::texture, texture), "label.png");
+    second.reset();
+    EXPECT_EQ(LabelOf(ObjectKind::texture, texture), "label.png");
+    first.reset();
+    EXPECT_EQ(LabelOf(ObjectKind::texture, texture), "");
+}
+
+TEST_F(ImageCalls, Label_is_the_path_also_without_the_registry) {
+    WritePng("direct.png", 2, 1, 3, twoPixels);
+    Image image;
+    image.LoadPNG("direct.png");
+    EXPECT_EQ(LabelOf(ObjectKind::texture, image.GetID()), "direct.png");
 }
 
 TEST_F(ImageCalls, Binding_binds_on_the_active_unit) {

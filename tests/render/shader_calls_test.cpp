@@ -7,8 +7,12 @@
 #include "engine/render/shader.h"
 #include "tests/support/log_page.h"
 
+#include <gmock/gmock.h>
+
 #include <optional>
 
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
 using Vell::Shader;
 
 namespace {
@@ -38,11 +42,11 @@ protected:
     // The steps of building, each with what it is called with.
 
     static std::string Create() {
-        return "-- 3. both objects\n"
+        return "-- both objects\n"
                "glCreateShaderObject(GL_VERTEX_SHADER)\n"
                "glCreateShaderObject(GL_FRAGMENT_SHADER)\n";
     }
-    // 4.
+    // a text for each
     static std::string GiveVertex() {
         return "glShaderSource(vertex 1, 1, \"void main() { vertex() }\", 0)\n";
     }
@@ -50,19 +54,19 @@ protected:
         return "glShaderSource(fragment 1, 1, \"void main() { fragment() }\", 0)\n";
     }
     static std::string Compile() {
-        return "-- 5.\n"
+        return "-- compiled\n"
                "glCompileShader(vertex 1)\n"
                "glCompileShader(fragment 1)\n";
     }
     static std::string AskVertex() {
-        return "-- 6.\nglGetObjectParameteriv(vertex 1, GL_COMPILE_STATUS)\n";
+        return "-- vertex status\nglGetObjectParameteriv(vertex 1, GL_COMPILE_STATUS)\n";
     }
     static std::string AskFragment() {
-        return "-- 7.\nglGetObjectParameteriv(fragment 1, GL_COMPILE_STATUS)\n";
+        return "-- fragment status\nglGetObjectParameteriv(fragment 1, GL_COMPILE_STATUS)\n";
     }
     static std::string Link() {
         return R"(
-            -- 8. the program stays in use
+            -- linked; the program stays in use
             glCreateProgramObject()
             glAttachObject(program 1, vertex 1)
             glAttachObject(program 1, fragment 1)
@@ -286,6 +290,45 @@ TEST_F(ShaderCalls, Each_sharer_deletes_the_handles) {
             )"));
         EXPECT_EQ(ReadLogRows().back(), (LogRow{"Shader", "FREE", "shared.vert shared.frag"}));
     }
+}
+
+TEST_F(ShaderCalls, Labels_are_the_paths_also_for_a_sharer) {
+    const struct {
+        const char* vertex;
+        const char* fragment;
+        const char* label;
+    } pairs[] = {{"one.vert", "one.frag", "one.vert and .frag"},
+                 {"two.vert", "other.frag", "two.vert and other.frag"},
+                 {"long.vert", "long.two.frag", "long.vert and long.two.frag"},
+                 {"bare", "bare.frag", "bare and bare.frag"}};
+    for (const auto& [vertex, fragment, label] : pairs) {
+        WriteFile(vertex, plainVertex);
+        WriteFile(fragment, plainFragment);
+        Shader shader;
+        Shader sharer;
+        shader.Load(vertex, fragment);
+        sharer.Load(vertex, fragment);
+        EXPECT_THAT(Labels(), UnorderedElementsAre(vertex, fragment, label));
+    }
+    EXPECT_THAT(Labels(), IsEmpty());
+}
+
+TEST_F(ShaderCalls, Labels_of_a_program_from_memory_are_its_owner_s_word) {
+    Shader shader;
+    shader.LoadToChar(plainVertex, plainFragment);
+    EXPECT_THAT(Labels(), UnorderedElementsAre("program from memory", "program from memory, vertex",
+                                               "program from memory, fragment"));
+    shader.SetLabel("glass");
+    EXPECT_THAT(Labels(), UnorderedElementsAre("glass", "glass, vertex", "glass, fragment"));
+    EXPECT_TRUE(MadeLast("glUseProgramObject(program 1)")); // a label is no call
+}
+
+TEST_F(ShaderCalls, Labels_are_also_on_what_did_not_compile) {
+    gl.refused = {GL_FRAGMENT_SHADER};
+    Shader shader;
+    shader.LoadToChar(plainVertex, plainFragment);
+    shader.SetLabel("glass");
+    EXPECT_THAT(Labels(), UnorderedElementsAre("glass, vertex", "glass, fragment"));
 }
 
 TEST_F(ShaderCalls, Uniforms_are_looked_up_on_every_sending) {
