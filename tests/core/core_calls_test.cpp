@@ -56,13 +56,13 @@ protected:
     /// Start-up on an 800 x 600 screen up to the first entry point, then the fetching of the first
     /// `count` entry points.
     static std::string StartUp(std::size_t count) {
-        std::string calls = "-- 1. the screen\n"
+        std::string calls = "-- the screen\n"
                             "glViewport(0, 0, 800, 600)\n" +
-                            Projection("70", "1") + "-- 2. depth\n" + "glEnable(GL_DEPTH_TEST)\n";
+                            Projection("70", "1") + "-- depth\n" + "glEnable(GL_DEPTH_TEST)\n";
         for (const RecordedGroup& group : RecordedGroups()) {
             if (count == 0)
                 break;
-            calls += "-- 3. " + group.extension + "\nglGetString(GL_EXTENSIONS)\n";
+            calls += "-- " + group.extension + "\nglGetString(GL_EXTENSIONS)\n";
             for (std::size_t i = 0; i < group.names.size() && count > 0; ++i, --count)
                 calls += "glXGetProcAddress(" + group.names[i] + ")\n";
         }

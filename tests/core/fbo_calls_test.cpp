@@ -26,7 +26,7 @@ protected:
 TEST_F(FboCalls, Construction_makes_renderbuffer_colour_and_depth) {
     const FBO target;
     EXPECT_TRUE(Made(R"(
-        -- 2. framebuffer and renderbuffer; attached to whatever framebuffer is bound
+        -- framebuffer and renderbuffer; attached to whatever framebuffer is bound
         glGenFramebuffersEXT(1, target)
         glGenRenderbuffersEXT(1, target)
         glBindRenderbufferEXT(GL_RENDERBUFFER, target)
@@ -35,7 +35,7 @@ TEST_F(FboCalls, Construction_makes_renderbuffer_colour_and_depth) {
         glGetError()
         glFramebufferRenderbufferEXT(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, GL_RENDERBUFFER, target)
         glGetError()
-        -- 3. colour
+        -- colour
         glGenTextures(1, target colour)
         glBindTexture(GL_TEXTURE_2D, target colour)
         glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 256, 256, 0, GL_RGBA, GL_UNSIGNED_BYTE, 0)
@@ -43,7 +43,7 @@ TEST_F(FboCalls, Construction_makes_renderbuffer_colour_and_depth) {
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR)
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE)
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE)
-        -- 4. depth
+        -- depth
         glGenTextures(1, target depth)
         glBindTexture(GL_TEXTURE_2D, target depth)
         glTexImage2D(GL_TEXTURE_2D, 0, GL_DEPTH_COMPONENT24, 256, 256, 0, GL_DEPTH_COMPONENT, GL_FLOAT, 0)

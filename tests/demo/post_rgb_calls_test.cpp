@@ -21,10 +21,11 @@ TEST_F(SplitCalls, Sends_its_offset_with_every_picture) {
     split.SetOffset(0.75f);
     EXPECT_TRUE(Made(""));
     split.Process(in.get(), out.get());
-    EXPECT_TRUE(Made("-- 1.\n" + EnableTarget("out", 640, 480) + "glUseProgramObject(split)\n" +
-                     Send("split", "offset", "1f", "0.75") + "-- 2.\n" + UnitOn(0) +
-                     BindTexture("in colour") + "-- 3.\n" + Quad() + "-- 4.\n" +
-                     "glDisable(GL_TEXTURE_2D)\nglUseProgramObject(0)\n" + DisableTarget()));
+    EXPECT_TRUE(Made("-- target and program\n" + EnableTarget("out", 640, 480) +
+                     "glUseProgramObject(split)\n" + Send("split", "offset", "1f", "0.75") +
+                     "-- picture\n" + UnitOn(0) + BindTexture("in colour") + "-- quad\n" + Quad() +
+                     "-- as it was found\n" + "glDisable(GL_TEXTURE_2D)\nglUseProgramObject(0)\n" +
+                     DisableTarget()));
 }
 
 TEST_F(SplitCalls, Ends_with_its_shader) {

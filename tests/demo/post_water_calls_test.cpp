@@ -20,10 +20,11 @@ TEST_F(RippleCalls, Sends_its_time_with_every_picture) {
                      "glUseProgramObject(0)\n"));
     SetFakeTime(1.5); // made at 0
     ripple.Process(in.get(), out.get());
-    EXPECT_TRUE(Made("-- 1.\n" + EnableTarget("out", 640, 480) + "glUseProgramObject(ripple)\n" +
-                     Send("ripple", "time", "1f", "1.5") + UnitOn(0) + BindTexture("in colour") +
-                     Quad() + "glDisable(GL_TEXTURE_2D)\nglUseProgramObject(0)\n" + "-- 3.\n" +
-                     DisableTarget()));
+    EXPECT_TRUE(Made("-- picture under the program\n" + EnableTarget("out", 640, 480) +
+                     "glUseProgramObject(ripple)\n" + Send("ripple", "time", "1f", "1.5") +
+                     UnitOn(0) + BindTexture("in colour") + Quad() +
+                     "glDisable(GL_TEXTURE_2D)\nglUseProgramObject(0)\n" +
+                     "-- back to the screen\n" + DisableTarget()));
 }
 
 TEST_F(RippleCalls, Copies_without_a_shader_when_it_is_switched_off) {
@@ -31,9 +32,9 @@ TEST_F(RippleCalls, Copies_without_a_shader_when_it_is_switched_off) {
     ripple.SetEnable(false);
     Forget();
     ripple.Process(in.get(), out.get());
-    EXPECT_TRUE(Made("-- 2.\n" + EnableTarget("out", 640, 480) + UnitOn(0) +
-                     BindTexture("in colour") + Quad() + "glDisable(GL_TEXTURE_2D)\n" + "-- 3.\n" +
-                     DisableTarget()));
+    EXPECT_TRUE(Made("-- picture without a program\n" + EnableTarget("out", 640, 480) + UnitOn(0) +
+                     BindTexture("in colour") + Quad() + "glDisable(GL_TEXTURE_2D)\n" +
+                     "-- back to the screen\n" + DisableTarget()));
 }
 
 TEST_F(RippleCalls, Ends_with_its_shader) {

@@ -106,11 +106,11 @@ protected:
 };
 
 const std::vector<std::string> script = {
-    // 1. the city's material: linked, then enabled for its samplers
+    // the city's material: linked, then enabled for its samplers
     "glUseProgramObject(city)", "glUseProgramObject(city)", "glUniform1i(texture0, 0)",
     "glUniform1i(texture1, 1)", "glUniform1i(texture2, 2)", "glUniform1i(texture3, 3)",
     "glUniform1i(lightmap, 6)", "glUseProgramObject(0)",
-    // 2. the wisps' material, which the green one makes and all three set
+    // the wisps' material, which the green one makes and all three set
     "glUseProgramObject(wisp)", "glUseProgramObject(wisp)", "glUniform1i(texture0, 0)",
     "glUniform1i(texture1, 1)", "glUniform1i(texture2, 2)", "glUniform1i(texture3, 3)",
     "glUniform1i(lightmap, 6)", "glUseProgramObject(0)", //
@@ -120,15 +120,15 @@ const std::vector<std::string> script = {
     "glUseProgramObject(wisp)", "glUniform1i(texture0, 0)", "glUniform1i(texture1, 1)",
     "glUniform1i(texture2, 2)", "glUniform1i(texture3, 3)", "glUniform1i(lightmap, 6)",
     "glUseProgramObject(0)",
-    // 3. the lights
+    // the lights
     "glUseProgramObject(city)", "glUniform3f(posred, 0, 1000, 1)",
     "glUniform3f(posgreen, 0, 1000, 0)", "glUniform3f(posblue, 0, 1000, 0)",
     "glUseProgramObject(0)",
-    // 5. the sky
+    // the sky
     "glGenTextures(1, xpos)", "glGenTextures(1, xneg)", "glGenTextures(1, ypos)",
     "glGenTextures(1, yneg)", "glGenTextures(1, zpos)", "glGenTextures(1, zneg)",
     "glNewList(list 1, GL_COMPILE)",
-    // 6. the water: made with its defaults ...
+    // the water: made with its defaults ...
     "glGenTextures(1, reflection colour)", "glGenTextures(1, reflection depth)",
     "glGenTextures(1, refraction colour)", "glGenTextures(1, refraction depth)",
     "glUseProgramObject(water)", "glUseProgramObject(water)", "glUniform1i(noiseMap, 0)",
@@ -144,9 +144,9 @@ const std::vector<std::string> script = {
     "glUseProgramObject(water)", "glUniform1f(deform, 0.02)", "glUseProgramObject(0)",
     "glUseProgramObject(water)", "glUniform2f(uvrep, 10, 10)", "glUseProgramObject(0)",
     "glUseProgramObject(water)", "glUniform2f(speed, 0.01, 0)", "glUseProgramObject(0)",
-    // 8. the logo
+    // the logo
     "glGenTextures(1, logo)",
-    // 9. the field of view
+    // the field of view
     "gluPerspective(25, 1, 0.10000000149011612, 25000)"};
 
 } // namespace
@@ -155,9 +155,9 @@ TEST_F(SceneLife, Builds_its_effects_then_follows_the_script_then_frees_all_but_
     if (DemoDataIsReal())
         GTEST_SKIP() << "needs meshes and pictures whose objects are known";
     auto scene = std::make_unique<Scene1>();
-    EXPECT_TRUE(Made("-- 2.\n" + Manager() + "-- 4.\n" + Bloom() +
-                     SetUniform("threshold", "threshold", "0") + "-- 5.\n" + OneSampler("split") +
-                     "-- 6.\n" + OneSampler("ripple")));
+    EXPECT_TRUE(Made("-- the scene manager\n" + Manager() + "-- bloom\n" + Bloom() +
+                     SetUniform("threshold", "threshold", "0") + "-- colour split\n" +
+                     OneSampler("split") + "-- ripple\n" + OneSampler("ripple")));
     scene->Load();
     EXPECT_THAT(Landmarks(), ElementsAreArray(script));
     scene.reset();

@@ -40,16 +40,19 @@ protected:
 
 TEST_F(ShadowCalls, Construction_builds_both_shaders_and_sizes_both_buffers) {
     const auto shadow = Make();
-    EXPECT_TRUE(Made(
-        "-- 1.\n" + NewTarget("light") + NewTarget("shadow") + "-- 2.\n" + NewProgram("shadows") +
-        "glUseProgramObject(shadows)\n" + Send("shadows", "texture0", "1i", "0") +
-        Send("shadows", "lightbuffer", "1i", "6") + Send("shadows", "pass", "1i", "1") +
-        Send("shadows", "offset", "1f", "0.0009765625") + "glUseProgramObject(0)\n" + "-- 3.\n" +
-        NewProgram("composite") + "glUseProgramObject(composite)\n" +
-        Send("composite", "texture0", "1i", "0") + Send("composite", "depthmap", "1i", "1") +
-        Send("composite", "offset", "1f", "0.01") + Send("composite", "intensity", "1f", "0.5") +
-        "glUseProgramObject(0)\n" + "-- 4.\n" + SizeTarget("shadow", 640, 480) + "-- 5.\n" +
-        SizeTarget("light", 1024, 1024) + SetUniform("shadows", "offset", "1f", "0.0009765625")));
+    EXPECT_TRUE(
+        Made("-- both buffers\n" + NewTarget("light") + NewTarget("shadow") +
+             "-- the program of the shadow pass\n" + NewProgram("shadows") +
+             "glUseProgramObject(shadows)\n" + Send("shadows", "texture0", "1i", "0") +
+             Send("shadows", "lightbuffer", "1i", "6") + Send("shadows", "pass", "1i", "1") +
+             Send("shadows", "offset", "1f", "0.0009765625") + "glUseProgramObject(0)\n" +
+             "-- the program of the composite\n" + NewProgram("composite") +
+             "glUseProgramObject(composite)\n" + Send("composite", "texture0", "1i", "0") +
+             Send("composite", "depthmap", "1i", "1") + Send("composite", "offset", "1f", "0.01") +
+             Send("composite", "intensity", "1f", "0.5") + "glUseProgramObject(0)\n" +
+             "-- the shadow buffer as large as the screen\n" + SizeTarget("shadow", 640, 480) +
+             "-- the light buffer at its default size\n" + SizeTarget("light", 1024, 1024) +
+             SetUniform("shadows", "offset", "1f", "0.0009765625")));
 }
 
 TEST_F(ShadowCalls, Setters_send_at_once_whatever_they_are_given) {
@@ -75,16 +78,16 @@ TEST_F(ShadowCalls, Light_is_captured_between_two_pushes) {
     const auto shadow = Made1024();
     shadow->SetLight(vec3(1, 2, 3), vec3(4, 5, 6));
     EXPECT_TRUE(Made(R"(
-        -- 2. 640 / 480 = 1
+        -- the light's projection: 640 / 480 = 1
         glMatrixMode(GL_PROJECTION); glPushMatrix(); glLoadIdentity()
         gluPerspective(120, 1, 1, 25000)
-        -- 3.
+        -- the light's view
         glMatrixMode(GL_MODELVIEW); glPushMatrix(); glLoadIdentity()
         gluLookAt(1, 2, 3, 4, 5, 6, 0, 1, 0)
-        -- 4.
+        -- both matrices read back
         glGetFloatv(GL_MODELVIEW_MATRIX)
         glGetFloatv(GL_PROJECTION_MATRIX)
-        -- 5.
+        -- as it was found
         glMatrixMode(GL_PROJECTION); glPopMatrix()
         glMatrixMode(GL_MODELVIEW); glPopMatrix()
         )"));
@@ -103,12 +106,13 @@ TEST_F(ShadowCalls, Light_pass_draws_depth_only) {
     shadow->SetLight(vec3(1, 2, 3), vec3(4, 5, 6));
     Forget();
     shadow->BeginLightDraw();
-    EXPECT_TRUE(Made("-- 1.\n" + EnableTarget("light", 1024, 1024) + R"(
+    EXPECT_TRUE(
+        Made("-- the light buffer, without colour\n" + EnableTarget("light", 1024, 1024) + R"(
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE)
-        -- 2.
+        -- the light's projection
         glMatrixMode(GL_PROJECTION); glPushMatrix(); glLoadIdentity()
         gluPerspective(120, 1, 1, 25000)
-        -- 3. without the identity
+        -- the light's view, without the identity
         glMatrixMode(GL_MODELVIEW); glPushMatrix()
         gluLookAt(1, 2, 3, 4, 5, 6, 0, 1, 0)
         )"));
@@ -127,16 +131,16 @@ TEST_F(ShadowCalls, Shadow_map_is_bound_with_the_lights_matrices_as_they_were_re
     shadow->SetLight(vec3(1, 2, 3), vec3(1, 2, 2));
     Forget();
     shadow->BindShadowMap();
-    EXPECT_TRUE(Made("-- 1.\n" + EnableTarget("shadow", 640, 480) + R"(
+    EXPECT_TRUE(Made("-- the shadow buffer\n" + EnableTarget("shadow", 640, 480) + R"(
         glUseProgramObject(shadows)
-        -- 2.
+        -- the look-up matrix
         glMatrixMode(GL_TEXTURE)
         glTranslated(0.5, 0.5, 0.5)
         glScaled(0.5, 0.5, 0.5)
         glMultMatrixf(0.57735026 0 0 0 0 0.57735026 0 0 0 0 -1.00008 -1 0 0 -2.00008 0)
         glMultMatrixf(1 0 0 0 0 1 0 0 0 0 1 0 -1 -2 -3 1)
         glMatrixMode(GL_MODELVIEW)
-        -- 3. unit 6 stays active
+        -- the light buffer's depth: unit 6 stays active
         glActiveTexture(GL_TEXTURE6); glEnable(GL_TEXTURE_2D)
         glBindTexture(GL_TEXTURE_2D, light depth)
         )"));
@@ -157,23 +161,23 @@ TEST_F(ShadowCalls, Composite_blends_the_shadow_over_the_scene) {
     Forget();
     shadow->Draw(&scene);
     EXPECT_TRUE(Made(R"(
-        -- 1.
+        -- a unit square
         glMatrixMode(GL_PROJECTION); glPushMatrix(); glLoadIdentity()
         glOrtho(0, 1, 0, 1, -1, 1)
         glMatrixMode(GL_MODELVIEW); glPushMatrix(); glLoadIdentity()
-        -- 2.
+        -- mixed over the scene by alpha
         glDisable(GL_DEPTH_TEST)
         glUseProgramObject(composite)
         glEnable(GL_BLEND)
         glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)
-        -- 3.
+        -- the shadow and the scene's depth
         glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
         glBindTexture(GL_TEXTURE_2D, shadow colour)
         glActiveTexture(GL_TEXTURE1); glEnable(GL_TEXTURE_2D)
         glBindTexture(GL_TEXTURE_2D, scene depth)
-        -- 4.
+        -- the quad
         glInterleavedArrays(GL_T2F_V3F, 0, memory); glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
-        -- 5.
+        -- as it was found
         glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
         glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
         glEnable(GL_DEPTH_TEST)

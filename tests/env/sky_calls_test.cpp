@@ -91,16 +91,17 @@ protected:
             glMultiTexCoord2f(GL_TEXTURE0, 0, 1); glVertex3f(1000, 1000, -1000)
             glMultiTexCoord2f(GL_TEXTURE0, 1, 1); glVertex3f(1000, 1000, 1000)
             )"};
-        std::string calls =
-            "-- 2.\nglGenLists(1); glNewList(list 1, GL_COMPILE)\n-- 3.\n" + UnitOn(0);
+        std::string calls = "-- the list begins\nglGenLists(1); glNewList(list 1, GL_COMPILE)\n-- "
+                            "each face by its picture\n" +
+                            UnitOn(0);
         for (std::size_t i = 0; i < faces.size(); ++i)
             calls +=
                 BindTexture(faces[i]) + "glBegin(GL_TRIANGLE_STRIP)\n" + strips[i] + "glEnd()\n";
-        return calls + "-- 4.\nglDisable(GL_TEXTURE_2D); glEndList()\n";
+        return calls + "-- the list ends\nglDisable(GL_TEXTURE_2D); glEndList()\n";
     }
 
     static std::string Init(const std::vector<std::string>& faces) {
-        std::string calls = "-- 1.\n";
+        std::string calls = "-- no seams between the faces\n";
         for (const std::string& face : faces)
             calls += ClampFace(face);
         return calls + Record(faces);
@@ -142,16 +143,16 @@ TEST_F(SkyCalls, Drawn_around_the_camera_without_depth) {
     for (const auto& [eye, reflection, place] : cases) {
         Draw(sky, eye, reflection);
         EXPECT_TRUE(Made(R"(
-            -- 1.
+            -- matrix kept
             glPushMatrix()
-            -- 3.
+            -- round the camera
             glTranslatef()" +
                          std::string(place) + R"()
-            -- 4.
+            -- behind everything
             glDepthMask(GL_FALSE)
             glCallList(list 1)
             glDepthMask(GL_TRUE)
-            -- 6.
+            -- matrix back
             glPopMatrix()
             )"));
     }
@@ -168,19 +169,19 @@ TEST_F(SkyCalls, Mirrored_in_the_reflection_and_not_clipped) {
     for (const auto& [height, place] : cases) {
         Draw(sky, vec3(1, height, 3), true);
         EXPECT_TRUE(Made(R"(
-            -- 1.
+            -- matrix kept
             glPushMatrix()
-            -- 3.
+            -- round the mirrored camera, not clipped
             glDisable(GL_CLIP_PLANE0)
             glTranslatef()" +
                          std::string(place) + R"()
-            -- 4.
+            -- behind everything
             glDepthMask(GL_FALSE)
             glCallList(list 1)
             glDepthMask(GL_TRUE)
-            -- 5.
+            -- clipped again
             glEnable(GL_CLIP_PLANE0)
-            -- 6.
+            -- matrix back
             glPopMatrix()
             )"));
     }

@@ -50,15 +50,14 @@ protected:
                              const std::string& tiles,
                              const std::string& indices = refusedIndices) {
         return R"(
-            -- 1.
+            -- height map and ground
             glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
             )" +
                BindTexture(heights) + "glActiveTexture(GL_TEXTURE1); glEnable(GL_TEXTURE_2D)\n" +
                BindTexture(ground) +
                R"(
             glUseProgramObject(terrain)
-            -- 3. without the texture coordinates that a full-screen pass leaves on; looks for errors,
-            -- and takes back the one of an index array of this type
+            -- the grid without texture coordinates; the error of its index array is taken back
             glEnableClientState(GL_VERTEX_ARRAY)
             glDisableClientState(GL_TEXTURE_COORD_ARRAY)
             glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices 0)
@@ -67,12 +66,12 @@ protected:
                R"(
             glBindBuffer(GL_ARRAY_BUFFER, grid)
             glVertexPointer(3, GL_FLOAT, 0, 0)
-            -- 4.
+            -- strips along a diagonal
             glPushMatrix()
             )" +
                tiles +
                R"(
-            -- 5.
+            -- as it was found
             glPopMatrix()
             glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0)
             glBindBuffer(GL_ARRAY_BUFFER, 0)
@@ -96,18 +95,18 @@ protected:
 
 TEST_F(TerrainCalls, Construction_builds_the_shader_and_fills_two_buffers) {
     const auto terrain = Make(3);
-    EXPECT_TRUE(Made("-- 2.\n" + NewProgram("terrain") + "glUseProgramObject(terrain)\n" +
-                     Send("terrain", "heightmap", "1i", "0") +
+    EXPECT_TRUE(Made("-- the program and its samplers\n" + NewProgram("terrain") +
+                     "glUseProgramObject(terrain)\n" + Send("terrain", "heightmap", "1i", "0") +
                      Send("terrain", "texture0", "1i", "1") + R"(
         glUseProgramObject(0)
-        -- 3.
+        -- names for the buffers
         glGenBuffers(1, grid)
         glGenBuffers(3, indices 0 indices 1 indices 2)
-        -- 4.
+        -- the grid
         glBindBuffer(GL_ARRAY_BUFFER, grid)
         glBufferData(GL_ARRAY_BUFFER, 13068, memory, GL_STATIC_DRAW)
         glBindBuffer(GL_ARRAY_BUFFER, 0)
-        -- 5.
+        -- its indices
         glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indices 0)
         glBufferData(GL_ELEMENT_ARRAY_BUFFER, 16384, memory, GL_STATIC_DRAW)
         glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0)

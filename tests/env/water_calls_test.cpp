@@ -61,30 +61,30 @@ protected:
 
     static std::string Surface(const std::string& time, const std::string& debug) {
         return R"(
-            -- 2.
+            -- matrix kept
             glPushMatrix()
-            -- 3.
+            -- normal map, reflection and refraction
             glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
             glBindTexture(GL_TEXTURE_2D, 0)
             glActiveTexture(GL_TEXTURE1); glEnable(GL_TEXTURE_2D)
             glBindTexture(GL_TEXTURE_2D, reflection colour)
             glActiveTexture(GL_TEXTURE2); glEnable(GL_TEXTURE_2D)
             glBindTexture(GL_TEXTURE_2D, refraction colour)
-            -- 4.
+            -- the program and its time
             glUseProgramObject(water)
             )" +
                Send("water", "time", "1f", time) +
                R"(
-            -- 5.
+            -- the quad
             glInterleavedArrays(GL_T2F_V3F, 0, memory); glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
-            -- 6.
+            -- program and textures off
             glUseProgramObject(0)
             glActiveTexture(GL_TEXTURE0); glDisable(GL_TEXTURE_2D)
             glActiveTexture(GL_TEXTURE1); glDisable(GL_TEXTURE_2D)
             glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
             glActiveTexture(GL_TEXTURE0)
             )" +
-               debug + "-- 8.\nglPopMatrix()\n";
+               debug + "-- matrix back\nglPopMatrix()\n";
     }
 };
 
@@ -93,13 +93,14 @@ protected:
 TEST_F(WaterCalls, Construction_sends_every_default_and_sizes_both_targets) {
     const auto water = Make();
     EXPECT_TRUE(
-        Made("-- 1.\n" + NewTarget("reflection") + NewTarget("refraction") + "-- 2.\n" +
-             NewProgram("water") + "glUseProgramObject(water)\n" +
-             Send("water", "noiseMap", "1i", "0") + Send("water", "reflectionMap", "1i", "1") +
-             Send("water", "refractionMap", "1i", "2") + Send("water", "shadowmap", "1i", "6") +
-             Send("water", "taille", "1f", "0.005") + "glUseProgramObject(0)\n" + "-- 4.\n" +
-             SetUniform("blend", "1f", "0.5") + SetUniform("deform", "1f", "0.035") +
-             SetUniform("speed", "2f", "1, 1") + SetUniform("uvrep", "2f", "1, 1") + "-- 6.\n" +
+        Made("-- both targets\n" + NewTarget("reflection") + NewTarget("refraction") +
+             "-- the program and its samplers\n" + NewProgram("water") +
+             "glUseProgramObject(water)\n" + Send("water", "noiseMap", "1i", "0") +
+             Send("water", "reflectionMap", "1i", "1") + Send("water", "refractionMap", "1i", "2") +
+             Send("water", "shadowmap", "1i", "6") + Send("water", "taille", "1f", "0.005") +
+             "glUseProgramObject(0)\n" + "-- every default\n" + SetUniform("blend", "1f", "0.5") +
+             SetUniform("deform", "1f", "0.035") + SetUniform("speed", "2f", "1, 1") +
+             SetUniform("uvrep", "2f", "1, 1") + "-- both targets sized and clamped\n" +
              SizeAndClamp("reflection") + SizeAndClamp("refraction")));
 }
 
@@ -135,15 +136,15 @@ TEST_F(WaterCalls, Reflection_is_mirrored_and_clipped_only_above_the_surface) {
         Forget();
         water->BeginReflection(camera);
         const std::string mirror = R"(
-            -- 3.
+            -- mirror before the clip plane
             glScalef(1, -1, 1)
             glClipPlane(GL_CLIP_PLANE0, 0 1 0 0)
             glEnable(GL_CLIP_PLANE0)
             )";
-        EXPECT_TRUE(Made("-- 1.\n" + EnableTarget("reflection", 512, 512) +
+        EXPECT_TRUE(Made("-- the target, cleared\n" + EnableTarget("reflection", 512, 512) +
                          "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); glPushMatrix()\n" +
-                         "-- 2.\ngluLookAt(" + std::string(eye) + ", 4, 5, 6, 0, 1, 0)\n" +
-                         (y > 0 ? mirror : "")));
+                         "-- the camera's view\ngluLookAt(" + std::string(eye) +
+                         ", 4, 5, 6, 0, 1, 0)\n" + (y > 0 ? mirror : "")));
         water->EndReflection();
         EXPECT_TRUE(Made("glDisable(GL_CLIP_PLANE0); glPopMatrix()\n" + DisableTarget()));
     }
@@ -183,7 +184,7 @@ TEST_F(WaterCalls, Debug_box_is_drawn_before_the_matrix_is_restored) {
     water->SetDebug(true);
     water->Draw();
     // From (0, -0.1, 0) to (1024, 0.1, 1024): centre (512, 0, 512), size = min + centre.
-    EXPECT_TRUE(Made(Surface("0", "-- 7.\n" + BlueBox("512, 0, 512", "512, -0.1, 512"))));
+    EXPECT_TRUE(Made(Surface("0", "-- the box\n" + BlueBox("512, 0, 512", "512, -0.1, 512"))));
 }
 
 TEST_F(WaterCalls, Surface_out_of_view_calls_nothing) {

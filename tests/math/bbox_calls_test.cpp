@@ -20,20 +20,20 @@ TEST_F(BoxCalls, Debug_box_is_a_wire_cube_placed_by_centre_and_size) {
     box.Set(vec3(2, 2, 2), vec3(4, 6, 8)); // centre (3, 4, 5); size = min + centre = (5, 6, 7)
     box.Draw(vec4(0.25f, 0.5f, 0.75f, 1));
     EXPECT_TRUE(Made(R"(
-        -- 2.
+        -- lines of one colour, in front of what they lie on
         glEnable(GL_POLYGON_OFFSET_LINE)
         glPolygonOffset(-1, -2)
         glColor4f(0.25, 0.5, 0.75, 1)
         glPolygonMode(GL_FRONT_AND_BACK, GL_LINE)
         glDisable(GL_TEXTURE_2D)
-        -- 3.
+        -- the cube placed and drawn
         glPushMatrix()
         glTranslatef(3, 4, 5)
         glScalef(5, 6, 7)
         glInterleavedArrays(GL_V3F, 0, memory)
         glDrawArrays(GL_QUADS, 0, 24)
         glPopMatrix()
-        -- 4.
+        -- as it was found
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)
         glDisable(GL_POLYGON_OFFSET_LINE)
         glColor4f(1, 1, 1, 1)

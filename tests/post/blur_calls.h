@@ -25,11 +25,12 @@ protected:
 
     /// The blur of `from` into `to`, both of the screen's size.
     static std::string Blurred(const std::string& from, const std::string& to, int passes) {
-        std::string calls = UnitOn(0) + "-- 1.\n" + CopyInto("first", 128, 128, from);
+        std::string calls = UnitOn(0) + "-- shrunk\n" + CopyInto("first", 128, 128, from);
         for (int pass = 0; pass < passes; ++pass)
-            calls += "-- 2.\n" + FilterInto("second", "first") + FilterInto("first", "second");
-        return calls + "-- 3.\n" + CopyInto(to, 640, 480, "first") +
-               "-- 4.\nglDisable(GL_TEXTURE_2D)\n";
+            calls += "-- back and forth\n" + FilterInto("second", "first") +
+                     FilterInto("first", "second");
+        return calls + "-- stretched\n" + CopyInto(to, 640, 480, "first") +
+               "-- texturing off\nglDisable(GL_TEXTURE_2D)\n";
     }
 
     static std::string Clamp(const std::string& target) {

@@ -63,19 +63,20 @@ TEST_F(BloomCalls, Adds_the_blurred_bright_pass) {
     bloom.SetPass(2);
     Forget();
     bloom.Process(in.get(), out.get());
-    EXPECT_TRUE(Made("-- 1. bright pass\n" + EnableTarget("out", 640, 480) +
+    EXPECT_TRUE(Made("-- the bright parts\n" + EnableTarget("out", 640, 480) +
                      "glUseProgramObject(threshold)\n" + UnitOn(0) + BindTexture("in colour") +
                      Quad() + "glDisable(GL_TEXTURE_2D)\nglUseProgramObject(0)\n" +
-                     DisableTarget() + "-- 2. glow\n" + Blurred("out", "glow", 2) + "-- 3. base\n" +
-                     UnitOn(0) + EnableTarget("out", 640, 480) + BindTexture("in colour") + Quad() +
+                     DisableTarget() + "-- the glow\n" + Blurred("out", "glow", 2) +
+                     "-- the picture itself\n" + UnitOn(0) + EnableTarget("out", 640, 480) +
+                     BindTexture("in colour") + Quad() +
                      R"(
-        -- 4. add
+        -- the glow added
         glEnable(GL_BLEND)
         glBlendFunc(GL_SRC_ALPHA, GL_ONE)
         glColor4f(1, 1, 1, 0.25)
         )" + BindTexture("glow colour") +
                      Quad() + R"(
-        -- 5. restore
+        -- as it was found
         glColor4f(1, 1, 1, 1)
         glDisable(GL_BLEND)
         )" + DisableTarget() +

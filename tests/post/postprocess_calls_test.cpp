@@ -51,11 +51,13 @@ protected:
     }
 
     static std::string End() {
-        return "-- 5.\nglDisable(GL_TEXTURE_2D)\nglEnable(GL_DEPTH_TEST)\n" + PopUnitSquare();
+        return "-- as it was found\nglDisable(GL_TEXTURE_2D)\nglEnable(GL_DEPTH_TEST)\n" +
+               PopUnitSquare();
     }
 
     static std::string Begin() {
-        return "-- 1.\n" + PushUnitSquare() + "glDisable(GL_DEPTH_TEST)\n";
+        return "-- a unit square, without depth\n" + PushUnitSquare() +
+               "glDisable(GL_DEPTH_TEST)\n";
     }
 };
 
@@ -82,16 +84,16 @@ TEST_F(ChainCalls, Empty_chain_shows_the_scene) {
     Forget();
     chain.Draw();
     EXPECT_TRUE(Made(R"(
-        -- 1.
+        -- a unit square, without depth
         glMatrixMode(GL_PROJECTION); glPushMatrix(); glLoadIdentity()
         glOrtho(0, 1, 0, 1, -1, 1)
         glMatrixMode(GL_MODELVIEW); glPushMatrix(); glLoadIdentity()
         glDisable(GL_DEPTH_TEST)
-        -- 2.
+        -- the scene
         glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
         glBindTexture(GL_TEXTURE_2D, in colour)
         glInterleavedArrays(GL_T2F_V3F, 0, memory); glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
-        -- 5.
+        -- as it was found
         glDisable(GL_TEXTURE_2D)
         glEnable(GL_DEPTH_TEST)
         glMatrixMode(GL_PROJECTION); glPopMatrix()
@@ -120,8 +122,8 @@ TEST_F(ChainCalls, Effects_alternate_between_scene_and_spare_target) {
                      (count++ % 2 == 0 ? ", scene to spare)\n" : ", spare to scene)\n");
         }
         chain.Draw();
-        EXPECT_TRUE(Made(Begin() + "-- 3.\n" + steps + "-- 4.\n" +
-                         Shown(count % 2 == 0 ? "in" : "spare") + End()))
+        EXPECT_TRUE(Made(Begin() + "-- each enabled effect in turn\n" + steps +
+                         "-- the last result\n" + Shown(count % 2 == 0 ? "in" : "spare") + End()))
             << "enabled: " << enabled;
     }
 }

@@ -72,17 +72,17 @@ protected:
     }
 
     static constexpr const char* beginArrays = R"(
-        -- 2.
+        -- alpha test
         glAlphaFunc(GL_GREATER, 0.5)
         glEnable(GL_ALPHA_TEST)
-        -- 4.
+        -- arrays on
         glEnableClientState(GL_VERTEX_ARRAY)
         glEnableClientState(GL_NORMAL_ARRAY)
         glEnableClientState(GL_TEXTURE_COORD_ARRAY)
         )";
 
     static constexpr const char* buffers = R"(
-        -- 5 c.
+        -- arrays from the buffers
         glGetString(GL_EXTENSIONS)
         glBindBuffer(GL_ARRAY_BUFFER, positions); glVertexPointer(3, GL_FLOAT, 0, 0)
         glBindBuffer(GL_ARRAY_BUFFER, normals); glNormalPointer(GL_FLOAT, 0, 0)
@@ -99,7 +99,7 @@ protected:
 
     // Whether there is a buffer to unbind is asked first.
     static constexpr const char* unbindBuffer = R"(
-        -- 6.
+        -- arrays off
         glGetString(GL_EXTENSIONS); glBindBuffer(GL_ARRAY_BUFFER, 0)
         )";
 
@@ -108,7 +108,7 @@ protected:
         glDisableClientState(GL_NORMAL_ARRAY)
         glClientActiveTexture(GL_TEXTURE1); glDisableClientState(GL_TEXTURE_COORD_ARRAY)
         glClientActiveTexture(GL_TEXTURE0); glDisableClientState(GL_TEXTURE_COORD_ARRAY)
-        -- 7.
+        -- textures and alpha test off
         glDisable(GL_ALPHA_TEST)
         glActiveTexture(GL_TEXTURE6); glDisable(GL_TEXTURE_2D)
         glActiveTexture(GL_TEXTURE2); glDisable(GL_TEXTURE_2D)
@@ -117,7 +117,7 @@ protected:
         )";
 
     static constexpr const char* noTextures = R"(
-        -- 5 a.
+        -- no textures
         glActiveTexture(GL_TEXTURE0); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
         glActiveTexture(GL_TEXTURE1); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
         glActiveTexture(GL_TEXTURE2); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)

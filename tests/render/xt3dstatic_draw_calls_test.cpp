@@ -51,33 +51,33 @@ TEST_F(MeshCalls, Everything_at_once_with_buffers) {
     SetFakeTime(2.5); // the mesh was made at 0
     Forget();
     mesh->Draw();
-    EXPECT_TRUE(Made("-- 1.\nglUseProgramObject(material)\n" +
+    EXPECT_TRUE(Made("-- material and time\nglUseProgramObject(material)\n" +
                      Send("material", "time", "1f", "2.5") + R"(
-        -- 2.
+        -- alpha test
         glAlphaFunc(GL_GREATER, 0.5)
         glEnable(GL_ALPHA_TEST)
-        -- 3.
+        -- added, writing no depth
         glEnable(GL_BLEND)
         glBlendFunc(GL_ONE, GL_ONE)
         glDepthMask(GL_FALSE)
-        -- 4.
+        -- arrays on
         glEnableClientState(GL_VERTEX_ARRAY)
         glEnableClientState(GL_NORMAL_ARRAY)
         glEnableClientState(GL_TEXTURE_COORD_ARRAY)
-        -- 5 a.
+        -- textures 0 to 2
         glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
         glActiveTexture(GL_TEXTURE1); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
         glActiveTexture(GL_TEXTURE2); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, b)
-        -- 5 b.
+        -- light map
         glActiveTexture(GL_TEXTURE6); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, light map)
         )" + buffers +
                      lightmapBuffer + triangles + unbindBuffer + endArrays + R"(
-        -- 8.
+        -- blending off
         glDisable(GL_BLEND)
         glDepthMask(GL_TRUE)
-        -- 9.
+        -- material off
         glUseProgramObject(0)
-        -- 10. from (0, 0, 0) to (2, 2, 2): centre (1, 1, 1), size = min + centre
+        -- box from (0, 0, 0) to (2, 2, 2): centre (1, 1, 1), size = min + centre
         )" + BlueBox("1, 1, 1", "1, 1, 1")));
 }
 
@@ -86,19 +86,19 @@ TEST_F(MeshCalls, Light_map_without_buffers_is_bound_but_has_no_coordinates) {
     const auto mesh = Loaded(lit, litTextures);
     mesh->Draw();
     EXPECT_TRUE(Made(std::string(beginArrays) + R"(
-        -- 5 a.
+        -- textures 0 to 2
         glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, a)
         glActiveTexture(GL_TEXTURE1); glBindTexture(GL_TEXTURE_2D, 0); glDisable(GL_TEXTURE_2D)
         glActiveTexture(GL_TEXTURE2); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, b)
-        -- 5 b.
+        -- light map
         glActiveTexture(GL_TEXTURE6); glEnable(GL_TEXTURE_2D); glBindTexture(GL_TEXTURE_2D, light map)
-        -- 5 d.
+        -- arrays in memory
         glGetString(GL_EXTENSIONS)
         glVertexPointer(3, GL_FLOAT, 0, memory)
         glNormalPointer(GL_FLOAT, 0, memory)
         glTexCoordPointer(2, GL_FLOAT, 0, memory)
         glDrawArrays(GL_TRIANGLES, 0, 3)
-        -- 6. there is no buffer to unbind
+        -- arrays off: there is no buffer to unbind
         glGetString(GL_EXTENSIONS)
         )" + endArrays));
 }

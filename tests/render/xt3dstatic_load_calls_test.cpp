@@ -21,9 +21,9 @@ std::vector<float> FloatsOf(const std::string& buffer) {
 
 TEST_F(MeshCalls, Loading_reads_the_light_map_then_textures_and_fills_four_buffers) {
     const auto mesh = Load(lit, litTextures);
-    EXPECT_TRUE(Made("-- 6.\n" + LoadTexture("light map") + "-- 7 a.\n" + LoadTexture("a") +
-                     LoadTexture("b") + R"(
-        -- 7 d.
+    EXPECT_TRUE(Made("-- light map\n" + LoadTexture("light map") + "-- textures of the sub-mesh\n" +
+                     LoadTexture("a") + LoadTexture("b") + R"(
+        -- its four buffers
         glGetString(GL_EXTENSIONS)
         glGenBuffers(1, positions)
         glGenBuffers(1, texcoords)
@@ -98,10 +98,11 @@ TEST_F(MeshCalls, Material_is_built_and_its_samplers_set) {
     const auto mesh = Loaded(plain, {});
     SetMaterial(*mesh);
     EXPECT_TRUE(
-        Made("-- 1.\n" + NewProgram("material") + "glUseProgramObject(material)\n" + "-- 2.\n" +
-             Send("material", "texture0", "1i", "0") + Send("material", "texture1", "1i", "1") +
-             Send("material", "texture2", "1i", "2") + Send("material", "texture3", "1i", "3") +
-             Send("material", "lightmap", "1i", "6") + "-- 3.\nglUseProgramObject(0)"));
+        Made("-- the program\n" + NewProgram("material") + "glUseProgramObject(material)\n" +
+             "-- its samplers\n" + Send("material", "texture0", "1i", "0") +
+             Send("material", "texture1", "1i", "1") + Send("material", "texture2", "1i", "2") +
+             Send("material", "texture3", "1i", "3") + Send("material", "lightmap", "1i", "6") +
+             "-- the program off\nglUseProgramObject(0)"));
     mesh->SetMaterialShader("other.vert", "other.frag");
     EXPECT_TRUE(Made(""));
 }

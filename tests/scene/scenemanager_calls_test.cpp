@@ -130,36 +130,39 @@ protected:
     }
 
     std::string ShadowPass(const Scene& scene) const {
-        return "-- 2.1\n" + EnableTarget("light", 256, 256) + R"(
+        return "-- shadow: into the light buffer\n" + EnableTarget("light", 256, 256) + R"(
             glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE)
             glMatrixMode(GL_PROJECTION); glPushMatrix(); glLoadIdentity()
             gluPerspective(120, 1, 1, 25000)
             glMatrixMode(GL_MODELVIEW); glPushMatrix()
             )" +
                LookThroughCamera() + // the light stands where the camera stands
-               MakePlane() + "glClear(GL_DEPTH_BUFFER_BIT)\n" + "-- 2.2\n" + Nodes("DrawShadow") +
-               "-- 2.3\n" + PopUnitSquare() + "glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE)\n" +
-               DisableTarget() + EnableTarget("shadow", 640, 480) +
-               "glUseProgramObject(shadows)\n" +
+               MakePlane() + "glClear(GL_DEPTH_BUFFER_BIT)\n" +
+               "-- shadow: depth from the light\n" + Nodes("DrawShadow") +
+               "-- shadow: from the light buffer to the shadow buffer\n" + PopUnitSquare() +
+               "glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE)\n" + DisableTarget() +
+               EnableTarget("shadow", 640, 480) + "glUseProgramObject(shadows)\n" +
                "glMatrixMode(GL_TEXTURE); glTranslated(0.5, 0.5, 0.5); glScaled(0.5, 0.5, 0.5)\n" +
                "glMultMatrixf(" + lightProjection + ")\nglMultMatrixf(" + lightModelview + ")\n" +
                "glMatrixMode(GL_MODELVIEW)\n" + UnitOn(6) + BindTexture("light depth") +
-               "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)\n" + "-- 2.4\n" +
-               LookThroughCamera() + MakePlane() + "-- 2.5\n" + Nodes("DrawShadow") +
-               (scene.water != WaterIs::absent ? Quad() : "") + "-- 2.6\n" + UnitOff(6) +
-               "glActiveTexture(GL_TEXTURE0)\n" + "glMatrixMode(GL_TEXTURE); glLoadIdentity()\n" +
-               "glMatrixMode(GL_MODELVIEW)\n" + "glUseProgramObject(0)\n" + DisableTarget();
+               "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)\n" +
+               "-- shadow: the camera's view\n" + LookThroughCamera() + MakePlane() +
+               "-- shadow: how much is shadowed\n" + Nodes("DrawShadow") +
+               (scene.water != WaterIs::absent ? Quad() : "") + "-- shadow: back to the screen\n" +
+               UnitOff(6) + "glActiveTexture(GL_TEXTURE0)\n" +
+               "glMatrixMode(GL_TEXTURE); glLoadIdentity()\n" + "glMatrixMode(GL_MODELVIEW)\n" +
+               "glUseProgramObject(0)\n" + DisableTarget();
     }
 
     std::string WaterPasses(const Scene& scene) const {
         const std::string begin = "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)\n"
                                   "glPushMatrix()\n" +
                                   LookThroughCamera();
-        return "-- 3.1\n" + EnableTarget("reflection", 512, 512) + begin + R"(
+        return "-- reflection\n" + EnableTarget("reflection", 512, 512) + begin + R"(
             glScalef(1, -1, 1); glClipPlane(GL_CLIP_PLANE0, 0 1 0 0); glEnable(GL_CLIP_PLANE0)
             )" +
                MakePlane() + SkyAndTerrains(scene, true) + Nodes("Draw") +
-               "glDisable(GL_CLIP_PLANE0); glPopMatrix()\n" + DisableTarget() + "-- 3.2\n" +
+               "glDisable(GL_CLIP_PLANE0); glPopMatrix()\n" + DisableTarget() + "-- refraction\n" +
                EnableTarget("refraction", 512, 512) + begin + MakePlane() +
                SkyAndTerrains(scene, false) + Nodes("Draw") + "glPopMatrix()\n" + DisableTarget();
     }
@@ -186,18 +189,21 @@ protected:
     }
 
     std::string MainPass(const Scene& scene) const {
-        return "-- 4.1\n" + EnableTarget("scene", 640, 480) + "-- 4.2\n" +
+        return "-- scene: its target\n" + EnableTarget("scene", 640, 480) +
+               "-- scene: cleared, under a sky only in depth\n" +
                (scene.sky ? "glClear(GL_DEPTH_BUFFER_BIT)\n"
                           : "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)\n") +
-               "-- 4.3\n" + LookThroughCamera() + MakePlane() + "-- 4.4, 4.5\n" +
-               SkyAndTerrains(scene, false) + "-- 4.6\n" +
-               (scene.water == WaterIs::inView ? Surface() : "") + "-- 4.7\n" + Nodes("Draw") +
-               "-- 4.8\n" + (scene.shadow ? Composite() : "") + "-- 4.9\n" + DisableTarget();
+               "-- scene: the camera's view\n" + LookThroughCamera() + MakePlane() +
+               "-- scene: sky and terrains\n" + SkyAndTerrains(scene, false) +
+               "-- scene: water after the terrains, before the nodes\n" +
+               (scene.water == WaterIs::inView ? Surface() : "") + "-- scene: nodes\n" +
+               Nodes("Draw") + "-- scene: shadows over it\n" + (scene.shadow ? Composite() : "") +
+               "-- scene: back to the screen\n" + DisableTarget();
     }
 
     /// One frame; `seen` is whether the water was in view in the frame before.
     std::string Frame(const Scene& scene, bool seen) const {
-        return "-- 1.\nglMatrixMode(GL_MODELVIEW); glLoadIdentity()\n" +
+        return "-- identity\nglMatrixMode(GL_MODELVIEW); glLoadIdentity()\n" +
                (scene.shadow ? ShadowPass(scene) : "") + (seen ? WaterPasses(scene) : "") +
                MainPass(scene);
     }

@@ -8,18 +8,18 @@
 class SpriteCalls : public Calls {
 protected:
     static std::string Drawing(const std::string& matrix, const std::string& picture) {
-        return "-- 1.\nglPushMatrix(); glMultMatrixf(" + matrix + ")\n" + R"(
-            -- 2.
+        return "-- its matrix\nglPushMatrix(); glMultMatrixf(" + matrix + ")\n" + R"(
+            -- its picture, without depth
             glDisable(GL_DEPTH_TEST)
             glActiveTexture(GL_TEXTURE0); glEnable(GL_TEXTURE_2D)
             )" +
                BindTexture(picture) +
                R"(
-            -- 3.
+            -- mixed by alpha
             glEnable(GL_BLEND); glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA)
-            -- 4.
+            -- its quad
             glInterleavedArrays(GL_T2F_V3F, 0, memory); glDrawArrays(GL_TRIANGLE_STRIP, 0, 4)
-            -- 5.
+            -- as it was found
             glDisable(GL_BLEND)
             glColor4f(1, 1, 1, 1)
             glEnable(GL_DEPTH_TEST)
