@@ -38,7 +38,7 @@ struct ExtensionGroup {
 };
 
 // In the order in which they are fetched; the first that fails ends it.
-const ExtensionGroup kGroups[] = {
+const ExtensionGroup groups[] = {
     {"GL_ARB_shader_objects", ARBShaderObjectProcName, ARBShaderObjectProcAddress},
     {"GL_ARB_vertex_program", ARBVertexProgramProcName, ARBVertexProgramProcAddress},
     {"GL_ARB_vertex_shader", ARBVertexShaderProcName, ARBVertexShaderProcAddress},
@@ -69,7 +69,7 @@ int InitializeGLExtension(const char* extension, const char** names, void*** poi
 }
 
 bool InitGLEXT() {
-    for (const ExtensionGroup& group : kGroups)
+    for (const ExtensionGroup& group : groups)
         if (InitializeGLExtension(group.extension, group.names, group.pointers) != 0)
             return false;
     return true;

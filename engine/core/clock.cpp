@@ -30,9 +30,9 @@ void Clock::Sleep(float seconds) const {
     if (!std::isfinite(seconds) || seconds < 1.0f)
         return;
     // Reduced to 32 bits first, so that any float converts; the product then wraps as documented.
-    constexpr double kTwoTo32 = 4294967296.0;
+    constexpr double twoTo32 = 4294967296.0;
     const double whole = std::trunc(static_cast<double>(seconds));
-    usleep(static_cast<std::uint32_t>(std::fmod(whole, kTwoTo32)) * std::uint32_t{1000000});
+    usleep(static_cast<std::uint32_t>(std::fmod(whole, twoTo32)) * std::uint32_t{1000000});
 }
 
 } // namespace Vell

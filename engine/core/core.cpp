@@ -8,8 +8,8 @@ namespace Vell {
 namespace {
 
 // The near plane is the float 0.1 widened to double, not the double 0.1.
-constexpr double kNearPlane = 0.1f;
-constexpr double kFarPlane = 25000.0;
+constexpr double nearPlane = 0.1f;
+constexpr double farPlane = 25000.0;
 
 ivec2 m_size;         // pixels
 float m_fovy = 70.0f; // degrees
@@ -18,7 +18,7 @@ float m_ratio = 0.0f; // width / height
 void RebuildProjection() {
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    gluPerspective(m_fovy, m_ratio, kNearPlane, kFarPlane);
+    gluPerspective(m_fovy, m_ratio, nearPlane, farPlane);
     glMatrixMode(GL_MODELVIEW);
 }
 

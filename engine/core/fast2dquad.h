@@ -25,10 +25,10 @@ private:
     Fast2DQuad() = default;
     ~Fast2DQuad() = default;
 
-    static constexpr int kStride = 5; ///< floats per vertex: s, t, x, y, z (GL_T2F_V3F)
+    static constexpr int stride = 5; ///< floats per vertex: s, t, x, y, z (GL_T2F_V3F)
 
     /// A triangle strip of four vertices.
-    float vertices[4 * kStride] = {
+    float vertices[4 * stride] = {
         1, 1, 1, 1, 0, //
         0, 1, 0, 1, 0, //
         1, 0, 1, 0, 0, //

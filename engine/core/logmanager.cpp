@@ -8,9 +8,9 @@ namespace Vell {
 
 namespace {
 
-constexpr char kFileName[] = "Vell_log.html";
+constexpr char fileName[] = "Vell_log.html";
 
-constexpr char kHeader[] =
+constexpr char header[] =
     R"(<html>
 <head>
     <meta http-equiv="Content-Type" content="text/html; charset=UTF-8"  />
@@ -28,46 +28,46 @@ constexpr char kHeader[] =
     </tr>
 )";
 
-constexpr char kFooter[] = R"(    </table>
+constexpr char footer[] = R"(    </table>
 </body>
 </html>
 )";
 
 // Row colour, section; row colour, status colour, status; row colour, file.
-constexpr char kRow[] = R"(    <tr>
+constexpr char rowTemplate[] = R"(    <tr>
     <td bgcolor="%s" width ="15%%">%s</td>
     <td bgcolor="%s" width ="5%%"><font color="%s">%s</font></td>
     <td bgcolor="%s" width ="80%%">%s</td>
     </tr>
 )";
 
-constexpr char kLightRow[] = "#CCCCC"; // five digits on purpose
-constexpr char kDarkRow[] = "#999999";
+constexpr char lightRowColour[] = "#CCCCC"; // five digits on purpose
+constexpr char darkRowColour[] = "#999999";
 
 struct StatusColour {
     const char* status;
     const char* colour;
 };
 
-constexpr StatusColour kStatusColours[] = {
+constexpr StatusColour statusColours[] = {
     {"LOADED", "#006600"},
     {"FREE", "#006600"},
     {"OK", "#006600"},
     {"ERROR", "#660000"},
 };
-constexpr char kOtherStatusColour[] = "#000000";
+constexpr char otherStatusColour[] = "#000000";
 
-constexpr std::size_t kRowBytes = 2048;
-constexpr std::size_t kRowTextBytes = 1800;
+constexpr std::size_t rowBytes = 2048;
+constexpr std::size_t rowTextBytes = 1800;
 // The template with its four colours and a terminator fits beside the texts, so no row loses its
 // closing tags. (Each of the seven "%s" and three "%%" makes room rather than taking it.)
-static_assert(sizeof(kRow) + 4 * sizeof(kDarkRow) + kRowTextBytes <= kRowBytes);
+static_assert(sizeof(rowTemplate) + 4 * sizeof(darkRowColour) + rowTextBytes <= rowBytes);
 
 const char* ColourOf(const std::string& status) {
-    for (const StatusColour& entry : kStatusColours)
+    for (const StatusColour& entry : statusColours)
         if (status == entry.status)
             return entry.colour;
-    return kOtherStatusColour;
+    return otherStatusColour;
 }
 
 /// As much of `text` as `room` holds; takes its length off `room`.
@@ -79,13 +79,13 @@ std::string Fit(const std::string& text, std::size_t& room) {
 
 std::string FormatRow(const char* colour, const std::string& section, const std::string& status,
                       const std::string& file) {
-    std::size_t room = kRowTextBytes;
+    std::size_t room = rowTextBytes;
     const std::string fittingSection = Fit(section, room);
     const std::string fittingStatus = Fit(status, room);
     const std::string fittingFile = Fit(file, room);
-    char row[kRowBytes];
-    std::snprintf(row, sizeof(row), kRow, colour, fittingSection.c_str(), colour, ColourOf(status),
-                  fittingStatus.c_str(), colour, fittingFile.c_str());
+    char row[rowBytes];
+    std::snprintf(row, sizeof(row), rowTemplate, colour, fittingSection.c_str(), colour,
+                  ColourOf(status), fittingStatus.c_str(), colour, fittingFile.c_str());
     return row;
 }
 
@@ -97,16 +97,17 @@ Log& Log::GetInstance() {
 }
 
 Log::Log() {
-    Put(kHeader, std::ios::trunc);
+    Put(header, std::ios::trunc);
 }
 
 Log::~Log() {
-    Put(kFooter, std::ios::app);
+    Put(footer, std::ios::app);
 }
 
 void Log::Write(const std::string& section, const std::string& status, const std::string& file) {
     // The second line feed leaves an empty line after every row.
-    Put(FormatRow(darkRow ? kDarkRow : kLightRow, section, status, file) + "\n", std::ios::app);
+    Put(FormatRow(darkRow ? darkRowColour : lightRowColour, section, status, file) + "\n",
+        std::ios::app);
     darkRow = !darkRow;
 }
 
@@ -123,7 +124,7 @@ std::string Log::GetDate() {
 }
 
 void Log::Put(const std::string& text, std::ios::openmode mode) {
-    page.open(kFileName, std::ios::out | mode);
+    page.open(fileName, std::ios::out | mode);
     page << text;
     page.close();
     // An open that failed must not silence the writes after it.

@@ -7,7 +7,7 @@ namespace Vell {
 namespace {
 
 // Six quads of the cube from -1 to +1.
-constexpr GLfloat kCube[24][3] = {
+constexpr GLfloat cubeCorners[24][3] = {
     {-1, -1, 1},  {1, -1, 1},  {1, 1, 1},  {-1, 1, 1},  // front
     {-1, -1, -1}, {-1, 1, -1}, {1, 1, -1}, {1, -1, -1}, // back
     {-1, 1, -1},  {-1, 1, 1},  {1, 1, 1},  {1, 1, -1},  // top
@@ -20,7 +20,7 @@ void DrawCube(const vec3& center, const vec3& size) {
     glPushMatrix();
     glTranslatef(center.x, center.y, center.z);
     glScalef(size.x, size.y, size.z);
-    glInterleavedArrays(GL_V3F, 0, kCube);
+    glInterleavedArrays(GL_V3F, 0, cubeCorners);
     glDrawArrays(GL_QUADS, 0, 24);
     glPopMatrix();
 }

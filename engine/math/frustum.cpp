@@ -14,7 +14,7 @@ struct Side {
     float sign;
 };
 
-constexpr Side kSides[6] = {
+constexpr Side sides[6] = {
     {0, -1.0f}, // right
     {0, +1.0f}, // left
     {1, +1.0f}, // bottom
@@ -57,7 +57,7 @@ Frustum& Frustum::GetInstance() {
 void Frustum::MakePlane() {
     const Matrix clip = ReadClipMatrix();
     for (int i = 0; i < 6; ++i) {
-        const Side& side = kSides[i];
+        const Side& side = sides[i];
         const auto term = [&](int row) {
             return clip[4 * row + 3] + side.sign * clip[4 * row + side.column];
         };

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr float kWallDistance = 10.0f;
+constexpr float wallDistance = 10.0f;
 
 class PlainMaterial : public GlTest {
 protected:
@@ -55,7 +55,7 @@ protected:
         for (int i = 0; i < 4; ++i) {
             glMultiTexCoord2f(GL_TEXTURE0, 0.5f, 0.5f);
             glMultiTexCoord2f(GL_TEXTURE1, 0.5f, 0.5f);
-            glVertex3f(i % 2 == 0 ? -0.1f : 0.1f, i < 2 ? -0.1f : 0.1f, -kWallDistance);
+            glVertex3f(i % 2 == 0 ? -0.1f : 0.1f, i < 2 ? -0.1f : 0.1f, -wallDistance);
         }
         glEnd();
         return ReadScreen(screenSize, screenSize).At(screenSize / 2, screenSize / 2);
