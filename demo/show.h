@@ -62,9 +62,10 @@ enum FlightNumber : std::size_t {
     Canal,
     ToBasin,
     OverRoofs,
-    Basin,
-    flightCount
+    Basin
 };
+
+inline constexpr std::size_t flightCount = Basin + 1;
 
 inline constexpr float phraseFlight = static_cast<float>(phrase);
 inline constexpr float longFlight = static_cast<float>(longPhrase);

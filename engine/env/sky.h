@@ -58,10 +58,9 @@ public:
     void Draw(Camera* camera, bool reflection);
 
 private:
-    friend struct SkyBoxProbe; // lets the tests look at the pictures and the list
-
     /// The order in which the faces are kept and drawn.
-    enum Face { ZPOS, ZNEG, YPOS, YNEG, XNEG, XPOS, faceCount };
+    enum Face { ZPOS, ZNEG, YPOS, YNEG, XNEG, XPOS };
+    static constexpr int faceCount = XPOS + 1;
 
     void ClampFaces();
     void RecordFaces();

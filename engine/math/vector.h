@@ -91,7 +91,9 @@ private:
     /// Quotients are formed in this type: it also holds -2^31 / -1.
     using Quotient = std::conditional_t<std::is_floating_point_v<S>, double, std::int64_t>;
 
-    static constexpr S Divide(S a, S b) { return static_cast<S>(Quotient(a) / Quotient(b)); }
+    static constexpr S Divide(S a, S b) {
+        return static_cast<S>(static_cast<Quotient>(a) / static_cast<Quotient>(b));
+    }
 
     constexpr T& Self() { return static_cast<T&>(*this); }
     constexpr const T& Self() const { return static_cast<const T&>(*this); }
@@ -106,14 +108,14 @@ inline std::int32_t TruncateToInt(double value) {
 template <class T, class S, int N>
 constexpr T& VectorOperations<T, S, N>::operator+=(const T& other) {
     for (int i = 0; i < N; ++i)
-        Self()[i] = static_cast<S>(Wide(Self()[i]) + Wide(other[i]));
+        Self()[i] = static_cast<S>(static_cast<Wide>(Self()[i]) + static_cast<Wide>(other[i]));
     return Self();
 }
 
 template <class T, class S, int N>
 constexpr T& VectorOperations<T, S, N>::operator-=(const T& other) {
     for (int i = 0; i < N; ++i)
-        Self()[i] = static_cast<S>(Wide(Self()[i]) - Wide(other[i]));
+        Self()[i] = static_cast<S>(static_cast<Wide>(Self()[i]) - static_cast<Wide>(other[i]));
     return Self();
 }
 
@@ -126,7 +128,7 @@ template <class T, class S, int N>
 constexpr T VectorOperations<T, S, N>::operator*(const T& other) const {
     T product;
     for (int i = 0; i < N; ++i)
-        product[i] = static_cast<S>(Wide(Self()[i]) * Wide(other[i]));
+        product[i] = static_cast<S>(static_cast<Wide>(Self()[i]) * static_cast<Wide>(other[i]));
     return product;
 }
 
@@ -181,13 +183,14 @@ template <class T, class S, int N>
 auto VectorOperations<T, S, N>::SumOfProducts(const T& a, const T& b) -> Total {
     Wide sum = 0;
     for (int i = 0; i < N; ++i)
-        sum += Wide(a[i]) * Wide(b[i]);
+        sum += static_cast<Wide>(a[i]) * static_cast<Wide>(b[i]);
     return static_cast<Total>(sum);
 }
 
 template <class T, class S, int N>
 S VectorOperations<T, S, N>::DifferenceOfProducts(S a, S b, S c, S d) {
-    return static_cast<S>(Wide(a) * Wide(b) - Wide(c) * Wide(d));
+    return static_cast<S>(static_cast<Wide>(a) * static_cast<Wide>(b) -
+                          static_cast<Wide>(c) * static_cast<Wide>(d));
 }
 
 template <class T, class S, int N>
