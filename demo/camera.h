@@ -46,8 +46,6 @@ public:
     Vell::vec3 GetTarget();
 
 private:
-    friend struct CameraProbe; // the tests read the flights and their position
-
     /// The flight at `current`, or the last one when all have run out. Needs a flight.
     const CameraPath& CurrentPath() const;
 

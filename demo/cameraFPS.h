@@ -45,8 +45,6 @@ public:
     void Update(SDL_Event* event, float dt, float floorY);
 
 private:
-    friend struct FreeFlyCameraProbe; // the tests look at the angles
-
     void Turn(const SDL_MouseMotionEvent& motion);
     void Move(SDLKey key, const Vell::vec3& step);
     void PlaceEye(float floorY);

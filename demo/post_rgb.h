@@ -21,8 +21,6 @@ public:
     void Process(Vell::FBO* in, Vell::FBO* out) override;
 
 private:
-    friend struct PostRGBProbe; // lets the tests look at the compiled program
-
     Vell::Shader shader;
     float offset = 0.0f;
 };

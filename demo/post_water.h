@@ -23,8 +23,6 @@ public:
     void Process(Vell::FBO* in, Vell::FBO* out) override;
 
 private:
-    friend struct PostWaterProbe; // lets the tests set the clock and look at the compiled program
-
     void DrawInput(Vell::FBO& in);
 
     Vell::Shader shader;

@@ -53,8 +53,6 @@ public:
     void Draw(float dt);
 
 private:
-    friend struct Scene1Probe; // the tests look at the nodes, the effects and the pulse
-
     // Load, one step each.
     void LoadCity();
     void LoadWisps();

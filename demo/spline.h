@@ -52,8 +52,6 @@ public:
     Vell::vec3 GetDerivative(float t) const;
 
 private:
-    friend struct SplineProbe; // the tests look at the coefficients
-
     /// A time within the path: an interval, and the seconds since its start. Interval `n` is the
     /// last point alone.
     struct Moment {

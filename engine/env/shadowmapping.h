@@ -72,8 +72,6 @@ public:
     void Draw(FBO* scene);
 
 private:
-    friend struct ShadowMappingProbe; // lets the tests look at the compiled programs
-
     void BuildShadowShader();
     void BuildCompositeShader();
 

@@ -62,8 +62,6 @@ public:
     void Draw(const vec3& cameraPosition);
 
 private:
-    friend struct TerrainProbe; // lets the tests look at the compiled program and the buffers
-
     static constexpr int textureCount = 4;
 
     void BuildShader();

@@ -91,8 +91,6 @@ public:
     void DrawShadow() override;
 
 private:
-    friend struct WaterProbe; // lets the tests look at the quad, the targets and the program
-
     static constexpr int quadFloats = 4 * 5;
 
     template <typename T>

@@ -31,8 +31,6 @@ public:
     bool BBoxIn(const vec3& min, const vec3& max) const;
 
 private:
-    friend struct FrustumProbe; // tests read the planes
-
     Frustum() = default;
     ~Frustum() = default;
 

@@ -42,8 +42,6 @@ public:
     void Process(FBO* in, FBO* out) override;
 
 private:
-    friend struct PostBloomProbe; // lets the tests look at the compiled program and the glow
-
     void KeepBright(FBO& in, FBO& out);
     void AddGlow();
 

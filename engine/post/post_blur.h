@@ -37,8 +37,6 @@ public:
     void Process(FBO* in, FBO* out) override;
 
 private:
-    friend struct PostBlurProbe; // lets the tests look at the compiled program and the targets
-
     void ClampTargets();
     void Copy(FBO& from, FBO& to);
     void Filter(FBO& from, FBO& to);

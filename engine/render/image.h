@@ -69,8 +69,6 @@ public:
     ivec2 GetSize() const { return size; }
 
 private:
-    friend struct ImageProbe; // tests read filter, format and sharing
-
     bool LoadByEnding(const std::string& path);
     void Share(const Image& other);
     void Upload() const;

@@ -72,8 +72,6 @@ public:
     void Send(const std::string& name, const ivec4& value);
 
 private:
-    friend struct ShaderProbe; // tests read the handles
-
     void Share(const Shader& other);
     void CreateObjects();
     bool Build(const char* vertSrc, const char* fragSrc);

@@ -96,8 +96,6 @@ public:
     bool GetBlend() const { return blend; }
 
 private:
-    friend struct XT3DStaticProbe; // tests read the sub-meshes
-
     void Share(const XT3DStatic& other);
     bool Read(std::istream& in);
     bool ReadHeader(std::istream& in);

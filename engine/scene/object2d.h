@@ -32,8 +32,6 @@ public:
     std::string GetName() const { return name; }
 
 protected:
-    friend struct Object2DProbe; // tests read the matrix and the debug flag
-
     /// Multiplies `matrix` onto OpenGL's current matrix.
     void ApplyMatrix();
 

@@ -94,8 +94,6 @@ public:
     void Draw();
 
 private:
-    friend struct SceneManagerProbe; // tests look at the order of the fields
-
     void RenderLightDepth();
     void RenderShadowBuffer();
     void RenderReflection();

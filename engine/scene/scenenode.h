@@ -39,8 +39,6 @@ public:
     virtual bool DrawShadow();
 
 private:
-    friend struct SceneNodeProbe; // tests read the transform
-
     bool DrawWith(void (Mesh::*pass)());
 
     Matrix transform;

@@ -31,8 +31,6 @@ public:
     void Draw() override;
 
 private:
-    friend struct SpriteProbe; // tests read the corners
-
     struct Corner {
         float s, t;    // texture coordinates
         float x, y, z; // position

@@ -1,6 +1,7 @@
 #include "demo/camera.h"
 
 #include "tests/support/fake_time.h"
+#include "tests/support/private_member.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +11,14 @@
 
 using Vell::vec3;
 
+OPEN_PRIVATE(cameraCurrent, &Camera::current);
+OPEN_PRIVATE(cameraPaths, &Camera::paths);
+
 struct CameraProbe {
-    static unsigned int Current(const Camera& camera) { return camera.current; }
-    static const std::vector<CameraPath>& Paths(const Camera& camera) { return camera.paths; }
+    static unsigned int Current(const Camera& camera) { return camera.*cameraCurrent; }
+    static const std::vector<CameraPath>& Paths(const Camera& camera) {
+        return camera.*cameraPaths;
+    }
 };
 
 namespace {

@@ -4,6 +4,7 @@
 // that notes it, so no window is needed; include this in one file of an executable only.
 
 #include "demo/cameraFPS.h"
+#include "tests/support/private_member.h"
 
 #include <cmath>
 #include <utility>
@@ -11,15 +12,26 @@
 
 #include <gtest/gtest.h>
 
+OPEN_PRIVATE(freeFlyCameraPosition, &FreeFlyCamera::position);
+OPEN_PRIVATE(freeFlyCameraTarget, &FreeFlyCamera::target);
+OPEN_PRIVATE(freeFlyCameraAzimuth, &FreeFlyCamera::azimuth);
+OPEN_PRIVATE(freeFlyCameraPolar, &FreeFlyCamera::polar);
+OPEN_PRIVATE(freeFlyCameraSpeed, &FreeFlyCamera::speed);
+OPEN_PRIVATE(freeFlyCameraSensitivity, &FreeFlyCamera::sensitivity);
+OPEN_PRIVATE(freeFlyCameraUnused, &FreeFlyCamera::unused);
+
 struct FreeFlyCameraProbe {
     static std::vector<const void*> Fields(const FreeFlyCamera& c) {
-        return {&c.position, &c.target, &c.azimuth, &c.polar, &c.speed, &c.sensitivity, &c.unused};
+        return {&(c.*freeFlyCameraPosition), &(c.*freeFlyCameraTarget),
+                &(c.*freeFlyCameraAzimuth),  &(c.*freeFlyCameraPolar),
+                &(c.*freeFlyCameraSpeed),    &(c.*freeFlyCameraSensitivity),
+                &(c.*freeFlyCameraUnused)};
     }
-    static float& Azimuth(FreeFlyCamera& c) { return c.azimuth; }
-    static float& Polar(FreeFlyCamera& c) { return c.polar; }
-    static float Speed(const FreeFlyCamera& c) { return c.speed; }
-    static float Sensitivity(const FreeFlyCamera& c) { return c.sensitivity; }
-    static const Vell::vec3& Unused(const FreeFlyCamera& c) { return c.unused; }
+    static float& Azimuth(FreeFlyCamera& c) { return c.*freeFlyCameraAzimuth; }
+    static float& Polar(FreeFlyCamera& c) { return c.*freeFlyCameraPolar; }
+    static float Speed(const FreeFlyCamera& c) { return c.*freeFlyCameraSpeed; }
+    static float Sensitivity(const FreeFlyCamera& c) { return c.*freeFlyCameraSensitivity; }
+    static const Vell::vec3& Unused(const FreeFlyCamera& c) { return c.*freeFlyCameraUnused; }
 };
 
 /// Where the pointer was put, in order.

@@ -2,11 +2,14 @@
 
 #include "tests/post/effect_stage.h"
 #include "tests/support/bound_program.h"
+#include "tests/support/private_member.h"
 
 #include <ostream>
 
+OPEN_PRIVATE(postRgbShader, &PostRGB::shader);
+
 struct PostRGBProbe {
-    static Vell::Shader& Program(PostRGB& rgb) { return rgb.shader; }
+    static Vell::Shader& Program(PostRGB& rgb) { return rgb.*postRgbShader; }
 };
 
 namespace {

@@ -3,11 +3,14 @@
 #include "tests/post/effect_stage.h"
 #include "tests/support/bound_program.h"
 #include "tests/support/fake_time.h"
+#include "tests/support/private_member.h"
 
 #include <ostream>
 
+OPEN_PRIVATE(postWaterShader, &PostWater::shader);
+
 struct PostWaterProbe {
-    static Vell::Shader& Program(PostWater& water) { return water.shader; }
+    static Vell::Shader& Program(PostWater& water) { return water.*postWaterShader; }
 };
 
 namespace {

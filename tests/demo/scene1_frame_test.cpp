@@ -5,14 +5,17 @@
 #include "demo/post_rgb.h"
 #include "tests/support/bound_program.h"
 #include "tests/support/fake_time.h"
+#include "tests/support/private_member.h"
 #include "tests/support/scene_stage.h"
 
 #include <cmath>
 
 using Vell::vec3;
 
+OPEN_PRIVATE(postRgbShader, &PostRGB::shader);
+
 struct PostRGBProbe {
-    static Vell::Shader& Program(PostRGB& rgb) { return rgb.shader; }
+    static Vell::Shader& Program(PostRGB& rgb) { return rgb.*postRgbShader; }
 };
 
 namespace {

@@ -5,39 +5,82 @@
 #include "engine/env/water.h"
 #include "tests/scene/layout.h"
 #include "tests/support/gl_test.h"
+#include "tests/support/private_member.h"
 
 #include <type_traits>
 
 using Fields = std::vector<const void*>;
 
+OPEN_PRIVATE(skyBoxFaces, &Vell::SkyBox::faces);
+OPEN_PRIVATE(skyBoxList, &Vell::SkyBox::list);
+OPEN_PRIVATE(skyBoxZpos, Vell::SkyBox::ZPOS);
+OPEN_PRIVATE(skyBoxZneg, Vell::SkyBox::ZNEG);
+OPEN_PRIVATE(skyBoxYpos, Vell::SkyBox::YPOS);
+OPEN_PRIVATE(skyBoxYneg, Vell::SkyBox::YNEG);
+OPEN_PRIVATE(skyBoxXneg, Vell::SkyBox::XNEG);
+OPEN_PRIVATE(skyBoxXpos, Vell::SkyBox::XPOS);
+OPEN_PRIVATE(terrainVertexBuffer, &Vell::Terrain::vertexBuffer);
+OPEN_PRIVATE(terrainIndexBuffers, &Vell::Terrain::indexBuffers);
+OPEN_PRIVATE(terrainShader, &Vell::Terrain::shader);
+OPEN_PRIVATE(terrainHeightmapPath, &Vell::Terrain::heightmapPath);
+OPEN_PRIVATE(terrainLevel, &Vell::Terrain::level);
+OPEN_PRIVATE(terrainTextures, &Vell::Terrain::textures);
+OPEN_PRIVATE(terrainHeightmap, &Vell::Terrain::heightmap);
+OPEN_PRIVATE(terrainScale, &Vell::Terrain::scale);
+OPEN_PRIVATE(waterQuad, &Vell::Water::quad);
+OPEN_PRIVATE(waterReflection, &Vell::Water::reflection);
+OPEN_PRIVATE(waterRefraction, &Vell::Water::refraction);
+OPEN_PRIVATE(waterClock, &Vell::Water::clock);
+OPEN_PRIVATE(waterShader, &Vell::Water::shader);
+OPEN_PRIVATE(waterNormalMap, &Vell::Water::normalMap);
+OPEN_PRIVATE(waterBlend, &Vell::Water::blend);
+OPEN_PRIVATE(waterDeform, &Vell::Water::deform);
+OPEN_PRIVATE(waterSpeed, &Vell::Water::speed);
+OPEN_PRIVATE(waterUvrep, &Vell::Water::uvrep);
+OPEN_PRIVATE(waterSize, &Vell::Water::size);
+OPEN_PRIVATE(waterInFrustum, &Vell::Water::inFrustum);
+OPEN_PRIVATE(shadowMappingLightBuffer, &Vell::ShadowMapping::lightBuffer);
+OPEN_PRIVATE(shadowMappingShadowBuffer, &Vell::ShadowMapping::shadowBuffer);
+OPEN_PRIVATE(shadowMappingIntensity, &Vell::ShadowMapping::intensity);
+OPEN_PRIVATE(shadowMappingLight, &Vell::ShadowMapping::light);
+OPEN_PRIVATE(shadowMappingShadowShader, &Vell::ShadowMapping::shadowShader);
+OPEN_PRIVATE(shadowMappingCompositeShader, &Vell::ShadowMapping::compositeShader);
+OPEN_PRIVATE(shadowMappingLightModelview, &Vell::ShadowMapping::lightModelview);
+OPEN_PRIVATE(shadowMappingLightProjection, &Vell::ShadowMapping::lightProjection);
+
 namespace Vell {
 
 struct SkyBoxProbe {
-    static Fields Of(const SkyBox& s) { return {&s.faces, &s.list}; }
+    static Fields Of(const SkyBox& s) { return {&(s.*skyBoxFaces), &(s.*skyBoxList)}; }
     // In the order in which they are kept and drawn.
     static std::vector<int> Faces() {
-        return {SkyBox::ZPOS, SkyBox::ZNEG, SkyBox::YPOS, SkyBox::YNEG, SkyBox::XNEG, SkyBox::XPOS};
+        return {skyBoxZpos, skyBoxZneg, skyBoxYpos, skyBoxYneg, skyBoxXneg, skyBoxXpos};
     }
 };
 
 struct TerrainProbe {
     static Fields Of(const Terrain& t) {
-        return {&t.vertexBuffer, &t.indexBuffers, &t.shader,    &t.heightmapPath,
-                &t.level,        &t.textures,     &t.heightmap, &t.scale};
+        return {&(t.*terrainVertexBuffer),  &(t.*terrainIndexBuffers), &(t.*terrainShader),
+                &(t.*terrainHeightmapPath), &(t.*terrainLevel),        &(t.*terrainTextures),
+                &(t.*terrainHeightmap),     &(t.*terrainScale)};
     }
 };
 
 struct WaterProbe {
     static Fields Of(const Water& w) {
-        return {&w.quad,  &w.reflection, &w.refraction, &w.clock, &w.shader, &w.normalMap,
-                &w.blend, &w.deform,     &w.speed,      &w.uvrep, &w.size,   &w.inFrustum};
+        return {&(w.*waterQuad),  &(w.*waterReflection), &(w.*waterRefraction),
+                &(w.*waterClock), &(w.*waterShader),     &(w.*waterNormalMap),
+                &(w.*waterBlend), &(w.*waterDeform),     &(w.*waterSpeed),
+                &(w.*waterUvrep), &(w.*waterSize),       &(w.*waterInFrustum)};
     }
 };
 
 struct ShadowMappingProbe {
     static Fields Of(const ShadowMapping& s) {
-        return {&s.lightBuffer,  &s.shadowBuffer,    &s.intensity,      &s.light,
-                &s.shadowShader, &s.compositeShader, &s.lightModelview, &s.lightProjection};
+        return {&(s.*shadowMappingLightBuffer),    &(s.*shadowMappingShadowBuffer),
+                &(s.*shadowMappingIntensity),      &(s.*shadowMappingLight),
+                &(s.*shadowMappingShadowShader),   &(s.*shadowMappingCompositeShader),
+                &(s.*shadowMappingLightModelview), &(s.*shadowMappingLightProjection)};
     }
 };
 

@@ -4,19 +4,33 @@
 #include "engine/env/shadowmapping.h"
 #include "engine/math/vec3.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 #include "tests/support/shapes.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
+OPEN_PRIVATE(shadowMappingLightProjection, &Vell::ShadowMapping::lightProjection);
+OPEN_PRIVATE(shadowMappingLightModelview, &Vell::ShadowMapping::lightModelview);
+OPEN_PRIVATE(shadowMappingShadowShader, &Vell::ShadowMapping::shadowShader);
+OPEN_PRIVATE(shadowMappingCompositeShader, &Vell::ShadowMapping::compositeShader);
+
 namespace Vell {
 
 struct ShadowMappingProbe {
-    static Shader& ShadowProgram(ShadowMapping& shadow) { return shadow.shadowShader; }
-    static Shader& CompositeProgram(ShadowMapping& shadow) { return shadow.compositeShader; }
-    static const Matrix& LightProjection(const ShadowMapping& s) { return s.lightProjection; }
-    static const Matrix& LightModelview(const ShadowMapping& s) { return s.lightModelview; }
+    static Shader& ShadowProgram(ShadowMapping& shadow) {
+        return shadow.*shadowMappingShadowShader;
+    }
+    static Shader& CompositeProgram(ShadowMapping& shadow) {
+        return shadow.*shadowMappingCompositeShader;
+    }
+    static const Matrix& LightProjection(const ShadowMapping& s) {
+        return s.*shadowMappingLightProjection;
+    }
+    static const Matrix& LightModelview(const ShadowMapping& s) {
+        return s.*shadowMappingLightModelview;
+    }
 };
 
 } // namespace Vell

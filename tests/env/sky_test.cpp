@@ -6,6 +6,7 @@
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 #include "tests/support/shapes.h"
 
 #include <algorithm>
@@ -17,11 +18,14 @@
 
 using Vell::vec3;
 
+OPEN_PRIVATE(skyBoxList, &Vell::SkyBox::list);
+OPEN_PRIVATE(skyBoxFaces, &Vell::SkyBox::faces);
+
 namespace Vell {
 
 struct SkyBoxProbe {
-    static GLuint List(const SkyBox& sky) { return sky.list; }
-    static Image& Face(SkyBox& sky, int face) { return sky.faces[face]; }
+    static GLuint List(const SkyBox& sky) { return sky.*skyBoxList; }
+    static Image& Face(SkyBox& sky, int face) { return (sky.*skyBoxFaces)[face]; }
     static GLuint Texture(SkyBox& sky, int face) { return Face(sky, face).GetID(); }
 };
 

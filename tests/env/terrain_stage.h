@@ -3,6 +3,7 @@
 #include "engine/env/terrain.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 #include "tests/support/shapes.h"
 
 #include <functional>
@@ -10,13 +11,17 @@
 
 // What the tests of the terrain share.
 
+OPEN_PRIVATE(terrainShader, &Vell::Terrain::shader);
+OPEN_PRIVATE(terrainVertexBuffer, &Vell::Terrain::vertexBuffer);
+OPEN_PRIVATE(terrainIndexBuffers, &Vell::Terrain::indexBuffers);
+
 namespace Vell {
 
 struct TerrainProbe {
-    static Shader& Program(Terrain& terrain) { return terrain.shader; }
-    static GLuint Vertices(const Terrain& terrain) { return terrain.vertexBuffer; }
+    static Shader& Program(Terrain& terrain) { return terrain.*terrainShader; }
+    static GLuint Vertices(const Terrain& terrain) { return terrain.*terrainVertexBuffer; }
     static GLuint Indices(const Terrain& terrain, int i) {
-        return terrain.indexBuffers[static_cast<std::size_t>(i)];
+        return (terrain.*terrainIndexBuffers)[static_cast<std::size_t>(i)];
     }
 };
 

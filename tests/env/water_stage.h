@@ -8,26 +8,35 @@
 #include "engine/scene/camera.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 #include "tests/support/shapes.h"
 
 #include <functional>
 
+OPEN_PRIVATE(waterQuad, &Vell::Water::quad);
+OPEN_PRIVATE(waterReflection, &Vell::Water::reflection);
+OPEN_PRIVATE(waterRefraction, &Vell::Water::refraction);
+OPEN_PRIVATE(waterShader, &Vell::Water::shader);
+OPEN_PRIVATE(waterBindTextures, &Vell::Water::BindTextures);
+OPEN_PRIVATE(waterDrawQuad, &Vell::Water::DrawQuad);
+OPEN_PRIVATE(waterUnbindTextures, &Vell::Water::UnbindTextures);
+
 namespace Vell {
 
 struct WaterProbe {
-    static const float* Quad(const Water& water) { return water.quad; }
-    static FBO& Reflection(Water& water) { return water.reflection; }
-    static FBO& Refraction(Water& water) { return water.refraction; }
-    static Shader& Program(Water& water) { return water.shader; }
+    static const float* Quad(const Water& water) { return water.*waterQuad; }
+    static FBO& Reflection(Water& water) { return water.*waterReflection; }
+    static FBO& Refraction(Water& water) { return water.*waterRefraction; }
+    static Shader& Program(Water& water) { return water.*waterShader; }
 
     // What Water::Draw() draws, at a time of the test's choice and whatever the frustum says.
     static void DrawAt(Water& water, float time) {
-        water.BindTextures();
-        water.shader.Enable();
-        water.shader.Send("time", time);
-        water.DrawQuad();
-        water.shader.Disable();
-        water.UnbindTextures();
+        (water.*waterBindTextures)();
+        (water.*waterShader).Enable();
+        (water.*waterShader).Send("time", time);
+        (water.*waterDrawQuad)();
+        (water.*waterShader).Disable();
+        (water.*waterUnbindTextures)();
     }
 };
 

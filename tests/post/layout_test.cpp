@@ -6,34 +6,57 @@
 #include "engine/post/postprocess.h"
 #include "tests/scene/layout.h"
 #include "tests/support/gl_test.h"
+#include "tests/support/private_member.h"
 
 #include <type_traits>
 
 using Fields = std::vector<const void*>;
 
+OPEN_PRIVATE(postBloomGlow, &Vell::PostBloom::glow);
+OPEN_PRIVATE(postBloomThresholdShader, &Vell::PostBloom::thresholdShader);
+OPEN_PRIVATE(postBloomBlur, &Vell::PostBloom::blur);
+OPEN_PRIVATE(postBloomIntensity, &Vell::PostBloom::intensity);
+OPEN_PRIVATE(postBloomThreshold, &Vell::PostBloom::threshold);
+OPEN_PRIVATE(postBlurFirst, &Vell::PostBlur::first);
+OPEN_PRIVATE(postBlurSecond, &Vell::PostBlur::second);
+OPEN_PRIVATE(postBlurShader, &Vell::PostBlur::shader);
+OPEN_PRIVATE(postBlurPasses, &Vell::PostBlur::passes);
+OPEN_PRIVATE(postBlurSizeRTT, &Vell::PostBlur::SizeRTT);
+OPEN_PRIVATE(postBlurOffset, &Vell::PostBlur::offset);
+OPEN_PRIVATE(postProcessScene, &Vell::PostProcess::scene);
+OPEN_PRIVATE(postProcessSpare, &Vell::PostProcess::spare);
+OPEN_PRIVATE(postProcessEffects, &Vell::PostProcess::effects);
+OPEN_PRIVATE(postRgbShader, &PostRGB::shader);
+OPEN_PRIVATE(postRgbOffset, &PostRGB::offset);
+OPEN_PRIVATE(postWaterShader, &PostWater::shader);
+OPEN_PRIVATE(postWaterClock, &PostWater::clock);
+OPEN_PRIVATE(postWaterEnable, &PostWater::enable);
+
 namespace Vell {
 
 struct PostBloomProbe {
     static Fields Of(const PostBloom& b) {
-        return {&b.glow, &b.thresholdShader, &b.blur, &b.intensity, &b.threshold};
+        return {&(b.*postBloomGlow), &(b.*postBloomThresholdShader), &(b.*postBloomBlur),
+                &(b.*postBloomIntensity), &(b.*postBloomThreshold)};
     }
 };
 
 struct PostBlurProbe {
     static Fields Of(const PostBlur& b) {
-        return {&b.first, &b.second, &b.shader, &b.passes, &b.SizeRTT, &b.offset};
+        return {&(b.*postBlurFirst),  &(b.*postBlurSecond),  &(b.*postBlurShader),
+                &(b.*postBlurPasses), &(b.*postBlurSizeRTT), &(b.*postBlurOffset)};
     }
 };
 
 } // namespace Vell
 
 struct PostRGBProbe {
-    static Fields Of(const PostRGB& rgb) { return {&rgb.shader, &rgb.offset}; }
+    static Fields Of(const PostRGB& rgb) { return {&(rgb.*postRgbShader), &(rgb.*postRgbOffset)}; }
 };
 
 struct PostWaterProbe {
     static Fields Of(const PostWater& water) {
-        return {&water.shader, &water.clock, &water.enable};
+        return {&(water.*postWaterShader), &(water.*postWaterClock), &(water.*postWaterEnable)};
     }
 };
 
@@ -44,16 +67,9 @@ using Vell::PostEffect;
 
 namespace {
 
-// The fields of a chain, which are private. An explicit instantiation may name them, and defines
-// the function declared before it.
-Fields FieldsOf(const Vell::PostProcess& chain);
-
-template <auto... fields>
-struct Open {
-    friend Fields FieldsOf(const Vell::PostProcess& chain) { return {&(chain.*fields)...}; }
-};
-template struct Open<&Vell::PostProcess::scene, &Vell::PostProcess::spare,
-                     &Vell::PostProcess::effects>;
+Fields FieldsOf(const Vell::PostProcess& chain) {
+    return {&(chain.*postProcessScene), &(chain.*postProcessSpare), &(chain.*postProcessEffects)};
+}
 
 // Whether an effect processes in its own way and leaves its flag to the base.
 template <class Effect>

@@ -2,18 +2,23 @@
 
 #include "tests/post/effect_stage.h"
 #include "tests/support/bound_program.h"
+#include "tests/support/private_member.h"
 
 #include <ostream>
 
 using Vell::ivec2;
 using Vell::PostBloom;
 
+OPEN_PRIVATE(postBloomThresholdShader, &Vell::PostBloom::thresholdShader);
+OPEN_PRIVATE(postBloomGlow, &Vell::PostBloom::glow);
+OPEN_PRIVATE(postBloomBlur, &Vell::PostBloom::blur);
+
 namespace Vell {
 
 struct PostBloomProbe {
-    static Shader& Program(PostBloom& bloom) { return bloom.thresholdShader; }
-    static FBO& Glow(PostBloom& bloom) { return bloom.glow; }
-    static PostBlur& Blur(PostBloom& bloom) { return bloom.blur; }
+    static Shader& Program(PostBloom& bloom) { return bloom.*postBloomThresholdShader; }
+    static FBO& Glow(PostBloom& bloom) { return bloom.*postBloomGlow; }
+    static PostBlur& Blur(PostBloom& bloom) { return bloom.*postBloomBlur; }
 };
 
 } // namespace Vell

@@ -2,18 +2,23 @@
 
 #include "tests/post/effect_stage.h"
 #include "tests/support/bound_program.h"
+#include "tests/support/private_member.h"
 
 #include <ostream>
 
 using Vell::ivec2;
 using Vell::PostBlur;
 
+OPEN_PRIVATE(postBlurShader, &Vell::PostBlur::shader);
+OPEN_PRIVATE(postBlurFirst, &Vell::PostBlur::first);
+OPEN_PRIVATE(postBlurSecond, &Vell::PostBlur::second);
+
 namespace Vell {
 
 struct PostBlurProbe {
-    static Shader& Program(PostBlur& blur) { return blur.shader; }
-    static FBO& First(PostBlur& blur) { return blur.first; }
-    static FBO& Second(PostBlur& blur) { return blur.second; }
+    static Shader& Program(PostBlur& blur) { return blur.*postBlurShader; }
+    static FBO& First(PostBlur& blur) { return blur.*postBlurFirst; }
+    static FBO& Second(PostBlur& blur) { return blur.*postBlurSecond; }
 };
 
 } // namespace Vell

@@ -4,21 +4,32 @@
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 
 #include <string>
 #include <vector>
 
 // What the tests of the images share.
 
+OPEN_PRIVATE(imageShared, &Vell::Image::shared);
+OPEN_PRIVATE(imageName, &Vell::Image::name);
+OPEN_PRIVATE(imageFilter, &Vell::Image::filter);
+OPEN_PRIVATE(imageMipmap, &Vell::Image::mipmap);
+OPEN_PRIVATE(imageSize, &Vell::Image::size);
+OPEN_PRIVATE(imageFormat, &Vell::Image::format);
+OPEN_PRIVATE(imageTexture, &Vell::Image::texture);
+OPEN_PRIVATE(imageData, &Vell::Image::data);
+
 namespace Vell {
 
 struct ImageProbe {
-    static bool Shared(const Image& image) { return image.shared; }
-    static int Filter(const Image& image) { return image.filter; }
-    static bool Mipmap(const Image& image) { return image.mipmap; }
-    static GLenum Format(const Image& image) { return image.format; }
+    static bool Shared(const Image& image) { return image.*imageShared; }
+    static int Filter(const Image& image) { return image.*imageFilter; }
+    static bool Mipmap(const Image& image) { return image.*imageMipmap; }
+    static GLenum Format(const Image& image) { return image.*imageFormat; }
     static std::vector<const void*> Fields(const Image& i) {
-        return {&i.shared, &i.name, &i.filter, &i.mipmap, &i.size, &i.format, &i.texture, &i.data};
+        return {&(i.*imageShared), &(i.*imageName),   &(i.*imageFilter),  &(i.*imageMipmap),
+                &(i.*imageSize),   &(i.*imageFormat), &(i.*imageTexture), &(i.*imageData)};
     }
 };
 

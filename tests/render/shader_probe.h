@@ -4,21 +4,31 @@
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 
 #include <string>
 #include <vector>
 
 // What the tests of the shader programs share.
 
+OPEN_PRIVATE(shaderVertexName, &Vell::Shader::vertexName);
+OPEN_PRIVATE(shaderFragmentName, &Vell::Shader::fragmentName);
+OPEN_PRIVATE(shaderVertexObject, &Vell::Shader::vertexObject);
+OPEN_PRIVATE(shaderFragmentObject, &Vell::Shader::fragmentObject);
+OPEN_PRIVATE(shaderProgram, &Vell::Shader::program);
+
 namespace Vell {
 
 struct ShaderProbe {
-    static std::string Names(const Shader& s) { return s.vertexName + "|" + s.fragmentName; }
-    static GLuint Vertex(const Shader& s) { return s.vertexObject; }
-    static GLuint Fragment(const Shader& s) { return s.fragmentObject; }
-    static GLuint Program(const Shader& s) { return s.program; }
+    static std::string Names(const Shader& s) {
+        return (s.*shaderVertexName) + "|" + (s.*shaderFragmentName);
+    }
+    static GLuint Vertex(const Shader& s) { return s.*shaderVertexObject; }
+    static GLuint Fragment(const Shader& s) { return s.*shaderFragmentObject; }
+    static GLuint Program(const Shader& s) { return s.*shaderProgram; }
     static std::vector<const void*> Fields(const Shader& s) {
-        return {&s.vertexName, &s.fragmentName, &s.vertexObject, &s.fragmentObject, &s.program};
+        return {&(s.*shaderVertexName), &(s.*shaderFragmentName), &(s.*shaderVertexObject),
+                &(s.*shaderFragmentObject), &(s.*shaderProgram)};
     }
 };
 

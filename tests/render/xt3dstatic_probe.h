@@ -4,6 +4,7 @@
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 
 #include <memory>
 #include <string>
@@ -11,20 +12,38 @@
 
 // What the tests of the static meshes share.
 
+OPEN_PRIVATE(meshFileSubMeshCount, &Vell::XT3DStatic::subMeshCount);
+OPEN_PRIVATE(meshFileSubMeshes, &Vell::XT3DStatic::subMeshes);
+OPEN_PRIVATE(meshFileName, &Vell::XT3DStatic::name);
+OPEN_PRIVATE(meshFileTextureDirectory, &Vell::XT3DStatic::textureDirectory);
+OPEN_PRIVATE(meshFileLightmap, &Vell::XT3DStatic::lightmap);
+OPEN_PRIVATE(meshFileHasLightmap, &Vell::XT3DStatic::hasLightmap);
+OPEN_PRIVATE(meshFileShared, &Vell::XT3DStatic::shared);
+OPEN_PRIVATE(meshFileMaterialShader, &Vell::XT3DStatic::materialShader);
+OPEN_PRIVATE(meshFileClock, &Vell::XT3DStatic::clock);
+OPEN_PRIVATE(meshFileBlend, &Vell::XT3DStatic::blend);
+
 namespace Vell {
 
 struct XT3DStaticProbe {
-    static int Count(const XT3DStatic& mesh) { return mesh.subMeshCount; }
-    static XT3DSubMesh* SubMeshes(const XT3DStatic& mesh) { return mesh.subMeshes; }
-    static const XT3DSubMesh& SubMesh(const XT3DStatic& mesh, int i) { return mesh.subMeshes[i]; }
-    static const std::string& Name(const XT3DStatic& mesh) { return mesh.name; }
-    static const std::string& Directory(const XT3DStatic& mesh) { return mesh.textureDirectory; }
-    static Image* Lightmap(const XT3DStatic& mesh) { return mesh.lightmap; }
-    static bool HasLightmap(const XT3DStatic& mesh) { return mesh.hasLightmap; }
-    static bool Shared(const XT3DStatic& mesh) { return mesh.shared; }
+    static int Count(const XT3DStatic& mesh) { return mesh.*meshFileSubMeshCount; }
+    static XT3DSubMesh* SubMeshes(const XT3DStatic& mesh) { return mesh.*meshFileSubMeshes; }
+    static const XT3DSubMesh& SubMesh(const XT3DStatic& mesh, int i) {
+        return (mesh.*meshFileSubMeshes)[i];
+    }
+    static const std::string& Name(const XT3DStatic& mesh) { return mesh.*meshFileName; }
+    static const std::string& Directory(const XT3DStatic& mesh) {
+        return mesh.*meshFileTextureDirectory;
+    }
+    static Image* Lightmap(const XT3DStatic& mesh) { return mesh.*meshFileLightmap; }
+    static bool HasLightmap(const XT3DStatic& mesh) { return mesh.*meshFileHasLightmap; }
+    static bool Shared(const XT3DStatic& mesh) { return mesh.*meshFileShared; }
     static std::vector<const void*> Fields(const XT3DStatic& m) {
-        return {&m.name,  &m.subMeshCount, &m.textureDirectory, &m.subMeshes,   &m.materialShader,
-                &m.clock, &m.lightmap,     &m.shared,           &m.hasLightmap, &m.blend};
+        return {
+            &(m.*meshFileName),      &(m.*meshFileSubMeshCount),   &(m.*meshFileTextureDirectory),
+            &(m.*meshFileSubMeshes), &(m.*meshFileMaterialShader), &(m.*meshFileClock),
+            &(m.*meshFileLightmap),  &(m.*meshFileShared),         &(m.*meshFileHasLightmap),
+            &(m.*meshFileBlend)};
     }
 };
 

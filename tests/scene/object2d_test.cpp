@@ -2,18 +2,23 @@
 
 #include "tests/scene/layout.h"
 #include "tests/support/gl_test.h"
+#include "tests/support/private_member.h"
 
 #include <array>
+
+OPEN_PRIVATE(object2DMatrix, &Vell::Object2D::matrix);
+OPEN_PRIVATE(object2DDebug, &Vell::Object2D::debug);
+OPEN_PRIVATE(object2DName, &Vell::Object2D::name);
 
 namespace Vell {
 
 struct Object2DProbe {
-    static Matrix& GetMatrix(Object2D& object) { return object.matrix; }
-    static bool Debug(const Object2D& object) { return object.debug; }
+    static Matrix& GetMatrix(Object2D& object) { return object.*object2DMatrix; }
+    static bool Debug(const Object2D& object) { return object.*object2DDebug; }
     static std::vector<const void*> Fields(const Object2D& object) {
-        return {&object.matrix, &object.name, &object.debug};
+        return {&(object.*object2DMatrix), &(object.*object2DName), &(object.*object2DDebug)};
     }
-    static std::string& Name(Object2D& object) { return object.name; }
+    static std::string& Name(Object2D& object) { return object.*object2DName; }
 };
 
 } // namespace Vell

@@ -16,6 +16,7 @@
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 #include "tests/support/shapes.h"
 
 #include <array>
@@ -26,12 +27,26 @@
 
 #include <gmock/gmock.h>
 
+OPEN_PRIVATE(sceneManagerSky, &Vell::SceneManager::sky);
+OPEN_PRIVATE(sceneManagerCamera, &Vell::SceneManager::camera);
+OPEN_PRIVATE(sceneManagerWater, &Vell::SceneManager::water);
+OPEN_PRIVATE(sceneManagerPostProcess, &Vell::SceneManager::postProcess);
+OPEN_PRIVATE(sceneManagerNodes, &Vell::SceneManager::nodes);
+OPEN_PRIVATE(sceneManagerMeshes, &Vell::SceneManager::meshes);
+OPEN_PRIVATE(sceneManagerTerrains, &Vell::SceneManager::terrains);
+OPEN_PRIVATE(sceneManagerFbo, &Vell::SceneManager::fbo);
+OPEN_PRIVATE(sceneManagerShadow, &Vell::SceneManager::shadow);
+OPEN_PRIVATE(sceneManagerFogDensity, &Vell::SceneManager::fogDensity);
+OPEN_PRIVATE(sceneManagerFogColor, &Vell::SceneManager::fogColor);
+
 namespace Vell {
 
 struct SceneManagerProbe {
     static std::vector<const void*> Fields(const SceneManager& m) {
-        return {&m.sky,      &m.camera, &m.water,  &m.postProcess, &m.nodes,   &m.meshes,
-                &m.terrains, &m.fbo,    &m.shadow, &m.fogDensity,  &m.fogColor};
+        return {&(m.*sceneManagerSky),         &(m.*sceneManagerCamera),  &(m.*sceneManagerWater),
+                &(m.*sceneManagerPostProcess), &(m.*sceneManagerNodes),   &(m.*sceneManagerMeshes),
+                &(m.*sceneManagerTerrains),    &(m.*sceneManagerFbo),     &(m.*sceneManagerShadow),
+                &(m.*sceneManagerFogDensity),  &(m.*sceneManagerFogColor)};
     }
 };
 

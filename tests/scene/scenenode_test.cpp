@@ -5,14 +5,20 @@
 #include "tests/support/gl_state.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 
 #include <numbers>
+
+OPEN_PRIVATE(sceneNodeTransform, &Vell::SceneNode::transform);
+OPEN_PRIVATE(sceneNodeMesh, &Vell::SceneNode::mesh);
 
 namespace Vell {
 
 struct SceneNodeProbe {
-    static const Matrix& Transform(const SceneNode& node) { return node.transform; }
-    static std::vector<const void*> Fields(const SceneNode& n) { return {&n.transform, &n.mesh}; }
+    static const Matrix& Transform(const SceneNode& node) { return node.*sceneNodeTransform; }
+    static std::vector<const void*> Fields(const SceneNode& n) {
+        return {&(n.*sceneNodeTransform), &(n.*sceneNodeMesh)};
+    }
 };
 
 } // namespace Vell

@@ -6,9 +6,14 @@
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
+#include "tests/support/private_member.h"
 
 #include <array>
 #include <memory>
+
+OPEN_PRIVATE(spriteQuad, &Vell::Sprite::quad);
+OPEN_PRIVATE(spriteTexture, &Vell::Sprite::texture);
+OPEN_PRIVATE(spriteSize, &Vell::Sprite::size);
 
 namespace Vell {
 
@@ -18,16 +23,16 @@ struct SpriteProbe {
     static Corners Quad(const Sprite& sprite) {
         Corners corners{};
         for (std::size_t i = 0; i < corners.size(); ++i) {
-            const auto& corner = sprite.quad[i];
+            const auto& corner = (sprite.*spriteQuad)[i];
             corners[i] = {corner.s, corner.t, corner.x, corner.y, corner.z};
         }
         return corners;
     }
 
     static std::vector<const void*> Fields(const Sprite& sprite) {
-        return {&sprite, &sprite.quad, &sprite.texture, &sprite.size};
+        return {&sprite, &(sprite.*spriteQuad), &(sprite.*spriteTexture), &(sprite.*spriteSize)};
     }
-    static std::size_t QuadBytes(const Sprite& sprite) { return sizeof sprite.quad; }
+    static std::size_t QuadBytes(const Sprite& sprite) { return sizeof(sprite.*spriteQuad); }
 };
 
 } // namespace Vell

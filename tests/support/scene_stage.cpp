@@ -9,16 +9,20 @@
 #include "engine/scene/scenenode.h"
 #include "tests/support/demo_data.h"
 #include "tests/support/fake_time.h"
+#include "tests/support/private_member.h"
 
 using Vell::vec3;
 
+OPEN_PRIVATE(postWaterEnable, &PostWater::enable);
+OPEN_PRIVATE(sceneNodeTransform, &Vell::SceneNode::transform);
+
 struct PostWaterProbe {
-    static bool On(const PostWater& ripple) { return ripple.enable; }
+    static bool On(const PostWater& ripple) { return ripple.*postWaterEnable; }
 };
 
 namespace Vell {
 struct SceneNodeProbe {
-    static const Matrix& Transform(const SceneNode& node) { return node.transform; }
+    static const Matrix& Transform(const SceneNode& node) { return node.*sceneNodeTransform; }
 };
 } // namespace Vell
 

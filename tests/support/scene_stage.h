@@ -5,33 +5,56 @@
 #include "engine/math/vec3.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
+#include "tests/support/private_member.h"
 
 #include <vector>
 
 /// What a test may see and set of the demo's scene.
+OPEN_PRIVATE(scene1Spectrum, &Scene1::spectrum);
+OPEN_PRIVATE(scene1Pulse, &Scene1::pulse);
+OPEN_PRIVATE(scene1Manager, &Scene1::manager);
+OPEN_PRIVATE(scene1ViewCamera, &Scene1::viewCamera);
+OPEN_PRIVATE(scene1SceneClock, &Scene1::sceneClock);
+OPEN_PRIVATE(scene1Bloom, &Scene1::bloom);
+OPEN_PRIVATE(scene1Rgb, &Scene1::rgb);
+OPEN_PRIVATE(scene1Ripple, &Scene1::ripple);
+OPEN_PRIVATE(scene1Path, &Scene1::path);
+OPEN_PRIVATE(scene1BlueWisp, &Scene1::blueWisp);
+OPEN_PRIVATE(scene1GreenWisp, &Scene1::greenWisp);
+OPEN_PRIVATE(scene1RedWisp, &Scene1::redWisp);
+OPEN_PRIVATE(scene1City, &Scene1::city);
+OPEN_PRIVATE(scene1Fish, &Scene1::fish);
+OPEN_PRIVATE(scene1CityShader, &Scene1::cityShader);
+OPEN_PRIVATE(scene1Logo, &Scene1::logo);
+OPEN_PRIVATE(cameraPaths, &Camera::paths);
+OPEN_PRIVATE(cameraCurrent, &Camera::current);
+OPEN_PRIVATE(cameraClock, &Camera::clock);
+
 struct Scene1Probe {
-    static float*& Spectrum(Scene1& scene) { return scene.spectrum; }
-    static float& Pulse(Scene1& scene) { return scene.pulse; }
-    static Vell::SceneManager& Manager(Scene1& scene) { return *scene.manager; }
-    static Vell::Camera& ViewCamera(Scene1& scene) { return *scene.viewCamera; }
-    static Vell::Clock& SceneClock(Scene1& scene) { return scene.sceneClock; }
-    static Vell::PostBloom& Bloom(Scene1& scene) { return *scene.bloom; }
-    static PostRGB& Rgb(Scene1& scene) { return *scene.rgb; }
-    static PostWater& Ripple(Scene1& scene) { return *scene.ripple; }
-    static Camera& Path(Scene1& scene) { return scene.path; }
-    static Vell::SceneNode* BlueWisp(Scene1& scene) { return scene.blueWisp; }
-    static Vell::SceneNode* GreenWisp(Scene1& scene) { return scene.greenWisp; }
-    static Vell::SceneNode* RedWisp(Scene1& scene) { return scene.redWisp; }
-    static Vell::SceneNode* City(Scene1& scene) { return scene.city; }
-    static Vell::SceneNode** Fish(Scene1& scene) { return scene.fish; }
-    static Vell::Shader* CityShader(Scene1& scene) { return scene.cityShader; }
-    static Vell::Sprite& Logo(Scene1& scene) { return scene.logo; }
+    static float*& Spectrum(Scene1& scene) { return scene.*scene1Spectrum; }
+    static float& Pulse(Scene1& scene) { return scene.*scene1Pulse; }
+    static Vell::SceneManager& Manager(Scene1& scene) { return *(scene.*scene1Manager); }
+    static Vell::Camera& ViewCamera(Scene1& scene) { return *(scene.*scene1ViewCamera); }
+    static Vell::Clock& SceneClock(Scene1& scene) { return scene.*scene1SceneClock; }
+    static Vell::PostBloom& Bloom(Scene1& scene) { return *(scene.*scene1Bloom); }
+    static PostRGB& Rgb(Scene1& scene) { return *(scene.*scene1Rgb); }
+    static PostWater& Ripple(Scene1& scene) { return *(scene.*scene1Ripple); }
+    static Camera& Path(Scene1& scene) { return scene.*scene1Path; }
+    static Vell::SceneNode* BlueWisp(Scene1& scene) { return scene.*scene1BlueWisp; }
+    static Vell::SceneNode* GreenWisp(Scene1& scene) { return scene.*scene1GreenWisp; }
+    static Vell::SceneNode* RedWisp(Scene1& scene) { return scene.*scene1RedWisp; }
+    static Vell::SceneNode* City(Scene1& scene) { return scene.*scene1City; }
+    static Vell::SceneNode** Fish(Scene1& scene) { return scene.*scene1Fish; }
+    static Vell::Shader* CityShader(Scene1& scene) { return scene.*scene1CityShader; }
+    static Vell::Sprite& Logo(Scene1& scene) { return scene.*scene1Logo; }
 };
 
 struct CameraProbe {
-    static const std::vector<CameraPath>& Paths(const Camera& camera) { return camera.paths; }
-    static unsigned int& Current(Camera& camera) { return camera.current; }
-    static Vell::Clock& Clock(Camera& camera) { return camera.clock; }
+    static const std::vector<CameraPath>& Paths(const Camera& camera) {
+        return camera.*cameraPaths;
+    }
+    static unsigned int& Current(Camera& camera) { return camera.*cameraCurrent; }
+    static Vell::Clock& Clock(Camera& camera) { return camera.*cameraClock; }
 };
 
 /// World position and scale of a node, from its transform.
