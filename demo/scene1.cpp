@@ -159,7 +159,7 @@ void Scene1::LoadWater() {
     water->SetNormalMap(Assets::waterNormals);
     water->SetBlend(0.0f);
     water->SetDeform(0.02f);
-    water->SetSize(ivec2(25000));
+    water->SetSize(ivec2(static_cast<int>(Vell::farPlane))); // as far as one sees
     water->SetUVRepeat(vec2(10.0f, 10.0f));
     water->SetSpeed(vec2(0.01f, 0.0f));
 }

@@ -6,11 +6,12 @@
 
 // The OpenGL entry points beyond version 1.3 that the engine calls, as global function pointers.
 //
-// Each group below is one table: X(type of the pointer, name of the pointer, name asked of the GL).
-// The pointers are declared from it here, and GLExtensions.cpp makes the pointers, the list of
-// names and the list of addresses from it, so the three cannot drift apart. Pointers of the ARB
-// groups drop the vendor suffix. GL_GLEXT_PROTOTYPES must stay undefined wherever this header is
-// used: with it, <GL/glext.h> would declare functions under the names of these variables.
+// Each group below is one table: X(type of the pointer, name of the pointer, name asked of the GL),
+// and VELL_EXTENSION_GROUPS is the table of the groups. Pointers, lists of names and lists of
+// addresses are declared here and made in GLExtensions.cpp from these, so they cannot drift apart.
+// Pointers of the ARB groups drop the vendor suffix. GL_GLEXT_PROTOTYPES must stay undefined
+// wherever this header is used: with it, <GL/glext.h> would declare functions under the names of
+// these variables.
 
 // clang-format off: one entry point a line
 
@@ -154,8 +155,9 @@
     X(PFNGLPOINTPARAMETERFPROC, glPointParameterf, "glPointParameterf")                            \
     X(PFNGLPOINTPARAMETERFVPROC, glPointParameterfv, "glPointParameterfv")
 
-/// Group 6, "EXT_framebuffer_object": render targets. The only group whose pointers keep the
-/// suffix.
+/// Group 6, "EXT_framebuffer_object": render targets. Searched without "GL_" on purpose: a driver
+/// lists it with that in front, and a part of a name is enough to be found. The only group whose
+/// pointers keep the suffix.
 #define VELL_FRAMEBUFFER_ENTRY_POINTS(X)                                                           \
     X(PFNGLBINDFRAMEBUFFEREXTPROC, glBindFramebufferEXT, "glBindFramebufferEXT")                   \
     X(PFNGLBINDRENDERBUFFEREXTPROC, glBindRenderbufferEXT, "glBindRenderbufferEXT")                \
@@ -168,6 +170,16 @@
     X(PFNGLDELETEFRAMEBUFFERSEXTPROC, glDeleteFramebuffersEXT, "glDeleteFramebuffersEXT")          \
     X(PFNGLDELETERENDERBUFFERSEXTPROC, glDeleteRenderbuffersEXT, "glDeleteRenderbuffersEXT")
 
+/// The groups in the order in which they are fetched: G(extension that the driver must list, table
+/// of its entry points, beginning of the names of its two lists).
+#define VELL_EXTENSION_GROUPS(G)                                                                   \
+    G("GL_ARB_shader_objects", VELL_SHADER_OBJECT_ENTRY_POINTS, ARBShaderObjectProc)               \
+    G("GL_ARB_vertex_program", VELL_VERTEX_PROGRAM_ENTRY_POINTS, ARBVertexProgramProc)             \
+    G("GL_ARB_vertex_shader", VELL_VERTEX_SHADER_ENTRY_POINTS, ARBVertexShaderProc)                \
+    G("GL_ARB_vertex_buffer_object", VELL_BUFFER_OBJECT_ENTRY_POINTS, ARBBufferObjectProc)         \
+    G("GL_ARB_point_sprite", VELL_POINT_SPRITE_ENTRY_POINTS, ARBPointSpriteProc)                   \
+    G("EXT_framebuffer_object", VELL_FRAMEBUFFER_ENTRY_POINTS, EXTFrameBufferProc)
+
 // clang-format on
 
 /// The pointers carry the names of functions that libGL.so exports. Hidden visibility keeps them
@@ -177,29 +189,28 @@
 /// Every pointer is null until InitGLEXT() has filled it; calling it before that crashes.
 #define VELL_DECLARE_ENTRY_POINT(type, pointer, name)                                              \
     extern VELL_ENTRY_POINT_VISIBILITY type pointer;
-VELL_SHADER_OBJECT_ENTRY_POINTS(VELL_DECLARE_ENTRY_POINT)
-VELL_VERTEX_PROGRAM_ENTRY_POINTS(VELL_DECLARE_ENTRY_POINT)
-VELL_VERTEX_SHADER_ENTRY_POINTS(VELL_DECLARE_ENTRY_POINT)
-VELL_BUFFER_OBJECT_ENTRY_POINTS(VELL_DECLARE_ENTRY_POINT)
-VELL_POINT_SPRITE_ENTRY_POINTS(VELL_DECLARE_ENTRY_POINT)
-VELL_FRAMEBUFFER_ENTRY_POINTS(VELL_DECLARE_ENTRY_POINT)
+#define VELL_COUNT_ENTRY_POINT(type, pointer, name) +1
+
+/// Of each group: its pointers; the names asked of the GL, ended by a null pointer; the addresses
+/// of the pointers, in the order of the names and without an end.
+#define VELL_DECLARE_GROUP(extension, entryPoints, lists)                                          \
+    entryPoints(VELL_DECLARE_ENTRY_POINT) extern const char*                                       \
+        lists##Name[entryPoints(VELL_COUNT_ENTRY_POINT) + 1];                                      \
+    extern void** lists##Address[entryPoints(VELL_COUNT_ENTRY_POINT)];
+VELL_EXTENSION_GROUPS(VELL_DECLARE_GROUP)
+#undef VELL_DECLARE_GROUP
+#undef VELL_COUNT_ENTRY_POINT
 #undef VELL_DECLARE_ENTRY_POINT
 
-/// Names asked of the GL, group by group, each list ended by a null pointer.
-extern const char* ARBShaderObjectProcName[39 + 1];
-extern const char* ARBVertexProgramProcName[62 + 1];
-extern const char* ARBVertexShaderProcName[5 + 1];
-extern const char* ARBBufferObjectProcName[4 + 1];
-extern const char* ARBPointSpriteProcName[2 + 1];
-extern const char* EXTFrameBufferProcName[9 + 1];
+/// One extension that the engine needs, as InitializeGLExtension() takes it.
+struct ExtensionGroup {
+    const char* extension; ///< searched in the driver's list
+    const char** names;
+    void*** pointers;
+};
 
-/// Addresses of the pointers, in the order of the names; no terminator.
-extern void** ARBShaderObjectProcAddress[39];
-extern void** ARBVertexProgramProcAddress[62];
-extern void** ARBVertexShaderProcAddress[5];
-extern void** ARBBufferObjectProcAddress[4];
-extern void** ARBPointSpriteProcAddress[2];
-extern void** EXTFrameBufferProcAddress[9];
+/// All six, in the order in which InitGLEXT() fetches them.
+extern const ExtensionGroup extensionGroups[6];
 
 /// Asks whether the GL lists an extension.
 ///

@@ -7,10 +7,6 @@ namespace Vell {
 
 namespace {
 
-// The near plane is the float 0.1 widened to double, not the double 0.1.
-constexpr double nearPlane = 0.1f;
-constexpr double farPlane = 25000.0;
-
 ivec2 m_size;         // pixels
 float m_fovy = 70.0f; // degrees
 float m_ratio = 0.0f; // width / height

@@ -17,6 +17,11 @@ namespace Vell {
 ///         failing one stay null.
 bool InitEngine(const ivec2& size);
 
+/// Distances from the eye between which the projection shows things, in units. The near one is the
+/// float 0.1 widened to double, not the double 0.1.
+constexpr double nearPlane = 0.1f;
+constexpr double farPlane = 25000.0;
+
 /// Stores the screen size, sets the viewport to it and rebuilds the projection. The size is stored
 /// without a context too.
 ///

@@ -15,7 +15,6 @@ constexpr int defaultSize = 1024; // side of the light buffer, in texels
 // The light's view: wide enough for a whole scene, and as deep as the camera's.
 constexpr double lightFov = 120.0; // degrees
 constexpr double lightNear = 1.0;
-constexpr double lightFar = 25000.0;
 
 // The vertex stage of the shadow pass. Out: gl_TexCoord[0] for the surface's own texture;
 // ShadowVertex, the place in the light buffer, from the vertex in object space: the node's own
@@ -96,7 +95,7 @@ void PushLightProjection() {
     glMatrixMode(GL_PROJECTION);
     glPushMatrix();
     glLoadIdentity();
-    gluPerspective(lightFov, aspect, lightNear, lightFar);
+    gluPerspective(lightFov, aspect, lightNear, farPlane);
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
 }

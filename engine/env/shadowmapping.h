@@ -16,7 +16,7 @@ namespace Vell {
 /// picture is darkened by that share times the intensity.
 ///
 /// Space:   world; the light looks from its position to its target with up vector (0, 1, 0) and a
-///          vertical field of view of 120 degrees, 1 to 25000 units away.
+///          vertical field of view of 120 degrees, from 1 unit away to the camera's far plane.
 /// Texture: unit 6 holds the light buffer's depth from BindShadowMap() on, also after
 ///          UnBindShadowMap() (the water reads it there); texture matrix 0 holds the light's
 ///          transform between the two and is identity otherwise.
@@ -41,8 +41,9 @@ public:
     /// Side of the light buffer in texels, at least 1. The samples lie one texel apart.
     void SetSize(int size);
 
-    /// Width of the softened edge: 8 n samples within n texels, n at least 1 (with 0 the shadow
-    /// is undefined). Nothing is stored.
+    /// Width of the softened edge: 8 n samples, up to n texels away along the cross and the first
+    /// diagonal and up to 2 n along the second; n at least 1 (with 0 the shadow is undefined).
+    /// Nothing is stored.
     void SetBlurPass(int n);
 
     /// How dark a full shadow is: 0 leaves the picture as it is, 1 turns it black.

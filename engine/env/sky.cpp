@@ -1,6 +1,7 @@
 #include "engine/env/sky.h"
 
 #include "engine/core/GLExtensions.h"
+#include "engine/core/core.h"
 #include "engine/core/labels.h"
 #include "engine/core/textureunits.h"
 #include "engine/scene/camera.h"
@@ -14,9 +15,10 @@ struct Corner {
     float x, y, z;
 };
 
-// Half the side of the cube, in units. Its corners are about 1732 units away, well inside the
-// far plane at 25000, and its sides far beyond the near plane at 0.1.
+// Half the side of the cube, in units: no side reaches the near plane and no corner, root of 3
+// times as far, the far plane.
 constexpr float h = 1000.0f;
+static_assert(h > nearPlane && h * 1.7321 < farPlane);
 
 constexpr int cornerCount = 4;
 

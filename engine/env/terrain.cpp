@@ -5,6 +5,7 @@
 #include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/textureunits.h"
+#include "engine/env/fog.h"
 
 #include <algorithm>
 #include <string>
@@ -30,7 +31,7 @@ uniform vec3 scale;          // must not have a zero component
 
 varying vec3 v_vertex;
 varying float fogFactor;
-
+)glsl" VELL_FOG_FACTOR R"glsl(
 void main()
 {
     v_vertex = (pos + gl_Vertex.xyz * scale) / 256.0 / scale;
@@ -39,11 +40,8 @@ void main()
     lifted.y = texture2D(heightmap, v_vertex.xz).r * 255.0 - 10.0;
     gl_Position = gl_ModelViewProjectionMatrix * lifted;
 
-    // Squared exponential fog, exp(-(density d)^2), by the distance of the flat grid;
-    // 1.442695 is 1 / ln 2.
-    float d = length((gl_ModelViewMatrix * gl_Vertex).xyz);
-    float density = gl_Fog.density;
-    fogFactor = clamp(exp2(-density * density * d * d * 1.442695), 0.0, 1.0);
+    // By the distance of the flat grid, not of the lifted ground.
+    fogFactor = FogFactor(length((gl_ModelViewMatrix * gl_Vertex).xyz));
 
     // The water's reflection cuts the terrain at the surface.
     gl_ClipVertex = gl_ModelViewMatrix * lifted;

@@ -2,6 +2,7 @@
 
 #include "engine/core/GLExtensions.h"
 #include "engine/core/textureunits.h"
+#include "engine/env/fog.h"
 #include "engine/math/frustum.h"
 #include "engine/scene/camera.h"
 
@@ -24,8 +25,6 @@ constexpr int x0 = 2;
 constexpr int z0 = 4;
 constexpr int z1 = 5 + 4;
 constexpr int x2 = 10 + 2;
-
-const vec4 boxColour(0.0f, 0.0f, 1.0f, 1.0f);
 
 // In: the vertex in world units. Out: gl_TexCoord[0], where the noise is looked up; EyePos, the
 // clip position, which becomes the place on the screen; ShadowVertex, the place in the shadow map.
@@ -57,7 +56,7 @@ uniform sampler2D shadowmap;     // depth from the light, 0 to 1
 
 uniform float time;   // seconds
 uniform float blend;  // 0 reflection, 1 refraction
-uniform float deform; // reach of the bending, in screen widths
+uniform float deform; // reach of the bending, in parts of the screen along each axis
 uniform float taille; // noise repeats per texture coordinate
 uniform vec2 speed;   // scrolling in noise repeats per second
 
@@ -79,15 +78,7 @@ vec2 Bend()
     vec2 place = (gl_TexCoord[0].xy + vec2(t, t)) * taille + vec2(time, time) * speed;
     return (normalize(texture2D(noiseMap, place).rgb - 0.5) * deform).xy;
 }
-
-// Squared exponential fog, exp(-(density z)^2): 1 without fog, 0 in full fog; 1.442695 is 1 / ln 2.
-float FogFactor()
-{
-    float z = gl_FragCoord.z / gl_FragCoord.w;
-    float density = gl_Fog.density;
-    return clamp(exp2(-density * density * z * z * 1.442695), 0.0, 1.0);
-}
-
+)glsl" VELL_FOG_FACTOR R"glsl(
 // 0.5 where the light sees something nearer, else 1. Outside the shadow map all is lit.
 float Shadow()
 {
@@ -103,7 +94,8 @@ void main()
     vec4 reflected = texture2D(reflectionMap, place);
     vec4 refracted = texture2D(refractionMap, place);
     vec4 color = reflected * (1.0 - blend) + refracted * blend;
-    gl_FragColor = mix(gl_Fog.color, color, FogFactor()) * Shadow();
+    float depth = gl_FragCoord.z / gl_FragCoord.w;
+    gl_FragColor = mix(gl_Fog.color, color, FogFactor(depth)) * Shadow();
 }
 )glsl";
 
@@ -207,7 +199,7 @@ void Water::Draw() {
     shader.Disable();
     UnbindTextures();
     if (debug)
-        bbox.Draw(boxColour);
+        bbox.Draw(debugColour);
     glPopMatrix();
 }
 

@@ -13,8 +13,9 @@ constexpr float alphaCut = 0.5f;
 
 // The units that a mesh switches on, in the order in which they are switched off: unit 0 is the one
 // left active.
-constexpr int drawUnits[] = {TextureUnit::lightmap, 2, 1, TextureUnit::surface};
-constexpr int shadowUnits[] = {2, 1, TextureUnit::surface};
+constexpr int drawUnits[] = {TextureUnit::lightmap, TextureUnit::texture2, TextureUnit::texture1,
+                             TextureUnit::texture0};
+constexpr int shadowUnits[] = {TextureUnit::texture2, TextureUnit::texture1, TextureUnit::texture0};
 
 void ActivateSet(int set) {
     glClientActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + set));
@@ -106,10 +107,10 @@ Shader* XT3DStatic::SetMaterialShader(const std::string& vertPath, const std::st
     materialShader = new Shader;
     materialShader->Load(vertPath, fragPath);
     materialShader->Enable();
-    materialShader->Send("texture0", 0);
-    materialShader->Send("texture1", 1);
-    materialShader->Send("texture2", 2);
-    materialShader->Send("texture3", 3); // no sub-mesh has one, yet shaders may declare it
+    materialShader->Send("texture0", TextureUnit::texture0);
+    materialShader->Send("texture1", TextureUnit::texture1);
+    materialShader->Send("texture2", TextureUnit::texture2);
+    materialShader->Send("texture3", TextureUnit::texture3); // for shaders that declare it
     materialShader->Send("lightmap", TextureUnit::lightmap);
     materialShader->Disable();
     return materialShader;
@@ -123,7 +124,7 @@ void XT3DStatic::Draw() {
         DrawSubMesh(subMeshes[i]);
     EndDraw();
     if (debug)
-        bbox.Draw(vec4(0.0f, 0.0f, 1.0f, 1.0f));
+        bbox.Draw(debugColour);
 }
 
 void XT3DStatic::BeginDraw() {

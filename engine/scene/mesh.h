@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/math/bbox.h"
+#include "engine/math/vec4.h"
 
 #include <string>
 
@@ -34,6 +35,9 @@ public:
     BoundingBox* GetBBox() { return &bbox; }
 
 protected:
+    /// Of the box that SetDebug() adds: blue.
+    static constexpr vec4 debugColour{0.0f, 0.0f, 1.0f, 1.0f};
+
     BoundingBox bbox;
     bool debug = false;
     bool show = true;

@@ -11,6 +11,10 @@ TEST_F(TextureUnits, Have_the_numbers_that_shader_files_and_meshes_agree_on) {
     EXPECT_EQ(TextureUnit::surface, 0);
     EXPECT_EQ(TextureUnit::reflection, 1);
     EXPECT_EQ(TextureUnit::refraction, 2);
+    EXPECT_EQ(TextureUnit::texture0, 0);
+    EXPECT_EQ(TextureUnit::texture1, 1);
+    EXPECT_EQ(TextureUnit::texture2, 2);
+    EXPECT_EQ(TextureUnit::texture3, 3);
     EXPECT_EQ(TextureUnit::lightmap, 6);
     EXPECT_EQ(TextureUnit::shadowmap, 6);
     EXPECT_EQ(TextureUnit::noise, 0);

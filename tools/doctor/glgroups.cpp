@@ -4,21 +4,32 @@
 
 namespace Doctor {
 
+namespace {
+
+struct Row {
+    const char* id;
+    const char* title;
+};
+
+// In the order of the engine's groups.
+constexpr Row rows[] = {
+    {"shader_objects", "Shaders"},       {"vertex_program", "Vertex attributes"},
+    {"vertex_shader", "Vertex shaders"}, {"vertex_buffers", "Vertex buffers"},
+    {"point_sprites", "Point sizes"},    {"framebuffers", "Framebuffer objects"},
+};
+
+std::array<GlGroup, 6> WithTheirRows() {
+    std::array<GlGroup, 6> groups{};
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        groups[i] = {rows[i].id, rows[i].title, extensionGroups[i].extension,
+                     extensionGroups[i].names, extensionGroups[i].pointers};
+    return groups;
+}
+
+} // namespace
+
 const std::array<GlGroup, 6>& GlGroups() {
-    static const std::array<GlGroup, 6> groups = {{
-        {"shader_objects", "Shaders", "GL_ARB_shader_objects", ARBShaderObjectProcName,
-         ARBShaderObjectProcAddress},
-        {"vertex_program", "Vertex attributes", "GL_ARB_vertex_program", ARBVertexProgramProcName,
-         ARBVertexProgramProcAddress},
-        {"vertex_shader", "Vertex shaders", "GL_ARB_vertex_shader", ARBVertexShaderProcName,
-         ARBVertexShaderProcAddress},
-        {"vertex_buffers", "Vertex buffers", "GL_ARB_vertex_buffer_object", ARBBufferObjectProcName,
-         ARBBufferObjectProcAddress},
-        {"point_sprites", "Point sizes", "GL_ARB_point_sprite", ARBPointSpriteProcName,
-         ARBPointSpriteProcAddress},
-        {"framebuffers", "Framebuffer objects", "EXT_framebuffer_object", EXTFrameBufferProcName,
-         EXTFrameBufferProcAddress},
-    }};
+    static const std::array<GlGroup, 6> groups = WithTheirRows();
     return groups;
 }
 
