@@ -39,7 +39,7 @@ struct VectorOperations {
     constexpr T operator-(const T& other) const { return T(Self()) -= other; }
 
     /// Every component with its sign changed; the least integer wraps to itself.
-    friend constexpr T operator-(const T& v) { return v * S(-1); }
+    friend constexpr T operator-(const T& v) { return v * S{-1}; }
 
     constexpr T& operator*=(S scale);
     constexpr T operator*(S scale) const { return T(Self()) *= scale; }
@@ -50,7 +50,7 @@ struct VectorOperations {
     /// Divides in place; a divisor of 0 leaves the vector as it is.
     constexpr T& operator/=(S divisor);
     /// The quotient, or the zero vector when the divisor is 0.
-    constexpr T operator/(S divisor) const { return divisor == S(0) ? T() : T(Self()) /= divisor; }
+    constexpr T operator/(S divisor) const { return divisor == S{} ? T() : T(Self()) /= divisor; }
     /// Quotient component by component, or the zero vector when x, y or z of the divisor is 0.
     /// The fourth component is divided without that check, which is intended: a float w / 0 is
     /// infinite and an integer one divides by zero.
@@ -134,7 +134,7 @@ constexpr T VectorOperations<T, S, N>::operator*(const T& other) const {
 
 template <class T, class S, int N>
 constexpr T& VectorOperations<T, S, N>::operator/=(S divisor) {
-    if (divisor != S(0))
+    if (divisor != S{})
         for (int i = 0; i < N; ++i)
             Self()[i] = Divide(Self()[i], divisor);
     return Self();
@@ -145,7 +145,7 @@ constexpr T VectorOperations<T, S, N>::operator/(const T& divisor) const {
     constexpr int guarded = std::min(N, 3);
     T quotient;
     for (int i = 0; i < N; ++i) {
-        if (i < guarded && divisor[i] == S(0))
+        if (i < guarded && divisor[i] == S{})
             return T();
         quotient[i] = Divide(Self()[i], divisor[i]);
     }

@@ -36,7 +36,7 @@ struct Decoded {
     std::unique_ptr<unsigned char[]> pixels;
 };
 
-enum class Outcome { decoded, refused, tooLarge };
+enum class Outcome { Decoded, Refused, TooLarge };
 
 void LogError(const std::string& path) {
     Log::GetInstance().Write("Image", "ERROR", path);
@@ -95,20 +95,20 @@ void SayNothing(j_common_ptr) {}
 /// destructor to skip.
 Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors, Decoded& picture) {
     if (setjmp(errors.wayBack) != 0)
-        return Outcome::refused;
+        return Outcome::Refused;
     jpeg_create_decompress(&jpeg);
     jpeg_stdio_src(&jpeg, file);
     jpeg_read_header(&jpeg, TRUE);
     if (jpeg.out_color_space != JCS_RGB) // grey or CMYK
-        return Outcome::refused;
+        return Outcome::Refused;
     if (!FitsTexture(jpeg.image_width, jpeg.image_height))
-        return Outcome::tooLarge;
+        return Outcome::TooLarge;
     const std::size_t pixels = static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height;
     // Arithmetic coding may need next to nothing for any number of flat blocks.
     if (!jpeg.arith_code && !IsCredible(file, pixels * rgbBytes, pixels / mostPixelsAJpegByte))
-        return Outcome::refused;
+        return Outcome::Refused;
     if (!MakeRoom(picture, jpeg.image_width, jpeg.image_height, rgbBytes))
-        return Outcome::tooLarge;
+        return Outcome::TooLarge;
     jpeg_start_decompress(&jpeg);
     while (jpeg.output_scanline < jpeg.output_height) {
         JSAMPROW row = picture.pixels.get() + static_cast<std::size_t>(jpeg.output_scanline) *
@@ -116,7 +116,7 @@ Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors,
         jpeg_read_scanlines(&jpeg, &row, 1);
     }
     jpeg_finish_decompress(&jpeg);
-    return Outcome::decoded;
+    return Outcome::Decoded;
 }
 
 Outcome ReadJpeg(FILE* file, Decoded& picture) {
@@ -216,7 +216,7 @@ void PointAtRows(std::vector<png_bytep>& rows, const Decoded& picture, std::size
 /// destructor to skip; `rows` belongs to the caller for that reason.
 Outcome DecodePng(FILE* file, PngReader& reader, std::vector<png_bytep>& rows, Decoded& picture) {
     if (setjmp(png_jmpbuf(reader.png)) != 0)
-        return Outcome::refused;
+        return Outcome::Refused;
     png_init_io(reader.png, file);
     png_set_sig_bytes(reader.png, signatureBytes);
     png_read_info(reader.png, reader.info);
@@ -225,28 +225,28 @@ Outcome DecodePng(FILE* file, PngReader& reader, std::vector<png_bytep>& rows, D
     AskForTransforms(reader.png, reader.info);
     const int pixelBytes = PixelBytes(reader.png, reader.info);
     if (pixelBytes == 0)
-        return Outcome::refused;
+        return Outcome::Refused;
     const unsigned width = png_get_image_width(reader.png, reader.info);
     const unsigned height = png_get_image_height(reader.png, reader.info);
     if (!FitsTexture(width, height))
-        return Outcome::tooLarge;
+        return Outcome::TooLarge;
     if (!IsCredible(file,
                     static_cast<std::size_t>(width) * height * static_cast<std::size_t>(pixelBytes),
                     packedRow * height / mostBytesAPngByte))
-        return Outcome::refused;
+        return Outcome::Refused;
     if (!MakeRoom(picture, width, height, pixelBytes))
-        return Outcome::tooLarge;
+        return Outcome::TooLarge;
     PointAtRows(rows, picture,
                 static_cast<std::size_t>(picture.size.x) * static_cast<std::size_t>(pixelBytes));
     png_read_image(reader.png, rows.data());
     png_read_end(reader.png, nullptr);
-    return Outcome::decoded;
+    return Outcome::Decoded;
 }
 
 Outcome ReadPng(FILE* file, Decoded& picture) {
     PngReader reader;
     if (reader.info == nullptr)
-        return Outcome::refused;
+        return Outcome::Refused;
     std::vector<png_bytep> rows;
     return DecodePng(file, reader, rows, picture);
 }
@@ -297,7 +297,7 @@ bool Image::LoadByEnding(const std::string& path) {
 bool Image::LoadJPG(const std::string& path) {
     const File file(std::fopen(path.c_str(), "rb"));
     Decoded picture;
-    const bool decoded = file != nullptr && ReadJpeg(file.get(), picture) == Outcome::decoded;
+    const bool decoded = file != nullptr && ReadJpeg(file.get(), picture) == Outcome::Decoded;
     std::unique_ptr<unsigned char[]> turned = decoded ? Turned(picture) : nullptr;
     if (turned == nullptr) {
         LogError(path);
@@ -315,9 +315,9 @@ bool Image::LoadPNG(const std::string& path) {
     }
     Decoded picture;
     const Outcome outcome = ReadPng(file.get(), picture);
-    if (outcome == Outcome::tooLarge)
+    if (outcome == Outcome::TooLarge)
         LogError(path);
-    if (outcome != Outcome::decoded)
+    if (outcome != Outcome::Decoded)
         return false;
     Adopt(picture.pixels.release(), picture.size, picture.format, path);
     return true;
