@@ -127,8 +127,6 @@ void Log::Put(const std::string& text, std::ios::openmode mode) {
     page.open(fileName, std::ios::out | mode);
     page << text;
     page.close();
-    // An open that failed must not silence the writes after it.
-    page.clear();
 }
 
 } // namespace Vell
