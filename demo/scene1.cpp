@@ -95,8 +95,8 @@ void Scene1::Load() {
     sceneClock.Reset();
 }
 
-void Scene1::SetSpectrum(float* newSpectrum) {
-    spectrum = newSpectrum;
+void Scene1::SetSpectrum(float* magnitudes) {
+    spectrum = magnitudes;
 }
 
 void Scene1::Draw(float dt) {

@@ -43,7 +43,7 @@ public:
     /// Hands over the magnitudes of the music's spectrum, lowest band first; only element 0 is
     /// read. The caller keeps the array, refreshes it every frame and keeps it alive as long as
     /// the scene is drawn. Needed before demo time reaches the effects at 41.736 s.
-    void SetSpectrum(float* spectrum);
+    void SetSpectrum(float* magnitudes);
 
     /// Plays one frame at the scene's own time. `dt` is the duration of the previous frame in
     /// seconds; only the decay of the effects uses it.

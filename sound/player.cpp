@@ -5,10 +5,10 @@
 
 namespace Vell::Sound {
 
-void Channel::Play(std::shared_ptr<const Track> newTrack, const OutputMaker& makeOutput) {
+void Channel::Play(std::shared_ptr<const Track> piece, const OutputMaker& makeOutput) {
     Stop();
-    output = makeOutput(newTrack);
-    track = std::move(newTrack);
+    output = makeOutput(piece);
+    track = std::move(piece);
 }
 
 void Channel::Stop() {

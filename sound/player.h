@@ -10,9 +10,9 @@ namespace Vell::Sound {
 /// Plays at most one track at a time and measures what is heard of it.
 class Channel {
 public:
-    /// Plays `newTrack` from its start, in the place of any other. When the maker throws, the
+    /// Plays `piece` from its start, in the place of any other. When the maker throws, the
     /// channel plays nothing.
-    void Play(std::shared_ptr<const Track> newTrack, const OutputMaker& makeOutput);
+    void Play(std::shared_ptr<const Track> piece, const OutputMaker& makeOutput);
     void Stop();
 
     /// Whether a track is playing that has not been heard to its end.

@@ -71,8 +71,8 @@ FBO::~FBO() {
     glDeleteRenderbuffersEXT(1, &renderbuffer);
 }
 
-void FBO::SetSize(const ivec2& newSize) {
-    size = newSize;
+void FBO::SetSize(const ivec2& pixels) {
+    size = pixels;
     BindAndAllocateRenderbuffer(renderbuffer, size);
     BindAndAllocateColor(color, size);
     // Bytes here, floats in the constructor, on purpose; nothing is uploaded in either case.

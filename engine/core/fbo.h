@@ -28,7 +28,7 @@ public:
 
     /// Gives both textures and the renderbuffer a new size in pixels; their names, filters and wrap
     /// modes stay, their content is lost. Leaves the depth texture bound.
-    void SetSize(const ivec2& newSize);
+    void SetSize(const ivec2& pixels);
 
     /// Labels the framebuffer with what the target is, "reflection target", and the textures and
     /// the renderbuffer after it, "colour of the reflection target". Until then it is a "target".

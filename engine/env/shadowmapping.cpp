@@ -113,8 +113,8 @@ ShadowMapping::ShadowMapping() {
 
 ShadowMapping::~ShadowMapping() = default;
 
-void ShadowMapping::SetLight(const vec3& pos, const vec3& target) {
-    light.Set(pos, target);
+void ShadowMapping::SetLight(const vec3& position, const vec3& target) {
+    light.Set(position, target);
     PushLightProjection();
     glLoadIdentity();
     light.Draw();
@@ -130,16 +130,16 @@ void ShadowMapping::SetSize(int size) {
     shadowShader.Disable();
 }
 
-void ShadowMapping::SetBlurPass(int n) {
+void ShadowMapping::SetBlurPass(int count) {
     shadowShader.Enable();
-    shadowShader.Send("pass", n);
+    shadowShader.Send("pass", count);
     shadowShader.Disable();
 }
 
-void ShadowMapping::SetIntensity(float f) {
-    intensity = f;
+void ShadowMapping::SetIntensity(float darkness) {
+    intensity = darkness;
     compositeShader.Enable();
-    compositeShader.Send("intensity", f);
+    compositeShader.Send("intensity", darkness);
     compositeShader.Disable();
 }
 

@@ -36,18 +36,18 @@ public:
 
     /// Places the light and captures its matrices; moving it means calling this again. Position and
     /// target must not lie on one vertical line, along which the up vector leaves no view.
-    void SetLight(const vec3& pos, const vec3& target);
+    void SetLight(const vec3& position, const vec3& target);
 
     /// Side of the light buffer in texels, at least 1. The samples lie one texel apart.
     void SetSize(int size);
 
-    /// Width of the softened edge: 8 n samples, up to n texels away along the cross and the first
-    /// diagonal and up to 2 n along the second; n at least 1 (with 0 the shadow is undefined).
-    /// Nothing is stored.
-    void SetBlurPass(int n);
+    /// Width of the softened edge: 8 `count` samples, up to `count` texels away along the cross and
+    /// the first diagonal and up to twice as far along the second; at least 1 (with 0 the shadow is
+    /// undefined). Nothing is stored.
+    void SetBlurPass(int count);
 
     /// How dark a full shadow is: 0 leaves the picture as it is, 1 turns it black.
-    void SetIntensity(float f);
+    void SetIntensity(float darkness);
     float GetIntensity() const { return intensity; }
 
     FBO& GetLightBuffer() { return lightBuffer; }

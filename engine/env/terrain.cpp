@@ -118,10 +118,10 @@ void Terrain::SetTexture(const std::string& path, int i) {
     textures[i].Load(path);
 }
 
-void Terrain::SetScale(const vec3& s) {
-    scale = s;
+void Terrain::SetScale(const vec3& factors) {
+    scale = factors;
     shader.Enable();
-    shader.Send("scale", s);
+    shader.Send("scale", factors);
     shader.Disable();
 }
 

@@ -34,8 +34,8 @@ public:
     Terrain& operator=(const Terrain&) = delete;
 
     /// Loads the height map from a ".jpg" or ".png" file; once a terrain, see Image::Load(). The
-    /// log gets a "LOADED" row for the terrain in any case; a picture that failed has its own
-    /// "ERROR" row from Image::Load(). Both shader stages read it with the filter and wrap mode
+    /// log gets a "LOADED" row for the terrain in any case, also when Image::Load() fails, which
+    /// logs some failures and not others. Both shader stages read it with the filter and wrap mode
     /// that Image gives every picture: linear between pixels, repeating beyond the edges, the
     /// vertex stage always at full size.
     void Load(const std::string& path);
@@ -46,7 +46,7 @@ public:
 
     /// Sets the scale that the shader first multiplies and then divides by: any scale without a
     /// zero component gives the same picture.
-    void SetScale(const vec3& s);
+    void SetScale(const vec3& factors);
 
     vec3 GetScale() const { return scale; }
     Image& GetTexture(int i) { return textures[i]; }

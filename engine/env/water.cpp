@@ -124,10 +124,10 @@ Water::Water() : speed(1.0f, 1.0f), uvrep(1.0f, 1.0f), size(1024, 1024) {
 
 Water::~Water() = default;
 
-void Water::SetSize(const ivec2& s) {
-    size = s;
-    const float x = static_cast<float>(s.x);
-    const float z = static_cast<float>(s.y);
+void Water::SetSize(const ivec2& extent) {
+    size = extent;
+    const float x = static_cast<float>(extent.x);
+    const float z = static_cast<float>(extent.y);
     // The negative corners are left where the constructor put them: intended.
     quad[x0] = x;
     quad[z0] = z;
@@ -137,33 +137,33 @@ void Water::SetSize(const ivec2& s) {
     bbox.Set(vec3(-x, -halfThickness, -z), vec3(2.0f * x, halfThickness, 2.0f * z));
 }
 
-void Water::SetBlend(float b) {
-    blend = b;
-    SendParameter("blend", b);
+void Water::SetBlend(float share) {
+    blend = share;
+    SendParameter("blend", share);
 }
 
-void Water::SetDeform(float d) {
-    deform = d;
-    SendParameter("deform", d);
+void Water::SetDeform(float reach) {
+    deform = reach;
+    SendParameter("deform", reach);
 }
 
-void Water::SetSpeed(const vec2& v) {
-    speed = v;
-    SendParameter("speed", v);
+void Water::SetSpeed(const vec2& repeats) {
+    speed = repeats;
+    SendParameter("speed", repeats);
 }
 
-void Water::SetUVRepeat(const vec2& v) {
-    uvrep = v;
-    SendParameter("uvrep", v);
+void Water::SetUVRepeat(const vec2& repeats) {
+    uvrep = repeats;
+    SendParameter("uvrep", repeats);
 }
 
 void Water::SetNormalMap(const std::string& path) {
     normalMap.Load(path);
 }
 
-void Water::BeginReflection(Camera& cam) {
-    BeginPass(reflection, cam);
-    if (cam.GetPosition().y <= 0.0f)
+void Water::BeginReflection(Camera& camera) {
+    BeginPass(reflection, camera);
+    if (camera.GetPosition().y <= 0.0f)
         return;
     glScalef(1.0f, -1.0f, 1.0f);
     // Given after the mirror, so it keeps what lies above the water in the world.
@@ -178,8 +178,8 @@ void Water::EndReflection() {
     reflection.Disable();
 }
 
-void Water::BeginRefraction(Camera& cam) {
-    BeginPass(refraction, cam);
+void Water::BeginRefraction(Camera& camera) {
+    BeginPass(refraction, camera);
 }
 
 void Water::EndRefraction() {
@@ -270,11 +270,11 @@ void Water::UnbindTextures() {
     glActiveTexture(GL_TEXTURE0);
 }
 
-void Water::BeginPass(FBO& target, Camera& cam) {
+void Water::BeginPass(FBO& target, Camera& camera) {
     target.Enable();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glPushMatrix();
-    cam.Draw();
+    camera.Draw();
 }
 
 } // namespace Vell

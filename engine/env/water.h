@@ -37,29 +37,32 @@ public:
     Water(const Water&) = delete;
     Water& operator=(const Water&) = delete;
 
-    /// Sets how far the surface reaches along +x (`s.x`) and +z (`s.y`), in units.
+    /// Sets how far the surface reaches along +x (`extent.x`) and +z (`extent.y`), in units.
     /// The edges at -x and -z stay where construction put them, on purpose. The box that decides
-    /// about visibility becomes (-s.x, -0.1, -s.y) to (2 s.x, 0.1, 2 s.y).
-    void SetSize(const ivec2& s);
+    /// about visibility becomes (-extent.x, -0.1, -extent.y) to (2 extent.x, 0.1, 2 extent.y).
+    void SetSize(const ivec2& extent);
     ivec2 GetSize() const { return size; }
 
     /// 0 shows the reflection alone, 1 the refraction alone.
-    void SetBlend(float b);
+    void SetBlend(float share);
     float GetBlend() const { return blend; }
 
-    /// How far the normal map bends the two images, in screen widths (0.02 is a fiftieth).
-    void SetDeform(float d);
+    /// How far the normal map bends the two images: along x in screen widths, along y in screen
+    /// heights (0.02 is a fiftieth of either).
+    void SetDeform(float reach);
     float GetDeform() const { return deform; }
 
     /// How fast the normal map scrolls, in repeats per second along x and z.
-    void SetSpeed(const vec2& v);
+    void SetSpeed(const vec2& repeats);
     vec2 GetSpeed() const { return speed; }
 
-    /// How often the normal map repeats: a repeat is 200 / v.x units of x long, and 200 / v.y of z.
-    void SetUVRepeat(const vec2& v);
+    /// How often the normal map repeats: a repeat is 200 / repeats.x units of x long and
+    /// 200 / repeats.y of z.
+    void SetUVRepeat(const vec2& repeats);
     vec2 GetUVRepeat() const { return uvrep; }
 
-    /// Loads the normal map from a ".jpg" or ".png" file; failures are logged by Image::Load().
+    /// Loads the normal map from a ".jpg" or ".png" file; Image::Load() says which failures it
+    /// logs.
     void SetNormalMap(const std::string& path);
     Image& GetNormalMap() { return normalMap; }
 
@@ -70,13 +73,13 @@ public:
     /// Binds the cleared reflection target and loads the camera's view. With the camera strictly
     /// above the surface the world is mirrored about y = 0 and clip plane 0 keeps what lies above
     /// it; at or below the surface the scene is taken unmirrored and unclipped.
-    void BeginReflection(Camera& cam);
+    void BeginReflection(Camera& camera);
 
     /// Switches clip plane 0 off and returns to the screen and to the matrix before.
     void EndReflection();
 
     /// Binds the cleared refraction target and loads the camera's view; nothing is clipped.
-    void BeginRefraction(Camera& cam);
+    void BeginRefraction(Camera& camera);
 
     /// Returns to the screen and to the matrix before.
     void EndRefraction();
@@ -101,7 +104,7 @@ private:
     void DrawQuad();
     void BindTextures();
     void UnbindTextures();
-    void BeginPass(FBO& target, Camera& cam);
+    void BeginPass(FBO& target, Camera& camera);
 
     float quad[quadFloats] = {}; // four vertices of s, t, x, y, z as a triangle strip
     FBO reflection;

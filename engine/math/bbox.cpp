@@ -27,9 +27,9 @@ void DrawCube(const vec3& center, const vec3& size) {
 
 } // namespace
 
-void BoundingBox::Set(const vec3& newMin, const vec3& newMax) {
-    min = newMin;
-    max = newMax;
+void BoundingBox::Set(const vec3& corner, const vec3& opposite) {
+    min = corner;
+    max = opposite;
     center = (max + min) / 2.0f;
     size = min + center; // not (max - min) / 2, on purpose
 }

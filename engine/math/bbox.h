@@ -14,7 +14,7 @@ public:
     ~BoundingBox() = default;
 
     /// Stores the corners as given, unsorted, and from them the centre and the size.
-    void Set(const vec3& newMin, const vec3& newMax);
+    void Set(const vec3& corner, const vec3& opposite);
 
     vec3& GetMin() { return min; }
     vec3& GetMax() { return max; }

@@ -2,14 +2,14 @@
 
 namespace Vell {
 
-Plane::Plane(const vec3& newNormal, float distance) : normal(newNormal), d(distance) {}
+Plane::Plane(const vec3& direction, float distance) : normal(direction), d(distance) {}
 
 void Plane::Set(float a, float b, float c, float distance) {
     Set(vec3(a, b, c), distance);
 }
 
-void Plane::Set(const vec3& newNormal, float distance) {
-    normal = newNormal;
+void Plane::Set(const vec3& direction, float distance) {
+    normal = direction;
     d = distance;
 }
 

@@ -10,12 +10,12 @@ class Plane {
 public:
     /// Normal (0, 0, 0) and d 0: no point is inside.
     Plane() = default;
-    Plane(const vec3& newNormal, float distance);
+    Plane(const vec3& direction, float distance);
     ~Plane() = default;
 
     /// Normal (a, b, c) and distance term `distance`, none of them normalised.
     void Set(float a, float b, float c, float distance);
-    void Set(const vec3& newNormal, float distance);
+    void Set(const vec3& direction, float distance);
     /// The plane through three points, its normal from (p3 - p1) and (p2 - p1) by the in-place
     /// cross product of vec3, which is not the geometric one in general; d then puts p1 on the
     /// plane.

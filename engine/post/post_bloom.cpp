@@ -37,14 +37,14 @@ PostBloom::PostBloom() {
     SetThreshold(threshold);
 }
 
-void PostBloom::SetIntensity(float value) {
-    intensity = value;
+void PostBloom::SetIntensity(float weight) {
+    intensity = weight;
 }
 
-void PostBloom::SetThreshold(float value) {
-    threshold = value;
+void PostBloom::SetThreshold(float brightness) {
+    threshold = brightness;
     thresholdShader.Enable();
-    thresholdShader.Send("threshold", value);
+    thresholdShader.Send("threshold", brightness);
     thresholdShader.Disable();
 }
 

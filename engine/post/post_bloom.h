@@ -24,11 +24,11 @@ public:
 
     /// Weight of the glow, which is also weighted by its own blurred alpha; 0 leaves the picture
     /// unchanged, values outside 0..1 act as the nearest of them.
-    void SetIntensity(float value);
+    void SetIntensity(float weight);
     float GetIntensity() const { return intensity; }
 
     /// Smallest brightness that glows, 0..1; 0 lets every pixel glow, above 1 none does.
-    void SetThreshold(float value);
+    void SetThreshold(float brightness);
     float GetThreshold() const { return threshold; }
 
     /// The blur's parameters, see PostBlur.

@@ -323,11 +323,11 @@ bool Image::LoadPNG(const std::string& path) {
     return true;
 }
 
-void Image::SetParameter(int newFilter, bool newMipmap) {
+void Image::SetParameter(int kind, bool withMipmaps) {
     // Mip-mapped minification of a texture without mip-maps would show no texture at all, so the
     // two always change together.
-    filter = newFilter;
-    mipmap = newMipmap;
+    filter = kind;
+    mipmap = withMipmaps;
     Bind();
     glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, mipmap ? 1 : 0);
     if (filter == 0) {

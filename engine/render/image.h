@@ -50,7 +50,7 @@ public:
     /// Stores and applies the filter: 0 nearest, 1 linear, other values keep OpenGL's present one.
     /// `mipmap` lets OpenGL make mip-maps at every upload. Wrapping stays at OpenGL's repeat.
     /// Before Load this chooses what the loader applies. Leaves the texture bound.
-    void SetParameter(int newFilter, bool newMipmap);
+    void SetParameter(int kind, bool withMipmaps);
 
     /// Uploads the pixels again after a caller changed them through GetData(); leaves the texture
     /// bound. To be called on the image that loaded the file, not on one that shares it.

@@ -8,17 +8,17 @@ Camera::Camera() = default;
 
 Camera::~Camera() = default;
 
-void Camera::Set(const vec3& newPosition, const vec3& newTarget) {
-    position = newPosition;
-    target = newTarget;
+void Camera::Set(const vec3& eye, const vec3& point) {
+    position = eye;
+    target = point;
 }
 
-void Camera::SetPosition(const vec3& newPosition) {
-    position = newPosition;
+void Camera::SetPosition(const vec3& eye) {
+    position = eye;
 }
 
-void Camera::SetTarget(const vec3& newTarget) {
-    target = newTarget;
+void Camera::SetTarget(const vec3& point) {
+    target = point;
 }
 
 void Camera::Draw() {

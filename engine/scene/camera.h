@@ -17,9 +17,9 @@ public:
     virtual ~Camera();
 
     /// Moves the eye and aims it; the two setters below do one of both.
-    void Set(const vec3& newPosition, const vec3& newTarget);
-    void SetPosition(const vec3& newPosition);
-    void SetTarget(const vec3& newTarget);
+    void Set(const vec3& eye, const vec3& point);
+    void SetPosition(const vec3& eye);
+    void SetTarget(const vec3& point);
     vec3 GetPosition() const { return position; }
     vec3 GetTarget() const { return target; }
 

@@ -46,9 +46,9 @@ SceneManager::~SceneManager() {
     delete postProcess;
 }
 
-void SceneManager::AddCamera(Camera* newCamera) {
+void SceneManager::AddCamera(Camera* replacement) {
     delete camera;
-    camera = newCamera;
+    camera = replacement;
 }
 
 Camera* SceneManager::AddCamera(const vec3& position, const vec3& target) {

@@ -34,9 +34,9 @@ public:
     SceneManager(const SceneManager&) = delete;
     SceneManager& operator=(const SceneManager&) = delete;
 
-    /// Replaces the camera and takes ownership of `newCamera`. The current camera is deleted first,
-    /// so it must not be handed in again.
-    void AddCamera(Camera* newCamera);
+    /// Replaces the camera and takes ownership of `replacement`. The current camera is deleted
+    /// first, so it must not be handed in again.
+    void AddCamera(Camera* replacement);
 
     /// Replaces the camera by a new one; positions in world units.
     Camera* AddCamera(const vec3& position, const vec3& target);

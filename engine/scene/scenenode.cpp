@@ -23,8 +23,8 @@ void SceneNode::SetScale(const vec3& factors) {
     transform.Scale(factors);
 }
 
-void SceneNode::SetMesh(Mesh* newMesh) {
-    mesh = newMesh;
+void SceneNode::SetMesh(Mesh* shape) {
+    mesh = shape;
 }
 
 Mesh* SceneNode::GetMesh() {

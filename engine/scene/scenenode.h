@@ -27,7 +27,7 @@ public:
     virtual void SetScale(const vec3& factors);
 
     /// The mesh must be set before the first Draw() and outlive the last.
-    virtual void SetMesh(Mesh* newMesh);
+    virtual void SetMesh(Mesh* shape);
     virtual Mesh* GetMesh();
 
     /// Draws the mesh under the node's transform unless its box is outside the Frustum.

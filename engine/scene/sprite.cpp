@@ -26,8 +26,8 @@ void Sprite::SetTexture(const std::string& path) {
 }
 
 // The height goes to z, not to y, and is to stay so: overlays keep the height of their picture.
-void Sprite::SetSize(const vec2& newSize) {
-    size = newSize;
+void Sprite::SetSize(const vec2& extent) {
+    size = extent;
     quad[0].x = size.x;
     quad[0].z = size.y;
     quad[1].z = size.y;

@@ -23,7 +23,7 @@ public:
 
     /// Sets the size. Of the rectangle itself only the width follows: the second value goes to the
     /// depth of the upper corners, so the height stays what SetTexture made it. That is intended.
-    void SetSize(const vec2& newSize);
+    void SetSize(const vec2& extent);
     vec2 GetSize() const { return size; }
 
     /// Draws over everything, without depth test, multiplied by the current colour.
