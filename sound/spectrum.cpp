@@ -46,10 +46,10 @@ struct CosineSum {
 };
 
 constexpr CosineSum cosineSums[] = {
-    {Window::rectangle, 1.0, 0.0, 0.0},
-    {Window::hamming, 0.54, 0.46, 0.0},
-    {Window::hann, 0.5, 0.5, 0.0},
-    {Window::blackman, 0.42, 0.5, 0.08},
+    {Window::Rectangle, 1.0, 0.0, 0.0},
+    {Window::Hamming, 0.54, 0.46, 0.0},
+    {Window::Hann, 0.5, 0.5, 0.0},
+    {Window::Blackman, 0.42, 0.5, 0.08},
 };
 
 std::vector<float> Weights(Window window, std::size_t length) {
@@ -130,8 +130,8 @@ void Spectrum::Measure(const Track& track, std::int64_t heard, int side, std::sp
 }
 
 bool Spectrum::OffersWindow(int number) {
-    return number >= static_cast<int>(Window::rectangle) &&
-           number <= static_cast<int>(Window::blackman);
+    return number >= static_cast<int>(Window::Rectangle) &&
+           number <= static_cast<int>(Window::Blackman);
 }
 
 void Spectrum::Prepare(std::size_t count, Window window) {

@@ -9,7 +9,7 @@ namespace Vell::Sound {
 
 /// The usual ways to weight a block before its transform, from the narrowest peaks to the least
 /// leakage. The numbers are those that the C interface takes.
-enum class Window { rectangle = 0, triangle = 1, hamming = 2, hann = 3, blackman = 4 };
+enum class Window { Rectangle = 0, Triangle = 1, Hamming = 2, Hann = 3, Blackman = 4 };
 
 /// Takes spectra from a track. Keeps its tables between calls, so that only a change in the number
 /// of values or of the window takes memory; one object belongs to one thread at a time.
@@ -33,7 +33,7 @@ public:
     /// (2 * size) Hz. All zero when nothing is heard yet (heard <= 0) or no longer (heard >=
     /// length). Throws std::bad_alloc; the tables of the call before are then still there.
     void Measure(const Track& track, std::int64_t heard, int side, std::span<float> values,
-                 Window window = Window::triangle);
+                 Window window = Window::Triangle);
 
     /// Whether `number` is one of Window's.
     static bool OffersWindow(int number);

@@ -224,10 +224,10 @@ struct WindowCase {
 // bins away; all relative to a, to which the sine's own bin is scaled.
 TEST(Spectrum, Reads_one_on_a_bin_through_every_window_and_leaks_as_that_window_does) {
     const WindowCase cases[] = {
-        {Window::rectangle, 0.0, 0.0},
-        {Window::hamming, 0.23 / 0.54, 0.0},
-        {Window::hann, 0.25 / 0.5, 0.0},
-        {Window::blackman, 0.25 / 0.42, 0.04 / 0.42},
+        {Window::Rectangle, 0.0, 0.0},
+        {Window::Hamming, 0.23 / 0.54, 0.0},
+        {Window::Hann, 0.25 / 0.5, 0.0},
+        {Window::Blackman, 0.25 / 0.42, 0.04 / 0.42},
     };
     const Track sine = SineOnBin(16);
     for (const WindowCase& expected : cases) {
@@ -247,10 +247,10 @@ TEST(Spectrum, Can_change_its_window_from_call_to_call) {
     const Track sine = SineOnBin(16);
     Spectrum spectrum;
     std::vector<float> values(count);
-    spectrum.Measure(sine, 1000, left, values, Window::hann);
-    spectrum.Measure(sine, 1000, left, values, Window::rectangle);
+    spectrum.Measure(sine, 1000, left, values, Window::Hann);
+    spectrum.Measure(sine, 1000, left, values, Window::Rectangle);
     EXPECT_NEAR(values[17], 0.0, 2.0 * rounding);
-    spectrum.Measure(sine, 1000, left, values, Window::hann);
+    spectrum.Measure(sine, 1000, left, values, Window::Hann);
     EXPECT_NEAR(values[17], 0.5, 2.0 * rounding);
 }
 
