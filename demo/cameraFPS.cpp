@@ -10,7 +10,8 @@ namespace {
 constexpr int pivotX = 200;
 constexpr int pivotY = 200;
 
-// Not each other's inverse to the last digit, on purpose: there is a double, back is a float.
+// Not each other's inverse to the last digit, on purpose: there is a double, back is a
+// float, so both angles lose a few float steps over the first calls.
 constexpr double radiansPerDegree = 0.017453292519943295;
 constexpr float degreesPerRadian = 57.295776f;
 

@@ -33,7 +33,7 @@ public:
     ///
     /// A key moves once for each time it is reported as pressed, 10 units a second for `dt` seconds
     /// and not for as long as it is held; an event that is handed over twice moves twice. The
-    /// letters are those of a Z-Q-S-D keyboard, on purpose.
+    /// letters are those of a Z-Q-S-D keyboard, on purpose: on another layout they lie apart.
     ///
     /// `event`: read only, not null, and still the caller's. `dt`: the frame's duration in seconds.
     /// `floorY`: the lowest height that the target may have; it is lifted to it.

@@ -14,7 +14,7 @@ namespace {
 constexpr int channels = 10;
 constexpr int spectrumSize = 64;
 
-// FMOD_CREATESAMPLE although the track is opened as a stream: intended.
+// FMOD_CREATESAMPLE although the track is opened as a stream: intended, and not to be heard.
 constexpr unsigned int streamMode =
     FMOD_LOOP_OFF | FMOD_2D | FMOD_SOFTWARE | FMOD_CREATESAMPLE | FMOD_ACCURATETIME | FMOD_UNIQUE;
 
@@ -57,7 +57,7 @@ int main() {
         frameClock.Reset();
 
         // One event a frame, and Escape alone ends the demo: window-close requests are left
-        // unhandled on purpose.
+        // unhandled on purpose, so the window's own button does nothing.
         SDL_PollEvent(&event);
         if (event.type == SDL_KEYDOWN && event.key.keysym.sym == SDLK_ESCAPE)
             running = false;

@@ -22,7 +22,8 @@ void main()
     vec2 st = gl_TexCoord[0].st;
     vec2 shift = vec2(offset * 0.01);
     vec3 color = texture2D(texture, st).rgb;
-    // Each look-up is kept inside on one side only, on purpose: the texture's own edge does the rest.
+    // Each look-up is kept inside on one side only, on purpose: beyond the other, the texture's own
+    // edge goes on.
     float red = texture2D(texture, min(st - shift, vec2(1.0, 1.0))).r;
     float blue = texture2D(texture, max(st + shift, vec2(0.0, 0.0))).b;
     color.r = red;

@@ -74,14 +74,15 @@ Scene1::~Scene1() {
     delete manager;
     delete bloom;
     delete rgb;
-    // The ripple effect is not deleted: intended, nothing frees it before the process ends.
+    // The ripple effect is not deleted: intended, it stays until the process ends.
     delete[] fish;
 }
 
 void Scene1::Load() {
     LoadCity();
     LoadWisps();
-    // The red light's z of 1 is intended; the parked wisps themselves stand at z = 0.
+    // The red light's z of 1, where its wisp stands at 0, is intended and not to be seen from so
+    // far.
     SendWispLights(vec3(0, 1000, 1), vec3(0, 1000, 0), vec3(0, 1000, 0));
     LoadFish();
     LoadSky();

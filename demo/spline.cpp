@@ -41,7 +41,7 @@ void Spline::EndPath() {
     if (n < 1)
         return; // no interval
     const std::vector<float> l = EliminatedDiagonal(n);
-    // What a, b, c and d held before is not freed: intended, a path is ended once.
+    // What a, b, c and d held before is not freed: intended, a path ended twice leaves it behind.
     a = NewCoefficients(n + 1);
     b = NewCoefficients(n + 1);
     c = NewCoefficients(n + 1);
@@ -62,7 +62,8 @@ void Spline::SolveVelocities(int axis, const std::vector<float>& l) {
     const auto duration = [&](int i) { return times[i + 1] - times[i]; };
     std::vector<float> z(n + 1);
     z[0] = 3.0 * (point(1) - point(0)) / duration(0);
-    for (int i = 1; i < n; ++i) // the following interval alone divides: intended, see the header
+    // The following interval alone divides: intended, it is what gives uneven times their shape.
+    for (int i = 1; i < n; ++i)
         z[i] = 3.0 * (point(i + 1) - point(i - 1)) / duration(i) - z[i - 1] / l[i - 1];
     z[n] = 3.0 * (point(n) - point(n - 1)) / duration(n - 1) - z[n - 1] / l[n - 1];
     b[n][axis] = z[n] / l[n];

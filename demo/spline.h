@@ -37,10 +37,10 @@ public:
     ///
     /// The velocity at an inner point follows from both neighbours, whose difference is divided by
     /// the time to the next one only. That is intended: it gives paths with uneven times their
-    /// shape.
+    /// shape, in which the acceleration jumps at the points.
     ///
     /// Meant to be called once. Another call solves anew, over all points, and leaves the earlier
-    /// coefficients allocated, which is intended: nothing here guards against it.
+    /// coefficients allocated until the process ends, which is intended: nothing guards against it.
     void EndPath();
 
     /// Where the path is at time `t`. From the last point's time on it is exactly the last point;

@@ -49,7 +49,7 @@ int FishIndex(int column, int row, int number);
 
 /// World position of every fish in a cell at time `t`, seen from `eye`: a grid of two units that
 /// follows the eye in x and y and drifts towards -x at two units per second, at z = -50.
-/// The fish of one cell share one spot, which is intended.
+/// The fish of one cell share one spot, which is intended: one is seen, for their mesh is a shoal.
 Vell::vec3 FishPosition(const Vell::vec3& eye, float t, int column, int row);
 
 /// World positions of the wisps, and of the lights they cast on the city, at time `t`.

@@ -134,7 +134,8 @@
     X(PFNGLISPROGRAMARBPROC, glIsProgram, "glIsProgramARB")
 
 /// Group 3, "GL_ARB_vertex_shader". The first two are asked for by their OpenGL 2.0 core names on
-/// purpose: only these read the info log of a shader object as such.
+/// purpose: only these read the info log of a shader object as such. A driver without OpenGL 2.0
+/// counts as lacking the group.
 #define VELL_VERTEX_SHADER_ENTRY_POINTS(X)                                                         \
     X(PFNGLGETSHADERINFOLOGPROC, glGetShaderInfoLog, "glGetShaderInfoLog")                         \
     X(PFNGLGETSHADERIVPROC, glGetShaderiv, "glGetShaderiv")                                        \
@@ -150,7 +151,8 @@
     X(PFNGLDELETEBUFFERSARBPROC, glDeleteBuffers, "glDeleteBuffersARB")
 
 /// Group 5, "GL_ARB_point_sprite". It has no entry points of its own; the core names of the point
-/// parameters, which point sprites are sized with, are asked for on purpose.
+/// parameters, which point sprites are sized with, are asked for on purpose: a driver with the
+/// extension but without OpenGL 1.4 counts as lacking it.
 #define VELL_POINT_SPRITE_ENTRY_POINTS(X)                                                          \
     X(PFNGLPOINTPARAMETERFPROC, glPointParameterf, "glPointParameterf")                            \
     X(PFNGLPOINTPARAMETERFVPROC, glPointParameterfv, "glPointParameterfv")

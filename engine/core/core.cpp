@@ -24,7 +24,7 @@ bool InitEngine(const ivec2& size) {
     SetScreen(size);
     glEnable(GL_DEPTH_TEST);
     if (!InitGLEXT()) {
-        // This spelling is intended.
+        // This spelling is intended: whoever searches pages for it finds old and new ones.
         Log::GetInstance().Write("InitEngine", "ERROR", "GLExtentions");
         return false;
     }
@@ -34,7 +34,7 @@ bool InitEngine(const ivec2& size) {
 
 void SetScreen(const ivec2& size) {
     m_size = size;
-    // Divided as integers on purpose, see the header.
+    // Divided as integers on purpose: 1280 x 720 gives 1.
     const int ratio = size.x / size.y;
     m_ratio = static_cast<float>(ratio);
     glViewport(0, 0, size.x, size.y);

@@ -5,8 +5,8 @@
 namespace Vell {
 
 /// Starts the engine: sets the screen, enables depth testing and fetches the extension entry points
-/// of GLExtensions.h. Call it once, before anything else of the engine, with the window's context
-/// current; its first log row creates the log page.
+/// of GLExtensions.h. Call it once, before whatever says that it needs its success, with the
+/// window's context current; its first log row creates the log page.
 ///
 /// After a failure, and without this call, nothing may be made of the classes that need its success
 /// and say so: the entry points that they call may be null pointers, and that ends the program.

@@ -46,7 +46,8 @@ FBO::FBO() : framebuffer(0), renderbuffer(0), color(0), depth(0), size(256, 256)
     glGenFramebuffersEXT(1, &framebuffer);
     glGenRenderbuffersEXT(1, &renderbuffer);
     BindAndAllocateRenderbuffer(renderbuffer, size);
-    // The target's own framebuffer is not bound for this on purpose: Enable() attaches its depth.
+    // The target's own framebuffer is not bound for this on purpose: whatever target is bound
+    // loses its depth to this one. Enable() attaches the depth of its own.
     AttachToBoundFramebuffer(renderbuffer);
 
     glGenTextures(1, &color);
@@ -75,7 +76,7 @@ void FBO::SetSize(const ivec2& pixels) {
     size = pixels;
     BindAndAllocateRenderbuffer(renderbuffer, size);
     BindAndAllocateColor(color, size);
-    // Bytes here, floats in the constructor, on purpose; nothing is uploaded in either case.
+    // Bytes here, floats in the constructor, on purpose and without effect: nothing is uploaded.
     BindAndAllocateDepth(depth, size, GL_UNSIGNED_BYTE);
 }
 

@@ -17,8 +17,9 @@ public:
     /// A target of 256 x 256 pixels. Leaves its depth texture and its renderbuffer bound.
     ///
     /// The renderbuffer is attached to whatever framebuffer is bound, which is intended: Enable()
-    /// attaches the target's own depth. On the screen the GL refuses that attachment; no error of
-    /// it is left, and errors that were pending before still are.
+    /// attaches the target's own depth, but another target that is bound now loses its. On the
+    /// screen the GL refuses that attachment; no error of it is left, and errors that were pending
+    /// before still are.
     FBO();
     /// Deletes the textures, the framebuffer and the renderbuffer.
     ~FBO();

@@ -41,7 +41,8 @@ constexpr char rowTemplate[] = R"(    <tr>
     </tr>
 )";
 
-constexpr char lightRowColour[] = "#CCCCC"; // five digits on purpose
+// Five digits on purpose: each browser reads them in its own way.
+constexpr char lightRowColour[] = "#CCCCC";
 constexpr char darkRowColour[] = "#999999";
 
 struct StatusColour {

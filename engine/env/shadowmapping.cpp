@@ -18,7 +18,7 @@ constexpr double lightNear = 1.0;
 
 // The vertex stage of the shadow pass. Out: gl_TexCoord[0] for the surface's own texture;
 // ShadowVertex, the place in the light buffer, from the vertex in object space: the node's own
-// transform takes no part, on purpose.
+// transform takes no part, on purpose: shadows fall right on meshes of unmoved nodes only.
 const char shadowVertexSource[] = R"glsl(
 #version 110
 
@@ -56,7 +56,8 @@ void main()
     vec3 v = ShadowVertex.xyz / ShadowVertex.w;
     v.z -= 0.0001; // keeps lit surfaces from shading themselves
 
-    // A cross and two diagonals. The second diagonal runs from the side, by (pass - i), on purpose.
+    // A cross and two diagonals. The second diagonal runs from the side, by (pass - i), on
+    // purpose: it reaches twice as far, and soft edges are not symmetrical.
     float shadow = 0.0;
     for (int i = -pass; i < pass; ++i) {
         float d = float(i) * offset;
@@ -88,7 +89,8 @@ void main()
 }
 )glsl";
 
-// The aspect is divided as integers on purpose, as the screen's own ratio is: 1024 x 768 gives 1.
+// The aspect is divided as integers on purpose, as the screen's own ratio is: 1024 x 768 gives 1,
+// and a screen higher than wide 0, with which nothing is in view of the light.
 void PushLightProjection() {
     const ivec2 screen = GetScreen();
     const int aspect = screen.x / screen.y;
@@ -197,7 +199,7 @@ void ShadowMapping::Draw(FBO* scene) {
     glEnable(GL_DEPTH_TEST);
     glDisable(GL_BLEND);
     compositeShader.Disable();
-    glEnable(GL_DEPTH_TEST); // once more, on purpose: the composite ends with it on in any case
+    glEnable(GL_DEPTH_TEST); // once more, on purpose, without effect
     PopProjection();
 }
 
@@ -212,7 +214,8 @@ void ShadowMapping::BuildShadowShader() {
     shadowShader.Disable();
 }
 
-// The program starts at intensity 0.5 while the field says 1, on purpose: see the header.
+// The program starts at intensity 0.5 while the field says 1, on purpose: until SetIntensity() a
+// full shadow darkens by half and the getter tells otherwise.
 // It declares neither "depthmap" nor "offset"; OpenGL ignores both.
 void ShadowMapping::BuildCompositeShader() {
     compositeShader.LoadToChar(passThroughVertexShader, compositeFragmentSource);

@@ -24,11 +24,12 @@ class Camera;
 /// Needs:   a current context on which InitEngine() succeeded.
 class SkyBox {
 public:
-    /// Builds the box over six empty pictures: it draws untextured until faces are set.
+    /// Builds the box over six empty pictures: it draws untextured until faces are set and Init()
+    /// has been called once more.
     SkyBox();
 
-    /// Loads the six pictures and builds the box. A picture that cannot be loaded is reported in
-    /// the log by Image::Load(), and its face then draws with no picture.
+    /// Loads the six pictures and builds the box. Image::Load() says what it logs about a picture
+    /// that cannot be loaded; its face then draws untextured.
     SkyBox(const std::string& xpos, const std::string& xneg, const std::string& ypos,
            const std::string& yneg, const std::string& zpos, const std::string& zneg);
 

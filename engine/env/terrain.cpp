@@ -75,7 +75,7 @@ void main()
     normal.z = GetVertex(vec2(0.0, -texel), v_vertex).y - GetVertex(vec2(0.0, texel), v_vertex).y;
     normal = normalize(normal);
 
-    // The direction to the light is longer than 1 on purpose: lit slopes may go beyond the texture's
+    // The direction to the light is longer than 1 on purpose: lit slopes may go beyond the picture's
     // own brightness. 0.2 is the light that reaches every slope.
     float light = max(dot(vec3(-1.0, 1.0, 0.0), normal), 0.2);
     vec4 color = light * texture2D(texture0, v_vertex.xz * 20.0);
@@ -84,7 +84,7 @@ void main()
 )glsl";
 
 // OpenGL has no colour-index array of this type and refuses it. The array is never enabled, so the
-// call, which stays as it is on purpose, does no harm and is to leave no error.
+// call, made on purpose all the same, has no effect; without the guard it would leave an error.
 void PointAtNoIndices() {
     const ErrorGuard guard;
     glIndexPointer(GL_UNSIGNED_INT, 0, nullptr);
@@ -135,7 +135,7 @@ void Terrain::Draw(const vec3&) {
     UnbindTextures();
 }
 
-// The scale stays unsent here, on purpose: SetScale() is the one that sends it.
+// The scale stays unsent here, on purpose: until SetScale() the ground has no place.
 void Terrain::BuildShader() {
     shader.LoadToChar(vertexSource, fragmentSource);
     shader.SetLabel("terrain");
@@ -216,8 +216,8 @@ void Terrain::UnbindGrid() {
     glDisableClientState(GL_VERTEX_ARRAY);
 }
 
-// Two things here are intended and stay: the steps along x and z add up over all tiles, so the
-// tiles lie on a rising diagonal; and a tile is a strip of 1 x 8 cells, not the whole grid.
+// Two things here are intended: the steps along x and z add up over all tiles, so the tiles lie on
+// a rising diagonal; and a tile is a strip of 1 x 8 cells, so most of the grid is never seen.
 void Terrain::DrawTiles() {
     const int n = heightmap.GetSize().x / tilePixels;
     glPushMatrix();

@@ -70,8 +70,8 @@ vec2 ScreenPosition()
     return EyePos.xy / EyePos.w / 2.0 + 0.5;
 }
 
-// How far the two images are bent here. The noise scrolls twice, on purpose: slowly along
-// the diagonal by a thousandth of the time, and by the speed.
+// How far the two images are bent here. The noise scrolls twice, on purpose: by the
+// speed, and along the diagonal by a thousandth of the time, so still water moves as well.
 vec2 Bend()
 {
     float t = time / 1000.0;
@@ -115,7 +115,8 @@ Water::Water() : speed(1.0f, 1.0f), uvrep(1.0f, 1.0f), size(1024, 1024) {
     SetDeform(deform);
     SetSpeed(speed);
     SetUVRepeat(uvrep);
-    // Intended: a surface whose size was never set is looked for in its positive quarter only.
+    // Intended: a surface whose size was never set is looked for in its positive quarter only, and
+    // vanishes while only the others are in view.
     bbox.Set(vec3(0.0f, -halfThickness, 0.0f),
              vec3(static_cast<float>(size.x), halfThickness, static_cast<float>(size.y)));
     SizeTargets();
@@ -128,12 +129,14 @@ void Water::SetSize(const ivec2& extent) {
     size = extent;
     const float x = static_cast<float>(extent.x);
     const float z = static_cast<float>(extent.y);
-    // The negative corners are left where the constructor put them: intended.
+    // The negative corners are left where the constructor put them: intended, so a surface made
+    // smaller still reaches to -1024.
     quad[x0] = x;
     quad[z0] = z;
     quad[z1] = z;
     quad[x2] = x;
-    // Twice the size on the positive side: intended.
+    // Twice the size on the positive side: intended, so the surface still counts as in view when
+    // only what lies beyond it is.
     bbox.Set(vec3(-x, -halfThickness, -z), vec3(2.0f * x, halfThickness, 2.0f * z));
 }
 

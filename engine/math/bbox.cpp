@@ -31,7 +31,7 @@ void BoundingBox::Set(const vec3& corner, const vec3& opposite) {
     min = corner;
     max = opposite;
     center = (max + min) / 2.0f;
-    size = min + center; // not (max - min) / 2, on purpose
+    size = min + center; // not (max - min) / 2, on purpose: too large off the origin
 }
 
 bool BoundingBox::Hit(const vec3& p) const {

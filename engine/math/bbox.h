@@ -25,7 +25,7 @@ public:
     vec3& GetSize() { return size; }
 
     /// Whether `p` lies strictly between the corners in x and y. z is not tested, which is
-    /// intended.
+    /// intended: it answers for the whole column above and below the box as well.
     bool Hit(const vec3& p) const;
 
     /// Draws the box as lines of one colour, pulled a little toward the eye so that they show on

@@ -54,7 +54,7 @@ void Matrix::RotateY(float angle) {
     const auto [sn, cs] = Turn(angle);
     Matrix rotation;
     rotation.m[0] = cs;
-    rotation.m[2] = -sn; // the other way round than about x and z, on purpose
+    rotation.m[2] = -sn; // on purpose unlike x and z: +90 degrees turn x to +z
     rotation.m[8] = sn;
     rotation.m[10] = cs;
     *this *= rotation;

@@ -13,7 +13,7 @@ vec4& vec4::CrossProduct(const vec4& v) {
 }
 
 vec4& vec4::CrossProduct(const vec4& a, const vec4& b) {
-    // a.x, not a.y, in the first product: intended, unlike the three-component types.
+    // a.x, not a.y, in the first product: intended, so x is not the geometric one.
     return *this = vec4(DifferenceOfProducts(a.x, b.z, a.z, b.y),
                         DifferenceOfProducts(a.z, b.x, a.x, b.z),
                         DifferenceOfProducts(a.x, b.y, a.y, b.x), 0.0f);
@@ -32,7 +32,7 @@ ivec4& ivec4::CrossProduct(const ivec4& v) {
 }
 
 ivec4& ivec4::CrossProduct(const ivec4& a, const ivec4& b) {
-    // a.x, not a.y, in the first product: intended, as in vec4.
+    // a.x, not a.y, in the first product: intended, so x is not the geometric one.
     return *this = ivec4(DifferenceOfProducts(a.x, b.z, a.z, b.y),
                          DifferenceOfProducts(a.z, b.x, a.x, b.z),
                          DifferenceOfProducts(a.x, b.y, a.y, b.x), 0);

@@ -31,7 +31,8 @@ struct vec4 : VectorOperations<vec4, float, 4> {
     /// wrote; w becomes 0.
     vec4& CrossProduct(const vec4& v);
     /// *this from a and b: x = a.x b.z - a.z b.y, with a.x where the geometric cross product has
-    /// a.y. That is intended. y and z are the ordinary ones, w is 0; *this may be one of the two.
+    /// a.y. That is intended: x is not the geometric one, y and z are; w is 0; *this may be one of
+    /// the two.
     vec4& CrossProduct(const vec4& a, const vec4& b);
 };
 
@@ -61,7 +62,8 @@ struct ivec4 : VectorOperations<ivec4, std::int32_t, 4> {
     }
 
     /// Takes floats, which is intended: the four products are formed and summed in floating point
-    /// and only the sum is truncated. 0 when an int cannot hold the sum.
+    /// and only the sum is truncated, so fractions of single products count. 0 when an int cannot
+    /// hold the sum.
     std::int32_t DotProduct(const vec4& other) const;
 
     /// As vec4::CrossProduct(v).

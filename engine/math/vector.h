@@ -79,7 +79,7 @@ protected:
     static S DifferenceOfProducts(S a, S b, S c, S d);
 
     /// The cross product in place, line by line: y reads the x just written and z both. That is
-    /// intended; (1, 0, 0) with (0, 1, 0) so gives (0, 0, 0).
+    /// intended: (1, 0, 0) with (0, 1, 0) gives (0, 0, 0).
     void CrossInPlace(const T& v);
 
 private:

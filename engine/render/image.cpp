@@ -131,7 +131,8 @@ Outcome ReadJpeg(FILE* file, Decoded& picture) {
 }
 
 /// The pixels in reverse order, which turns the picture by 180 degrees: flipped for OpenGL, and
-/// mirrored as well. PNG files are only flipped; the difference is intended.
+/// mirrored as well. PNG files are only flipped; the difference is intended: the same picture looks
+/// mirrored as a JPEG.
 std::unique_ptr<unsigned char[]> Turned(const Decoded& picture) {
     const std::size_t count =
         static_cast<std::size_t>(picture.size.x) * static_cast<std::size_t>(picture.size.y);

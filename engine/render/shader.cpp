@@ -61,7 +61,7 @@ Shader::~Shader() {
     glDeleteObject(vertexObject);
     glDeleteObject(fragmentObject);
     // This entry point deletes programs of the older assembly extension and leaves GLSL programs
-    // alone, on purpose: others may share the handle.
+    // alone, on purpose: sharers draw on, and the program stays until the process ends.
     glDeletePrograms(1, &program);
     if (vertexName != memoryName)
         Log::GetInstance().Write("Shader", "FREE", vertexName + " " + fragmentName);
@@ -226,7 +226,7 @@ void Shader::LabelAll(const std::string& whole, const std::string& vertex,
 }
 
 // Names the vertex shader and shows the vertex shader's message even when the fragment shader
-// failed; that is intended.
+// failed; that is intended, so such a row says to look at both files.
 void Shader::LogFailure(const char* section) {
     Log& log = Log::GetInstance();
     log.Write(section, "ERROR", vertexName);

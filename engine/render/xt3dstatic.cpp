@@ -55,7 +55,8 @@ bool IsCredible(std::size_t count, const Element& element, std::istream& in) {
     return count <= takenOnTrust / element.memory || count <= BytesLeft(in) / element.text;
 }
 
-// On its own so that a leak report names what is left behind on purpose, see Release().
+// On its own so that a leak report names what is left behind on purpose, see ReleaseSubMeshes():
+// the coordinates of a mesh without a light map stay until the process ends.
 vec2* NewLightmapTexcoords(int count) {
     return new (std::nothrow) vec2[static_cast<std::size_t>(count)];
 }
@@ -115,7 +116,7 @@ void Release(XT3DSubMesh& subMesh, bool hasLightmap) {
     delete[] subMesh.normals;
     delete[] subMesh.texcoords;
     // The light map coordinates of a mesh without a light map stay behind, on purpose: they belong
-    // to the light map and go with it only.
+    // to the light map and go with it only; without one they stay until the process ends.
     if (hasLightmap) {
         DeleteBuffer(subMesh.lightmapTexcoordBuffer);
         delete[] subMesh.lightmapTexcoords;
@@ -158,8 +159,8 @@ XT3DStatic::~XT3DStatic() {
     Log::GetInstance().Write("XT3DStatic", "FREE", name);
 }
 
-// The sub-meshes' textures stay, on purpose: the registry still points at them, and other meshes
-// may share them.
+// The sub-meshes' textures stay, on purpose, until the process ends: the registry still points at
+// them, and other meshes may share them.
 void XT3DStatic::ReleaseSubMeshes() {
     for (int i = 0; i < subMeshCount; ++i)
         Release(subMeshes[i], hasLightmap);
@@ -191,7 +192,8 @@ void XT3DStatic::Load(const std::string& path) {
     Log::GetInstance().Write("XT3DStatic", complete ? "LOADED" : "ERROR", name);
 }
 
-// The texture directory, the bounding box and the blend flag stay this mesh's own, on purpose. The
+// The texture directory, the bounding box and the blend flag stay this mesh's own, on purpose: with
+// its box all zero it is culled as a point. The
 // mesh that loads its own path again shares with itself, and nobody owns what it shares.
 void XT3DStatic::Share(const XT3DStatic& other) {
     name = other.name;

@@ -83,14 +83,16 @@ void PointAtBuffers(const XT3DSubMesh& subMesh, bool withLightmap) {
         PointAtTexcoords(lightmapSet, subMesh.lightmapTexcoordBuffer);
 }
 
-// For drivers without buffer objects. The light map gets no coordinates here, on purpose.
+// For drivers without buffer objects. The light map gets no coordinates here, on
+// purpose: such a driver shows one texel of it everywhere.
 void PointAtMemory(const XT3DSubMesh& subMesh) {
     glVertexPointer(3, GL_FLOAT, 0, subMesh.positions);
     glNormalPointer(GL_FLOAT, 0, subMesh.normals);
     glTexCoordPointer(2, GL_FLOAT, 0, subMesh.texcoords);
 }
 
-// Asks the driver again for every sub-mesh, which is intended.
+// Asks the driver again for every sub-mesh, which is intended: many sub-meshes cost many searches
+// through its list of extensions.
 void DrawTriangles(const XT3DSubMesh& subMesh, bool withLightmap) {
     if (HasBuffers())
         PointAtBuffers(subMesh, withLightmap);
@@ -170,7 +172,7 @@ void XT3DStatic::EndDraw() {
 }
 
 // Only texture 0 matters to the depth: its alpha cuts the casters. A sub-mesh without one keeps
-// what unit 0 holds, on purpose.
+// what unit 0 holds, on purpose: its shadow is cut by whatever was bound last.
 void XT3DStatic::DrawShadow() {
     if (!show)
         return;

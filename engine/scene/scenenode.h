@@ -32,8 +32,9 @@ public:
 
     /// Draws the mesh under the node's transform unless its box is outside the Frustum.
     /// True when it was drawn. The model-view matrix is as before afterwards.
-    /// The test transforms only the box's two corners and does not re-sort them, by design: a
-    /// turned node is culled by the box that its two turned corners span.
+    /// The test transforms only the box's two corners and does not re-sort them, on purpose: a
+    /// turned node is culled by the box that its two turned corners span, and can vanish at the
+    /// picture's edge.
     virtual bool Draw();
     /// Likewise for the depth-only pass.
     virtual bool DrawShadow();

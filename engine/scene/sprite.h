@@ -22,7 +22,8 @@ public:
     void SetTexture(const std::string& path);
 
     /// Sets the size. Of the rectangle itself only the width follows: the second value goes to the
-    /// depth of the upper corners, so the height stays what SetTexture made it. That is intended.
+    /// depth of the upper corners, so the drawn height stays what SetTexture made it. That is
+    /// intended; a scale changes it.
     void SetSize(const vec2& extent);
     vec2 GetSize() const { return size; }
 
