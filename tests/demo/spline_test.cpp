@@ -1,7 +1,7 @@
 #include "demo/spline.h"
 
+#include "tests/demo/spline_probe.h"
 #include "tests/scene/layout.h"
-#include "tests/support/private_member.h"
 
 #include <gtest/gtest.h>
 
@@ -13,29 +13,6 @@
 #include <vector>
 
 using Vell::vec3;
-
-OPEN_PRIVATE(splineA, &Spline::a);
-OPEN_PRIVATE(splineB, &Spline::b);
-OPEN_PRIVATE(splineC, &Spline::c);
-OPEN_PRIVATE(splineD, &Spline::d);
-OPEN_PRIVATE(splinePoints, &Spline::points);
-OPEN_PRIVATE(splineTimes, &Spline::times);
-OPEN_PRIVATE(splineN, &Spline::n);
-
-struct SplineProbe {
-    static std::vector<const void*> Fields(const Spline& s) {
-        return {&(s.*splineA),      &(s.*splineB),     &(s.*splineC), &(s.*splineD),
-                &(s.*splinePoints), &(s.*splineTimes), &(s.*splineN)};
-    }
-    static std::vector<const vec3*> Coefficients(const Spline& s) {
-        return {(s.*splineA), (s.*splineB), (s.*splineC), (s.*splineD)};
-    }
-    static vec3* A(Spline& s) { return s.*splineA; }
-    static vec3* B(Spline& s) { return s.*splineB; }
-    static const std::vector<vec3>& Points(const Spline& s) { return s.*splinePoints; }
-    static const std::vector<float>& Times(const Spline& s) { return s.*splineTimes; }
-    static int LastIndex(const Spline& s) { return s.*splineN; }
-};
 
 namespace {
 

@@ -4,10 +4,9 @@
 // header. The language checks no access among the arguments of an explicit instantiation; a friend
 // that is defined by it hands out the pointer to the member, or the value of a private enumerator.
 //
-//     OPEN_PRIVATE(waterQuad, &Vell::Water::quad);
-//     ... (water.*waterQuad)[0] ...
+//     OPEN_PRIVATE(waterQuad, &Vell::Water::quad) at global scope, then (water.*waterQuad)[0]
 //
-// To be used at global scope. For what no handle, no public function and no OpenGL query shows; a
+// For what no handle, no public function and no OpenGL query shows; a
 // test that can ask in one of those ways does.
 
 template <class Key, auto member>
