@@ -95,9 +95,11 @@ TEST(Explain, Says_which_frame_it_is) {
     EXPECT_THAT(ThePage(), HasSubstr("<h1>Nimbrel at 97.000 s, pass by pass</h1>"));
     EXPECT_THAT(RowOf(ThePage(), "Frame"), HasSubstr("970, counted from 0, at 10 a second"));
     EXPECT_THAT(RowOf(ThePage(), "Timeline"), HasSubstr("the three wisps circle in the basin"));
-    // Flights of 13.912 s, the fifth one of 20.868 s: the seventh begins at 90.428 s.
+    // Flights of 13.912 s, the fifth one of 20.868 s: the seventh begins at 90.428 s, and
+    // (97 - 90.428) / 13.912 = 0.472.
     EXPECT_THAT(RowOf(ThePage(), "Flight"),
-                HasSubstr("7 of 8, from (5, 8, 12) to (25, 5, 12) in 13.912 s; 4"));
+                HasSubstr("7 of 8, over the roofs: from (5, 8, 12) to (25, 5, 12) in 13.912 s; "
+                          "47 % flown"));
     EXPECT_THAT(RowOf(ThePage(), "Effects"), HasSubstr("colour split by 0; glow weighs 0"));
     EXPECT_THAT(RowOf(ThePage(), "Music"), HasSubstr("lowest band of the spectrum 0<"));
     EXPECT_THAT(RowOf(ThePage(), "Drawn by"), HasSubstr("OpenGL"));

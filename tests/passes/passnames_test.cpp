@@ -1,7 +1,8 @@
-// What passes and programs are called.
+// What passes are called.
 
 #include "tools/passes/passnames.h"
 
+#include "demo/show.h"
 #include "engine/scene/scenemanager.h"
 #include "tests/passes/recorded_frames.h"
 
@@ -11,22 +12,21 @@
 namespace {
 
 using Passes::NameOfPass;
-using Passes::NameOfProgram;
 using Passes::Pass;
 using Passes::PassFacts;
 using testing::Contains;
 using testing::ElementsAre;
 
-constexpr int screenWidth = 960;
-
-PassFacts FactsOf(int width, int height, const std::vector<std::string>& programs) {
+PassFacts FactsOf(const std::string& target, const std::vector<std::string>& programs) {
     PassFacts facts;
-    facts.width = width;
-    facts.height = height;
-    facts.screenWidth = screenWidth;
+    facts.target = target;
     facts.draws = 1;
     facts.programs = programs;
     return facts;
+}
+
+PassFacts CopyInto(const std::string& target) {
+    return FactsOf(target, {Passes::fixedPipeline});
 }
 
 std::vector<std::string> ReadsOf(const Pass& pass) {
@@ -59,14 +59,30 @@ public:
 
 } // namespace
 
-TEST(PassNames, Give_a_pass_that_no_row_knows_its_number) {
-    PassFacts facts = FactsOf(300, 200, {"program"});
+TEST(PassNames, Are_those_of_their_targets_where_no_row_fits) {
+    EXPECT_EQ(NameOfPass(FactsOf("mirror in the hall", {"glass"})), "mirror in the hall");
+    PassFacts facts = FactsOf("", {"glass"}); // a target that nobody labelled
     facts.before = {"reflection", "scene"};
     EXPECT_EQ(NameOfPass(facts), "pass 3");
 }
 
+TEST(PassNames, Of_the_water_s_and_the_shadow_s_passes_follow_from_their_targets_alone) {
+    EXPECT_EQ(NameOfPass(FactsOf("reflection target", {"any"})), "reflection");
+    EXPECT_EQ(NameOfPass(FactsOf("refraction target", {"any"})), "refraction");
+    EXPECT_EQ(NameOfPass(FactsOf("light buffer", {})), "light depth");
+    EXPECT_EQ(NameOfPass(FactsOf("shadow buffer", {"any"})), "shadow");
+}
+
+TEST(PassNames, Of_effects_follow_from_their_programs_into_whatever_target) {
+    for (const char* target : {"scene target", "spare target"}) {
+        EXPECT_EQ(NameOfPass(FactsOf(target, {"bloom: bright parts"})), "bright parts");
+        EXPECT_EQ(NameOfPass(FactsOf(target, {"colour split"})), "colour split");
+        EXPECT_EQ(NameOfPass(FactsOf(target, {"ripple"})), "ripple");
+    }
+}
+
 TEST(PassNames, Are_different_within_a_frame) {
-    PassFacts facts = FactsOf(960, 89, {"fixed pipeline"});
+    PassFacts facts = CopyInto("scene target");
     facts.depthTested = true;
     facts.before = {"scene"};
     EXPECT_EQ(NameOfPass(facts), "scene 2");
@@ -75,16 +91,16 @@ TEST(PassNames, Are_different_within_a_frame) {
 }
 
 TEST(PassNames, Count_the_steps_of_the_blur_from_one) {
-    PassFacts facts = FactsOf(128, 128, {"Vell::PostBlur"});
+    PassFacts facts = FactsOf("first blur target", {"blur"});
     EXPECT_EQ(NameOfPass(facts), "blur step 1");
     facts.before = {"blur, shrunk", "blur step 1"};
     EXPECT_EQ(NameOfPass(facts), "blur step 2");
 }
 
-TEST(PassNames, Tell_copies_apart_by_what_came_before) {
-    PassFacts facts = FactsOf(960, 89, {"fixed pipeline"});
-    facts.before = {"blur step 10"};
-    EXPECT_EQ(NameOfPass(facts), "glow");
+TEST(PassNames, Tell_copies_apart_by_where_they_go_and_what_came_before) {
+    EXPECT_EQ(NameOfPass(CopyInto("first blur target")), "blur, shrunk");
+    EXPECT_EQ(NameOfPass(CopyInto("glow target")), "glow");
+    PassFacts facts = CopyInto("spare target");
     facts.before = {"colour split"};
     EXPECT_EQ(NameOfPass(facts), "ripple, off");
     facts.before = {"glow"};
@@ -92,20 +108,12 @@ TEST(PassNames, Tell_copies_apart_by_what_came_before) {
     EXPECT_EQ(NameOfPass(facts), "bloom");
 }
 
-TEST(ProgramNames, Are_the_files_that_the_texts_came_from) {
-    const ScratchDir scratch;
-    WriteFile("a.vert", "one");
-    WriteFile("a.frag", "two");
-    WriteFile("b.frag", "three");
-    const std::vector<std::string> files = {"a.vert", "a.frag", "b.frag", "missing"};
-    EXPECT_EQ(NameOfProgram("one", "two", files), "a.vert and .frag");
-    EXPECT_EQ(NameOfProgram("one", "three", files), "a.vert and b.frag");
-    EXPECT_EQ(NameOfProgram("one", "four", files), "program");
-}
-
-TEST(ProgramNames, Are_the_classes_whose_words_the_texts_have) {
-    EXPECT_EQ(NameOfProgram("", "uniform sampler2D reflectionMap;", {}), "Vell::Water");
-    EXPECT_EQ(NameOfProgram("", "uniform float threshold;", {}), "Vell::PostBloom");
+TEST(PassNames, Tell_what_lies_over_the_picture_from_the_picture) {
+    PassFacts facts = CopyInto("");
+    facts.screen = true;
+    EXPECT_EQ(NameOfPass(facts), "screen");
+    facts.blended = true;
+    EXPECT_EQ(NameOfPass(facts), "logo");
 }
 
 TEST(Recording, Knows_the_passes_of_a_scene_with_shadows) {
@@ -125,7 +133,7 @@ TEST(Recording, Knows_the_passes_of_a_scene_with_shadows) {
     EXPECT_THAT(targets, ElementsAre("light buffer", "shadow buffer", "scene target", "screen"));
     EXPECT_EQ(passes[0].width, 256);
     EXPECT_EQ(passes[0].height, 256);
-    EXPECT_EQ(passes[1].width, screenWidth);
+    EXPECT_EQ(passes[1].width, Show::width);
     EXPECT_THAT(ReadsOf(passes[1]), Contains("depth of the light buffer by lightbuffer, unit 6"));
     EXPECT_THAT(ReadsOf(passes[2]), ElementsAre("colour of the shadow buffer by texture0, unit 0"));
 }

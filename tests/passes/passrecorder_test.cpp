@@ -30,6 +30,16 @@ const char* const fragmentText = "uniform float level;\n"
                                  "    gl_FragColor = vec4(level) + both;\n"
                                  "}\n";
 
+/// Locals, comments and constants of the blur and of the bloom as they once were, and the water's
+/// samplers: what programs are not to be known by.
+const char* const borrowedText = "uniform float threshold;\n"
+                                 "uniform sampler2D reflectionMap;\n"
+                                 "void main()\n"
+                                 "{\n"
+                                 "    vec4 sum = texture2D(reflectionMap, vec2(threshold));\n"
+                                 "    gl_FragColor = sum / 9.0;\n"
+                                 "}\n";
+
 void DrawQuad() {
     Vell::Fast2DQuad::GetInstance().Draw(Vell::vec2(0.5f));
 }
@@ -41,7 +51,9 @@ public:
     void End(int) override {
         target.emplace();
         target->SetSize({64, 32});
+        target->SetLabel("bench");
         other.emplace();
+        other->SetLabel("shelf");
         shader.emplace();
         shader->LoadToChar(vertexText, fragmentText);
         shader->Disable();
@@ -50,14 +62,19 @@ public:
         levels = Recorded([this] { DrawTwoLevels(); });
         read = Recorded([this] { DrawFromUnits(); });
         windows = Recorded([] { glClear(GL_COLOR_BUFFER_BIT); });
+        labels.push_back(DrawAs("glass", borrowedText));
+        labels.push_back(DrawAs("bloom: bright parts", fragmentText));
+        labels.push_back(DrawAs("", borrowedText));
+        large = DrawLarge();
         shader.reset();
         other.reset();
         target.reset();
         KeepLibraries();
     }
 
-    std::vector<Pass> depth, cleared, levels, read, windows;
-    std::string stateChange; ///< by a drawing that is recorded
+    std::vector<Pass> depth, cleared, levels, read, windows, large;
+    std::vector<Pass> labels; ///< by programs of one label and another's text
+    std::string stateChange;  ///< by a drawing that is recorded
 
 private:
     std::vector<Pass> Recorded(const std::function<void()>& draw) {
@@ -109,6 +126,31 @@ private:
         target->Disable();
     }
 
+    Pass DrawAs(const std::string& label, const char* text) {
+        Vell::Shader labelled;
+        labelled.LoadToChar(vertexText, text);
+        labelled.SetLabel(label);
+        const std::vector<Pass> passes = Recorded([&] {
+            target->Enable();
+            labelled.Enable();
+            DrawQuad();
+            labelled.Disable();
+            target->Disable();
+        });
+        return passes.at(0);
+    }
+
+    /// As large as the water's targets, and not labelled as they are.
+    std::vector<Pass> DrawLarge() {
+        Vell::FBO water;
+        water.SetSize({512, 512});
+        return Recorded([&] {
+            water.Enable();
+            DrawQuad();
+            water.Disable();
+        });
+    }
+
     static std::string ChangeByDrawing() {
         DrawQuad(); // once before, for what the drawing itself changes
         glActiveTexture(GL_TEXTURE2);
@@ -144,8 +186,8 @@ TEST(PassRecorder, Keeps_depth_that_was_drawn_but_not_cleared) {
 TEST(PassRecorder, Makes_a_pass_of_a_clear_alone_and_keeps_no_depth_for_colours) {
     ASSERT_EQ(Done().cleared.size(), 1u);
     const Pass& pass = Done().cleared[0];
-    EXPECT_EQ(pass.name, "pass 1");
-    EXPECT_EQ(pass.target, "target of pass 1");
+    EXPECT_EQ(pass.name, "bench");
+    EXPECT_EQ(pass.target, "bench");
     EXPECT_EQ(pass.width, 64);
     EXPECT_EQ(pass.height, 32);
     EXPECT_THAT(pass.clears, ElementsAre("colour"));
@@ -176,8 +218,22 @@ TEST(PassRecorder, Looks_at_the_units_of_the_samplers_and_leaves_the_state_alone
     }
     EXPECT_THAT(reads, testing::UnorderedElementsAre(
                            "low, unit 1: no texture",
-                           "high, unit 4: 256 x 256 target, not drawn in this frame"));
+                           "high, unit 4: colour of the shelf, not drawn in this frame"));
     EXPECT_EQ(Done().stateChange, "");
+}
+
+TEST(PassRecorder, Calls_programs_by_their_labels_whatever_their_texts_are) {
+    std::vector<std::string> names;
+    for (const Pass& pass : Done().labels)
+        names.push_back(pass.name + " by " + pass.programs.at(0).name);
+    EXPECT_THAT(names, ElementsAre("bench by glass", "bright parts by bloom: bright parts",
+                                   "bench by program"));
+}
+
+TEST(PassRecorder, Calls_targets_by_their_labels_whatever_their_sizes_are) {
+    ASSERT_EQ(Done().large.size(), 1u);
+    EXPECT_EQ(Done().large[0].width, 512);
+    EXPECT_EQ(Done().large[0].name, "target");
 }
 
 TEST(PassRecorder, Takes_the_size_of_the_screen_from_its_window) {

@@ -1,5 +1,6 @@
 #include "tools/explain/page.h"
 
+#include "demo/show.h"
 #include "tools/explain/flow.h"
 #include "tools/explain/html.h"
 #include "tools/explain/shots.h"
@@ -47,14 +48,17 @@ std::string PassId(std::size_t index) {
 // ----------------------------------------------------------------------------------- the page's
 // head
 
-std::string FlightInWords(const Story& story) {
-    if (story.flights.empty())
-        return "none";
-    const std::size_t index = FlightOf(story);
-    const Stage::TracedFlight& flight = story.flights[index];
-    return std::to_string(index + 1) + " of " + std::to_string(story.flights.size()) + ", from " +
-           Point(flight.start) + " to " + Point(flight.end) + " in " + Number(flight.duration) +
-           " s; " + Fixed(100.0 * ProgressOn(flight, story.view), 0) + " % flown";
+/// The flight that the show is on, and how much of its time is over.
+std::string FlightInWords(double time) {
+    std::size_t index = Show::flightCount - 1;
+    while (index > 0 && time < Show::flights[index].begin)
+        --index;
+    const Show::Flight& flight = Show::flights[index];
+    const double flown =
+        std::min((time - flight.begin) / static_cast<double>(flight.duration), 1.0);
+    return std::to_string(index + 1) + " of " + std::to_string(Show::flightCount) + ", " +
+           flight.name + ": from " + Point(flight.start) + " to " + Point(flight.end) + " in " +
+           Number(flight.duration) + " s; " + Fixed(100.0 * flown, 0) + " % flown";
 }
 
 /// The value of a uniform in the pass of that name, as the first drawing used it.
@@ -107,7 +111,7 @@ std::string Facts(const Story& story, Measured measured) {
                                    static_cast<double>(story.rate.seconds)) +
                             " a second"});
     table.Row({"Timeline", Escape(WordsFor(segment))});
-    table.Row({"Flight", Escape(FlightInWords(story))});
+    table.Row({"Flight", Escape(FlightInWords(story.time))});
     table.Row({"Eye", Point(story.view.eye) + ", looking at " + Point(story.view.centre)});
     table.Row({"Music", "lowest band of the spectrum " + Number(story.lowestBand)});
     table.Row({"Effects", Escape(LevelsInWords(story))});

@@ -2,9 +2,7 @@
 
 #include "tools/explain/picture.h"
 #include "tools/stage/show.h"
-
-#include <algorithm>
-#include <cmath>
+#include "tools/stage/tracedobjects.h"
 
 namespace Explain {
 
@@ -41,7 +39,6 @@ private:
         recorder.EndFrame();
         story.passes = recorder.Take();
         story.view = recorder.LastView();
-        story.flights = Stage::Flights();
         story.lowestBand = Stage::LowestBand();
         story.renderer = GlString(GL_RENDERER) + ", OpenGL " + GlString(GL_VERSION);
         for (const Passes::Pass& pass : story.passes)
@@ -50,7 +47,7 @@ private:
     }
 
     void TakeTexture(GLuint texture) {
-        if (Stage::FindTexture(texture).file.empty() || story.textures.count(texture) != 0)
+        if (!Stage::FindTexture(texture).picture || story.textures.count(texture) != 0)
             return;
         const Picture whole = ReadTexturePicture(texture);
         const int factor = FactorFor(whole.width, whole.height, textureSide, textureSide);
@@ -60,21 +57,6 @@ private:
     Story& story;
     Passes::PassRecorder recorder{Passes::Detail::Everything};
 };
-
-double Component(const Vell::vec3& v, int axis) {
-    return axis == 0 ? v.x : axis == 1 ? v.y : v.z;
-}
-
-double DistanceTo(const Stage::TracedFlight& flight, const Passes::View& view) {
-    const double t = std::clamp(ProgressOn(flight, view), 0.0, 1.0);
-    double squared = 0.0;
-    for (int axis = 0; axis < 3; ++axis) {
-        const double start = Component(flight.start, axis);
-        const double way = Component(flight.end, axis) - start;
-        squared += std::pow(view.eye[axis] - (start + t * way), 2);
-    }
-    return std::sqrt(squared);
-}
 
 } // namespace
 
@@ -86,26 +68,6 @@ Story TakeApart(const Stage::Rate& rate, int frame) {
     StoryTaker taker(story);
     Stage::PlayShow(rate, frame, taker);
     return story;
-}
-
-std::size_t FlightOf(const Story& story) {
-    const auto nearest = std::min_element(
-        story.flights.begin(), story.flights.end(), [&](const auto& a, const auto& b) {
-            return DistanceTo(a, story.view) < DistanceTo(b, story.view);
-        });
-    return static_cast<std::size_t>(nearest - story.flights.begin());
-}
-
-double ProgressOn(const Stage::TracedFlight& flight, const Passes::View& view) {
-    double along = 0.0;
-    double squared = 0.0;
-    for (int axis = 0; axis < 3; ++axis) {
-        const double start = Component(flight.start, axis);
-        const double way = Component(flight.end, axis) - start;
-        along += (view.eye[axis] - start) * way;
-        squared += way * way;
-    }
-    return squared > 0.0 ? along / squared : 0.0;
 }
 
 } // namespace Explain

@@ -1,5 +1,6 @@
 #include "tools/passes/passes.h"
 
+#include "engine/core/labels.h"
 #include "tools/stage/tracedobjects.h"
 
 #include <algorithm>
@@ -9,7 +10,8 @@ namespace Passes {
 
 namespace {
 
-constexpr char fixedPipeline[] = "fixed pipeline";
+using Vell::LabelOf;
+using Vell::ObjectKind;
 
 template <class Number>
 int Sum(const Pass& pass, Number Draw::*number) {
@@ -46,6 +48,31 @@ const char* BufferOf(const Pass& pass, GLuint texture) {
     return texture == pass.depthTexture ? "depth" : nullptr;
 }
 
+std::string NameOf(const TargetNow& target) {
+    if (target.framebuffer == 0)
+        return "screen";
+    const std::string& label = LabelOf(ObjectKind::framebuffer, target.framebuffer);
+    return label.empty() ? SizeInWords(target.width, target.height) + " target" : label;
+}
+
+std::string ProgramName(GLuint program) {
+    if (program == 0)
+        return fixedPipeline;
+    const std::string& label = LabelOf(ObjectKind::program, program);
+    return label.empty() ? "program" : label;
+}
+
+/// A texture without pixels of its own is one to draw into.
+std::string TextureName(const Input& input) {
+    if (input.texture == 0)
+        return "no texture";
+    const Stage::TracedTexture texture = Stage::FindTexture(input.texture);
+    std::string name = LabelOf(ObjectKind::texture, input.texture);
+    if (name.empty())
+        name = SizeInWords(texture.width, texture.height) + " texture";
+    return texture.picture || input.pass >= 0 ? name : name + ", not drawn in this frame";
+}
+
 } // namespace
 
 int Vertices(const Pass& pass) {
@@ -67,7 +94,6 @@ void PassRecorder::BeginFrame() {
     open = false;
     part = 0;
     facts = {};
-    facts.screenWidth = ReadTarget().width;
     Stage::Watch(this);
 }
 
@@ -127,12 +153,10 @@ void PassRecorder::Open() {
     pass.height = target.height;
     pass.colourTexture = target.colour;
     pass.depthTexture = target.depth;
+    pass.target = NameOf(target);
     PassFacts fresh;
-    fresh.screen = target.colour == 0;
-    fresh.width = target.width;
-    fresh.height = target.height;
-    fresh.screenWidth = facts.screenWidth;
-    fresh.colourOff = true; // until something writes it
+    fresh.screen = target.framebuffer == 0;
+    fresh.target = LabelOf(ObjectKind::framebuffer, target.framebuffer);
     for (const Pass& earlier : passes)
         fresh.before.push_back(earlier.name);
     facts = fresh;
@@ -148,30 +172,10 @@ void PassRecorder::Close() {
     glFinish();
     const std::chrono::duration<double, std::milli> time = Clock::now() - begin;
     passes.back().milliseconds = detail == Detail::Everything ? time.count() : 0.0;
-    NamePass();
-    NameTarget();
+    passes.back().name = NameOfPass(facts);
     ReadColours();
     if (detail == Detail::Everything)
         ReadDepth();
-}
-
-void PassRecorder::NamePass() {
-    facts.colourOff &= facts.draws > 0;
-    passes.back().name = NameOfPass(facts);
-}
-
-void PassRecorder::NameTarget() {
-    Pass& pass = passes.back();
-    if (pass.colourTexture == 0) {
-        pass.target = "screen";
-        return;
-    }
-    std::string& name = targetNames[pass.colourTexture];
-    if (name.empty())
-        name = TargetNamedBy(pass.name);
-    if (name.empty())
-        name = "target of " + pass.name;
-    pass.target = name;
 }
 
 // The framebuffer of the pass is still bound.
@@ -195,7 +199,6 @@ void PassRecorder::ReadDepth() {
 
 void PassRecorder::NoteFacts(const DrawState& state) {
     ++facts.draws;
-    facts.colourOff &= !state.colourWritten;
     facts.depthTested |= state.depthTest;
     facts.blended = state.blend;
     const std::string name = ProgramName(state.program);
@@ -232,17 +235,6 @@ int PassRecorder::ProgramIndex(GLuint program) {
     if (program != 0 && (fresh || unread.count(program) != 0))
         NoteUniforms(*found);
     return static_cast<int>(found - programs.begin());
-}
-
-std::string PassRecorder::ProgramName(GLuint program) {
-    if (program == 0)
-        return fixedPipeline;
-    std::string& name = programNames[program];
-    if (name.empty()) {
-        const ProgramTexts texts = ReadTexts(program);
-        name = NameOfProgram(texts.vertex, texts.fragment, Stage::TextFiles());
-    }
-    return name;
 }
 
 void PassRecorder::NoteUniforms(Program& program) {
@@ -283,22 +275,6 @@ int PassRecorder::InputIndex(const BoundTexture& bound) {
     input.name = TextureName(input);
     inputs.push_back(std::move(input));
     return static_cast<int>(inputs.size()) - 1;
-}
-
-std::string PassRecorder::TextureName(const Input& input) const {
-    if (input.texture == 0)
-        return "no texture";
-    if (std::string file = Stage::FindTexture(input.texture).file; !file.empty())
-        return file;
-    if (input.pass >= 0) {
-        const Pass& writer = passes[static_cast<std::size_t>(input.pass)];
-        return std::string(BufferOf(writer, input.texture)) + " of the " + writer.target;
-    }
-    const auto known = targetNames.find(input.texture);
-    const std::string target = known == targetNames.end()
-                                   ? SizeInWords(input.width, input.height) + " target"
-                                   : known->second;
-    return target + ", not drawn in this frame";
 }
 
 } // namespace Passes

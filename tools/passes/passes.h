@@ -26,14 +26,14 @@ struct Uniform {
 /// A program that drew in a pass.
 struct Program {
     GLuint program = 0;            ///< 0: OpenGL's fixed pipeline
-    std::string name;              ///< files or class that its text came from
+    std::string name;              ///< label: its files, or what it is for
     std::vector<Uniform> uniforms; ///< in the driver's order
 };
 
 /// A texture that drawings of a pass could read.
 struct Input {
     GLuint texture = 0;
-    std::string name;   ///< its file, or whose colour or depth it is
+    std::string name;   ///< label: its file, or whose colour or depth it is
     std::string reader; ///< the sampler, if a program reads it, and the texture unit
     int width = 0;      ///< pixels
     int height = 0;
@@ -99,8 +99,8 @@ enum class Detail {
 /// Takes a frame apart into its passes while it is drawn, without a change to its picture.
 ///
 /// Use: BeginFrame() and EndFrame() from Visitor::Begin() and End(), then Take(). One recorder at a
-/// time, on the thread that draws. It knows a target by the pass that drew into it first, so one
-/// recorder should be kept for all frames of a show.
+/// time, on the thread that draws. Programs, targets and textures are called by their labels
+/// (engine/core/labels.h), the texts of programs and the sizes of targets count for nothing.
 class PassRecorder : private Stage::Watcher {
 public:
     explicit PassRecorder(Detail newDetail) : detail(newDetail) {}
@@ -136,13 +136,9 @@ private:
     void NoteFacts(const DrawState& state);
     void NoteDraw(const Stage::DrawCall& call, const DrawState& state);
     int ProgramIndex(GLuint program);
-    std::string ProgramName(GLuint program);
     void NoteUniforms(Program& program);
     std::string WhenSent(const Place& place) const;
     int InputIndex(const BoundTexture& bound);
-    std::string TextureName(const Input& input) const;
-    void NamePass();
-    void NameTarget();
     void ReadColours();
     void ReadDepth();
 
@@ -154,10 +150,8 @@ private:
     bool depthTouched = false;
     Clock::time_point begin;
     View view;
-    std::map<GLuint, std::string> programNames;
-    std::map<GLuint, std::string> targetNames; // by colour texture
-    std::map<Place, int> sent;                 // in which part of the frame, last
-    std::set<GLuint> unread; // programs that were sent something since their uniforms were read
+    std::map<Place, int> sent; // in which part of the frame, last
+    std::set<GLuint> unread;   // programs that were sent something since their uniforms were read
 };
 
 } // namespace Passes

@@ -207,13 +207,10 @@ GLuint Attached(GLenum attachment) {
 } // namespace
 
 DrawState ReadDrawState() {
-    GLboolean mask[4];
-    glGetBooleanv(GL_COLOR_WRITEMASK, mask);
     DrawState state;
     state.program = static_cast<GLuint>(Integer(GL_CURRENT_PROGRAM));
     state.depthTest = On(GL_DEPTH_TEST);
     state.depthWritten = state.depthTest && Integer(GL_DEPTH_WRITEMASK) != 0;
-    state.colourWritten = mask[0] || mask[1] || mask[2];
     state.blend = On(GL_BLEND);
     return state;
 }
@@ -262,27 +259,10 @@ std::vector<UniformNow> ReadUniforms(GLuint program) {
     return uniforms;
 }
 
-ProgramTexts ReadTexts(GLuint program) {
-    ProgramTexts texts;
-    GLhandleARB objects[2] = {};
-    GLsizei count = 0;
-    glGetAttachedObjects(program, 2, &count, objects);
-    for (GLsizei i = 0; i < count; ++i) {
-        GLint kind = 0;
-        GLint length = 0;
-        glGetObjectParameteriv(objects[i], GL_OBJECT_SUBTYPE_ARB, &kind);
-        glGetObjectParameteriv(objects[i], GL_OBJECT_SHADER_SOURCE_LENGTH_ARB, &length);
-        std::string text(static_cast<std::size_t>(length), '\0'); // with its end mark
-        glGetShaderSource(objects[i], length, nullptr, text.data());
-        text.resize(text.find('\0') == std::string::npos ? 0 : text.find('\0'));
-        (kind == GL_VERTEX_SHADER ? texts.vertex : texts.fragment) = text;
-    }
-    return texts;
-}
-
 TargetNow ReadTarget() {
     TargetNow target;
-    if (Integer(GL_FRAMEBUFFER_BINDING_EXT) != 0) {
+    target.framebuffer = static_cast<GLuint>(Integer(GL_FRAMEBUFFER_BINDING_EXT));
+    if (target.framebuffer != 0) {
         target.colour = Attached(GL_COLOR_ATTACHMENT0_EXT);
         target.depth = Attached(GL_DEPTH_ATTACHMENT_EXT);
         const Stage::TracedTexture texture = Stage::FindTexture(target.colour);

@@ -12,8 +12,7 @@ namespace Passes {
 struct DrawState {
     GLuint program = 0;
     bool depthTest = false;
-    bool depthWritten = false;  ///< only together with the test
-    bool colourWritten = false; ///< at least one of red, green and blue
+    bool depthWritten = false; ///< only together with the test
     bool blend = false;
 };
 DrawState ReadDrawState();
@@ -41,18 +40,12 @@ struct UniformNow {
 /// All of a program's own; of an array the first element.
 std::vector<UniformNow> ReadUniforms(GLuint program);
 
-/// The texts that a program was made of.
-struct ProgramTexts {
-    std::string vertex;
-    std::string fragment;
-};
-ProgramTexts ReadTexts(GLuint program);
-
 /// Where drawing goes.
 struct TargetNow {
-    GLuint colour = 0; ///< texture; 0 for the screen
-    GLuint depth = 0;  ///< texture; 0 for none
-    int width = 0;     ///< pixels
+    GLuint framebuffer = 0; ///< 0 for the screen
+    GLuint colour = 0;      ///< texture; 0 for the screen
+    GLuint depth = 0;       ///< texture; 0 for none
+    int width = 0;          ///< pixels
     int height = 0;
 };
 /// The screen's size is its viewport's, which is to be all of the window.

@@ -3,8 +3,6 @@
 #include <fmod.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 #include <map>
 
 // The linker leads these calls of the demo and the engine here first (--wrap in CMakeLists.txt).
@@ -17,9 +15,6 @@ using namespace Stage;
 struct Notes {
     std::map<GLuint, TracedTexture> textures;
     std::map<GLuint, TracedList> lists;
-    std::vector<std::string> textFiles;
-    std::vector<TracedFlight> flights;
-    std::string openedLast; // any file
     float lowestBand = 0.0f;
 
     TracedList* recording = nullptr;
@@ -45,14 +40,6 @@ TracedTexture FindTexture(GLuint texture) {
 
 TracedList FindList(GLuint list) {
     return Find(notes.lists, list);
-}
-
-const std::vector<std::string>& TextFiles() {
-    return notes.textFiles;
-}
-
-const std::vector<TracedFlight>& Flights() {
-    return notes.flights;
 }
 
 float LowestBand() {
@@ -81,7 +68,6 @@ int TriangleCount(GLenum mode, int vertices) {
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names.
 extern "C" {
 
-FILE* __real_fopen(const char* path, const char* mode);
 void __real_glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width,
                          GLsizei height, GLint border, GLenum format, GLenum type,
                          const GLvoid* pixels);
@@ -93,25 +79,14 @@ void __real_glEnd();
 void __real_glVertex3f(GLfloat x, GLfloat y, GLfloat z);
 FMOD_RESULT __real_FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* values, int count,
                                             int offset, int window);
-// Camera::AddPath(const vec3&, const vec3&, float), a member.
-void __real__ZN6Camera7AddPathERKN4Vell4vec3ES3_f(void* camera, const Vell::vec3& start,
-                                                  const Vell::vec3& end, float duration);
 
-FILE* __wrap_fopen(const char* path, const char* mode) {
-    notes.openedLast = path;
-    if (std::strcmp(mode, "rt") == 0)
-        notes.textFiles.emplace_back(path);
-    return __real_fopen(path, mode);
-}
-
-// An image is uploaded before any other file is opened; a target to draw into has no pixels yet.
 void __wrap_glTexImage2D(GLenum target, GLint level, GLint internalFormat, GLsizei width,
                          GLsizei height, GLint border, GLenum format, GLenum type,
                          const GLvoid* pixels) {
     __real_glTexImage2D(target, level, internalFormat, width, height, border, format, type, pixels);
     GLint texture = 0;
     glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
-    notes.textures[static_cast<GLuint>(texture)] = {width, height, pixels ? notes.openedLast : ""};
+    notes.textures[static_cast<GLuint>(texture)] = {width, height, pixels != nullptr};
 }
 
 void __wrap_glNewList(GLuint list, GLenum mode) {
@@ -156,12 +131,6 @@ FMOD_RESULT __wrap_FMOD_Channel_GetSpectrum(FMOD_CHANNEL* channel, float* values
         __real_FMOD_Channel_GetSpectrum(channel, values, count, offset, window);
     notes.lowestBand = count > 0 ? values[0] : 0.0f;
     return result;
-}
-
-void __wrap__ZN6Camera7AddPathERKN4Vell4vec3ES3_f(void* camera, const Vell::vec3& start,
-                                                  const Vell::vec3& end, float duration) {
-    __real__ZN6Camera7AddPathERKN4Vell4vec3ES3_f(camera, start, end, duration);
-    notes.flights.push_back({start, end, duration});
 }
 }
 // NOLINTEND(bugprone-reserved-identifier)

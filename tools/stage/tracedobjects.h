@@ -1,9 +1,7 @@
 #pragma once
 
 #include "engine/core/GLExtensions.h"
-#include "engine/math/vec3.h"
 
-#include <string>
 #include <vector>
 
 namespace Stage {
@@ -15,7 +13,7 @@ namespace Stage {
 struct TracedTexture {
     int width = 0; ///< pixels; 0 for a texture that was never given a size
     int height = 0;
-    std::string file; ///< its pixels were read from; empty for a target to draw into
+    bool picture = false; ///< made of pixels; a target to draw into has none yet
 };
 
 /// What is known of a texture.
@@ -30,19 +28,6 @@ struct TracedList {
 
 /// What is known of a display list; all 0 for one without vertices.
 TracedList FindList(GLuint list);
-
-/// Paths of the text files that were opened, in order: the shaders among them.
-const std::vector<std::string>& TextFiles();
-
-/// One straight flight of the demo's camera, in world units and seconds.
-struct TracedFlight {
-    Vell::vec3 start;
-    Vell::vec3 end;
-    float duration = 0.0f;
-};
-
-/// The demo's flights in their order.
-const std::vector<TracedFlight>& Flights();
 
 /// The music's lowest band as the demo heard it last; 0 before.
 float LowestBand();
