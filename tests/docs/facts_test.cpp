@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <regex>
@@ -82,6 +83,36 @@ bool LooksLikePath(const std::string& code) {
            !code.starts_with("build/");
 }
 
+/// What a heading is called in links: "## What is there?" is "what-is-there".
+std::string Anchor(const std::string& heading) {
+    std::string anchor;
+    for (const char letter : heading.substr(heading.find_first_not_of("# ")))
+        if (letter == ' ')
+            anchor += '-';
+        else if (std::isalnum(static_cast<unsigned char>(letter)) || letter == '-')
+            anchor += static_cast<char>(std::tolower(letter));
+    return anchor;
+}
+
+/// Whether the file has the place that a link names behind "#", be it a heading or an id.
+bool HasPlace(const fs::path& file, const std::string& place) {
+    const std::string text = ReadFile(file);
+    if (file.extension() == ".html")
+        return text.find("id=\"" + place + "\"") != std::string::npos;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        if (line.starts_with("#") && Anchor(line) == place)
+            return true;
+    return false;
+}
+
+bool LeadsSomewhere(const Docs::Line& link) {
+    const fs::path target = root / Docs::TargetOf(link);
+    const std::size_t place = link.text.find('#');
+    return fs::exists(target) &&
+           (place == std::string::npos || HasPlace(target, link.text.substr(place + 1)));
+}
+
 /// The paths that the page names and that are not there, be it from the root or from its folder.
 std::vector<std::string> MissingPaths(const Docs::Page& page) {
     std::vector<std::string> missing;
@@ -90,7 +121,7 @@ std::vector<std::string> MissingPaths(const Docs::Page& page) {
             !fs::exists(root / fs::path(page.name).parent_path() / code.text))
             missing.push_back(Docs::PlaceOf(code) + ": " + code.text);
     for (const Docs::Line& link : page.links)
-        if (!fs::exists(root / Docs::TargetOf(link)))
+        if (!LeadsSomewhere(link))
             missing.push_back(Docs::PlaceOf(link) + ": " + link.text);
     return missing;
 }
@@ -130,9 +161,13 @@ TEST(Pages, Name_and_link_only_what_is_there) {
 
 TEST(Pages, Are_complained_of_when_they_name_or_link_what_is_not_there) {
     const Docs::Page page = Docs::ReadPage(
-        "docs/a.md", "`demo/` `demo/ghost.cpp` `0 / 2` `build/x` [a](movie.md) [b](ghost.md)\n");
+        "docs/a.md", "`demo/` `demo/ghost.cpp` `0 / 2` `build/x` [a](movie.md) [b](ghost.md)\n"
+                     "[c](movie.md#the-published-frames) [d](movie.md#ghost)\n"
+                     "[e](frames/rise.html#pass-1) [f](frames/rise.html#ghost)\n");
     EXPECT_THAT(MissingPaths(page),
-                ::testing::ElementsAre("docs/a.md:1: demo/ghost.cpp", "docs/a.md:1: ghost.md"));
+                ::testing::ElementsAre("docs/a.md:1: demo/ghost.cpp", "docs/a.md:1: ghost.md",
+                                       "docs/a.md:2: movie.md#ghost",
+                                       "docs/a.md:3: frames/rise.html#ghost"));
 }
 
 TEST(PageOfPlaces, Names_files_that_hold_the_words) {
