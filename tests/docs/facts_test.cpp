@@ -113,12 +113,22 @@ bool LeadsSomewhere(const Docs::Line& link) {
            (place == std::string::npos || HasPlace(target, link.text.substr(place + 1)));
 }
 
-/// The paths that the page names and that are not there, be it from the root or from its folder.
+/// From the root, from the page's folder or, as pages name modules, from engine/ and without what
+/// comes behind the point: "core/clock".
+bool IsThere(const Docs::Line& code) {
+    const fs::path page = fs::path(code.page).parent_path();
+    for (const fs::path& from : {root, root / page, root / "engine"})
+        for (const char* ending : {"", ".h", ".cpp"})
+            if (fs::exists(from / (code.text + ending)))
+                return true;
+    return false;
+}
+
+/// The paths that the page names and that are not there.
 std::vector<std::string> MissingPaths(const Docs::Page& page) {
     std::vector<std::string> missing;
     for (const Docs::Line& code : page.code)
-        if (LooksLikePath(code.text) && !fs::exists(root / code.text) &&
-            !fs::exists(root / fs::path(page.name).parent_path() / code.text))
+        if (LooksLikePath(code.text) && !IsThere(code))
             missing.push_back(Docs::PlaceOf(code) + ": " + code.text);
     for (const Docs::Line& link : page.links)
         if (!LeadsSomewhere(link))
@@ -161,9 +171,10 @@ TEST(Pages, Name_and_link_only_what_is_there) {
 
 TEST(Pages, Are_complained_of_when_they_name_or_link_what_is_not_there) {
     const Docs::Page page = Docs::ReadPage(
-        "docs/a.md", "`demo/` `demo/ghost.cpp` `0 / 2` `build/x` [a](movie.md) [b](ghost.md)\n"
-                     "[c](movie.md#the-published-frames) [d](movie.md#ghost)\n"
-                     "[e](frames/rise.html#pass-1) [f](frames/rise.html#ghost)\n");
+        "docs/a.md",
+        "`demo/` `core/clock` `demo/ghost.cpp` `0 / 2` `build/x` [a](movie.md) [b](ghost.md)\n"
+        "[c](movie.md#the-published-frames) [d](movie.md#ghost)\n"
+        "[e](frames/rise.html#pass-1) [f](frames/rise.html#ghost)\n");
     EXPECT_THAT(MissingPaths(page),
                 ::testing::ElementsAre("docs/a.md:1: demo/ghost.cpp", "docs/a.md:1: ghost.md",
                                        "docs/a.md:2: movie.md#ghost",
