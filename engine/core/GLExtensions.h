@@ -184,13 +184,17 @@
 
 // clang-format on
 
-/// The pointers carry the names of functions that libGL.so exports. Hidden visibility keeps them
-/// out of the dynamic symbol table, where the loader would bind libGL's own calls to our variables.
-#define VELL_ENTRY_POINT_VISIBILITY __attribute__((visibility("hidden")))
+// The pointers carry the names of functions that libGL.so exports. Neither form of the library may
+// show them under these names, or the loader would bind libGL's own calls to our variables: within
+// a program that Vell is linked into they are hidden, and the shared library calls them otherwise.
+#ifdef VELL_SHARED
+#define VELL_POINTER(type, pointer) type pointer __asm__("Vell_" #pointer)
+#else
+#define VELL_POINTER(type, pointer) __attribute__((visibility("hidden"))) type pointer
+#endif
 
 /// Every pointer is null until InitGLEXT() has filled it; calling it before that crashes.
-#define VELL_DECLARE_ENTRY_POINT(type, pointer, name)                                              \
-    extern VELL_ENTRY_POINT_VISIBILITY type pointer;
+#define VELL_DECLARE_ENTRY_POINT(type, pointer, name) extern VELL_POINTER(type, pointer);
 #define VELL_COUNT_ENTRY_POINT(type, pointer, name) +1
 
 /// Of each group: its pointers; the names asked of the GL, ended by a null pointer; the addresses
