@@ -1,0 +1,263 @@
+// The engine in a program of somebody else's: docs/use-the-library.md, line by line, in a folder
+// far from this tree.
+
+#include "tests/support/program_run.h"
+#include "tests/support/scratch.h"
+#include "tests/support/virtual_display.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <set>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
+
+namespace {
+
+constexpr double patience = 240.0; // seconds, on a machine that has other things to do
+
+std::string Page() {
+    return ReadFile(fs::path(NIMBREL_SOURCE_DIR) / "docs/use-the-library.md");
+}
+
+/// The block of the page that is opened by "```" and this label.
+std::string Block(const std::string& label) {
+    static const std::string page = Page();
+    const std::string opening = "```" + label + "\n";
+    const std::size_t start = page.find(opening);
+    if (start == std::string::npos)
+        throw std::runtime_error("the page has no block " + label);
+    const std::size_t first = start + opening.size();
+    return page.substr(first, page.find("```", first) - first);
+}
+
+/// What the program of the page shows, without its head: 200 x 200 pixels of (0.2, 0.4, 0.6) * 255
+/// = (51, 102, 153). The square of 2 x 2 at distance 5, under 90 degrees, is 200 * 2 / (2 * 5) = 40
+/// pixels wide and stands in the middle: 80 to 119.
+std::string ExpectedPixels() {
+    std::string pixels;
+    for (int y = 0; y < 200; ++y)
+        for (int x = 0; x < 200; ++x)
+            pixels += x >= 80 && x < 120 && y >= 80 && y < 120 ? "\377\200" + std::string(1, '\0')
+                                                               : "\063\146\231";
+    return pixels;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+/// The user's home, with a folder for every way of use in which the tree lies as "nimbrel". What
+/// one test builds there, the next ones find.
+class Use : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        home = std::make_unique<ScratchDir>();
+        display = std::make_unique<VirtualDisplay>();
+    }
+
+    static void TearDownTestSuite() {
+        display.reset();
+        home.reset();
+    }
+
+    void TearDown() override { fs::current_path(home->Path()); }
+
+    /// Begins a project of this name, with the page's program.
+    static void Begin(const std::string& name) {
+        fs::create_directory(home->Path() / name);
+        fs::current_path(home->Path() / name);
+        fs::create_directory_symlink(NIMBREL_SOURCE_DIR, "nimbrel");
+        WriteFile("main.cpp", Block("cpp main.cpp"));
+    }
+
+    /// The page's CMakeLists.txt, the engine brought in by `way`.
+    static void WriteLists(const std::string& way) {
+        std::string lists = Block("cmake add_subdirectory");
+        const std::string first = "add_subdirectory(nimbrel/engine)\n";
+        lists.replace(lists.find(first), first.size(), way);
+        WriteFile("CMakeLists.txt", lists);
+    }
+
+    /// Runs commands as the page gives them, in a home of its own; without optimisation, for the
+    /// time that saves.
+    static Outcome Shell(const std::string& commands) {
+        return ProgramRun({"/bin/bash", "-ec", commands}, {{"HOME", home->Path().string()},
+                                                           {"DISPLAY", display->Name()},
+                                                           {"CMAKE_GENERATOR", "Ninja"},
+                                                           {"CMAKE_BUILD_TYPE", "Debug"},
+                                                           {"CXXFLAGS", "-O0"}})
+            .Wait(patience);
+    }
+
+    static std::string Told(const std::string& commands) {
+        const Outcome end = Shell(commands);
+        EXPECT_EQ(end.exitStatus, 0) << commands << end.output << end.complaint;
+        return end.output;
+    }
+
+    static void ExpectThePicture(const std::string& program) {
+        Told(program);
+        const std::string head = "P6 200 200 255\n";
+        EXPECT_TRUE(ReadFile("picture.ppm") == head + ExpectedPixels());
+    }
+
+    /// Installs the engine, once, where the page says.
+    static void Install() {
+        if (fs::exists(home->Path() / "vell"))
+            return;
+        Begin("install");
+        Told(Block("sh install"));
+    }
+
+    static std::unique_ptr<ScratchDir> home;
+    static std::unique_ptr<VirtualDisplay> display;
+};
+
+std::unique_ptr<ScratchDir> Use::home;
+std::unique_ptr<VirtualDisplay> Use::display;
+
+} // namespace
+
+TEST_F(Use, Page_names_packages_that_the_scripts_install_too) {
+    const std::string known = ReadFile(fs::path(NIMBREL_SOURCE_DIR) / "packaging/packages.sh");
+    std::istringstream in(Block("sh packages"));
+    std::string name;
+    in >> name >> name;
+    while (in >> name)
+        EXPECT_THAT(known, HasSubstr(name));
+}
+
+TEST_F(Use, Folder_of_the_project_draws_the_picture) {
+    Begin("folder");
+    WriteFile("CMakeLists.txt", Block("cmake add_subdirectory"));
+    Told(Block("sh build"));
+    ExpectThePicture("build/show");
+}
+
+TEST_F(Use, Folder_of_the_project_is_not_installed_with_it) {
+    Begin("guest");
+    WriteLists("add_subdirectory(nimbrel/engine)\n");
+    Told("cmake -S . -B build >configured\ncmake --install build --prefix out");
+    EXPECT_FALSE(fs::exists("out"));
+}
+
+TEST_F(Use, Fetched_content_draws_the_picture_as_a_shared_library_too) {
+    Begin("fetched");
+    WriteFile("main.cpp", Block("cpp main.cpp") + "const void* use = &glGenBuffers;\n");
+    WriteLists("set(BUILD_SHARED_LIBS ON)\nset(VELL_INSTALL ON)\n" + Block("cmake FetchContent"));
+    Told(Block("sh build"));
+    ExpectThePicture("build/show");
+    EXPECT_THAT(Told("readelf -d build/show"), HasSubstr("[libvell.so.1]"));
+}
+
+TEST_F(Use, Installed_package_draws_the_picture) {
+    Install();
+    Begin("found");
+    WriteLists(Block("cmake find_package"));
+    Told(Block("sh find"));
+    ExpectThePicture("build/show");
+}
+
+TEST_F(Use, Installed_library_draws_the_picture_by_pkg_config) {
+    Install();
+    Begin("pkg-config");
+    Told(Block("sh pkg-config"));
+    ExpectThePicture("./show");
+}
+
+TEST_F(Use, Installed_headers_need_no_other_headers_of_the_tree) {
+    Install();
+    Begin("headers");
+    fs::remove("nimbrel");
+    std::string all;
+    const fs::path include = home->Path() / "vell/include/Vell";
+    for (const auto& entry : fs::recursive_directory_iterator(include / "engine"))
+        if (entry.path().extension() == ".h")
+            all += "#include <" + fs::relative(entry.path(), include).string() + ">\n";
+    EXPECT_THAT(all, HasSubstr("<engine/scene/scenemanager.h>"));
+    EXPECT_THAT(all, Not(HasSubstr("errorguard")));
+    WriteFile("all.cpp", all);
+    Told("g++ -std=c++20 -Wall -Werror -fsyntax-only -I\"$HOME/vell/include/Vell\" all.cpp");
+}
+
+TEST_F(Use, Installed_package_refuses_other_versions_and_unknown_components) {
+    Install();
+    Begin("refused");
+    WriteFile("CMakeLists.txt", "cmake_minimum_required(VERSION 3.25)\n"
+                                "project(Asks LANGUAGES CXX)\n"
+                                "foreach(wanted 1.0 2.0 1.0%COMPONENTS%sound 1.0%COMPONENTS%tea)\n"
+                                "string(REPLACE % \";\" words ${wanted})\n"
+                                "find_package(Vell ${words} QUIET)\n"
+                                "list(APPEND found ${Vell_FOUND})\n"
+                                "endforeach()\n"
+                                "message(STATUS \"answers ${found}\")\n");
+    EXPECT_THAT(Told("cmake -S . -B build -DCMAKE_PREFIX_PATH=$HOME/vell"),
+                HasSubstr("answers 1;0;0;0\n"));
+}
+
+TEST_F(Use, Installed_package_brings_the_sound_when_it_is_asked_for) {
+    Install();
+    fs::current_path(home->Path() / "install");
+    Told(Block("sh install") + "cmake -S nimbrel/engine -B build-vell -DVELL_SOUND=ON\n"
+                               "cmake --build build-vell\ncmake --install build-vell\n");
+    Begin("sound");
+    WriteLists("find_package(Vell 1.0 REQUIRED COMPONENTS sound)\nlink_libraries(Vell::Sound)\n");
+    WriteFile("main.cpp", "#include <fmod.h>\n"
+                          "int main() {\n"
+                          "    FMOD_SYSTEM* system = nullptr;\n"
+                          "    return FMOD_System_Create(&system) != FMOD_OK ||\n"
+                          "           FMOD_System_Release(system) != FMOD_OK;\n"
+                          "}\n");
+    Told(Block("sh find") + "build/show");
+}
+
+TEST_F(Use, Shared_library_stands_on_opengl_glu_libjpeg_and_libpng_alone) {
+    fs::current_path(home->Path() / "fetched");
+    std::set<std::string> needed;
+    for (const std::string& line : Lines(Told("readelf -d build/_deps/vell-build/libvell.so")))
+        if (const std::size_t at = line.find("[lib"); line.find("(NEEDED)") != std::string::npos)
+            needed.insert(line.substr(at + 1, line.find(".so") - at - 1));
+    const std::set<std::string> allowed = {"libGL",    "libGLX",   "libOpenGL", "libGLU",
+                                           "libjpeg",  "libpng16", "libstdc++", "libm",
+                                           "libgcc_s", "libc"};
+    EXPECT_THAT(needed, IsSupersetOf({"libGLU", "libjpeg", "libpng16"}));
+    EXPECT_THAT(allowed, IsSupersetOf(needed));
+}
+
+TEST_F(Use, Shared_library_shows_what_its_headers_declare_and_no_more) {
+    fs::current_path(home->Path() / "fetched");
+    const std::string symbols =
+        Told("nm -DC --defined-only build/_deps/vell-build/libvell.so | cut -c 20-");
+    EXPECT_THAT(symbols, HasSubstr("Vell::SceneManager::Draw()@@VELL_1\n"));
+    EXPECT_THAT(symbols, HasSubstr("Vell_glGenBuffers@@VELL_1\n"));
+    EXPECT_THAT(symbols, Not(HasSubstr("ErrorGuard")));
+    for (const std::string& line : Lines(symbols))
+        EXPECT_THAT(line, ::testing::MatchesRegex(
+                              "((vtable for |typeinfo for |typeinfo name for )?Vell::.*|VELL_1|"
+                              "Vell_gl[A-Z].*|(ARB|EXT)[A-Za-z]*Proc(Name|Address)@.*|"
+                              "(CheckForExtension|InitializeGLExtension|InitGLEXT)\\(.*)"));
+}
+
+TEST_F(Use, Shared_library_is_installed_apart_for_running_and_for_building) {
+    fs::current_path(home->Path() / "fetched");
+    Told("cmake --install build --prefix run --component Runtime\n"
+         "cmake --install build --prefix develop --component Development\n");
+    EXPECT_THAT(Lines(Told("find run ! -type d | LC_ALL=C sort")),
+                ElementsAre("run/lib/libvell.so.1", "run/lib/libvell.so.1.0.0"));
+    const auto development = Lines(Told("find develop ! -type d"));
+    EXPECT_THAT(
+        development,
+        IsSupersetOf({"develop/lib/libvell.so", "develop/lib/cmake/Vell/VellConfig.cmake",
+                      "develop/lib/pkgconfig/vell.pc", "develop/include/Vell/engine/core/core.h"}));
+}
