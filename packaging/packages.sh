@@ -8,7 +8,8 @@ packages_play="g++ cmake ninja-build pkgconf libsdl1.2-dev libgl-dev libglu1-mes
 packages_tools="nlohmann-json3-dev libssl-dev" # for whatever is configured with NIMBREL_BUILD_TOOLS
 packages_movie="ffmpeg"
 packages_art="libembree-dev libmp3lame-dev libebur128-dev"
-packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git xauth"
+packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git xauth
+    libsdl2-dev libglfw3-dev libegl-dev" # the last three for what gallery/ shows
 packages_format="clang-format"
 packages_style="shellcheck"
 packages_tidy="clang-tidy"

@@ -225,8 +225,10 @@ extern const ExtensionGroup extensionGroups[6];
 /// @return 1 when `name` stands in the extension list, else 0.
 int CheckForExtension(const char* name);
 
-/// Fetches the entry points of one extension with glXGetProcAddress(). A platform without it needs
-/// another loader here, one that answers null for a name it does not know.
+/// Fetches the entry points of one extension with glXGetProcAddress(), which serves contexts that
+/// EGL made as well, without any X server: what it answers leads to the current context, whoever
+/// made it (libglvnd). A platform without it needs another loader here, one that answers null for a
+/// name it does not know.
 ///
 /// @param extension  searched with CheckForExtension(); nothing is stored when it is missing.
 /// @param names      null-terminated list of entry points.

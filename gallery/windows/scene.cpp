@@ -1,0 +1,70 @@
+#include "gallery/windows/scene.h"
+
+#include "engine/core/core.h"
+#include "engine/env/water.h"
+
+#include <cstdio>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+class Pyramid : public Vell::Mesh {
+public:
+    Pyramid() { bbox.Set(Vell::vec3(-1, 0, -1), Vell::vec3(1, 2, 1)); }
+
+    void Draw() override {
+        static const float corners[][2] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}, {-1, -1}};
+        glBegin(GL_TRIANGLE_FAN);
+        glColor3f(1.0f, 0.9f, 0.6f);
+        glVertex3f(0, 2, 0);
+        for (const auto& [x, z] : corners) {
+            glColor3f(0.6f + 0.3f * x, 0.3f, 0.3f - 0.2f * z);
+            glVertex3f(x, 0, z);
+        }
+        glEnd();
+        glColor4f(1, 1, 1, 1);
+    }
+};
+
+} // namespace
+
+Scene::Scene() : pyramid(std::make_unique<Pyramid>()) {
+    if (!Vell::InitEngine(Vell::ivec2(width, height)))
+        throw std::runtime_error("the engine does not start, see Vell_log.html");
+    Vell::SetRatio(static_cast<float>(width) / static_cast<float>(height));
+    glClearColor(0.3f, 0.5f, 0.7f, 1);
+    manager = std::make_unique<Vell::SceneManager>();
+    manager->AddCamera(Vell::vec3(3, 1.5f, 4), Vell::vec3(0, 0.5f, 0));
+    manager->AddSceneNode(pyramid.get(), Vell::vec3(0, 0.2f, 0));
+    manager->AddWater()->SetBlend(0.3f);
+    // Without shadow mapping the water would find a shadow at 0 <= x <= 1, z >= 0, see Water.
+    glMatrixMode(GL_TEXTURE), glScalef(1, 1, 0), glMatrixMode(GL_MODELVIEW);
+}
+
+void Scene::Draw() {
+    manager->Draw();
+}
+
+void Scene::SavePicture(const std::string& path) {
+    std::vector<unsigned char> pixels(3u * width * height);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    if (file == nullptr)
+        throw std::runtime_error("cannot write " + path);
+    std::fprintf(file, "P6 %d %d 255\n", width, height);
+    for (int y = height - 1; y >= 0; --y) // OpenGL counts rows from below
+        std::fwrite(&pixels[3u * width * static_cast<std::size_t>(y)], 3, width, file);
+    std::fclose(file);
+}
+
+const char* PictureAskedFor(int count, char** arguments) {
+    return count > 1 ? arguments[1] : nullptr;
+}
+
+void DrawPicture(Scene& scene, const std::string& path) {
+    scene.Draw();
+    scene.Draw();
+    Scene::SavePicture(path);
+}
