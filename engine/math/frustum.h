@@ -5,10 +5,10 @@
 
 namespace Vell {
 
-/// The six clipping planes of the camera, in world space, for culling.
+/// The six clipping planes of a view, in world space, for culling.
 ///
-/// The scene manager rebuilds them once per frame, right after the camera has set its view; they
-/// hold for that frame, its mirrored pass included.
+/// The scene manager rebuilds them in every pass of a frame, right after the pass has set its view:
+/// the light's, the camera's, the mirrored one. After the frame they are the camera's.
 class Frustum {
 public:
     /// The one instance, made on first use and destroyed at exit. Before the first MakePlane() its

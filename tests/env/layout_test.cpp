@@ -1,4 +1,5 @@
-// Where the classes of the environment keep their fields and their virtual operations.
+// Where the classes of the environment keep their fields and their virtual operations: a contract
+// with what was compiled against these headers before, see layout.h.
 #include "engine/env/shadowmapping.h"
 #include "engine/env/sky.h"
 #include "engine/env/terrain.h"

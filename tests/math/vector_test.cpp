@@ -273,6 +273,14 @@ TYPED_TEST(FloatVector, Keeps_a_zero_of_the_other_sign_which_is_neither_greater_
     }
 }
 
+TYPED_TEST(FloatVector, Rounds_one_operation_as_float_arithmetic_does) {
+    // None of the three results is a float: each is rounded, by way of double or at once.
+    const float a = 0.1f, b = 3.3f;
+    EXPECT_EQ(TypeParam(a) + TypeParam(b), TypeParam(a + b));
+    EXPECT_EQ(TypeParam(a) * TypeParam(b), TypeParam(a * b));
+    EXPECT_EQ(TypeParam(a) / b, TypeParam(a / b));
+}
+
 TYPED_TEST(FloatVector, Compares_without_tolerance) {
     TypeParam next(1.0f);
     next.y = std::nextafter(1.0f, 2.0f);

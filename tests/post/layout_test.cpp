@@ -1,4 +1,5 @@
-// Where the chain and its effects keep their fields and their virtual operations.
+// Where the chain and its effects keep their fields and their virtual operations: a contract with
+// what was compiled against these headers before, see layout.h.
 #include "demo/post_rgb.h"
 #include "demo/post_water.h"
 #include "engine/post/post_bloom.h"
