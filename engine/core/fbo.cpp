@@ -62,10 +62,10 @@ FBO::FBO() : framebuffer(0), renderbuffer(0), color(0), depth(0), size(256, 256)
 }
 
 FBO::~FBO() {
-    Unlabel(ObjectKind::texture, color);
-    Unlabel(ObjectKind::texture, depth);
-    Unlabel(ObjectKind::framebuffer, framebuffer);
-    Unlabel(ObjectKind::renderbuffer, renderbuffer);
+    Unlabel(ObjectKind::Texture, color);
+    Unlabel(ObjectKind::Texture, depth);
+    Unlabel(ObjectKind::Framebuffer, framebuffer);
+    Unlabel(ObjectKind::Renderbuffer, renderbuffer);
     glDeleteTextures(1, &color);
     glDeleteTextures(1, &depth);
     glDeleteFramebuffersEXT(1, &framebuffer);
@@ -81,10 +81,10 @@ void FBO::SetSize(const ivec2& pixels) {
 }
 
 void FBO::SetLabel(const std::string& text) {
-    Label(ObjectKind::framebuffer, framebuffer, text);
-    Label(ObjectKind::renderbuffer, renderbuffer, "renderbuffer of the " + text);
-    Label(ObjectKind::texture, color, "colour of the " + text);
-    Label(ObjectKind::texture, depth, "depth of the " + text);
+    Label(ObjectKind::Framebuffer, framebuffer, text);
+    Label(ObjectKind::Renderbuffer, renderbuffer, "renderbuffer of the " + text);
+    Label(ObjectKind::Texture, color, "colour of the " + text);
+    Label(ObjectKind::Texture, depth, "depth of the " + text);
 }
 
 void FBO::Enable() {

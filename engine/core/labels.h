@@ -8,7 +8,7 @@ namespace Vell {
 
 /// Kinds of OpenGL objects, each with numbers of its own: texture 1 and buffer 1 are two objects.
 /// Programs and shader objects, which OpenGL numbers together, are told apart all the same.
-enum class ObjectKind { program, shader, texture, framebuffer, renderbuffer, buffer, list };
+enum class ObjectKind { Program, Shader, Texture, Framebuffer, Renderbuffer, Buffer, List };
 
 // What OpenGL's objects are called, for people who look at them: in a debugger, or in a tool that
 // says what a frame was made of. The engine labels each object that it makes while it makes it: a

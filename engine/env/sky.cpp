@@ -61,7 +61,7 @@ SkyBox::SkyBox(const std::string& xpos, const std::string& xneg, const std::stri
 
 SkyBox::~SkyBox() {
     glDeleteLists(list, 1);
-    Unlabel(ObjectKind::list, list);
+    Unlabel(ObjectKind::List, list);
 }
 
 void SkyBox::SetXPOS(const std::string& path) {
@@ -129,9 +129,9 @@ void SkyBox::ClampFaces() {
 void SkyBox::RecordFaces() {
     if (list != 0)
         glDeleteLists(list, 1); // an earlier recording
-    Unlabel(ObjectKind::list, list);
+    Unlabel(ObjectKind::List, list);
     list = glGenLists(1);
-    Label(ObjectKind::list, list, "sky box");
+    Label(ObjectKind::List, list, "sky box");
     glNewList(list, GL_COMPILE);
     TextureUnit::Enable(TextureUnit::surface);
     for (int face = 0; face < faceCount; ++face) {

@@ -100,9 +100,9 @@ Terrain::Terrain(int levels) : level(levels), scale(1.0f, 0.5f, 1.0f) {
 }
 
 Terrain::~Terrain() {
-    Unlabel(ObjectKind::buffer, vertexBuffer);
+    Unlabel(ObjectKind::Buffer, vertexBuffer);
     for (int i = 0; i < BufferCount(); ++i)
-        Unlabel(ObjectKind::buffer, indexBuffers[static_cast<std::size_t>(i)]);
+        Unlabel(ObjectKind::Buffer, indexBuffers[static_cast<std::size_t>(i)]);
     glDeleteBuffers(1, &vertexBuffer);
     glDeleteBuffers(BufferCount(), indexBuffers.get());
     Log::GetInstance().Write("Terrain", "FREE", heightmapPath);
@@ -153,9 +153,9 @@ void Terrain::CreateBuffers() {
     indexBuffers = std::make_unique<unsigned int[]>(static_cast<std::size_t>(BufferCount()));
     glGenBuffers(1, &vertexBuffer);
     glGenBuffers(BufferCount(), indexBuffers.get());
-    Label(ObjectKind::buffer, vertexBuffer, "terrain, vertices");
+    Label(ObjectKind::Buffer, vertexBuffer, "terrain, vertices");
     for (int i = 0; i < BufferCount(); ++i)
-        Label(ObjectKind::buffer, indexBuffers[static_cast<std::size_t>(i)],
+        Label(ObjectKind::Buffer, indexBuffers[static_cast<std::size_t>(i)],
               "terrain, indices of level " + std::to_string(i));
 }
 

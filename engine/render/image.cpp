@@ -262,7 +262,7 @@ Image::~Image() {
     if (shared)
         return;
     delete[] data;
-    Unlabel(ObjectKind::texture, texture);
+    Unlabel(ObjectKind::Texture, texture);
     glDeleteTextures(1, &texture);
     if (!name.empty())
         Log::GetInstance().Write("Image", "FREE", name);
@@ -381,7 +381,7 @@ void Image::Adopt(unsigned char* pixels, const ivec2& pixelSize, GLenum pixelFor
     format = pixelFormat;
     shared = false;
     glGenTextures(1, &texture);
-    Label(ObjectKind::texture, texture, label);
+    Label(ObjectKind::Texture, texture, label);
     Bind();
     SetParameter(filter, mipmap);
     Upload();

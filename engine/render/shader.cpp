@@ -55,9 +55,9 @@ Shader::Shader() : vertexObject(0), fragmentObject(0), program(0) {}
 // Attached to a program, an object outlives its deletion for as long as the program does, so every
 // sharer may delete it. One that did not compile is kept until here all the same.
 Shader::~Shader() {
-    Unlabel(ObjectKind::program, program);
-    Unlabel(ObjectKind::shader, vertexObject);
-    Unlabel(ObjectKind::shader, fragmentObject);
+    Unlabel(ObjectKind::Program, program);
+    Unlabel(ObjectKind::Shader, vertexObject);
+    Unlabel(ObjectKind::Shader, fragmentObject);
     glDeleteObject(vertexObject);
     glDeleteObject(fragmentObject);
     // This entry point deletes programs of the older assembly extension and leaves GLSL programs
@@ -220,9 +220,9 @@ bool Shader::Compiled(GLuint object, const char* source) {
 
 void Shader::LabelAll(const std::string& whole, const std::string& vertex,
                       const std::string& fragment) {
-    Label(ObjectKind::program, program, whole);
-    Label(ObjectKind::shader, vertexObject, vertex);
-    Label(ObjectKind::shader, fragmentObject, fragment);
+    Label(ObjectKind::Program, program, whole);
+    Label(ObjectKind::Shader, vertexObject, vertex);
+    Label(ObjectKind::Shader, fragmentObject, fragment);
 }
 
 // Names the vertex shader and shows the vertex shader's message even when the fragment shader

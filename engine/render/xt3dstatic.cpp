@@ -94,17 +94,17 @@ void CreateBuffers(XT3DSubMesh& subMesh) {
 }
 
 void LabelBuffers(const XT3DSubMesh& subMesh, const std::string& owner) {
-    Label(ObjectKind::buffer, subMesh.positionBuffer, owner + ", positions");
-    Label(ObjectKind::buffer, subMesh.texcoordBuffer, owner + ", texture coordinates");
-    Label(ObjectKind::buffer, subMesh.lightmapTexcoordBuffer, owner + ", light map coordinates");
-    Label(ObjectKind::buffer, subMesh.normalBuffer, owner + ", normals");
+    Label(ObjectKind::Buffer, subMesh.positionBuffer, owner + ", positions");
+    Label(ObjectKind::Buffer, subMesh.texcoordBuffer, owner + ", texture coordinates");
+    Label(ObjectKind::Buffer, subMesh.lightmapTexcoordBuffer, owner + ", light map coordinates");
+    Label(ObjectKind::Buffer, subMesh.normalBuffer, owner + ", normals");
 }
 
 // Without vertex buffer objects there is neither a buffer nor an entry point to delete it.
 void DeleteBuffer(GLuint buffer) {
     if (buffer == 0)
         return;
-    Unlabel(ObjectKind::buffer, buffer);
+    Unlabel(ObjectKind::Buffer, buffer);
     glDeleteBuffers(1, &buffer);
 }
 

@@ -34,24 +34,24 @@ void operator delete(void* memory, std::size_t) noexcept {
 }
 
 TEST(Labels, Say_what_an_object_was_called_last) {
-    EXPECT_EQ(LabelOf(ObjectKind::texture, 1), "");
-    Label(ObjectKind::texture, 1, "waves");
-    EXPECT_EQ(LabelOf(ObjectKind::texture, 1), "waves");
-    Label(ObjectKind::texture, 1, "clouds");
-    EXPECT_EQ(LabelOf(ObjectKind::texture, 1), "clouds");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, 1), "");
+    Label(ObjectKind::Texture, 1, "waves");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, 1), "waves");
+    Label(ObjectKind::Texture, 1, "clouds");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, 1), "clouds");
 }
 
 TEST(Labels, Of_one_number_are_as_many_as_there_are_kinds) {
     const struct {
         ObjectKind kind;
         const char* text;
-    } objects[] = {{ObjectKind::program, "a program"},
-                   {ObjectKind::shader, "a shader"},
-                   {ObjectKind::texture, "a texture"},
-                   {ObjectKind::framebuffer, "a framebuffer"},
-                   {ObjectKind::renderbuffer, "a renderbuffer"},
-                   {ObjectKind::buffer, "a buffer"},
-                   {ObjectKind::list, "a list"}};
+    } objects[] = {{ObjectKind::Program, "a program"},
+                   {ObjectKind::Shader, "a shader"},
+                   {ObjectKind::Texture, "a texture"},
+                   {ObjectKind::Framebuffer, "a framebuffer"},
+                   {ObjectKind::Renderbuffer, "a renderbuffer"},
+                   {ObjectKind::Buffer, "a buffer"},
+                   {ObjectKind::List, "a list"}};
     for (const auto& [kind, text] : objects)
         Label(kind, 2, text);
     for (const auto& [kind, text] : objects)
@@ -60,36 +60,36 @@ TEST(Labels, Of_one_number_are_as_many_as_there_are_kinds) {
 
 TEST(Labels, Copy_their_text) {
     std::string text = "waves";
-    Label(ObjectKind::texture, 3, text);
+    Label(ObjectKind::Texture, 3, text);
     text = "clouds";
-    EXPECT_EQ(LabelOf(ObjectKind::texture, 3), "waves");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, 3), "waves");
 }
 
 TEST(Labels, Go_with_the_object_so_that_the_next_of_its_number_has_its_own) {
-    Label(ObjectKind::buffer, 4, "first");
-    Label(ObjectKind::buffer, 5, "beside it");
-    Unlabel(ObjectKind::buffer, 4);
-    EXPECT_EQ(LabelOf(ObjectKind::buffer, 4), "");
-    EXPECT_EQ(LabelOf(ObjectKind::buffer, 5), "beside it");
-    Label(ObjectKind::buffer, 4, "second");
-    EXPECT_EQ(LabelOf(ObjectKind::buffer, 4), "second");
+    Label(ObjectKind::Buffer, 4, "first");
+    Label(ObjectKind::Buffer, 5, "beside it");
+    Unlabel(ObjectKind::Buffer, 4);
+    EXPECT_EQ(LabelOf(ObjectKind::Buffer, 4), "");
+    EXPECT_EQ(LabelOf(ObjectKind::Buffer, 5), "beside it");
+    Label(ObjectKind::Buffer, 4, "second");
+    EXPECT_EQ(LabelOf(ObjectKind::Buffer, 4), "second");
 }
 
 TEST(Labels, Go_when_there_is_no_text) {
-    Label(ObjectKind::list, 6, "faces");
-    Label(ObjectKind::list, 6, "");
-    EXPECT_EQ(LabelOf(ObjectKind::list, 6), "");
+    Label(ObjectKind::List, 6, "faces");
+    Label(ObjectKind::List, 6, "");
+    EXPECT_EQ(LabelOf(ObjectKind::List, 6), "");
 }
 
 TEST(Labels, Are_not_taken_by_object_0_which_is_none) {
-    Label(ObjectKind::program, 0, "nothing");
-    EXPECT_EQ(LabelOf(ObjectKind::program, 0), "");
+    Label(ObjectKind::Program, 0, "nothing");
+    EXPECT_EQ(LabelOf(ObjectKind::Program, 0), "");
 }
 
 TEST(Labels, Are_read_without_taking_memory) {
-    Label(ObjectKind::program, 7, "a text that is longer than what a string holds by itself");
+    Label(ObjectKind::Program, 7, "a text that is longer than what a string holds by itself");
     const int before = allocations;
     for (GLuint name = 0; name < 100; ++name)
-        LabelOf(ObjectKind::program, name);
+        LabelOf(ObjectKind::Program, name);
     EXPECT_EQ(allocations, before);
 }

@@ -112,7 +112,7 @@ TEST_P(PostRGBPicture, Holds_each_look_up_at_one_edge_only) {
     PostRGB rgb;
     rgb.SetOffset(static_cast<float>(offset));
     EXPECT_TRUE(
-        Matches(Run(rgb, Sample(), Edges::mirrored), MirroredSplit(Sample(), offset), rounding));
+        Matches(Run(rgb, Sample(), Edges::Mirrored), MirroredSplit(Sample(), offset), rounding));
 }
 
 INSTANTIATE_TEST_SUITE_P(Offset, PostRGBPicture,

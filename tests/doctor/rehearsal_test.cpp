@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstddef>
 
 using Doctor::Rehearsal;
 using Doctor::Row;
@@ -19,7 +20,7 @@ using ::testing::IsEmpty;
 
 namespace {
 
-enum { show, speed, glErrors, logRows }; // the rows, in their order
+constexpr std::size_t show = 0, speed = 1, glErrors = 2, logRows = 3; // the rows
 
 /// A hundred frames: 1 to 100 ms, not in this order.
 Rehearsal Frames1To100() {

@@ -26,7 +26,7 @@ struct Made {
 
     Made() {
         MakeFilmData();
-        InChild([] { Explain::MakePage({10, 1}, moment, "page.html", Explain::Measured::shown); });
+        InChild([] { Explain::MakePage({10, 1}, moment, "page.html", Explain::Measured::Shown); });
         page = ReadFile("page.html");
     }
 };
@@ -56,7 +56,7 @@ std::string RowOf(const std::string& html, const std::string& head) {
 
 std::string WhatItSays(double time, const std::string& path) {
     try {
-        Explain::MakePage({}, time, path, Explain::Measured::leftOut);
+        Explain::MakePage({}, time, path, Explain::Measured::LeftOut);
     } catch (const std::runtime_error& error) {
         return error.what();
     }

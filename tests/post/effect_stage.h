@@ -15,13 +15,13 @@ class EffectStage : public GlTest {
 protected:
     /// What a look-up beyond the input's edges finds: as in the chain the nearest edge, or the
     /// input's mirror image, texel by texel.
-    enum class Edges { clamped, mirrored };
+    enum class Edges { Clamped, Mirrored };
 
     static Picture Run(Vell::PostEffect& effect, const Picture& input,
-                       Edges edges = Edges::clamped) {
+                       Edges edges = Edges::Clamped) {
         Vell::FBO in;
         Vell::FBO out;
-        if (edges == Edges::mirrored)
+        if (edges == Edges::Mirrored)
             Mirror(in);
         Run(effect, input, in, out);
         EXPECT_TRUE(Matches(ReadTexture(in.GetColor()), input)) << "the input was written to";

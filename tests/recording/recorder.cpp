@@ -86,17 +86,17 @@ std::string Recorder::LabelOf(const std::string& space, GLuint name) const {
 
 std::vector<Recorder::Object> Recorder::Objects() const {
     using Vell::ObjectKind;
-    const std::map<std::string, ObjectKind> kindOf = {{"texture", ObjectKind::texture},
-                                                      {"framebuffer", ObjectKind::framebuffer},
-                                                      {"renderbuffer", ObjectKind::renderbuffer},
-                                                      {"buffer", ObjectKind::buffer},
-                                                      {"list", ObjectKind::list},
-                                                      {"object", ObjectKind::shader}};
+    const std::map<std::string, ObjectKind> kindOf = {{"texture", ObjectKind::Texture},
+                                                      {"framebuffer", ObjectKind::Framebuffer},
+                                                      {"renderbuffer", ObjectKind::Renderbuffer},
+                                                      {"buffer", ObjectKind::Buffer},
+                                                      {"list", ObjectKind::List},
+                                                      {"object", ObjectKind::Shader}};
     std::vector<Object> objects;
     for (const auto& [object, label] : labels) {
         const auto& [space, name] = object;
         const bool isProgram = space == "object" && kinds.count(name) == 0;
-        objects.push_back({isProgram ? ObjectKind::program : kindOf.at(space), name, label});
+        objects.push_back({isProgram ? ObjectKind::Program : kindOf.at(space), name, label});
     }
     return objects;
 }

@@ -67,8 +67,8 @@ TEST_F(Recording, Says_in_words_what_happens_where_a_call_differs) {
 TEST_F(Recording, Says_what_the_engine_calls_the_objects_where_a_call_differs) {
     GLuint textures[2] = {};
     glGenTextures(2, textures);
-    Vell::Label(Vell::ObjectKind::texture, textures[0], "waves");
-    Vell::Label(Vell::ObjectKind::texture, textures[1], "clouds");
+    Vell::Label(Vell::ObjectKind::Texture, textures[0], "waves");
+    Vell::Label(Vell::ObjectKind::Texture, textures[1], "clouds");
     Forget();
     glBindTexture(GL_TEXTURE_2D, textures[1]);
     const std::string message = MessageOf(Made(""));
@@ -78,7 +78,7 @@ TEST_F(Recording, Says_what_the_engine_calls_the_objects_where_a_call_differs) {
     EXPECT_THAT(MessageOf(Made("glBindTexture(GL_TEXTURE_2D, texture 1)")),
                 ::testing::HasSubstr("texture 1 is the engine's \"waves\""));
     for (const GLuint texture : textures)
-        Vell::Unlabel(Vell::ObjectKind::texture, texture);
+        Vell::Unlabel(Vell::ObjectKind::Texture, texture);
 }
 
 TEST_F(Recording, Fails_on_a_call_without_a_context) {

@@ -149,18 +149,18 @@ TEST_F(ImageCalls, Label_is_the_path_and_is_shared_with_the_texture_until_its_ow
     std::optional<Image> second(std::in_place);
     second->Load("label.png");
     const GLuint texture = second->GetID();
-    EXPECT_EQ(LabelOf(ObjectKind::texture, texture), "label.png");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, texture), "label.png");
     second.reset();
-    EXPECT_EQ(LabelOf(ObjectKind::texture, texture), "label.png");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, texture), "label.png");
     first.reset();
-    EXPECT_EQ(LabelOf(ObjectKind::texture, texture), "");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, texture), "");
 }
 
 TEST_F(ImageCalls, Label_is_the_path_also_without_the_registry) {
     WritePng("direct.png", 2, 1, 3, twoPixels);
     Image image;
     image.LoadPNG("direct.png");
-    EXPECT_EQ(LabelOf(ObjectKind::texture, image.GetID()), "direct.png");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, image.GetID()), "direct.png");
 }
 
 TEST_F(ImageCalls, Binding_binds_on_the_active_unit) {

@@ -97,13 +97,13 @@ TEST_F(SceneLabels, Of_a_list_that_is_recorded_again_is_the_new_list_s_only) {
 
 TEST_F(SceneLabels, Of_a_target_are_its_owner_s_to_choose) {
     auto target = std::make_unique<Vell::FBO>();
-    EXPECT_EQ(LabelOf(ObjectKind::texture, target->GetColor()), "colour of the target");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, target->GetColor()), "colour of the target");
     target->SetLabel("mirror");
     EXPECT_THAT(Labels(),
                 UnorderedElementsAreArray({"mirror", "renderbuffer of the mirror",
                                            "colour of the mirror", "depth of the mirror"}));
     target->SetSize(Vell::ivec2(8, 8)); // the objects stay
-    EXPECT_EQ(LabelOf(ObjectKind::texture, target->GetColor()), "colour of the mirror");
+    EXPECT_EQ(LabelOf(ObjectKind::Texture, target->GetColor()), "colour of the mirror");
     target.reset();
     EXPECT_THAT(Labels(), IsEmpty());
 }

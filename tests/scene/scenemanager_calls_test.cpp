@@ -21,7 +21,7 @@ using Vell::vec4;
 
 namespace {
 
-enum class WaterIs { absent, outOfView, inView };
+enum class WaterIs { Absent, OutOfView, InView };
 
 struct Scene {
     bool sky;
@@ -55,21 +55,21 @@ protected:
     void Furnish(const Scene& scene) {
         NameEverything(scene);
         // The water lies at z >= 0: from z = -10 towards -z it is behind the camera.
-        const float z = scene.water == WaterIs::outOfView ? -10.0f : 10.0f;
-        eye = scene.water == WaterIs::outOfView ? "0, 2, -10" : "0, 2, 10";
-        target = scene.water == WaterIs::outOfView ? "0, 0, -20" : "0, 0, 0";
+        const float z = scene.water == WaterIs::OutOfView ? -10.0f : 10.0f;
+        eye = scene.water == WaterIs::OutOfView ? "0, 2, -10" : "0, 2, 10";
+        target = scene.water == WaterIs::OutOfView ? "0, 0, -20" : "0, 0, 0";
         manager->AddCamera(vec3(0, 2, z), vec3(0, 0, z - 10));
         if (scene.sky)
             manager->AddSkyBox(Missing(), Missing(), Missing(), Missing(), Missing(), Missing());
         for (int i = 0; i < scene.terrains; ++i)
             manager->AddTerrain(Missing(), 1);
-        if (scene.water != WaterIs::absent)
+        if (scene.water != WaterIs::Absent)
             manager->AddWater();
         if (scene.shadow)
             manager->AddShadowMapping(vec3(0, 2, z), vec3(0, 0, z - 10), 256, 0.5f);
         manager->AddSceneNode(&a, vec3(0, 0, z - 10));
         manager->AddSceneNode(&b, vec3(1, 0, z - 10));
-        nodeZ = scene.water == WaterIs::outOfView ? "-20" : "0";
+        nodeZ = scene.water == WaterIs::OutOfView ? "-20" : "0";
         Forget();
     }
 
@@ -148,7 +148,7 @@ protected:
                "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)\n" +
                "-- shadow: the camera's view\n" + LookThroughCamera() + MakePlane() +
                "-- shadow: how much is shadowed\n" + Nodes("DrawShadow") +
-               (scene.water != WaterIs::absent ? Quad() : "") + "-- shadow: back to the screen\n" +
+               (scene.water != WaterIs::Absent ? Quad() : "") + "-- shadow: back to the screen\n" +
                UnitOff(6) + "glActiveTexture(GL_TEXTURE0)\n" +
                "glMatrixMode(GL_TEXTURE); glLoadIdentity()\n" + "glMatrixMode(GL_MODELVIEW)\n" +
                "glUseProgramObject(0)\n" + DisableTarget();
@@ -196,7 +196,7 @@ protected:
                "-- scene: the camera's view\n" + LookThroughCamera() + MakePlane() +
                "-- scene: sky and terrains\n" + SkyAndTerrains(scene, false) +
                "-- scene: water after the terrains, before the nodes\n" +
-               (scene.water == WaterIs::inView ? Surface() : "") + "-- scene: nodes\n" +
+               (scene.water == WaterIs::InView ? Surface() : "") + "-- scene: nodes\n" +
                Nodes("Draw") + "-- scene: shadows over it\n" + (scene.shadow ? Composite() : "") +
                "-- scene: back to the screen\n" + DisableTarget();
     }
@@ -247,7 +247,7 @@ private:
             gl.Name("buffer", buffers);
             gl.NameProgram("terrain " + n);
         }
-        if (scene.water != WaterIs::absent) {
+        if (scene.water != WaterIs::Absent) {
             gl.NameTarget("reflection");
             gl.NameTarget("refraction");
             gl.NameProgram("water");
@@ -282,7 +282,7 @@ private:
 
 TEST_F(FrameCalls, Every_combination_of_sky_water_terrain_and_shadow) {
     for (const bool sky : {false, true})
-        for (const WaterIs water : {WaterIs::absent, WaterIs::outOfView, WaterIs::inView})
+        for (const WaterIs water : {WaterIs::Absent, WaterIs::OutOfView, WaterIs::InView})
             for (const int terrains : {0, 2})
                 for (const bool shadow : {false, true}) {
                     SCOPED_TRACE(::testing::Message()
@@ -297,12 +297,12 @@ TEST_F(FrameCalls, Every_combination_of_sky_water_terrain_and_shadow) {
                     manager->Compute();
                     EXPECT_TRUE(Made(Frame(scene, false)));
                     manager->Compute();
-                    EXPECT_TRUE(Made(Frame(scene, water == WaterIs::inView)));
+                    EXPECT_TRUE(Made(Frame(scene, water == WaterIs::InView)));
                 }
 }
 
 TEST_F(FrameCalls, Water_that_leaves_the_view_is_mirrored_for_one_more_frame) {
-    const Scene scene = {false, WaterIs::inView, 0, false};
+    const Scene scene = {false, WaterIs::InView, 0, false};
     Furnish(scene);
     manager->Compute();
     // The nodes stay in view, the water goes out of it.
@@ -321,7 +321,7 @@ TEST_F(FrameCalls, Water_that_leaves_the_view_is_mirrored_for_one_more_frame) {
 }
 
 TEST_F(FrameCalls, Drawing_shows_the_frame_through_the_chain) {
-    const Scene scene = {false, WaterIs::absent, 0, false};
+    const Scene scene = {false, WaterIs::Absent, 0, false};
     Furnish(scene);
     manager->Draw();
     EXPECT_TRUE(Made(Frame(scene, false) + PushUnitSquare() + "glDisable(GL_DEPTH_TEST)\n" +
@@ -351,7 +351,7 @@ TEST_F(FrameCalls, Fog_is_set_at_once) {
 }
 
 TEST_F(FrameCalls, Shadow_mapping_is_made_once_and_then_configured_in_order) {
-    Furnish({false, WaterIs::absent, 0, true});
+    Furnish({false, WaterIs::Absent, 0, true});
     for (const char* const call : {"second", "third, with the same size"}) {
         SCOPED_TRACE(call);
         manager->AddShadowMapping(vec3(1, 2, 3), vec3(4, 5, 6), 128, 0.75f);
@@ -370,7 +370,7 @@ TEST_F(FrameCalls, Shadow_mapping_is_made_once_and_then_configured_in_order) {
 }
 
 TEST_F(FrameCalls, End_goes_from_terrains_and_meshes_to_shadow_sky_camera_water_chain_and_target) {
-    Furnish({true, WaterIs::inView, 1, true});
+    Furnish({true, WaterIs::InView, 1, true});
     manager->AddCamera(new NotedCamera);
     const std::string buffers[] = {"positions", "texcoords", "lightmap texcoords", "normals"};
     gl.Name("buffer", buffers);

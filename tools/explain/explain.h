@@ -7,7 +7,7 @@
 namespace Explain {
 
 /// What depends on the machine that makes the page: how long each pass took, and what drew it.
-enum class Measured { shown, leftOut };
+enum class Measured { Shown, LeftOut };
 
 /// Writes a page (HTML 5, one file that needs nothing else) that shows how the frame came about
 /// that a film at `rate` shows at `time` seconds of demo time: every pass with the pictures that it

@@ -116,7 +116,7 @@ std::string Facts(const Story& story, Measured measured) {
     table.Row({"Music", "lowest band of the spectrum " + Number(story.lowestBand)});
     table.Row({"Effects", Escape(LevelsInWords(story))});
     table.Row({"In all", TotalsInWords(story)});
-    if (measured == Measured::shown) {
+    if (measured == Measured::Shown) {
         table.Row({"Drawn in", TotalTime(story)});
         table.Row({"Drawn by", Escape(story.renderer)});
     }
@@ -126,7 +126,7 @@ std::string Facts(const Story& story, Measured measured) {
 std::string PassTable(const Story& story, const Shots& shots, Measured measured) {
     std::vector<std::string> heads = {"#",     "pass",   "",          "target",
                                       "#size", "#calls", "#vertices", "#triangles"};
-    if (measured == Measured::shown)
+    if (measured == Measured::Shown)
         heads.emplace_back("#ms");
     Table table(heads);
     for (std::size_t i = 0; i < story.passes.size(); ++i) {
@@ -139,7 +139,7 @@ std::string PassTable(const Story& story, const Shots& shots, Measured measured)
                                           Grouped(static_cast<int>(pass.draws.size())),
                                           Grouped(Passes::Vertices(pass)),
                                           Grouped(Passes::Triangles(pass))};
-        if (measured == Measured::shown)
+        if (measured == Measured::Shown)
             cells.push_back(Fixed(pass.milliseconds, 2));
         table.Row(cells);
     }
@@ -163,7 +163,7 @@ std::string Overview(const Story& story, const Shots& shots, Measured measured) 
                    "there for as long as what was written is still read.",
                    "class=\"faint\"") +
            PassTable(story, shots, measured) +
-           (measured == Measured::shown ? HowItWasMeasured() : "") + "</section>\n";
+           (measured == Measured::Shown ? HowItWasMeasured() : "") + "</section>\n";
 }
 
 // ---------------------------------------------------------------------------------------- a pass
@@ -254,7 +254,7 @@ std::string CostOf(const Passes::Pass& pass, Measured measured) {
     return Grouped(static_cast<int>(pass.draws.size())) +
            (pass.draws.size() == 1 ? " call, " : " calls, ") + Grouped(Passes::Vertices(pass)) +
            " vertices, " + Grouped(Passes::Triangles(pass)) + " triangles" +
-           (measured == Measured::shown ? ", " + Fixed(pass.milliseconds, 2) + " ms" : "");
+           (measured == Measured::Shown ? ", " + Fixed(pass.milliseconds, 2) + " ms" : "");
 }
 
 std::string Section(const Story& story, std::size_t index, const Shots& shots, Measured measured) {

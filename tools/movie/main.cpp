@@ -125,7 +125,7 @@ int RunAt(const Wish& wish) {
 int RunExplain(const Wish& wish) {
     Explain::MakePage(RateOf(wish), Number("--explain", wish.words[0], 0.0, lastMoment),
                       OutPath(wish, 1, {".html"}),
-                      wish.Has("--times") ? Explain::Measured::shown : Explain::Measured::leftOut);
+                      wish.Has("--times") ? Explain::Measured::Shown : Explain::Measured::LeftOut);
     return EXIT_SUCCESS;
 }
 
