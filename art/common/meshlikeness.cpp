@@ -12,9 +12,9 @@ using Numbers = std::vector<float>;
 using Triangle = std::pair<std::string, Numbers>; ///< its texture, and what counts of its corners
 
 void Append(const MeshVertex& vertex, Numbers& numbers) {
-    const Vec3& p = vertex.position;
-    const Vec3& n = vertex.normal;
-    const Vec2& t = vertex.texcoord;
+    const vec3& p = vertex.position;
+    const vec3& n = vertex.normal;
+    const vec2& t = vertex.texcoord;
     numbers.insert(numbers.end(), {p.x, p.y, p.z, n.x, n.y, n.z, t.x, t.y});
 }
 

@@ -35,7 +35,7 @@ std::string WhyNotVertex(const MeshVertex& v, bool hasLightmap) {
             return "expected finite numbers, found " + std::to_string(number);
     if (std::abs(Length(v.normal) - 1) > normalTolerance)
         return "expected a normal of length 1, found " + std::to_string(Length(v.normal));
-    const Vec2 l = v.lightmap;
+    const vec2 l = v.lightmap;
     if (hasLightmap && !(l.x >= 0 && l.x <= 1 && l.y >= 0 && l.y <= 1))
         return "expected light-map coordinates in 0..1, found " + std::to_string(l.x) + " " +
                std::to_string(l.y);

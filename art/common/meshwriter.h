@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art/common/vec.h"
+#include "art/common/math.h"
 
 #include <array>
 #include <string>
@@ -10,10 +10,10 @@ namespace Art {
 
 /// One corner of a triangle as the engine's static mesh format stores it.
 struct MeshVertex {
-    Vec3 position; ///< object coordinates, +y up
-    Vec3 normal;   ///< unit length
-    Vec2 texcoord; ///< for texture0..2; repeats outside 0..1
-    Vec2 lightmap; ///< light-map coordinates, 0..1; ignored without a light map
+    vec3 position; ///< object coordinates, +y up
+    vec3 normal;   ///< unit length
+    vec2 texcoord; ///< for texture0..2; repeats outside 0..1
+    vec2 lightmap; ///< light-map coordinates, 0..1; ignored without a light map
 };
 
 /// Triangles that share their textures. Every three vertices form one triangle.

@@ -25,13 +25,13 @@ float Fade(float t) {
 }
 
 /// Dot product of the offset with the gradient at a grid point of the plane.
-float Slope2(int ix, int iy, Vec2 offset, std::uint32_t seed, int period) {
+float Slope2(int ix, int iy, vec2 offset, std::uint32_t seed, int period) {
     const auto hash = Hash(WrapTo(ix, period), WrapTo(iy, period), seed);
     const float angle = static_cast<float>(hash) * (2 * pi / 4294967296.0f);
     return std::cos(angle) * offset.x + std::sin(angle) * offset.y;
 }
 
-float Slope3(int ix, int iy, int iz, Vec3 offset, std::uint32_t seed, int period) {
+float Slope3(int ix, int iy, int iz, vec3 offset, std::uint32_t seed, int period) {
     const auto plane = Hash(WrapTo(ix, period), WrapTo(iy, period), seed);
     const auto hash = Hash(plane, WrapTo(iz, period), seed);
     const float z = static_cast<float>(hash & 0xffff) / 32767.5f - 1;
@@ -72,37 +72,37 @@ int Random::Int(int low, int high) {
     return low + static_cast<int>(Unit() * static_cast<float>(high - low + 1));
 }
 
-float Noise2(Vec2 p, std::uint32_t seed, int period) {
+float Noise2(vec2 p, std::uint32_t seed, int period) {
     const int ix = static_cast<int>(std::floor(p.x));
     const int iy = static_cast<int>(std::floor(p.y));
-    const Vec2 f{p.x - static_cast<float>(ix), p.y - static_cast<float>(iy)};
+    const vec2 f{p.x - static_cast<float>(ix), p.y - static_cast<float>(iy)};
     const auto corner = [&](int dx, int dy) {
-        const Vec2 offset{f.x - static_cast<float>(dx), f.y - static_cast<float>(dy)};
+        const vec2 offset{f.x - static_cast<float>(dx), f.y - static_cast<float>(dy)};
         return Slope2(ix + dx, iy + dy, offset, seed, period);
     };
-    const float low = Mix(corner(0, 0), corner(1, 0), Fade(f.x));
-    const float high = Mix(corner(0, 1), corner(1, 1), Fade(f.x));
-    return 1.4f * Mix(low, high, Fade(f.y));
+    const float low = Lerp(corner(0, 0), corner(1, 0), Fade(f.x));
+    const float high = Lerp(corner(0, 1), corner(1, 1), Fade(f.x));
+    return 1.4f * Lerp(low, high, Fade(f.y));
 }
 
-float Noise3(Vec3 p, std::uint32_t seed, int period) {
+float Noise3(vec3 p, std::uint32_t seed, int period) {
     const int ix = static_cast<int>(std::floor(p.x));
     const int iy = static_cast<int>(std::floor(p.y));
     const int iz = static_cast<int>(std::floor(p.z));
-    const Vec3 f = p - Vec3{static_cast<float>(ix), static_cast<float>(iy), static_cast<float>(iz)};
+    const vec3 f = p - vec3{static_cast<float>(ix), static_cast<float>(iy), static_cast<float>(iz)};
     const auto corner = [&](int dx, int dy, int dz) {
-        const Vec3 step{static_cast<float>(dx), static_cast<float>(dy), static_cast<float>(dz)};
+        const vec3 step{static_cast<float>(dx), static_cast<float>(dy), static_cast<float>(dz)};
         return Slope3(ix + dx, iy + dy, iz + dz, f - step, seed, period);
     };
     const auto slice = [&](int dz) {
-        const float low = Mix(corner(0, 0, dz), corner(1, 0, dz), Fade(f.x));
-        const float high = Mix(corner(0, 1, dz), corner(1, 1, dz), Fade(f.x));
-        return Mix(low, high, Fade(f.y));
+        const float low = Lerp(corner(0, 0, dz), corner(1, 0, dz), Fade(f.x));
+        const float high = Lerp(corner(0, 1, dz), corner(1, 1, dz), Fade(f.x));
+        return Lerp(low, high, Fade(f.y));
     };
-    return 1.4f * Mix(slice(0), slice(1), Fade(f.z));
+    return 1.4f * Lerp(slice(0), slice(1), Fade(f.z));
 }
 
-float Fbm2(Vec2 p, std::uint32_t seed, int octaves, int period, float gain) {
+float Fbm2(vec2 p, std::uint32_t seed, int octaves, int period, float gain) {
     float sum = 0;
     float height = 1;
     for (int i = 0; i < octaves; ++i) {
@@ -114,7 +114,7 @@ float Fbm2(Vec2 p, std::uint32_t seed, int octaves, int period, float gain) {
     return sum;
 }
 
-float Fbm3(Vec3 p, std::uint32_t seed, int octaves, int period, float gain) {
+float Fbm3(vec3 p, std::uint32_t seed, int octaves, int period, float gain) {
     float sum = 0;
     float height = 1;
     for (int i = 0; i < octaves; ++i) {
@@ -126,14 +126,14 @@ float Fbm3(Vec3 p, std::uint32_t seed, int octaves, int period, float gain) {
     return sum;
 }
 
-Cell Cellular2(Vec2 p, std::uint32_t seed, int period) {
+Cell Cellular2(vec2 p, std::uint32_t seed, int period) {
     const int ix = static_cast<int>(std::floor(p.x));
     const int iy = static_cast<int>(std::floor(p.y));
     Cell cell{8, 8, 0};
     for (int y = iy - 1; y <= iy + 1; ++y) {
         for (int x = ix - 1; x <= ix + 1; ++x) {
             const auto id = Hash(WrapTo(x, period), WrapTo(y, period), seed);
-            const Vec2 point{static_cast<float>(x) + HashUnit(id, 1),
+            const vec2 point{static_cast<float>(x) + HashUnit(id, 1),
                              static_cast<float>(y) + HashUnit(id, 2)};
             const float distance = Length(point - p);
             if (distance < cell.nearest)

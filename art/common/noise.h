@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art/common/vec.h"
+#include "art/common/math.h"
 
 #include <cstdint>
 
@@ -32,12 +32,12 @@ private:
 
 /// Gradient noise in about -1..1, smooth, zero at integer points. With a `period` > 0 it
 /// repeats every `period` units along each axis.
-float Noise2(Vec2 p, std::uint32_t seed, int period = 0);
-float Noise3(Vec3 p, std::uint32_t seed, int period = 0);
+float Noise2(vec2 p, std::uint32_t seed, int period = 0);
+float Noise3(vec3 p, std::uint32_t seed, int period = 0);
 /// `octaves` of gradient noise, each of twice the frequency and `gain` times the height.
 /// A positive period stays the period of the sum.
-float Fbm2(Vec2 p, std::uint32_t seed, int octaves, int period = 0, float gain = 0.5f);
-float Fbm3(Vec3 p, std::uint32_t seed, int octaves, int period = 0, float gain = 0.5f);
+float Fbm2(vec2 p, std::uint32_t seed, int octaves, int period = 0, float gain = 0.5f);
+float Fbm3(vec3 p, std::uint32_t seed, int octaves, int period = 0, float gain = 0.5f);
 
 /// Cellular noise: distances to the nearest and second nearest of the points strewn one per
 /// unit cell, and a hash of the nearest one's cell. Repeats with `period` when it is positive.
@@ -46,6 +46,6 @@ struct Cell {
     float second;
     std::uint32_t id;
 };
-Cell Cellular2(Vec2 p, std::uint32_t seed, int period = 0);
+Cell Cellular2(vec2 p, std::uint32_t seed, int period = 0);
 
 } // namespace Art

@@ -1,28 +1,28 @@
 #pragma once
 
-#include "art/common/vec.h"
+#include "art/common/math.h"
 
 /// The one time of day of the whole picture: what the sky, the light map and the materials
 /// must agree on. All colours are display values 0..1 unless they say linear.
 namespace Art {
 
 /// Direction to the light, unit length: the afterglow low over -x -z, 17 degrees high.
-Vec3 LightDirection();
+vec3 LightDirection();
 
 /// The cloudless sky at a unit direction, linear radiance (1 = display white). Deep blue dusk
 /// with a warm band along the horizon, strongest towards the light. Below the horizon it is
 /// the water seen from below, see UnderwaterColour().
-Vec3 SkyRadiance(Vec3 direction);
+vec3 SkyRadiance(vec3 direction);
 
 /// Linear irradiance of the low light on a surface that faces it.
-Vec3 LightIrradiance();
+vec3 LightIrradiance();
 
 /// The water's colour as the sky's lower half shows it at the horizon, display values. The
 /// city's material fades into a brighter one, so that its shapes stand out under the ripple.
-Vec3 UnderwaterColour();
+vec3 UnderwaterColour();
 
 /// Display value of a linear one and back (plain 2.2 power, per channel, clamped at 0).
-Vec3 ToDisplay(Vec3 linear);
-Vec3 ToLinear(Vec3 display);
+vec3 ToDisplay(vec3 linear);
+vec3 ToLinear(vec3 display);
 
 } // namespace Art

@@ -33,9 +33,9 @@ Rgba Picture::Sample(float u, float v) const {
     const int iy = static_cast<int>(std::floor(y));
     const float fx = x - static_cast<float>(ix);
     const float fy = y - static_cast<float>(iy);
-    const Rgba top = Mix(Wrapped(ix, iy), Wrapped(ix + 1, iy), fx);
-    const Rgba bottom = Mix(Wrapped(ix, iy + 1), Wrapped(ix + 1, iy + 1), fx);
-    return Mix(top, bottom, fy);
+    const Rgba top = Lerp(Wrapped(ix, iy), Wrapped(ix + 1, iy), fx);
+    const Rgba bottom = Lerp(Wrapped(ix, iy + 1), Wrapped(ix + 1, iy + 1), fx);
+    return Lerp(top, bottom, fy);
 }
 
 Picture Halved(const Picture& p) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art/common/vec.h"
+#include "art/common/math.h"
 
 #include <cstdint>
 #include <string>
@@ -24,6 +24,10 @@ constexpr Rgba operator-(Rgba p, Rgba q) {
 }
 constexpr Rgba operator*(Rgba p, float s) {
     return {p.r * s, p.g * s, p.b * s, p.a * s};
+}
+/// p at t = 0 and q at t = 1.
+constexpr Rgba Lerp(Rgba p, Rgba q, float t) {
+    return p + (q - p) * t;
 }
 
 /// A float picture, rows from the top down as a viewer sees them.

@@ -47,7 +47,7 @@ Picture Linear(Picture picture) {
     for (int y = 0; y < picture.Height(); ++y) {
         for (int x = 0; x < picture.Width(); ++x) {
             Rgba& p = picture.At(x, y);
-            const Vec3 c = ToLinear({p.r, p.g, p.b});
+            const vec3 c = ToLinear({p.r, p.g, p.b});
             p = {c.x, c.y, c.z, p.a};
         }
     }
@@ -55,24 +55,24 @@ Picture Linear(Picture picture) {
 }
 
 /// Sea water swallows light with depth, red first.
-Vec3 Veil(Vec3 p) {
+vec3 Veil(vec3 p) {
     const float depth = std::max(-p.y, 0.0f);
     return {std::exp(-0.07f * depth), std::exp(-0.02f * depth), std::exp(-0.012f * depth)};
 }
 
 /// Under water the light comes from above; over it the dusk.
-Vec3 Sky(Vec3 direction) {
-    constexpr Vec3 seaLight{0.16f, 0.25f, 0.28f};
+vec3 Sky(vec3 direction) {
+    constexpr vec3 seaLight{0.16f, 0.25f, 0.28f};
     return direction.y > 0 ? SkyRadiance(direction) * 2.2f : seaLight;
 }
 
 /// The last light has left the streets and still stands on the towers.
-float SunShare(Vec3 p) {
+float SunShare(vec3 p) {
     return 0.06f + 0.94f * SmoothStep(2.5f, 17.0f, p.y);
 }
 
 BakeScene CityScene(const std::string& folder, bool& whole) {
-    constexpr Vec3 lampColour{1.0f, 0.62f, 0.26f};
+    constexpr vec3 lampColour{1.0f, 0.62f, 0.26f};
     constexpr float lampPower = 0.45f;
     BakeScene scene;
     std::string error;

@@ -20,26 +20,26 @@ constexpr float insideShare = 0.5f;
 
 /// A triangle as rays see it.
 struct Facet {
-    Vec3 normal;
-    Vec2 texcoord[3];
-    Vec2 lightmap[3];
+    vec3 normal;
+    vec2 texcoord[3];
+    vec2 lightmap[3];
     const Picture* surface;
 };
 
-Vec2 Interpolated(const Vec2 (&corners)[3], const Hit& hit) {
+vec2 Interpolated(const vec2 (&corners)[3], const Hit& hit) {
     return corners[0] + (corners[1] - corners[0]) * hit.u + (corners[2] - corners[0]) * hit.v;
 }
 
 /// Two axes that make a right-handed frame with the normal.
-void FrameAround(Vec3 normal, Vec3& a, Vec3& b) {
-    const Vec3 other = std::abs(normal.y) < 0.9f ? Vec3{0, 1, 0} : Vec3{1, 0, 0};
-    a = Normalize(Cross(other, normal));
+void FrameAround(vec3 normal, vec3& a, vec3& b) {
+    const vec3 other = std::abs(normal.y) < 0.9f ? vec3{0, 1, 0} : vec3{1, 0, 0};
+    a = Normalized(Cross(other, normal));
     b = Cross(normal, a);
 }
 
 /// Point `i` of an even, endless sequence over the unit square (generalised golden ratio),
 /// moved by `shift` around the square.
-Vec2 EvenPoint(int i, Vec2 shift) {
+vec2 EvenPoint(int i, vec2 shift) {
     const auto part = [&](double step, float by) {
         const double v = static_cast<double>(by) + step * (i + 1);
         return static_cast<float>(v - std::floor(v));
@@ -47,7 +47,7 @@ Vec2 EvenPoint(int i, Vec2 shift) {
     return {part(0.7548776662466927, shift.x), part(0.5698402909980532, shift.y)};
 }
 
-Vec3 CosineDirection(Vec2 p, Vec3 normal, Vec3 a, Vec3 b) {
+vec3 CosineDirection(vec2 p, vec3 normal, vec3 a, vec3 b) {
     const float radius = std::sqrt(p.x);
     const float angle = 2 * pi * p.y;
     return a * (radius * std::cos(angle)) + b * (radius * std::sin(angle)) +
@@ -62,17 +62,17 @@ public:
     Picture Run();
 
 private:
-    Vec3 Direct(const Texel& texel) const;
-    Vec3 Sun(const Texel& texel, Vec3 from, Vec2 shift) const;
+    vec3 Direct(const Texel& texel) const;
+    vec3 Sun(const Texel& texel, vec3 from, vec2 shift) const;
     /// What one ray to a point of the lamp brings; `jitter` is within -0.5..0.5 each way.
-    Vec3 Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitter) const;
-    Vec3 Lamps(const Texel& texel, Vec3 from, unsigned id) const;
-    Vec3 Gather(const Texel& texel, int rays, unsigned pass, float& inside) const;
-    Vec3 Leaving(const Hit& hit) const;
+    vec3 Lamp(const Texel& texel, vec3 from, const PointLight& lamp, vec3 jitter) const;
+    vec3 Lamps(const Texel& texel, vec3 from, unsigned id) const;
+    vec3 Gather(const Texel& texel, int rays, unsigned pass, float& inside) const;
+    vec3 Leaving(const Hit& hit) const;
     void Pass(const char* title,
-              const std::function<Vec3(const Texel&, std::uint8_t&)>& texelLight);
+              const std::function<vec3(const Texel&, std::uint8_t&)>& texelLight);
     void Finish();
-    Vec3 Smoothed(const Texel& texel, const std::vector<int>& texelAt) const;
+    vec3 Smoothed(const Texel& texel, const std::vector<int>& texelAt) const;
 
     std::size_t IndexOf(const Texel& t) const {
         return static_cast<std::size_t>(t.y) * quality.size + t.x;
@@ -84,12 +84,12 @@ private:
     const BakeScene& scene;
     BakeQuality quality;
     std::vector<Facet> facets;
-    std::vector<Vec3> corners;
+    std::vector<vec3> corners;
     std::unique_ptr<RayTracer> rays;
     std::vector<Texel> texels;
-    std::vector<Vec3> direct;   ///< linear irradiance / pi from sun and lamps, per map texel
-    std::vector<Vec3> gathered; ///< from the sky and from other surfaces
-    std::vector<Vec3> total;    ///< the light that surfaces throw on: direct and gathered
+    std::vector<vec3> direct;   ///< linear irradiance / pi from sun and lamps, per map texel
+    std::vector<vec3> gathered; ///< from the sky and from other surfaces
+    std::vector<vec3> total;    ///< the light that surfaces throw on: direct and gathered
     std::vector<std::uint8_t> known;
 };
 
@@ -116,29 +116,29 @@ Bake::Bake(const BakeScene& s, const BakeQuality& q) : scene(s), quality(q) {
     known.resize(count);
 }
 
-Vec3 Bake::Sun(const Texel& texel, Vec3 from, Vec2 shift) const {
+vec3 Bake::Sun(const Texel& texel, vec3 from, vec2 shift) const {
     const float facing = Dot(texel.normal, scene.sun.direction);
     if (facing <= 0 || Dot(scene.sun.irradiance, {1, 1, 1}) <= 0)
         return {};
-    Vec3 a;
-    Vec3 b;
+    vec3 a;
+    vec3 b;
     FrameAround(scene.sun.direction, a, b);
     const int count = scene.sun.spread > 0 ? quality.sunRays : 1;
     int open = 0;
     for (int i = 0; i < count; ++i) {
-        const Vec2 p = EvenPoint(i, shift);
+        const vec2 p = EvenPoint(i, shift);
         const float radius = scene.sun.spread * std::sqrt(p.x);
         const float angle = 2 * pi * p.y;
-        const Vec3 direction = Normalize(scene.sun.direction + a * (radius * std::cos(angle)) +
-                                         b * (radius * std::sin(angle)));
+        const vec3 direction = Normalized(scene.sun.direction + a * (radius * std::cos(angle)) +
+                                          b * (radius * std::sin(angle)));
         open += rays->Blocked(from, direction, sceneReach) ? 0 : 1;
     }
     return scene.sun.irradiance * (scene.sun.share(texel.position) * facing *
                                    static_cast<float>(open) / static_cast<float>(count) / pi);
 }
 
-Vec3 Bake::Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitter) const {
-    const Vec3 way = lamp.position - from + jitter * lamp.radius;
+vec3 Bake::Lamp(const Texel& texel, vec3 from, const PointLight& lamp, vec3 jitter) const {
+    const vec3 way = lamp.position - from + jitter * lamp.radius;
     const float squared = std::max({Dot(way, way), lamp.radius * lamp.radius, 0.01f});
     const float distance = Length(way);
     const float facing = Dot(texel.normal, way) / std::max(distance, 1e-6f);
@@ -150,23 +150,23 @@ Vec3 Bake::Lamp(const Texel& texel, Vec3 from, const PointLight& lamp, Vec3 jitt
     return lamp.intensity * (facing / squared / pi);
 }
 
-Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
+vec3 Bake::Lamps(const Texel& texel, vec3 from, unsigned id) const {
     // A lamp whose light would be weaker than this is not traced.
     constexpr float negligible = 0.0008f;
     // Within so many of its radii a lamp is so big that one ray to it leaves the wall speckled.
     constexpr float nearRadii = 8;
     constexpr unsigned nearRays = 16;
-    Vec3 sum;
+    vec3 sum;
     for (std::size_t i = 0; i < scene.lamps.size(); ++i) {
         const PointLight& lamp = scene.lamps[i];
-        const Vec3 middle = lamp.position - from;
+        const vec3 middle = lamp.position - from;
         const float brightest = std::max({lamp.intensity.x, lamp.intensity.y, lamp.intensity.z});
         if (brightest < negligible * pi * Dot(middle, middle))
             continue;
         const unsigned count = Length(middle) < nearRadii * lamp.radius ? nearRays : 1;
         for (unsigned r = 0; r < count; ++r) {
             const unsigned n = static_cast<unsigned>(i) + r * 4096;
-            const Vec3 jitter{HashUnit(id, n, 1) - 0.5f, HashUnit(id, n, 2) - 0.5f,
+            const vec3 jitter{HashUnit(id, n, 1) - 0.5f, HashUnit(id, n, 2) - 0.5f,
                               HashUnit(id, n, 3) - 0.5f};
             sum += Lamp(texel, from, lamp, jitter) / static_cast<float>(count);
         }
@@ -174,37 +174,37 @@ Vec3 Bake::Lamps(const Texel& texel, Vec3 from, unsigned id) const {
     return sum;
 }
 
-Vec3 Bake::Direct(const Texel& texel) const {
+vec3 Bake::Direct(const Texel& texel) const {
     const unsigned id = IdOf(texel);
-    const Vec3 from = texel.position + texel.normal * liftOff;
+    const vec3 from = texel.position + texel.normal * liftOff;
     return Sun(texel, from, {HashUnit(id, 1), HashUnit(id, 2)}) + Lamps(texel, from, id);
 }
 
 /// Radiance that leaves the surface at a hit: what it throws on and its own glow.
-Vec3 Bake::Leaving(const Hit& hit) const {
+vec3 Bake::Leaving(const Hit& hit) const {
     const Facet& facet = facets[hit.triangle];
-    const Vec2 map = Interpolated(facet.lightmap, hit) * static_cast<float>(quality.size);
+    const vec2 map = Interpolated(facet.lightmap, hit) * static_cast<float>(quality.size);
     const int x = std::clamp(static_cast<int>(map.x), 0, quality.size - 1);
     const int y = std::clamp(static_cast<int>(map.y), 0, quality.size - 1);
-    const Vec3 light = total[static_cast<std::size_t>(y) * quality.size + x];
+    const vec3 light = total[static_cast<std::size_t>(y) * quality.size + x];
     if (facet.surface == nullptr)
         return light;
-    const Vec2 t = Interpolated(facet.texcoord, hit);
+    const vec2 t = Interpolated(facet.texcoord, hit);
     const Rgba pixel = facet.surface->Sample(t.x, t.y);
-    return Vec3{pixel.r, pixel.g, pixel.b} * (light + Vec3{1, 1, 1} * ((1 - pixel.a) * scene.glow));
+    return vec3{pixel.r, pixel.g, pixel.b} * (light + vec3{1, 1, 1} * ((1 - pixel.a) * scene.glow));
 }
 
-Vec3 Bake::Gather(const Texel& texel, int count, unsigned pass, float& inside) const {
+vec3 Bake::Gather(const Texel& texel, int count, unsigned pass, float& inside) const {
     const unsigned id = Hash(IdOf(texel), pass);
-    const Vec2 shift{HashUnit(id, 1), HashUnit(id, 2)};
-    const Vec3 from = texel.position + texel.normal * liftOff;
-    Vec3 a;
-    Vec3 b;
+    const vec2 shift{HashUnit(id, 1), HashUnit(id, 2)};
+    const vec3 from = texel.position + texel.normal * liftOff;
+    vec3 a;
+    vec3 b;
     FrameAround(texel.normal, a, b);
-    Vec3 sum;
+    vec3 sum;
     int within = 0;
     for (int i = 0; i < count; ++i) {
-        const Vec3 direction = CosineDirection(EvenPoint(i, shift), texel.normal, a, b);
+        const vec3 direction = CosineDirection(EvenPoint(i, shift), texel.normal, a, b);
         Hit hit;
         if (!rays->Closest(from, direction, sceneReach, hit))
             sum += scene.sky(direction);
@@ -214,14 +214,14 @@ Vec3 Bake::Gather(const Texel& texel, int count, unsigned pass, float& inside) c
             ++within;
     }
     inside = static_cast<float>(within) / static_cast<float>(count);
-    return within < count ? sum / static_cast<float>(count - within) : Vec3{};
+    return within < count ? sum / static_cast<float>(count - within) : vec3{};
 }
 
 void Bake::Pass(const char* title,
-                const std::function<Vec3(const Texel&, std::uint8_t&)>& texelLight) {
+                const std::function<vec3(const Texel&, std::uint8_t&)>& texelLight) {
     constexpr int chunkSize = 2048;
     const int chunks = static_cast<int>((texels.size() + chunkSize - 1) / chunkSize);
-    std::vector<Vec3> result(total.size());
+    std::vector<vec3> result(total.size());
     std::vector<std::uint8_t> valid(total.size());
     {
         Progress progress(title, chunks);
@@ -242,9 +242,9 @@ void Bake::Pass(const char* title,
 
 /// Mean of the gathered light round a texel over texels of the same plane, near ones most.
 /// Gathered light changes slowly, its sampling noise does not.
-Vec3 Bake::Smoothed(const Texel& texel, const std::vector<int>& texelAt) const {
+vec3 Bake::Smoothed(const Texel& texel, const std::vector<int>& texelAt) const {
     constexpr int smoothReach = 2;
-    Vec3 sum;
+    vec3 sum;
     float weights = 0;
     for (int y = std::max(texel.y - smoothReach, 0);
          y <= std::min(texel.y + smoothReach, quality.size - 1); ++y) {
@@ -287,7 +287,7 @@ Picture Bake::Run() {
         const int count = last ? quality.finalRays : quality.bounceRays;
         Pass(last ? "last gathering" : "gathering", [&](const Texel& t, std::uint8_t& valid) {
             float inside = 0;
-            const Vec3 light = Gather(t, count, static_cast<unsigned>(bounce), inside);
+            const vec3 light = Gather(t, count, static_cast<unsigned>(bounce), inside);
             valid = inside < insideShare ? 1 : 0;
             gathered[IndexOf(t)] = light;
             return direct[IndexOf(t)] + light;
@@ -299,7 +299,7 @@ Picture Bake::Run() {
     Picture picture(quality.size, quality.size);
     for (int y = 0; y < quality.size; ++y) {
         for (int x = 0; x < quality.size; ++x) {
-            const Vec3 light = total[static_cast<std::size_t>(y) * quality.size + x];
+            const vec3 light = total[static_cast<std::size_t>(y) * quality.size + x];
             picture.At(x, quality.size - 1 - y) = {light.x, light.y, light.z, 1};
         }
     }
@@ -317,7 +317,7 @@ Picture EncodeLight(const Picture& light) {
     for (int y = 0; y < light.Height(); ++y) {
         for (int x = 0; x < light.Width(); ++x) {
             const Rgba& p = light.At(x, y);
-            const Vec3 display = ToDisplay({p.r, p.g, p.b}) * 0.5f;
+            const vec3 display = ToDisplay({p.r, p.g, p.b}) * 0.5f;
             encoded.At(x, y) = {display.x, display.y, display.z, 1};
         }
     }

@@ -10,19 +10,19 @@ namespace Art {
 
 /// A light of a small sphere, seen by what its light reaches.
 struct PointLight {
-    Vec3 position;
-    Vec3 intensity; ///< linear, radiant intensity: irradiance at distance 1
+    vec3 position;
+    vec3 intensity; ///< linear, radiant intensity: irradiance at distance 1
     float radius = 0.1f;
 };
 
 /// The one distant light.
 struct SunLight {
-    Vec3 direction;   ///< towards it, unit length
-    Vec3 irradiance;  ///< linear, on a surface that faces it
+    vec3 direction;   ///< towards it, unit length
+    vec3 irradiance;  ///< linear, on a surface that faces it
     float spread = 0; ///< half angle of its disc in radians: how soft its shadows are
     /// Share of it that reaches a point past what stands out of the picture, such as hills on
     /// the horizon; 1 for all.
-    std::function<float(Vec3)> share = [](Vec3) { return 1.0f; };
+    std::function<float(vec3)> share = [](vec3) { return 1.0f; };
 };
 
 /// What light meets and where it comes from.
@@ -34,9 +34,9 @@ struct BakeScene {
     std::vector<PointLight> lamps;
     SunLight sun;
     /// Linear radiance of the sky at a unit direction; called from several threads.
-    std::function<Vec3(Vec3)> sky = [](Vec3) { return Vec3{}; };
+    std::function<vec3(vec3)> sky = [](vec3) { return vec3{}; };
     /// Extra dimming of all light that reaches a point, such as water over it; 1 for none.
-    std::function<Vec3(Vec3)> veil = [](Vec3) { return Vec3{1, 1, 1}; };
+    std::function<vec3(vec3)> veil = [](vec3) { return vec3{1, 1, 1}; };
     /// How strongly a glowing texture shines, linear radiance at alpha 0.
     float glow = 1;
 };

@@ -13,11 +13,11 @@ struct RayTracer::Impl {
 
 namespace {
 
-void AttachTriangles(RTCDevice device, RTCScene scene, const std::vector<Vec3>& corners) {
+void AttachTriangles(RTCDevice device, RTCScene scene, const std::vector<vec3>& corners) {
     RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);
     void* vertices = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                             sizeof(Vec3), corners.size());
-    std::memcpy(vertices, corners.data(), corners.size() * sizeof(Vec3));
+                                             sizeof(vec3), corners.size());
+    std::memcpy(vertices, corners.data(), corners.size() * sizeof(vec3));
     auto* indices = static_cast<unsigned*>(
         rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
                                 3 * sizeof(unsigned), corners.size() / 3));
@@ -28,7 +28,7 @@ void AttachTriangles(RTCDevice device, RTCScene scene, const std::vector<Vec3>& 
     rtcReleaseGeometry(geometry);
 }
 
-RTCRay MakeRay(Vec3 origin, Vec3 direction, float reach) {
+RTCRay MakeRay(vec3 origin, vec3 direction, float reach) {
     RTCRay ray{};
     ray.org_x = origin.x;
     ray.org_y = origin.y;
@@ -44,7 +44,7 @@ RTCRay MakeRay(Vec3 origin, Vec3 direction, float reach) {
 
 } // namespace
 
-RayTracer::RayTracer(const std::vector<Vec3>& corners) : impl(std::make_unique<Impl>()) {
+RayTracer::RayTracer(const std::vector<vec3>& corners) : impl(std::make_unique<Impl>()) {
     // One building thread: the tree, and with it every tie between equal distances, is then
     // the same on every machine.
     impl->device = rtcNewDevice("threads=1");
@@ -61,7 +61,7 @@ RayTracer::~RayTracer() {
     rtcReleaseDevice(impl->device);
 }
 
-bool RayTracer::Closest(Vec3 origin, Vec3 direction, float reach, Hit& hit) const {
+bool RayTracer::Closest(vec3 origin, vec3 direction, float reach, Hit& hit) const {
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     RTCRayHit query{};
@@ -74,7 +74,7 @@ bool RayTracer::Closest(Vec3 origin, Vec3 direction, float reach, Hit& hit) cons
     return true;
 }
 
-bool RayTracer::Blocked(Vec3 origin, Vec3 direction, float reach) const {
+bool RayTracer::Blocked(vec3 origin, vec3 direction, float reach) const {
     // Embree answers with a negative reach, so it must not be asked with one.
     if (reach <= 0)
         return false;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art/common/vec.h"
+#include "art/common/math.h"
 
 #include <memory>
 #include <vector>
@@ -20,15 +20,15 @@ struct Hit {
 class RayTracer {
 public:
     /// `corners`: three per triangle. An empty set is allowed; nothing is ever hit.
-    explicit RayTracer(const std::vector<Vec3>& corners);
+    explicit RayTracer(const std::vector<vec3>& corners);
     ~RayTracer();
     RayTracer(const RayTracer&) = delete;
     RayTracer& operator=(const RayTracer&) = delete;
 
     /// The nearest triangle from `origin` along unit `direction` closer than `reach`.
-    bool Closest(Vec3 origin, Vec3 direction, float reach, Hit& hit) const;
+    bool Closest(vec3 origin, vec3 direction, float reach, Hit& hit) const;
     /// Whether anything lies closer than `reach`; nothing does when that is zero or less.
-    bool Blocked(Vec3 origin, Vec3 direction, float reach) const;
+    bool Blocked(vec3 origin, vec3 direction, float reach) const;
 
 private:
     struct Impl;

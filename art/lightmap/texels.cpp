@@ -9,10 +9,10 @@ namespace {
 
 /// A triangle in texel coordinates of the light map.
 struct Footprint {
-    Vec2 a, b, c;
+    vec2 a, b, c;
 
     /// Weights of b and c at p.
-    Vec2 Weights(Vec2 p) const {
+    vec2 Weights(vec2 p) const {
         const float area = Cross(b - a, c - a);
         if (std::abs(area) < 1e-9f)
             return {0, 0};
@@ -20,19 +20,19 @@ struct Footprint {
     }
 };
 
-Vec2 NearestOnEdge(Vec2 p, Vec2 a, Vec2 b) {
-    const Vec2 along = b - a;
+vec2 NearestOnEdge(vec2 p, vec2 a, vec2 b) {
+    const vec2 along = b - a;
     const float length = Dot(along, along);
     return a + along * (length > 0 ? std::clamp(Dot(p - a, along) / length, 0.0f, 1.0f) : 0.0f);
 }
 
 /// The point of the triangle nearest to p.
-Vec2 NearestIn(const Footprint& t, Vec2 p) {
-    const Vec2 w = t.Weights(p);
+vec2 NearestIn(const Footprint& t, vec2 p) {
+    const vec2 w = t.Weights(p);
     if (w.x >= 0 && w.y >= 0 && w.x + w.y <= 1 && std::abs(Cross(t.b - t.a, t.c - t.a)) > 1e-9f)
         return p;
-    Vec2 best = NearestOnEdge(p, t.a, t.b);
-    for (const Vec2 q : {NearestOnEdge(p, t.b, t.c), NearestOnEdge(p, t.c, t.a)})
+    vec2 best = NearestOnEdge(p, t.a, t.b);
+    for (const vec2 q : {NearestOnEdge(p, t.b, t.c), NearestOnEdge(p, t.c, t.a)})
         if (Length(q - p) < Length(best - p))
             best = q;
     return best;
@@ -42,7 +42,7 @@ Vec2 NearestIn(const Footprint& t, Vec2 p) {
 struct Claim {
     int triangle = -1;
     float distance = 1e9f;
-    Vec2 point;
+    vec2 point;
 };
 
 void ClaimTexels(std::vector<Claim>& claims, const Footprint& t, int triangle, int size) {
@@ -56,8 +56,8 @@ void ClaimTexels(std::vector<Claim>& claims, const Footprint& t, int triangle, i
     const int x1 = high(std::max({t.a.x, t.b.x, t.c.x}));
     for (int y = low(std::min({t.a.y, t.b.y, t.c.y})); y <= y1; ++y) {
         for (int x = low(std::min({t.a.x, t.b.x, t.c.x})); x <= x1; ++x) {
-            const Vec2 middle{static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f};
-            const Vec2 point = NearestIn(t, middle);
+            const vec2 middle{static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f};
+            const vec2 point = NearestIn(t, middle);
             const float distance = Length(point - middle);
             Claim& claim = claims[static_cast<std::size_t>(y) * size + x];
             if (distance <= margin && distance < claim.distance)
@@ -92,8 +92,8 @@ std::vector<Texel> FindTexels(const MeshFile& mesh, int size) {
         if (claim.triangle < 0)
             continue;
         const MeshVertex* v = triangles[claim.triangle];
-        const Vec2 w = FootprintOf(v, static_cast<float>(size)).Weights(claim.point);
-        const Vec3 position = v[0].position + (v[1].position - v[0].position) * w.x +
+        const vec2 w = FootprintOf(v, static_cast<float>(size)).Weights(claim.point);
+        const vec3 position = v[0].position + (v[1].position - v[0].position) * w.x +
                               (v[2].position - v[0].position) * w.y;
         texels.push_back({static_cast<int>(i) % size, static_cast<int>(i) / size, claim.triangle,
                           position, v[0].normal});
@@ -104,9 +104,9 @@ std::vector<Texel> FindTexels(const MeshFile& mesh, int size) {
 namespace {
 
 /// The mean of the known texels among the eight round (x, y); false when there is none.
-bool MeanAround(const std::vector<Vec3>& values, const std::vector<std::uint8_t>& known, int size,
-                int x, int y, Vec3& mean) {
-    Vec3 sum;
+bool MeanAround(const std::vector<vec3>& values, const std::vector<std::uint8_t>& known, int size,
+                int x, int y, vec3& mean) {
+    vec3 sum;
     float count = 0;
     for (int dy = -1; dy <= 1; ++dy) {
         for (int dx = -1; dx <= 1; ++dx) {
@@ -119,13 +119,13 @@ bool MeanAround(const std::vector<Vec3>& values, const std::vector<std::uint8_t>
             count += 1;
         }
     }
-    mean = count > 0 ? sum / count : Vec3{};
+    mean = count > 0 ? sum / count : vec3{};
     return count > 0;
 }
 
 } // namespace
 
-void Dilate(std::vector<Vec3>& values, std::vector<std::uint8_t>& known, int size) {
+void Dilate(std::vector<vec3>& values, std::vector<std::uint8_t>& known, int size) {
     std::vector<std::size_t> unknown;
     for (std::size_t i = 0; i < known.size(); ++i)
         if (known[i] == 0)
@@ -134,7 +134,7 @@ void Dilate(std::vector<Vec3>& values, std::vector<std::uint8_t>& known, int siz
         std::vector<std::size_t> rest;
         std::vector<std::size_t> filled;
         for (const std::size_t i : unknown) {
-            Vec3 mean;
+            vec3 mean;
             if (MeanAround(values, known, size, static_cast<int>(i) % size,
                            static_cast<int>(i) / size, mean)) {
                 values[i] = mean;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "art/common/vec.h"
+#include "art/common/math.h"
 
 #include <string>
 #include <vector>

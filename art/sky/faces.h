@@ -1,7 +1,7 @@
 #pragma once
 
 #include "art/common/picture.h"
-#include "art/common/vec.h"
+#include "art/common/math.h"
 
 #include <array>
 #include <functional>
