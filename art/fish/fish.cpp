@@ -5,15 +5,15 @@
 namespace Art {
 namespace {
 
-MeshVertex Corner(Vec3 position) {
-    const Vec2 skin = {(position.x - skinLow.x) / (skinHigh.x - skinLow.x),
+MeshVertex Corner(vec3 position) {
+    const vec2 skin = {(position.x - skinLow.x) / (skinHigh.x - skinLow.x),
                        (position.y - skinLow.y) / (skinHigh.y - skinLow.y)};
     return {position, {0, 0, 1}, skin, {}};
 }
 
-void AddTriangle(Vec3 a, Vec3 b, Vec3 c, std::vector<MeshVertex>& out) {
-    const Vec3 normal = Normalize(Cross(b - a, c - a));
-    for (const Vec3& position : {a, b, c}) {
+void AddTriangle(vec3 a, vec3 b, vec3 c, std::vector<MeshVertex>& out) {
+    const vec3 normal = Normalized(Cross(b - a, c - a));
+    for (const vec3& position : {a, b, c}) {
         out.push_back(Corner(position));
         out.back().normal = normal;
     }
@@ -23,8 +23,8 @@ void AddTriangle(Vec3 a, Vec3 b, Vec3 c, std::vector<MeshVertex>& out) {
 /// scene draws sixty cells in each of three passes, so every corner counts.
 void AddBody(std::vector<MeshVertex>& out) {
     const std::vector<FishSection>& sections = FishSections();
-    const auto back = [&](std::size_t s) { return Vec3{sections[s].x, sections[s].back, 0}; };
-    const auto belly = [&](std::size_t s) { return Vec3{sections[s].x, sections[s].belly, 0}; };
+    const auto back = [&](std::size_t s) { return vec3{sections[s].x, sections[s].back, 0}; };
+    const auto belly = [&](std::size_t s) { return vec3{sections[s].x, sections[s].belly, 0}; };
     AddTriangle(back(0), belly(1), back(1), out);
     for (std::size_t s = 1; s + 1 < sections.size(); ++s) {
         AddTriangle(back(s), belly(s), back(s + 1), out);
@@ -34,9 +34,9 @@ void AddBody(std::vector<MeshVertex>& out) {
 
 /// One triangle of a fin, in the side view.
 struct FinPart {
-    Vec3 a;
-    Vec3 b;
-    Vec3 c;
+    vec3 a;
+    vec3 b;
+    vec3 c;
 };
 
 // A forked tail of two lobes, a long back fin and a belly fin.
@@ -49,7 +49,7 @@ constexpr std::array<FinPart, 4> fins = {{
 
 /// Where one fish of a cell swims. Offsets and lengths in world units, angles in degrees.
 struct Swimmer {
-    Vec3 offset;
+    vec3 offset;
     float length;
     float yaw;   ///< turn about +y; 0 swims straight towards -x
     float pitch; ///< nose up
@@ -81,10 +81,10 @@ constexpr std::array<Swimmer, 14> swimmers = {{
 }};
 constexpr float meshUnitsPerWorldUnit = 10; // mesh units in a world unit: the scene scales by 0.1
 
-Vec3 Turned(Vec3 p, const Swimmer& swimmer) {
+vec3 Turned(vec3 p, const Swimmer& swimmer) {
     const float yaw = swimmer.yaw * pi / 180;
     const float pitch = -swimmer.pitch * pi / 180;
-    const Vec3 tipped = {p.x * std::cos(pitch) - p.y * std::sin(pitch),
+    const vec3 tipped = {p.x * std::cos(pitch) - p.y * std::sin(pitch),
                          p.x * std::sin(pitch) + p.y * std::cos(pitch), p.z};
     return {tipped.x * std::cos(yaw) + tipped.z * std::sin(yaw), tipped.y,
             tipped.z * std::cos(yaw) - tipped.x * std::sin(yaw)};
@@ -115,7 +115,7 @@ MeshFile FishMesh() {
     SubMesh school{{"fish.png", "", ""}, {}};
     for (const Swimmer& swimmer : swimmers)
         for (MeshVertex vertex : fish) {
-            const Vec3 middled = vertex.position - Vec3{0.5f, 0, 0};
+            const vec3 middled = vertex.position - vec3{0.5f, 0, 0};
             vertex.position = (Turned(middled * swimmer.length, swimmer) + swimmer.offset) *
                               meshUnitsPerWorldUnit;
             vertex.normal = Turned(vertex.normal, swimmer);

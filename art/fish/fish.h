@@ -1,7 +1,7 @@
 #pragma once
 
-#include "art/common/meshwriter.h"
 #include "art/common/math.h"
+#include "art/common/meshwriter.h"
 
 #include <vector>
 
@@ -19,8 +19,8 @@ struct FishSection {
 const std::vector<FishSection>& FishSections();
 
 /// The part of the side view that the skin covers; the fins reach beyond the body.
-inline constexpr Vec2 skinLow = {-0.02f, -0.41f};
-inline constexpr Vec2 skinHigh = {1.29f, 0.41f};
+inline constexpr vec2 skinLow = {-0.02f, -0.41f};
+inline constexpr vec2 skinHigh = {1.29f, 0.41f};
 
 /// Triangles of one fish of body length 1, swimming towards -x, with skin coordinates.
 std::vector<MeshVertex> OneFish();

@@ -11,7 +11,7 @@ constexpr float thinHalf = 0.030f;
 constexpr float runOn = 0.10f; // slanted strokes run on past the letter and are cut level
 
 /// A straight stroke, a little narrower in the middle than at its ends.
-Stroke Line(Vec2 from, Vec2 to, float half) {
+Stroke Line(vec2 from, vec2 to, float half) {
     constexpr int pieceCount = 10;
     Stroke stroke;
     for (int i = 0; i <= pieceCount; ++i) {
@@ -23,22 +23,22 @@ Stroke Line(Vec2 from, Vec2 to, float half) {
 }
 
 /// A slanted stroke between baseline and cap height, lengthened so that it can be cut level.
-Stroke Slant(Vec2 from, Vec2 to, float half) {
-    const Vec2 along = to - from;
+Stroke Slant(vec2 from, vec2 to, float half) {
+    const vec2 along = to - from;
     return Line(from - along * runOn, to + along * runOn, half);
 }
 
 /// Part of an ellipse, wide where it runs upright and thin where it lies. Angles in degrees,
 /// counted from +x towards +y.
-Stroke Arc(Vec2 middle, Vec2 radius, float from, float to) {
+Stroke Arc(vec2 middle, vec2 radius, float from, float to) {
     constexpr int pieceCount = 40;
     Stroke stroke;
     for (int i = 0; i <= pieceCount; ++i) {
-        const float angle = Mix(from, to, static_cast<float>(i) / pieceCount) * pi / 180;
+        const float angle = Lerp(from, to, static_cast<float>(i) / pieceCount) * pi / 180;
         const float upright = std::abs(std::cos(angle));
         stroke.points.push_back(
             {{middle.x + radius.x * std::cos(angle), middle.y + radius.y * std::sin(angle)},
-             Mix(thinHalf, wideHalf * 1.04f, upright * upright)});
+             Lerp(thinHalf, wideHalf * 1.04f, upright * upright)});
     }
     return stroke;
 }
@@ -104,13 +104,13 @@ std::vector<Letter> DrawLetters() {
 
 } // namespace
 
-bool Stroke::Contains(Vec2 p) const {
+bool Stroke::Contains(vec2 p) const {
     for (std::size_t i = 0; i + 1 < points.size(); ++i) {
         const Point& a = points[i];
         const Point& b = points[i + 1];
-        const Vec2 along = b.at - a.at;
+        const vec2 along = b.at - a.at;
         const float t = Dot(p - a.at, along) / Dot(along, along);
-        const float reach = Mix(a.half, b.half, Clamp01(t));
+        const float reach = Lerp(a.half, b.half, Clamp01(t));
         if (t >= 0 && t <= 1 && std::abs(Cross(along, p - a.at)) <= reach * Length(along))
             return true;
         // A disc at the joint closes the wedge that a bend leaves open on its outer side.
@@ -120,7 +120,7 @@ bool Stroke::Contains(Vec2 p) const {
     return false;
 }
 
-bool Letter::Contains(Vec2 p) const {
+bool Letter::Contains(vec2 p) const {
     if (p.x < -0.05f || p.x > width + 0.05f || p.y < -overshoot || p.y > 1 + overshoot)
         return false;
     return std::any_of(strokes.begin(), strokes.end(),
@@ -135,7 +135,7 @@ const Letter& LetterNamed(char name) {
     throw std::out_of_range(std::string("no letter is drawn for '") + name + "'");
 }
 
-bool PlacedLetter::Contains(Vec2 p) const {
+bool PlacedLetter::Contains(vec2 p) const {
     return letter->Contains((p - origin) * (1 / height));
 }
 

@@ -11,12 +11,12 @@ namespace Art {
 /// cut square.
 struct Stroke {
     struct Point {
-        Vec2 at;
+        vec2 at;
         float half;
     };
     std::vector<Point> points;
 
-    bool Contains(Vec2 p) const;
+    bool Contains(vec2 p) const;
 };
 
 /// A drawn capital. The baseline is y = 0 and the cap height 1; x runs from 0 to `width`.
@@ -26,7 +26,7 @@ struct Letter {
     float overshoot; ///< how far ink may reach below the baseline and above the cap height
     std::vector<Stroke> strokes;
 
-    bool Contains(Vec2 p) const;
+    bool Contains(vec2 p) const;
 };
 
 /// The capital called `name`; one of the eleven that the title needs (A B E H I L M N O R V).
@@ -36,10 +36,10 @@ const Letter& LetterNamed(char name);
 /// A letter put somewhere: its origin and cap height in the units of the line.
 struct PlacedLetter {
     const Letter* letter;
-    Vec2 origin;
+    vec2 origin;
     float height;
 
-    bool Contains(Vec2 p) const;
+    bool Contains(vec2 p) const;
 };
 
 /// `word` set so that its ink begins at `left` and ends at `right` on the baseline `y`, with the

@@ -33,7 +33,7 @@ constexpr std::array<Tower, 7> towers = {{
     {508.5f, 2.0f, 13},
 }};
 
-bool InTower(const Tower& tower, Vec2 p) {
+bool InTower(const Tower& tower, vec2 p) {
     const float up = p.y / tower.height;
     if (up < 0 || up > 1)
         return false;
@@ -52,7 +52,7 @@ const std::vector<PlacedLetter>& Letters() {
     return letters;
 }
 
-bool IsInk(Vec2 p) {
+bool IsInk(vec2 p) {
     const auto holds = [&](const auto& part) { return part.Contains(p); };
     return std::any_of(Letters().begin(), Letters().end(), holds) ||
            std::any_of(towers.begin(), towers.end(),
@@ -60,7 +60,7 @@ bool IsInk(Vec2 p) {
 }
 
 /// Share of a pixel-sized square with its upper left corner at `p` that is ink.
-float Coverage(Vec2 p) {
+float Coverage(vec2 p) {
     int inside = 0;
     for (int row = 0; row < samplesPerSide; ++row)
         for (int column = 0; column < samplesPerSide; ++column) {
@@ -123,34 +123,34 @@ Layer Glow(Layer layer, int reach) {
 // ---- Colours ---------------------------------------------------------------------------------
 
 /// What the opening shot's camera sees at a pixel: it stands just above the sea and looks along -z.
-Vec3 OpeningShot(int x, int y) {
+vec3 OpeningShot(int x, int y) {
     const float high = std::tan(12.5f * pi / 180); // half the vertical field of view of 25 degrees
     const float wide = high * 10;
     const float right = (2 * (static_cast<float>(x) + 0.5f) / logoWidth - 1) * wide;
     const float up = std::abs(1 - 2 * (static_cast<float>(y) + 0.5f) / logoHeight) * high;
-    return DuskColour(Normalize({right, up, -1}));
+    return DuskColour(Normalized(vec3{right, up, -1}));
 }
 
-Vec3 Ground(int x, int y) {
+vec3 Ground(int x, int y) {
     const float depth = std::abs(static_cast<float>(y) + 0.5f - waterline) / waterline;
     const float water = static_cast<float>(y) + 0.5f > waterline ? 0.82f : 1.0f;
-    const Vec3 shot = OpeningShot(x, y);
-    const Vec3 night = {0.030f, 0.045f, 0.105f};
-    return Mix(shot, night, 0.46f + 0.22f * depth) * water;
+    const vec3 shot = OpeningShot(x, y);
+    const vec3 night = {0.030f, 0.045f, 0.105f};
+    return Lerp(shot, night, 0.46f + 0.22f * depth) * water;
 }
 
 /// The lettering takes the light of the sky behind it: warm on the left, cool on the right.
-Vec3 GlowColour(int x) {
+vec3 GlowColour(int x) {
     const float across = static_cast<float>(x) / logoWidth;
-    return Mix(Vec3{1.0f, 0.58f, 0.26f}, Vec3{0.42f, 0.60f, 1.0f},
-               SmoothStep(0.25f, 0.85f, across));
+    return Lerp(vec3{1.0f, 0.58f, 0.26f}, vec3{0.42f, 0.60f, 1.0f},
+                SmoothStep(0.25f, 0.85f, across));
 }
 
-Vec3 InkColour(int x, int y) {
+vec3 InkColour(int x, int y) {
     const float up = Clamp01((waterline - static_cast<float>(y)) / (capHeight + 2));
-    const Vec3 pale = Mix(Vec3{1.0f, 0.97f, 0.90f}, Vec3{0.93f, 0.96f, 1.0f},
-                          SmoothStep(0.3f, 0.9f, static_cast<float>(x) / logoWidth));
-    return Mix(Mix(pale, GlowColour(x), 0.38f), pale, SmoothStep(0.0f, 0.75f, up));
+    const vec3 pale = Lerp(vec3{1.0f, 0.97f, 0.90f}, vec3{0.93f, 0.96f, 1.0f},
+                           SmoothStep(0.3f, 0.9f, static_cast<float>(x) / logoWidth));
+    return Lerp(Lerp(pale, GlowColour(x), 0.38f), pale, SmoothStep(0.0f, 0.75f, up));
 }
 
 /// The line on which both names stand; it thins out towards the edges of the picture.
@@ -162,21 +162,21 @@ float Waterline(int x, int y) {
 }
 
 /// The three lights that will circle the basin, over the ornament, and fainter in the water.
-Vec3 Wisps(int x, int y) {
+vec3 Wisps(int x, int y) {
     struct Light {
-        Vec2 at;
-        Vec3 colour;
+        vec2 at;
+        vec3 colour;
     };
     constexpr Light lights[] = {{{437.5f, 25}, {1.0f, 0.20f, 0.12f}},
                                 {{480.5f, 41}, {0.16f, 1.0f, 0.42f}},
                                 {{522.5f, 25}, {0.22f, 0.48f, 1.0f}}};
     const float up = waterline - (static_cast<float>(y) + 0.5f);
-    const Vec2 p = {static_cast<float>(x) + 0.5f, std::abs(up)};
-    Vec3 sum;
+    const vec2 p = {static_cast<float>(x) + 0.5f, std::abs(up)};
+    vec3 sum;
     for (const Light& light : lights) {
         const float away = Length(p - light.at);
         sum += light.colour * (0.75f * std::exp(-away * away / 14) + 0.30f * std::exp(-away / 5)) +
-               Vec3{1, 1, 1} * (0.9f * std::exp(-away * away / 1.6f));
+               vec3{1, 1, 1} * (0.9f * std::exp(-away * away / 1.6f));
     }
     return sum * (up > 0 ? 1.0f : 0.30f);
 }
@@ -195,11 +195,11 @@ Picture TitlePicture() {
     Picture picture(logoWidth, logoHeight);
     for (int y = 0; y < logoHeight; ++y)
         for (int x = 0; x < logoWidth; ++x) {
-            Vec3 colour = Ground(x, y);
+            vec3 colour = Ground(x, y);
             colour += GlowColour(x) * (0.30f * near[Place(x, y)] + 0.38f * wide[Place(x, y)]);
-            colour += Mix(GlowColour(x), Vec3{1, 1, 1}, 0.35f) * (0.62f * mirrored[Place(x, y)]);
+            colour += Lerp(GlowColour(x), vec3{1, 1, 1}, 0.35f) * (0.62f * mirrored[Place(x, y)]);
             colour += GlowColour(x) * (0.55f * Waterline(x, y));
-            colour = Mix(colour, InkColour(x, y), ink[Place(x, y)]);
+            colour = Lerp(colour, InkColour(x, y), ink[Place(x, y)]);
             colour += Wisps(x, y);
             picture.At(x, y) = {Clamp01(colour.x), Clamp01(colour.y), Clamp01(colour.z), 1};
         }

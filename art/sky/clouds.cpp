@@ -7,18 +7,18 @@ namespace {
 
 /// A cloud's colours in the three regions of the horizon.
 struct Tint {
-    Vec3 towards;
-    Vec3 across;
-    Vec3 away;
+    vec3 towards;
+    vec3 across;
+    vec3 away;
 };
 
-Vec3 ColourOf(const Tint& tint, float fromLight) {
+vec3 ColourOf(const Tint& tint, float fromLight) {
     return MixRegions(RegionsAt(fromLight), tint.towards, tint.across, tint.away);
 }
 
 /// Paints over part of what is behind.
-Clouded Over(const Clouded& behind, Vec3 colour, float opacity) {
-    return {Mix(behind.colour, colour, opacity), behind.open * (1 - opacity)};
+Clouded Over(const Clouded& behind, vec3 colour, float opacity) {
+    return {Lerp(behind.colour, colour, opacity), behind.open * (1 - opacity)};
 }
 
 /// Noise on the cylinder around the viewer: it closes at 360 degrees by construction.
@@ -59,8 +59,8 @@ Clouded AddBars(const SkyPoint& point, const Clouded& behind) {
     const float underside = Clamp01(0.40f + 2.3f * (field - BarField(below)));
     const float thin = 1 - SmoothStep(0.05f, 0.75f, field);
     const float lit = Clamp01(0.72f * underside + 0.34f * thin);
-    const Vec3 colour =
-        Mix(ColourOf(barCoreTint, point.fromLight), ColourOf(barLitTint, point.fromLight), lit);
+    const vec3 colour =
+        Lerp(ColourOf(barCoreTint, point.fromLight), ColourOf(barLitTint, point.fromLight), lit);
     return Over(behind, colour, 0.82f * density);
 }
 
@@ -84,7 +84,7 @@ constexpr Tint bankBodyTint = {{0.28f, 0.14f, 0.19f}, {0.18f, 0.15f, 0.27f}, {0.
 
 /// Heaps of three sizes: folded noise has sharp valleys and round tops, like cauliflower.
 float Heaps(const SkyPoint& point, std::uint32_t seed) {
-    Vec3 p = {point.heading.x * 8, point.elevation * 0.15f, point.heading.y * 8};
+    vec3 p = {point.heading.x * 8, point.elevation * 0.15f, point.heading.y * 8};
     float sum = 0;
     float size = 1.9f;
     for (std::uint32_t octave = 1; octave <= 4; ++octave) {
@@ -97,7 +97,7 @@ float Heaps(const SkyPoint& point, std::uint32_t seed) {
 
 /// Degrees by which the point lies under the bank's outline; negative above it.
 float BankDepth(const SkyPoint& point, const Bank& bank) {
-    const Vec3 around = {point.heading.x * bank.cells, 0, point.heading.y * bank.cells};
+    const vec3 around = {point.heading.x * bank.cells, 0, point.heading.y * bank.cells};
     const float towers = SmoothStep(-0.04f, 0.62f, Fbm3(around, bank.seed, 3));
     const float outline = bank.base + bank.height * towers;
     return outline + Heaps(point, bank.seed) * (0.45f + 0.75f * towers) - point.elevation;
@@ -120,12 +120,12 @@ Clouded AddBank(const SkyPoint& point, const Clouded& behind, const Bank& bank) 
     const float relief = 0.55f * turned(0.35f) + 0.75f * turned(1.5f);
     const float top = std::exp(-depth * 0.9f);
     const float lit = Clamp01(0.46f * top + (0.30f + 0.42f * relief) * std::exp(-depth * 0.12f));
-    Vec3 colour =
-        Mix(ColourOf(bankBodyTint, point.fromLight), ColourOf(bankLitTint, point.fromLight), lit);
-    const Vec3 horizon = ClearSky({point.direction, 0.8f, point.fromLight, point.heading});
+    vec3 colour =
+        Lerp(ColourOf(bankBodyTint, point.fromLight), ColourOf(bankLitTint, point.fromLight), lit);
+    const vec3 horizon = ClearSky({point.direction, 0.8f, point.fromLight, point.heading});
     const float mist =
         bank.haze + (1 - bank.haze) * (1 - SmoothStep(0, 3.4f, point.elevation)) * 0.8f;
-    colour = Mix(colour, horizon, mist);
+    colour = Lerp(colour, horizon, mist);
     return Over(behind, colour, SmoothStep(0, 0.55f, depth));
 }
 
@@ -138,8 +138,8 @@ float CirrusDensity(const SkyPoint& point) {
         return 0;
     // A flat layer overhead; the small offset keeps its far end from shrinking to a point.
     const float distance = 1 / (point.direction.y + 0.06f);
-    const Vec2 p = {point.direction.x * distance, point.direction.z * distance};
-    const Vec2 wind = {p.x * 0.86f + p.y * 0.51f, p.y * 0.86f - p.x * 0.51f};
+    const vec2 p = {point.direction.x * distance, point.direction.z * distance};
+    const vec2 wind = {p.x * 0.86f + p.y * 0.51f, p.y * 0.86f - p.x * 0.51f};
     const float bend = Fbm2(p * 0.7f, 57, 3);
     const float streaks = Fbm2({wind.x * 0.55f, wind.y * 2.6f + 1.6f * bend}, 71, 5);
     const float fields = Fbm2(p * 0.35f, 83, 2);
@@ -155,7 +155,7 @@ Clouded AddCirrus(const SkyPoint& point, const Clouded& behind) {
 
 } // namespace
 
-Clouded AddClouds(const SkyPoint& point, Vec3 behind) {
+Clouded AddClouds(const SkyPoint& point, vec3 behind) {
     Clouded sky = AddBars(point, AddCirrus(point, {behind, 1}));
     for (const Bank& bank : banks)
         sky = AddBank(point, sky, bank);

@@ -17,23 +17,23 @@ constexpr float starChance = 0.055f; // of a cell near the sphere to hold a star
 constexpr float starSize = 0.0021f;  // radius in radians: a texel and a half, so none flickers
 
 /// Brightness that the star of one cell, if there is any, adds at `direction`.
-float StarOfCell(int x, int y, int z, Vec3 direction) {
+float StarOfCell(int x, int y, int z, vec3 direction) {
     const std::uint32_t cell = Hash(static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y),
                                     static_cast<std::uint32_t>(z));
     if (HashUnit(cell, 1) > starChance)
         return 0;
-    const Vec3 place = {static_cast<float>(x) + HashUnit(cell, 2),
+    const vec3 place = {static_cast<float>(x) + HashUnit(cell, 2),
                         static_cast<float>(y) + HashUnit(cell, 3),
                         static_cast<float>(z) + HashUnit(cell, 4)};
-    const float away = Length(Normalize(place) - direction) / starSize;
+    const float away = Length(Normalized(place) - direction) / starSize;
     if (away > 4)
         return 0;
     const float magnitude = HashUnit(cell, 5);
     return (0.10f + 0.85f * std::pow(magnitude, 5.0f)) * std::exp(-away * away);
 }
 
-float Stars(Vec3 direction) {
-    const Vec3 p = direction * starCells;
+float Stars(vec3 direction) {
+    const vec3 p = direction * starCells;
     const int x = static_cast<int>(std::floor(p.x));
     const int y = static_cast<int>(std::floor(p.y));
     const int z = static_cast<int>(std::floor(p.z));
@@ -57,67 +57,67 @@ constexpr float moonElevation = 7.2f * radiansPerDegree;
 constexpr float moonAside = 15 * radiansPerDegree;
 
 /// The grey seas of the disc: 1 on open ground, less in them. Coordinates in disc radii.
-float MoonFace(Vec2 disc) {
-    const float seas = Fbm2(disc * 0.9f + Vec2{3.7f, 1.2f}, 311, 4);
+float MoonFace(vec2 disc) {
+    const float seas = Fbm2(disc * 0.9f + vec2{3.7f, 1.2f}, 311, 4);
     const float limb = 1 - 0.18f * Dot(disc, disc);
     return limb * (1 - 0.24f * SmoothStep(-0.15f, 0.45f, seas));
 }
 
-Vec3 AddMoon(Vec3 direction, Vec3 behind, float uncovered) {
-    const Vec3 moon = MoonDirection();
+vec3 AddMoon(vec3 direction, vec3 behind, float uncovered) {
+    const vec3 moon = MoonDirection();
     const float angle = std::acos(std::clamp(Dot(direction, moon), -1.0f, 1.0f));
     const float wide = angle / (7.0f * radiansPerDegree);
     const float near = angle / (2.3f * radiansPerDegree);
-    Vec3 colour = behind +
-                  Vec3{0.16f, 0.12f, 0.085f} * std::exp(-wide * wide) * (0.4f + 0.6f * uncovered) +
-                  Vec3{0.22f, 0.18f, 0.13f} * std::exp(-near * near) * (0.3f + 0.7f * uncovered);
+    vec3 colour = behind +
+                  vec3{0.16f, 0.12f, 0.085f} * std::exp(-wide * wide) * (0.4f + 0.6f * uncovered) +
+                  vec3{0.22f, 0.18f, 0.13f} * std::exp(-near * near) * (0.3f + 0.7f * uncovered);
     if (angle > 1.2f * moonRadius)
         return colour;
-    const Vec3 right = Normalize(Cross(moon, {0, 1, 0}));
-    const Vec2 disc = {Dot(direction, right) / moonRadius,
+    const vec3 right = Normalized(Cross(moon, {0, 1, 0}));
+    const vec2 disc = {Dot(direction, right) / moonRadius,
                        Dot(direction, Cross(right, moon)) / moonRadius};
-    const Vec3 face = Vec3{1.0f, 0.91f, 0.74f} * MoonFace(disc);
+    const vec3 face = vec3{1.0f, 0.91f, 0.74f} * MoonFace(disc);
     const float edge = 1 - SmoothStep(0.95f, 1.05f, angle / moonRadius);
-    return Mix(colour, face, edge * uncovered);
+    return Lerp(colour, face, edge * uncovered);
 }
 
 // ---- Far isles --------------------------------------------------------------------------------
 
 /// Height in degrees of the land on the horizon; negative where there is open sea.
-float LandHeight(Vec2 heading) {
-    const Vec3 around = {heading.x, 0, heading.y};
+float LandHeight(vec2 heading) {
+    const vec3 around = {heading.x, 0, heading.y};
     const float groups = SmoothStep(0.10f, 0.55f, Fbm3(around * 2.1f, 503, 2));
     const float ridges = 1 - 2 * std::abs(Fbm3(around * 8.0f, 509, 4));
     return groups * (1.7f + 1.5f * ridges) - 0.12f;
 }
 
-Vec3 AddLand(const SkyPoint& point, Vec3 behind) {
+vec3 AddLand(const SkyPoint& point, vec3 behind) {
     const float height = LandHeight(point.heading);
     const float cover = SmoothStep(-0.05f, 0.09f, height - point.elevation);
     if (cover <= 0)
         return behind;
-    const Vec3 horizon = ClearSky({point.direction, 0.5f, point.fromLight, point.heading});
+    const vec3 horizon = ClearSky({point.direction, 0.5f, point.fromLight, point.heading});
     const float mist = 0.22f + 0.38f * (1 - SmoothStep(0, 1.3f, point.elevation));
-    return Mix(behind, Mix(Vec3{0.045f, 0.062f, 0.135f}, horizon, mist), cover);
+    return Lerp(behind, Lerp(vec3{0.045f, 0.062f, 0.135f}, horizon, mist), cover);
 }
 
 /// What stands in the sky and on the horizon.
-Vec3 Scenery(const SkyPoint& point) {
+vec3 Scenery(const SkyPoint& point) {
     const float starlight = Stars(point.direction) * StarVisibility(point);
-    const Vec3 clear = ClearSky(point) + Vec3{0.90f, 0.93f, 1.0f} * starlight;
+    const vec3 clear = ClearSky(point) + vec3{0.90f, 0.93f, 1.0f} * starlight;
     const Clouded clouded = AddClouds(point, clear);
-    Vec3 colour = AddMoon(point.direction, clouded.colour, clouded.open);
+    vec3 colour = AddMoon(point.direction, clouded.colour, clouded.open);
     // Haze: the last degree takes the colour of the horizon, whatever stands there.
-    const Vec3 horizon = ClearSky({point.direction, 0, point.fromLight, point.heading});
-    colour = Mix(horizon, colour, SmoothStep(-0.6f, 2.2f, point.elevation));
+    const vec3 horizon = ClearSky({point.direction, 0, point.fromLight, point.heading});
+    colour = Lerp(horizon, colour, SmoothStep(-0.6f, 2.2f, point.elevation));
     return AddLand(point, colour);
 }
 
 /// A hair of dark sea along the horizon: without it a mirror-like sea would pass into the sky
 /// unseen.
-Vec3 AddFarSea(const SkyPoint& point, Vec3 behind) {
-    const Vec3 sea = behind * 0.74f + Vec3{0.003f, 0.008f, 0.022f};
-    return Mix(sea, behind, SmoothStep(0.08f, 0.36f, std::abs(point.elevation)));
+vec3 AddFarSea(const SkyPoint& point, vec3 behind) {
+    const vec3 sea = behind * 0.74f + vec3{0.003f, 0.008f, 0.022f};
+    return Lerp(sea, behind, SmoothStep(0.08f, 0.36f, std::abs(point.elevation)));
 }
 
 // ---- Under water -------------------------------------------------------------------------------
@@ -130,43 +130,43 @@ constexpr float waterStart = -1.5f;
 /// Slanted shafts of light that the waves let through, brightest just under the surface.
 float Shafts(const SkyPoint& point) {
     const float lean = point.elevation * 0.010f;
-    const Vec3 across = {point.heading.x * 6 + lean, 0.012f * point.elevation,
+    const vec3 across = {point.heading.x * 6 + lean, 0.012f * point.elevation,
                          point.heading.y * 6 - lean};
     const float wide = SmoothStep(0.0f, 0.5f, Fbm3(across, 601, 2));
     const float fine = 0.55f + 0.45f * Noise3(across * 4.3f, 607);
     return wide * fine * std::exp(point.elevation / 13);
 }
 
-Vec3 Water(const SkyPoint& point) {
-    const Vec3 dim = {0.030f, 0.130f, 0.260f};
-    const Vec3 deep = {0.008f, 0.035f, 0.090f};
+vec3 Water(const SkyPoint& point) {
+    const vec3 dim = {0.030f, 0.130f, 0.260f};
+    const vec3 deep = {0.008f, 0.035f, 0.090f};
     const float down = -point.elevation;
-    const Vec3 body =
-        Mix(Mix(UnderwaterColour(), dim, SmoothStep(-6, 22, down)), deep, SmoothStep(8, 70, down));
+    const vec3 body = Lerp(Lerp(UnderwaterColour(), dim, SmoothStep(-6, 22, down)), deep,
+                           SmoothStep(8, 70, down));
     const float sunward = RegionsAt(point.fromLight).towards;
     return body * (1 + 0.25f * sunward) +
-           Vec3{0.16f, 0.34f, 0.32f} * (Shafts(point) * (1 + 0.6f * sunward));
+           vec3{0.16f, 0.34f, 0.32f} * (Shafts(point) * (1 + 0.6f * sunward));
 }
 
-Vec3 BelowHorizon(const SkyPoint& point) {
+vec3 BelowHorizon(const SkyPoint& point) {
     SkyPoint onHorizon = point;
     onHorizon.elevation = 0;
-    return Mix(Water(point), Scenery(onHorizon), SmoothStep(waterStart, rimEnd, point.elevation));
+    return Lerp(Water(point), Scenery(onHorizon), SmoothStep(waterStart, rimEnd, point.elevation));
 }
 
 } // namespace
 
-Vec3 MoonDirection() {
-    const Vec3 light = LightDirection();
+vec3 MoonDirection() {
+    const vec3 light = LightDirection();
     const float heading = std::atan2(-light.z, -light.x) + moonAside;
     const float level = std::cos(moonElevation);
     return {level * std::cos(heading), std::sin(moonElevation), level * std::sin(heading)};
 }
 
-Vec3 DuskColour(Vec3 direction) {
+vec3 DuskColour(vec3 direction) {
     const SkyPoint point = MakeSkyPoint(direction);
-    const Vec3 scene = point.elevation >= 0 ? Scenery(point) : BelowHorizon(point);
-    const Vec3 colour = AddFarSea(point, scene);
+    const vec3 scene = point.elevation >= 0 ? Scenery(point) : BelowHorizon(point);
+    const vec3 colour = AddFarSea(point, scene);
     return {Clamp01(colour.x), Clamp01(colour.y), Clamp01(colour.z)};
 }
 

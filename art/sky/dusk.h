@@ -7,10 +7,10 @@ namespace Art {
 /// The whole painted surrounding in display values 0..1, as a function of the unit direction
 /// alone, so that neighbouring faces of the sky box agree by construction: gradient, stars, moon,
 /// clouds and far isles above the horizon, the water seen from within below it.
-Vec3 DuskColour(Vec3 direction);
+vec3 DuskColour(vec3 direction);
 
 /// Where the full moon stands: low and nearly opposite the afterglow, as it does at that hour.
 /// Unit length.
-Vec3 MoonDirection();
+vec3 MoonDirection();
 
 } // namespace Art

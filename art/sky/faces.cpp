@@ -18,17 +18,17 @@ const std::array<SkyFace, 6>& SkyFaces() {
     return faces;
 }
 
-Vec3 FaceDirection(const SkyFace& face, float s, float t) {
-    return Normalize(face.origin + face.alongS * s + face.alongT * t);
+vec3 FaceDirection(const SkyFace& face, float s, float t) {
+    return Normalized(face.origin + face.alongS * s + face.alongT * t);
 }
 
-Picture PaintFace(const SkyFace& face, int size, const std::function<Vec3(Vec3)>& colour) {
+Picture PaintFace(const SkyFace& face, int size, const std::function<vec3(vec3)>& colour) {
     Picture picture(size, size);
     ForEachIndex(size, 0, [&](int row) {
         const float t = 1 - (static_cast<float>(row) + 0.5f) / static_cast<float>(size);
         for (int column = 0; column < size; ++column) {
             const float s = (static_cast<float>(column) + 0.5f) / static_cast<float>(size);
-            const Vec3 painted = colour(FaceDirection(face, s, t));
+            const vec3 painted = colour(FaceDirection(face, s, t));
             picture.At(column, row) = {painted.x, painted.y, painted.z, 1};
         }
     });

@@ -12,14 +12,14 @@ constexpr float degreesPerRadian = 180.0f / pi;
 /// One height of a vertical gradient; the three regions share the heights.
 struct Stop {
     float elevation;
-    Vec3 towards;
-    Vec3 across;
-    Vec3 away;
+    vec3 towards;
+    vec3 across;
+    vec3 away;
 };
 
 // Towards the light an afterglow that cools upwards; away from it the shadow of the earth, blue
 // and low, under a rose-coloured belt. All three meet at the same zenith.
-constexpr Vec3 zenithColour = {0.020f, 0.036f, 0.105f};
+constexpr vec3 zenithColour = {0.020f, 0.036f, 0.105f};
 constexpr std::array<Stop, 9> stops = {{
     {0, {0.74f, 0.36f, 0.15f}, {0.33f, 0.23f, 0.31f}, {0.105f, 0.145f, 0.28f}},
     {2.5f, {0.65f, 0.30f, 0.17f}, {0.28f, 0.22f, 0.34f}, {0.155f, 0.175f, 0.33f}},
@@ -32,7 +32,7 @@ constexpr std::array<Stop, 9> stops = {{
     {90, zenithColour, zenithColour, zenithColour},
 }};
 
-Vec3 AtRegions(const Stop& stop, const Regions& regions) {
+vec3 AtRegions(const Stop& stop, const Regions& regions) {
     return MixRegions(regions, stop.towards, stop.across, stop.away);
 }
 
@@ -45,7 +45,7 @@ std::size_t StopBelow(float elevation) {
 }
 
 /// Slope of the gradient at a stop, by its neighbours, so that no stop shows as a band.
-Vec3 SlopeAt(std::size_t index, const Regions& regions) {
+vec3 SlopeAt(std::size_t index, const Regions& regions) {
     const Stop& before = stops[index == 0 ? 0 : index - 1];
     const Stop& after = stops[std::min(index + 1, stops.size() - 1)];
     return (AtRegions(after, regions) - AtRegions(before, regions)) /
@@ -53,20 +53,20 @@ Vec3 SlopeAt(std::size_t index, const Regions& regions) {
 }
 
 /// The glare that the light leaves in the haze below it.
-Vec3 Afterglow(const SkyPoint& point) {
+vec3 Afterglow(const SkyPoint& point) {
     const float sideways = point.fromLight / 20;
     const float upwards = (point.elevation - 2) / 5;
-    return Vec3{0.16f, 0.15f, 0.06f} * std::exp(-sideways * sideways - upwards * upwards);
+    return vec3{0.16f, 0.15f, 0.06f} * std::exp(-sideways * sideways - upwards * upwards);
 }
 
 } // namespace
 
-SkyPoint MakeSkyPoint(Vec3 direction) {
-    const Vec2 flat = {direction.x, direction.z};
+SkyPoint MakeSkyPoint(vec3 direction) {
+    const vec2 flat = {direction.x, direction.z};
     const float length = Length(flat);
-    const Vec2 heading = length > 1e-6f ? flat * (1 / length) : Vec2{1, 0};
-    const Vec3 light = LightDirection();
-    const Vec2 lightFlat = {light.x, light.z};
+    const vec2 heading = length > 1e-6f ? flat * (1 / length) : vec2{1, 0};
+    const vec3 light = LightDirection();
+    const vec2 lightFlat = {light.x, light.z};
     const float cosine = Dot(heading, lightFlat) / Length(lightFlat);
     return {direction, std::asin(std::clamp(direction.y, -1.0f, 1.0f)) * degreesPerRadian,
             std::acos(std::clamp(cosine, -1.0f, 1.0f)) * degreesPerRadian, heading};
@@ -78,20 +78,20 @@ Regions RegionsAt(float fromLight) {
     return {towards, (1 - towards) * (1 - away), (1 - towards) * away};
 }
 
-Vec3 MixRegions(const Regions& regions, Vec3 towards, Vec3 across, Vec3 away) {
+vec3 MixRegions(const Regions& regions, vec3 towards, vec3 across, vec3 away) {
     return towards * regions.towards + across * regions.across + away * regions.away;
 }
 
-Vec3 ClearSky(const SkyPoint& point) {
+vec3 ClearSky(const SkyPoint& point) {
     const float elevation = std::max(point.elevation, 0.0f);
     const Regions regions = RegionsAt(point.fromLight);
     const std::size_t index = StopBelow(elevation);
     const float span = stops[index + 1].elevation - stops[index].elevation;
     const float t = (elevation - stops[index].elevation) / span;
     // Cubic Hermite interpolation between the two stops.
-    const Vec3 from = AtRegions(stops[index], regions);
-    const Vec3 to = AtRegions(stops[index + 1], regions);
-    const Vec3 curve = from * ((1 + 2 * t) * (1 - t) * (1 - t)) + to * (t * t * (3 - 2 * t)) +
+    const vec3 from = AtRegions(stops[index], regions);
+    const vec3 to = AtRegions(stops[index + 1], regions);
+    const vec3 curve = from * ((1 + 2 * t) * (1 - t) * (1 - t)) + to * (t * t * (3 - 2 * t)) +
                        SlopeAt(index, regions) * (span * t * (1 - t) * (1 - t)) -
                        SlopeAt(index + 1, regions) * (span * t * t * (1 - t));
     return curve + Afterglow({point.direction, elevation, point.fromLight, point.heading});

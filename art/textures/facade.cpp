@@ -5,13 +5,13 @@
 namespace Art {
 
 Picture PaintCells(int across, int up, int cellPixels,
-                   const std::function<Rgba(int, int, Vec2)>& cell) {
+                   const std::function<Rgba(int, int, vec2)>& cell) {
     const int side = 2 * cellPixels;
     Picture large(across * side, up * side);
     for (int y = 0; y < large.Height(); ++y) {
         for (int x = 0; x < large.Width(); ++x) {
             const int row = up - 1 - y / side;
-            const Vec2 p{(static_cast<float>(x % side) + 0.5f) / static_cast<float>(side),
+            const vec2 p{(static_cast<float>(x % side) + 0.5f) / static_cast<float>(side),
                          1 - (static_cast<float>(y % side) + 0.5f) / static_cast<float>(side)};
             large.At(x, y) = cell(x / side, row, p);
         }
@@ -21,13 +21,13 @@ Picture PaintCells(int across, int up, int cellPixels,
 
 namespace {
 
-Rgba LitGlass(Vec2 p, unsigned id) {
+Rgba LitGlass(vec2 p, unsigned id) {
     constexpr Rgba lampColours[] = {
         {1.0f, 0.72f, 0.34f}, {1.0f, 0.62f, 0.24f}, {1.0f, 0.80f, 0.48f}, {0.98f, 0.52f, 0.20f}};
     const Rgba light = lampColours[Hash(id, 1) % 4];
     const float strength = 0.55f + 0.45f * HashUnit(id, 2);
     // A lamp hangs somewhere in the room; the sill and the curtains stay darker.
-    const Vec2 lamp{0.25f + 0.5f * HashUnit(id, 3), 0.55f + 0.35f * HashUnit(id, 4)};
+    const vec2 lamp{0.25f + 0.5f * HashUnit(id, 3), 0.55f + 0.35f * HashUnit(id, 4)};
     const float near = std::exp(-4 * Dot(p - lamp, p - lamp));
     const float drawn = 0.12f + 0.2f * HashUnit(id, 5);
     const bool curtain = std::abs(p.x - 0.5f) > 0.5f - drawn && HashUnit(id, 6) < 0.6f;
@@ -37,7 +37,7 @@ Rgba LitGlass(Vec2 p, unsigned id) {
     return colour;
 }
 
-Rgba DarkGlass(Vec2 p, unsigned id) {
+Rgba DarkGlass(vec2 p, unsigned id) {
     const float sky = 0.35f + 0.65f * p.y;
     const float tint = 0.8f + 0.4f * HashUnit(id, 8);
     return {0.10f * sky * tint, 0.135f * sky * tint, 0.20f * sky * tint, 1};
@@ -45,11 +45,11 @@ Rgba DarkGlass(Vec2 p, unsigned id) {
 
 } // namespace
 
-Rgba Glass(Vec2 p, unsigned id, float share) {
+Rgba Glass(vec2 p, unsigned id, float share) {
     return HashUnit(id, 9) < share ? LitGlass(p, id) : DarkGlass(p, id);
 }
 
-float Grain(Vec2 cells, int across, int up, unsigned seed) {
+float Grain(vec2 cells, int across, int up, unsigned seed) {
     // Both counts are powers of two here, so the smaller one is a period of both.
     const int period = std::min(across, up);
     const float broad = Fbm2(cells, seed, 4, period);

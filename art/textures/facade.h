@@ -10,17 +10,17 @@ namespace Art {
 /// are smooth. `cell(column, row, p)` gives the colour at p, 0..1 in the cell with y upwards;
 /// row 0 is the lowest.
 Picture PaintCells(int across, int up, int cellPixels,
-                   const std::function<Rgba(int column, int row, Vec2 p)>& cell);
+                   const std::function<Rgba(int column, int row, vec2 p)>& cell);
 
 /// How a pane of glass looks at p (0..1 in the pane): lit, with curtains and a lamp within,
 /// or dark with the dusk in it. `id` picks which and how; `share` of all panes are lit.
-Rgba Glass(Vec2 p, unsigned id, float share);
+Rgba Glass(vec2 p, unsigned id, float share);
 
 /// Fine unevenness of plaster or stone about 1, seamless over `across` x `up` cells.
-float Grain(Vec2 cells, int across, int up, unsigned seed);
+float Grain(vec2 cells, int across, int up, unsigned seed);
 
 /// True inside the rectangle.
-constexpr bool Inside(Vec2 p, float x0, float x1, float y0, float y1) {
+constexpr bool Inside(vec2 p, float x0, float x1, float y0, float y1) {
     return p.x >= x0 && p.x < x1 && p.y >= y0 && p.y < y1;
 }
 

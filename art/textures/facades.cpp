@@ -11,9 +11,9 @@ namespace {
 constexpr int bayPixels = 64;
 
 /// A pane inside a frame: maps p to the pane and adds mullions.
-Rgba FramedPane(Vec2 p, float x0, float x1, float y0, float y1, Rgba frame, unsigned id,
+Rgba FramedPane(vec2 p, float x0, float x1, float y0, float y1, Rgba frame, unsigned id,
                 float share, int across, int up) {
-    const Vec2 q{(p.x - x0) / (x1 - x0), (p.y - y0) / (y1 - y0)};
+    const vec2 q{(p.x - x0) / (x1 - x0), (p.y - y0) / (y1 - y0)};
     const float border = 0.035f / (x1 - x0);
     if (q.x < border || q.x > 1 - border || q.y < border || q.y > 1 - border)
         return frame;
@@ -30,14 +30,14 @@ Rgba FramedPane(Vec2 p, float x0, float x1, float y0, float y1, Rgba frame, unsi
 }
 
 /// Rain and soot under a sill at height y.
-float Stain(Vec2 p, float x0, float x1, float y, unsigned id) {
+float Stain(vec2 p, float x0, float x1, float y, unsigned id) {
     if (p.y > y || p.x < x0 || p.x > x1)
         return 1;
     const float streak = 0.5f + 0.5f * Noise2({p.x * 24, 0.5f}, id);
     return 1 - 0.16f * streak * SmoothStep(y - 0.22f, y, p.y);
 }
 
-Rgba HouseWindow(Vec2 p, Rgba wall, unsigned id) {
+Rgba HouseWindow(vec2 p, Rgba wall, unsigned id) {
     constexpr Rgba frame{0.82f, 0.79f, 0.74f};
     if (Inside(p, 0.25f, 0.75f, 0.18f, 0.23f))
         return Shade(frame, 0.95f);
@@ -54,7 +54,7 @@ Rgba HouseWindow(Vec2 p, Rgba wall, unsigned id) {
     return Shade(wall, Stain(p, 0.25f, 0.75f, 0.18f, id));
 }
 
-Rgba HouseGround(Vec2 p, Rgba wall, unsigned id) {
+Rgba HouseGround(vec2 p, Rgba wall, unsigned id) {
     constexpr Rgba stone{0.60f, 0.58f, 0.56f};
     if (p.y > 0.93f)
         return Shade(stone, 1.2f);
@@ -85,8 +85,8 @@ Rgba HouseGround(Vec2 p, Rgba wall, unsigned id) {
 Picture PaintHouse(Rgba plaster, unsigned seed) {
     constexpr int baysAcross = 8;
     constexpr int storeys = 16;
-    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, Vec2 p) {
-        const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
+    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, vec2 p) {
+        const vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
         const Rgba wall = Shade(plaster, Grain(place, baysAcross, storeys, seed));
         const unsigned id = Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), seed);
         return row == 0 ? HouseGround(p, wall, id) : HouseWindow(p, wall, id);
@@ -95,7 +95,7 @@ Picture PaintHouse(Rgba plaster, unsigned seed) {
 
 namespace {
 
-Rgba PalaceBay(Vec2 p, Rgba wall, unsigned id, float share) {
+Rgba PalaceBay(vec2 p, Rgba wall, unsigned id, float share) {
     constexpr float halfOpening = 0.25f;
     constexpr float springHeight = 0.58f;
     const float dx = p.x - 0.5f;
@@ -120,8 +120,8 @@ Rgba PalaceBay(Vec2 p, Rgba wall, unsigned id, float share) {
 Picture PaintPalace() {
     constexpr int baysAcross = 8;
     constexpr int storeys = 16;
-    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, Vec2 p) {
-        const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
+    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, vec2 p) {
+        const vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
         const Rgba wall = Shade({0.66f, 0.62f, 0.57f}, Grain(place, baysAcross, storeys, 77));
         const unsigned id = Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), 78);
         return PalaceBay(p, wall, id, row == 0 ? 0.7f : 0.42f);
@@ -131,8 +131,8 @@ Picture PaintPalace() {
 Picture PaintTower() {
     constexpr int baysAcross = 16;
     constexpr int storeys = 16;
-    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, Vec2 p) {
-        const Vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
+    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, vec2 p) {
+        const vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
         const Rgba wall = Shade({0.58f, 0.57f, 0.58f}, Grain(place, baysAcross, storeys, 91));
         const unsigned floorId = Hash(static_cast<unsigned>(row), 92);
         // Whole floors at work or asleep, with exceptions.

@@ -16,7 +16,7 @@ Picture PaintPlane(int side, float units, Colour colour) {
     for (int y = 0; y < 2 * side; ++y)
         for (int x = 0; x < 2 * side; ++x)
             large.At(x, y) = colour(
-                Vec2{(static_cast<float>(x) + 0.5f), static_cast<float>(2 * side - 1 - y) + 0.5f} *
+                vec2{(static_cast<float>(x) + 0.5f), static_cast<float>(2 * side - 1 - y) + 0.5f} *
                 (units / static_cast<float>(2 * side)));
     return Halved(large);
 }
@@ -24,7 +24,7 @@ Picture PaintPlane(int side, float units, Colour colour) {
 } // namespace
 
 Picture PaintStone() {
-    return PaintPlane(512, 8, [](Vec2 p) {
+    return PaintPlane(512, 8, [](vec2 p) {
         constexpr float courseHeight = 0.5f;
         const int row = static_cast<int>(p.y / courseHeight);
         const float shift = 0.5f * HashUnit(static_cast<unsigned>(row), 5);
@@ -45,14 +45,14 @@ Picture PaintStone() {
 }
 
 Picture PaintTrim() {
-    return PaintPlane(256, 4, [](Vec2 p) {
+    return PaintPlane(256, 4, [](vec2 p) {
         const float tone = 1 + 0.06f * Fbm2(p, 13, 5, 4) + 0.025f * Noise2(p * 32, 14, 128);
         return Rgba{0.70f * tone, 0.675f * tone, 0.64f * tone, 1};
     });
 }
 
 Picture PaintRoof() {
-    return PaintPlane(512, 6, [](Vec2 p) {
+    return PaintPlane(512, 6, [](vec2 p) {
         constexpr int rowCount = 24;
         constexpr int columnCount = 20;
         const float y = p.y / 6 * rowCount;
@@ -72,7 +72,7 @@ Picture PaintRoof() {
 }
 
 Picture PaintSeaBed() {
-    return PaintPlane(512, 12, [](Vec2 p) {
+    return PaintPlane(512, 12, [](vec2 p) {
         const float bend = 0.6f * Noise2(p * 0.5f, 31, 6);
         const float ripple = std::sin((p.y + bend) * 2 * pi * 1.5f + Noise2(p, 32, 12) * 2.0f);
         const Cell stones = Cellular2(p, 33, 12);
@@ -88,11 +88,11 @@ Picture PaintSeaBed() {
 
 Picture PaintLamp() {
     constexpr int side = 32;
-    return PaintPlane(side, 1, [](Vec2 p) {
+    return PaintPlane(side, 1, [](vec2 p) {
         const float edge = std::min({p.x, 1 - p.x, p.y, 1 - p.y});
         if (edge < 0.06f)
             return Rgba{0.16f, 0.13f, 0.12f, 1};
-        const Vec2 flame = p - Vec2{0.5f, 0.45f};
+        const vec2 flame = p - vec2{0.5f, 0.45f};
         const float level = 0.62f + 0.38f * std::exp(-9 * Dot(flame, flame));
         return Rgba{level, 0.86f * level * level, 0.60f * level * level * level, 1 - level};
     });

@@ -14,7 +14,7 @@ struct Wave {
     int x;
     int y;
     float phase;
-    Vec2 slope; ///< amplitude of its slope along s and t
+    vec2 slope; ///< amplitude of its slope along s and t
 };
 
 /// A range of wave lengths and how steep all its waves together are.
@@ -48,10 +48,10 @@ Wave DrawWave(const Scale& scale, Random& random) {
         if (x == 0 && y == 0)
             continue;
         const float periods = std::sqrt(static_cast<float>(x * x + y * y));
-        const Vec2 heading = {static_cast<float>(x) / periods, static_cast<float>(y) / periods};
+        const vec2 heading = {static_cast<float>(x) / periods, static_cast<float>(y) / periods};
         // A sine of amplitude 1 has a root mean square of sqrt(1/2).
         const float each = scale.steep * std::sqrt(2.0f / static_cast<float>(scale.waves));
-        const Vec2 slope = {heading.x * each * acrossShare, heading.y * each};
+        const vec2 slope = {heading.x * each * acrossShare, heading.y * each};
         return {x, y, random.Range(0, 2 * pi), slope};
     }
 }
@@ -66,11 +66,11 @@ std::vector<Wave> DrawWaves(const Scale& scale, std::uint32_t seed) {
 }
 
 /// Adds one wave's slopes to one row. The sine is carried from texel to texel by a rotation.
-void AddToRow(const Wave& wave, int size, int t, std::vector<Vec2>& row) {
+void AddToRow(const Wave& wave, int size, int t, std::vector<vec2>& row) {
     const double step = 2 * std::numbers::pi / size;
     const std::complex<double> turn = std::polar(1.0, step * wave.x);
     std::complex<double> at = std::polar(1.0, step * wave.y * t + static_cast<double>(wave.phase));
-    for (Vec2& slope : row) {
+    for (vec2& slope : row) {
         slope = slope + wave.slope * static_cast<float>(at.imag());
         at *= turn;
     }
@@ -79,19 +79,19 @@ void AddToRow(const Wave& wave, int size, int t, std::vector<Vec2>& row) {
 /// How strongly the wind blows, 0..1, in patches of a few units.
 float Gust(int s, int t, int size) {
     const float scale = 4.0f / static_cast<float>(size);
-    const Vec2 p = {static_cast<float>(s) * scale, static_cast<float>(t) * scale};
+    const vec2 p = {static_cast<float>(s) * scale, static_cast<float>(t) * scale};
     return SmoothStep(-0.45f, 0.55f, Fbm2(p, 907, 3, 4));
 }
 
 void FillRow(const std::vector<std::vector<Wave>>& sea, int t, SlopeMap& map) {
-    std::vector<Vec2> row(static_cast<std::size_t>(map.size));
+    std::vector<vec2> row(static_cast<std::size_t>(map.size));
     for (std::size_t i = 0; i < sea.size(); ++i) {
         row.assign(row.size(), {});
         for (const Wave& wave : sea[i])
             AddToRow(wave, map.size, t, row);
         for (int s = 0; s < map.size; ++s) {
-            const float share = Mix(1.0f, 1.7f * Gust(s, t, map.size), scales[i].gusting);
-            Vec2& slope = map.slopes[static_cast<std::size_t>(t) * map.size + s];
+            const float share = Lerp(1.0f, 1.7f * Gust(s, t, map.size), scales[i].gusting);
+            vec2& slope = map.slopes[static_cast<std::size_t>(t) * map.size + s];
             slope = slope + row[s] * share;
         }
     }
@@ -101,13 +101,13 @@ void FillRow(const std::vector<std::vector<Wave>>& sea, int t, SlopeMap& map) {
 void Level(SlopeMap& map) {
     double x = 0;
     double y = 0;
-    for (const Vec2& slope : map.slopes) {
+    for (const vec2& slope : map.slopes) {
         x += slope.x;
         y += slope.y;
     }
     const auto count = static_cast<double>(map.slopes.size());
-    const Vec2 mean = {static_cast<float>(x / count), static_cast<float>(y / count)};
-    for (Vec2& slope : map.slopes)
+    const vec2 mean = {static_cast<float>(x / count), static_cast<float>(y / count)};
+    for (vec2& slope : map.slopes)
         slope = slope - mean;
 }
 
@@ -117,7 +117,7 @@ SlopeMap MakeWaves(int size) {
     std::vector<std::vector<Wave>> sea;
     for (const Scale& scale : scales)
         sea.push_back(DrawWaves(scale, 700 + static_cast<std::uint32_t>(sea.size())));
-    SlopeMap map{size, std::vector<Vec2>(static_cast<std::size_t>(size) * size)};
+    SlopeMap map{size, std::vector<vec2>(static_cast<std::size_t>(size) * size)};
     ForEachIndex(size, 0, [&](int t) { FillRow(sea, t, map); });
     Level(map);
     return map;
@@ -127,8 +127,8 @@ Picture NormalPicture(const SlopeMap& map) {
     Picture picture(map.size, map.size);
     for (int t = 0; t < map.size; ++t)
         for (int s = 0; s < map.size; ++s) {
-            const Vec2 slope = map.At(s, t);
-            const Vec3 normal = Normalize({-slope.x, -slope.y, 1});
+            const vec2 slope = map.At(s, t);
+            const vec3 normal = Normalized(vec3{-slope.x, -slope.y, 1});
             picture.At(s, map.size - 1 - t) = {0.5f + 0.5f * normal.x, 0.5f + 0.5f * normal.y,
                                                0.5f + 0.5f * normal.z, 1};
         }

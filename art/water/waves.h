@@ -1,7 +1,7 @@
 #pragma once
 
-#include "art/common/picture.h"
 #include "art/common/math.h"
+#include "art/common/picture.h"
 
 #include <vector>
 
@@ -10,9 +10,9 @@ namespace Art {
 /// Slopes of a square, tiling patch of sea: x along the texture's s, y along its t.
 struct SlopeMap {
     int size = 0;
-    std::vector<Vec2> slopes; ///< size * size, rows in the order of growing t
+    std::vector<vec2> slopes; ///< size * size, rows in the order of growing t
 
-    const Vec2& At(int s, int t) const { return slopes[static_cast<std::size_t>(t) * size + s]; }
+    const vec2& At(int s, int t) const { return slopes[static_cast<std::size_t>(t) * size + s]; }
 };
 
 /// A calm evening sea of waves from half a tile down to a ninetieth of one. The waves of

@@ -6,7 +6,7 @@ namespace Art {
 namespace {
 
 /// Brightness of a layer at a point of its cell; (0, 0) is the middle, 1 the visible rim.
-using Shape = float (*)(Vec2 p);
+using Shape = float (*)(vec2 p);
 
 /// One billboard layer: its light and how large it stands in the scene.
 struct Layer {
@@ -21,16 +21,16 @@ struct Layer {
 constexpr float rimShare = 0.86f;
 
 /// Fades every light to nothing at the rim.
-float Inside(Vec2 p) {
+float Inside(vec2 p) {
     return 1 - SmoothStep(0.55f, 1.0f, Length(p));
 }
 
-float Halo(Vec2 p) {
+float Halo(vec2 p) {
     const float r = Length(p);
     return Inside(p) * (0.42f * std::exp(-r * r * 7.5f) + 0.20f * std::exp(-r * 3.2f));
 }
 
-float Rays(Vec2 p) {
+float Rays(vec2 p) {
     const float r = Length(p);
     const float angle = std::atan2(p.y, p.x);
     // Long and short rays in turn; noise on the circle makes no two alike.
@@ -41,7 +41,7 @@ float Rays(Vec2 p) {
            SmoothStep(0, 0.08f, r);
 }
 
-float Sparks(Vec2 p) {
+float Sparks(vec2 p) {
     const float r = Length(p);
     const float angle = std::atan2(p.y, p.x) / (2 * pi) * 14;
     const Cell cell = Cellular2({angle, r * 4.5f}, 467, 14);
@@ -50,7 +50,7 @@ float Sparks(Vec2 p) {
     return Inside(p) * ring * spark * 1.6f;
 }
 
-float Core(Vec2 p) {
+float Core(vec2 p) {
     const float r = Length(p);
     return Inside(p) * (1.0f * std::exp(-r * r * 22) + 0.55f * std::exp(-r * r * 5));
 }
@@ -63,8 +63,9 @@ constexpr std::array<Layer, 4> layers = {{
     {Core, 1.0f, 0.80f, -1},
 }};
 
-Vec3 LightColour(const WispKind& kind, const Layer& layer, float light) {
-    const Vec3 hot = Mix(kind.colour, Vec3{1, 1, 1}, layer.white * SmoothStep(0.35f, 1.05f, light));
+vec3 LightColour(const WispKind& kind, const Layer& layer, float light) {
+    const vec3 hot =
+        Lerp(kind.colour, vec3{1, 1, 1}, layer.white * SmoothStep(0.35f, 1.05f, light));
     return hot * light;
 }
 
@@ -74,21 +75,21 @@ void PaintCell(const WispKind& kind, int index, int cell, Picture& picture) {
     for (int y = 0; y < cell; ++y)
         for (int x = 0; x < cell; ++x) {
             const float half = static_cast<float>(cell) / 2;
-            const Vec2 p = {(static_cast<float>(x) + 0.5f - half) / half,
+            const vec2 p = {(static_cast<float>(x) + 0.5f - half) / half,
                             (static_cast<float>(y) + 0.5f - half) / half};
             const Layer& layer = layers[index];
-            const Vec3 light = LightColour(kind, layer, layer.shape(p * (1 / rimShare)));
+            const vec3 light = LightColour(kind, layer, layer.shape(p * (1 / rimShare)));
             const int fromTop = picture.Height() - 1 - (bottom + y);
             picture.At(left + x, fromTop) = {Clamp01(light.x), Clamp01(light.y), Clamp01(light.z),
                                              1};
         }
 }
 
-MeshVertex Corner(int index, float radius, Vec2 side) {
+MeshVertex Corner(int index, float radius, vec2 side) {
     const int column = index % 2;
     const int row = index / 2;
-    const Vec2 cell = {static_cast<float>(column), static_cast<float>(row)};
-    const Vec2 at = {(cell.x + 0.5f + 0.5f * side.x) / 2, (cell.y + 0.5f + 0.5f * side.y) / 2};
+    const vec2 cell = {static_cast<float>(column), static_cast<float>(row)};
+    const vec2 at = {(cell.x + 0.5f + 0.5f * side.x) / 2, (cell.y + 0.5f + 0.5f * side.y) / 2};
     const float depth = layers[index].turn * radius;
     return {{side.x * radius, side.y * radius, depth}, {0, 0, 1}, at, {}};
 }
@@ -112,10 +113,10 @@ Picture WispLight(const WispKind& kind, int cell) {
 }
 
 MeshFile WispMesh(const WispKind& kind) {
-    constexpr Vec2 corners[] = {{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}};
+    constexpr vec2 corners[] = {{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}};
     SubMesh quads{{kind.name + ".png", "", ""}, {}};
     for (int i = 0; i < static_cast<int>(layers.size()); ++i)
-        for (const Vec2& side : corners)
+        for (const vec2& side : corners)
             quads.vertices.push_back(Corner(i, layers[i].radius * kind.size, side));
     return {"Data/Gfx/Wisp/", false, {quads}};
 }

@@ -11,7 +11,7 @@ namespace Art {
 /// One of the three lights that circle the basin.
 struct WispKind {
     std::string name; ///< of its mesh and its texture
-    Vec3 colour;      ///< of the outer glow, display values
+    vec3 colour;      ///< of the outer glow, display values
     float size;       ///< of all its layers, 1 = usual; also keeps the three from pulsing alike
 };
 
