@@ -16,47 +16,47 @@ inline constexpr int materialCount = static_cast<int>(Material::Count);
 /// File name of a material's texture and how many units one repeat of it covers.
 struct MaterialFile {
     const char* texture;
-    Vec2 tile; ///< units across and up
+    vec2 tile; ///< units across and up
 };
 const MaterialFile& FileOf(Material material);
 
 /// How a surface is covered: texcoord = origin + local * scale, in repeats of the texture.
 struct Paint {
     Material material = Material::Stone;
-    Vec2 origin{};
-    Vec2 scale{};
+    vec2 origin{};
+    vec2 scale{};
 };
 /// The texture at its natural size, moved by `shift` units.
-Paint Plain(Material material, Vec2 shift = {});
+Paint Plain(Material material, vec2 shift = {});
 
 /// A flat piece of the city: polygons that lie in one plane and share one light-map chart.
 struct Surface {
-    Vec3 origin; ///< world place of local (0, 0)
-    Vec3 u;      ///< world direction of local x, unit length
-    Vec3 v;      ///< world direction of local y, unit length; normal = u x v
+    vec3 origin; ///< world place of local (0, 0)
+    vec3 u;      ///< world direction of local x, unit length
+    vec3 v;      ///< world direction of local y, unit length; normal = u x v
     Paint paint;
     /// Polygons in local coordinates, counter-clockwise; the first corner of each sees the whole
     /// of it, so that a fan of triangles from there covers it.
-    std::vector<std::vector<Vec2>> polygons;
+    std::vector<std::vector<vec2>> polygons;
 
-    Vec3 Normal() const { return Cross(u, v); }
-    Vec3 World(Vec2 p) const { return origin + u * p.x + v * p.y; }
+    vec3 Normal() const { return Cross(u, v); }
+    vec3 World(vec2 p) const { return origin + u * p.x + v * p.y; }
 };
 
 /// A small warm light for the light map.
 struct LampLight {
-    Vec3 position;
+    vec3 position;
     float power = 1; ///< in ordinary street lamps
 };
 
 /// Where local building coordinates stand in the world: turned about y and moved.
 struct Place {
-    Vec3 origin{};
-    Vec2 x{1, 0}; ///< world (x, z) direction of local +x, unit length
+    vec3 origin{};
+    vec2 x{1, 0}; ///< world (x, z) direction of local +x, unit length
 
-    Vec3 World(Vec3 local) const;
+    vec3 World(vec3 local) const;
     /// Direction only.
-    Vec3 Turn(Vec3 local) const;
+    vec3 Turn(vec3 local) const;
 };
 
 /// Collects the surfaces and lamps of the city.
@@ -74,22 +74,22 @@ public:
 
     std::vector<Surface> surfaces;
     std::vector<LampLight> lamps;
-    std::vector<Vec2> buildings; ///< ground places of the houses and towers
+    std::vector<vec2> buildings; ///< ground places of the houses and towers
 
     void SetPlace(const Place& newPlace) { place = newPlace; }
     const Place& GetPlace() const { return place; }
 
     /// Opens a surface at a local frame and returns it for adding polygons; the reference
     /// holds until the next surface is opened.
-    Surface& Open(Vec3 origin, Vec3 u, Vec3 v, const Paint& paint);
+    Surface& Open(vec3 origin, vec3 u, vec3 v, const Paint& paint);
     /// A rectangle of w x h from a local corner.
-    void Rect(Vec3 origin, Vec3 u, Vec3 v, float w, float h, const Paint& paint);
+    void Rect(vec3 origin, vec3 u, vec3 v, float w, float h, const Paint& paint);
     /// A flat polygon of three or four local corners, counter-clockwise seen from outside.
     /// Local x of its texture runs along the first edge.
-    void Facet(const std::vector<Vec3>& corners, const Paint& paint);
-    void Lamp(Vec3 local, float power = 1);
+    void Facet(const std::vector<vec3>& corners, const Paint& paint);
+    void Lamp(vec3 local, float power = 1);
     /// Counts a building that stands at the local ground point.
-    void Building(Vec2 local = {});
+    void Building(vec2 local = {});
 
 private:
     Place place;

@@ -7,8 +7,8 @@ namespace Art {
 
 /// One eye on a flight, in the city's own coordinates (the city's height taken off).
 struct Eye {
-    Vec3 position;
-    Vec3 forward;      ///< unit length
+    vec3 position;
+    vec3 forward;      ///< unit length
     float waterHeight; ///< of the world's water, over the city's own zero
 };
 
@@ -23,6 +23,6 @@ inline constexpr float pictureHalfWidth = 2.2169f;
 inline constexpr float pictureHalfHeight = 0.22169f;
 
 /// Direction through the picture at -1..1 across and up.
-Vec3 RayThrough(const Eye& eye, float x, float y);
+vec3 RayThrough(const Eye& eye, float x, float y);
 
 } // namespace Art

@@ -187,15 +187,15 @@ void AddHouse(Builder& b, float width, float height, const RowStyle& style, Rand
 
 } // namespace
 
-Place Facing(Vec2 from, Vec2 to, float y) {
-    const Vec2 along = (to - from) * (1 / Length(to - from));
+Place Facing(vec2 from, vec2 to, float y) {
+    const vec2 along = (to - from) * (1 / Length(to - from));
     return {{from.x, y, from.y}, along};
 }
 
-void AddRow(Builder& b, Vec2 from, Vec2 to, const RowStyle& style, unsigned seed) {
+void AddRow(Builder& b, vec2 from, vec2 to, const RowStyle& style, unsigned seed) {
     Random random(seed);
     const float length = Length(to - from);
-    const Vec2 along = (to - from) * (1 / length);
+    const vec2 along = (to - from) * (1 / length);
     float x = 0;
     float last = 0;
     while (x < length - 0.5f) {
@@ -213,7 +213,7 @@ void AddRow(Builder& b, Vec2 from, Vec2 to, const RowStyle& style, unsigned seed
     b.SetPlace({});
 }
 
-void AddPalace(Builder& b, Vec2 from, Vec2 to, float depth, float height, unsigned seed) {
+void AddPalace(Builder& b, vec2 from, vec2 to, float depth, float height, unsigned seed) {
     Random random(seed);
     b.SetPlace(Facing(from, to));
     const float width = Length(to - from);
@@ -228,7 +228,7 @@ void AddPalace(Builder& b, Vec2 from, Vec2 to, float depth, float height, unsign
     for (int i = 0; i < columns; ++i)
         AddColumn(
             b,
-            {Mix(x0 + 0.25f, x1 - 0.25f, static_cast<float>(i) / static_cast<float>(columns - 1)),
+            {Lerp(x0 + 0.25f, x1 - 0.25f, static_cast<float>(i) / static_cast<float>(columns - 1)),
              -0.25f},
             quayHeight + 0.25f, beam, 0.14f, 6, trim);
     const Box attic{x0, x1, beam, beam + 0.4f, -1.2f, 0.05f};
@@ -240,7 +240,7 @@ void AddPalace(Builder& b, Vec2 from, Vec2 to, float depth, float height, unsign
     b.SetPlace({});
 }
 
-void AddBasilica(Builder& b, Vec2 at, Vec2 along, float s, unsigned seed) {
+void AddBasilica(Builder& b, vec2 at, vec2 along, float s, unsigned seed) {
     b.SetPlace({{at.x, 0, at.y}, along});
     const Paint roof = Plain(Material::Roof);
     const Box nave{-1.1f * s, 1.1f * s, quayHeight, quayHeight + 2.2f * s, -6 * s, -0.6f * s};
@@ -259,7 +259,7 @@ void AddBasilica(Builder& b, Vec2 at, Vec2 along, float s, unsigned seed) {
         AddTaper(b, Ring({t, -0.4f * s}, 0.58f * s, 8), {t, -0.4f * s}, bell.y1 + 0.8f * s,
                  bell.y1 + 2.0f * s, 0, {roof, roof}, false);
     }
-    const Vec2 crossing{0, -4.2f * s};
+    const vec2 crossing{0, -4.2f * s};
     AddPrism(b, Ring(crossing, 1.6f * s, 12), quayHeight + 2.2f * s, quayHeight + 3.6f * s,
              {Plain(Material::Palace), trim});
     AddDome(b, crossing, 1.7f * s, quayHeight + 3.6f * s, 1.9f * s, 12, 4, roof);

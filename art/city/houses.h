@@ -22,15 +22,15 @@ struct RowStyle {
 
 /// Fills the line between two ground points with houses that face Cross(direction, up), each
 /// reaching `depth` back. Lots differ in width, height, roof and dress, by `seed`.
-void AddRow(Builder& b, Vec2 from, Vec2 to, const RowStyle& style, unsigned seed);
+void AddRow(Builder& b, vec2 from, vec2 to, const RowStyle& style, unsigned seed);
 
 /// A big house with a hip roof, a front of columns and a stair.
-void AddPalace(Builder& b, Vec2 from, Vec2 to, float depth, float height, unsigned seed);
+void AddPalace(Builder& b, vec2 from, vec2 to, float depth, float height, unsigned seed);
 
 /// A basilica with nave, aisles, dome and two bell towers; `at` is the middle of its front.
-void AddBasilica(Builder& b, Vec2 at, Vec2 along, float size, unsigned seed);
+void AddBasilica(Builder& b, vec2 at, vec2 along, float size, unsigned seed);
 
 /// The place whose local x runs from `from` to `to` at ground level.
-Place Facing(Vec2 from, Vec2 to, float y = 0);
+Place Facing(vec2 from, vec2 to, float y = 0);
 
 } // namespace Art

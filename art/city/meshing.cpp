@@ -14,10 +14,10 @@ namespace {
 struct Charted {
     const Surface* surface;
     Sight sight;
-    Vec2 low;
-    Vec2 high;
+    vec2 low;
+    vec2 high;
     Chart chart;
-    Vec2 mark; ///< added to its texture coordinates
+    vec2 mark; ///< added to its texture coordinates
 };
 
 // The material draws a surface only in the pictures that show it. It reads their bits off whole
@@ -26,8 +26,8 @@ constexpr unsigned bitsPerCoordinate = 5;
 constexpr float repeatsPerMark = 64;
 constexpr unsigned allViews = (1u << 2 * bitsPerCoordinate) - 1;
 
-Vec2 MarkOf(unsigned views) {
-    return Vec2{static_cast<float>(views % (1u << bitsPerCoordinate)),
+vec2 MarkOf(unsigned views) {
+    return vec2{static_cast<float>(views % (1u << bitsPerCoordinate)),
                 static_cast<float>(views >> bitsPerCoordinate)} *
            repeatsPerMark;
 }
@@ -35,7 +35,7 @@ Vec2 MarkOf(unsigned views) {
 Charted Enclose(const Surface& surface, const Sight& sight, unsigned views) {
     Charted c{&surface, sight, {1e9f, 1e9f}, {-1e9f, -1e9f}, {}, MarkOf(views)};
     for (const auto& polygon : surface.polygons) {
-        for (const Vec2 p : polygon) {
+        for (const vec2 p : polygon) {
             c.low = {std::min(c.low.x, p.x), std::min(c.low.y, p.y)};
             c.high = {std::max(c.high.x, p.x), std::max(c.high.y, p.y)};
         }
@@ -89,8 +89,8 @@ float PackTightly(std::vector<Charted>& all) {
 
 /// Light-map coordinates of a local point: chart edges fall on the middles of texels, so that
 /// two charts that meet at an edge hold the same light there.
-Vec2 LightmapAt(const Charted& c, Vec2 p) {
-    const Vec2 span = c.high - c.low;
+vec2 LightmapAt(const Charted& c, vec2 p) {
+    const vec2 span = c.high - c.low;
     const float fx = span.x > 0 ? (p.x - c.low.x) / span.x : 0;
     const float fy = span.y > 0 ? (p.y - c.low.y) / span.y : 0;
     const float x =
@@ -100,22 +100,22 @@ Vec2 LightmapAt(const Charted& c, Vec2 p) {
     return {x / lightmapSize, y / lightmapSize};
 }
 
-MeshVertex VertexAt(const Charted& c, Vec2 p) {
+MeshVertex VertexAt(const Charted& c, vec2 p) {
     const Surface& s = *c.surface;
-    const Vec2 texcoord{s.paint.origin.x + p.x * s.paint.scale.x,
+    const vec2 texcoord{s.paint.origin.x + p.x * s.paint.scale.x,
                         s.paint.origin.y + p.y * s.paint.scale.y};
-    return {s.World(p), Normalize(s.Normal()), texcoord + c.mark, LightmapAt(c, p)};
+    return {s.World(p), Normalized(s.Normal()), texcoord + c.mark, LightmapAt(c, p)};
 }
 
 // The wisps circle in this box; their light ends wispReach away from it.
-constexpr Vec3 wispLow{22, 0, 12.5f};
-constexpr Vec3 wispHigh{32.5f, 5, 17.5f};
+constexpr vec3 wispLow{22, 0, 12.5f};
+constexpr vec3 wispHigh{32.5f, 5, 17.5f};
 
-float DistanceToWisps(Vec3 p) {
+float DistanceToWisps(vec3 p) {
     const auto beyond = [](float x, float low, float high) {
         return std::max({low - x, 0.0f, x - high});
     };
-    return Length(Vec3{beyond(p.x, wispLow.x, wispHigh.x), beyond(p.y, wispLow.y, wispHigh.y),
+    return Length(vec3{beyond(p.x, wispLow.x, wispHigh.x), beyond(p.y, wispLow.y, wispHigh.y),
                        beyond(p.z, wispLow.z, wispHigh.z)});
 }
 
@@ -130,31 +130,31 @@ int Cuts(float length, float cell) {
     return std::max(1, static_cast<int>(std::ceil(length / cell - 0.2f)));
 }
 
-bool IsRectangle(const std::vector<Vec2>& p) {
+bool IsRectangle(const std::vector<vec2>& p) {
     return p.size() == 4 && p[0].y == p[1].y && p[1].x == p[2].x && p[2].y == p[3].y &&
            p[3].x == p[0].x;
 }
 
 void AppendPolygon(std::vector<MeshVertex>& out, const Charted& c,
-                   const std::vector<Vec2>& polygon) {
+                   const std::vector<vec2>& polygon) {
     for (std::size_t i = 2; i < polygon.size(); ++i)
-        for (const Vec2 p : {polygon[0], polygon[i - 1], polygon[i]})
+        for (const vec2 p : {polygon[0], polygon[i - 1], polygon[i]})
             out.push_back(VertexAt(c, p));
 }
 
-void AppendCut(std::vector<MeshVertex>& out, const Charted& c, const std::vector<Vec2>& polygon) {
+void AppendCut(std::vector<MeshVertex>& out, const Charted& c, const std::vector<vec2>& polygon) {
     const Surface& s = *c.surface;
-    const Vec3 middle = s.World((polygon[0] + polygon[2]) * 0.5f);
+    const vec3 middle = s.World((polygon[0] + polygon[2]) * 0.5f);
     const bool seen = IsRectangle(polygon) && c.sight.rays > 0 && middle.y > 0;
     const float reach = Length(polygon[2] - polygon[0]) / 2;
     const float cell = seen ? CellSize(std::max(DistanceToWisps(middle) - reach, 0.0f)) : 1000.0f;
-    const Vec2 span = polygon[2] - polygon[0];
+    const vec2 span = polygon[2] - polygon[0];
     const int nx = Cuts(span.x, cell);
     const int ny = Cuts(span.y, cell);
     for (int j = 0; j < ny; ++j) {
         for (int i = 0; i < nx; ++i) {
             const auto at = [&](int x, int y) {
-                return Vec2{polygon[0].x + span.x * static_cast<float>(x) / static_cast<float>(nx),
+                return vec2{polygon[0].x + span.x * static_cast<float>(x) / static_cast<float>(nx),
                             polygon[0].y + span.y * static_cast<float>(y) / static_cast<float>(ny)};
             };
             AppendPolygon(out, c, {at(i, j), at(i + 1, j), at(i + 1, j + 1), at(i, j + 1)});
@@ -209,14 +209,14 @@ constexpr int bandCount = 6;
 /// corner of the picture the material moves them, and a view mark beyond all others tells them
 /// apart.
 SubMesh Curtain() {
-    constexpr Vec3 inTheBasin{26, -1, 14};
-    const Vec2 mark{repeatsPerMark * static_cast<float>(1u << bitsPerCoordinate), 0};
+    constexpr vec3 inTheBasin{26, -1, 14};
+    const vec2 mark{repeatsPerMark * static_cast<float>(1u << bitsPerCoordinate), 0};
     SubMesh curtain;
     curtain.textures[0] = FileOf(Material::Trim).texture;
     for (const float ceiling : {1.0f, 0.0f})
-        for (const Vec2 to : {Vec2{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}})
+        for (const vec2 to : {vec2{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}})
             curtain.vertices.push_back(
-                {inTheBasin, Normalize({to.x, to.y, ceiling}), mark, {0, 0}});
+                {inTheBasin, Normalized(vec3{to.x, to.y, ceiling}), mark, {0, 0}});
     return curtain;
 }
 

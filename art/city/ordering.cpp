@@ -13,7 +13,7 @@ namespace {
 constexpr float liftOff = 0.004f;
 
 /// A point inside a random triangle of the polygons.
-Vec3 PointOn(const Surface& surface, Random& random) {
+vec3 PointOn(const Surface& surface, Random& random) {
     const auto& polygon =
         surface.polygons[random.Int(0, static_cast<int>(surface.polygons.size()) - 1)];
     const int i = random.Int(1, static_cast<int>(polygon.size()) - 2);
@@ -23,23 +23,23 @@ Vec3 PointOn(const Surface& surface, Random& random) {
         a = 1 - a;
         c = 1 - c;
     }
-    const Vec2 p = polygon[0] + (polygon[i] - polygon[0]) * a + (polygon[i + 1] - polygon[0]) * c;
+    const vec2 p = polygon[0] + (polygon[i] - polygon[0]) * a + (polygon[i + 1] - polygon[0]) * c;
     return surface.World(p) + surface.Normal() * liftOff;
 }
 
-Vec3 DirectionOver(Vec3 normal, Random& random) {
+vec3 DirectionOver(vec3 normal, Random& random) {
     const float z = random.Range(-1, 1);
     const float angle = random.Range(0, 2 * pi);
     const float ring = std::sqrt(1 - z * z);
-    const Vec3 sphere{ring * std::cos(angle), ring * std::sin(angle), z};
-    return Normalize(sphere + normal * 1.01f);
+    const vec3 sphere{ring * std::cos(angle), ring * std::sin(angle), z};
+    return Normalized(sphere + normal * 1.01f);
 }
 
 bool IsOpen(const Surface& surface, const SightLines& lines, Random& random) {
     constexpr int tryCount = 160;
     for (int i = 0; i < tryCount; ++i) {
-        const Vec3 point = PointOn(surface, random);
-        const Vec3 direction = DirectionOver(surface.Normal(), random);
+        const vec3 point = PointOn(surface, random);
+        const vec3 direction = DirectionOver(surface.Normal(), random);
         Hit hit;
         if (!lines.Closest(point, direction, hit))
             return true;
@@ -77,7 +77,7 @@ constexpr std::size_t deepest = 10;
 
 /// What lies along a picture ray; the mirror image in the water is another picture, so it comes as
 /// a list of its own.
-void FollowRay(const SightLines& lines, const Eye& eye, Vec3 direction, std::vector<Crossing>& seen,
+void FollowRay(const SightLines& lines, const Eye& eye, vec3 direction, std::vector<Crossing>& seen,
                std::vector<Crossing>& mirrored) {
     const auto collect = [](std::vector<Crossing>& found, float start) {
         return [&found, start](int surface, float way) {
@@ -108,11 +108,11 @@ void NoteRay(const std::vector<Crossing>& crossings, bool first, std::vector<Sig
     }
 }
 
-Vec3 Middle(const Surface& surface) {
-    Vec2 low{1e9f, 1e9f};
-    Vec2 high{-1e9f, -1e9f};
+vec3 Middle(const Surface& surface) {
+    vec2 low{1e9f, 1e9f};
+    vec2 high{-1e9f, -1e9f};
     for (const auto& polygon : surface.polygons)
-        for (const Vec2 p : polygon) {
+        for (const vec2 p : polygon) {
             low = {std::min(low.x, p.x), std::min(low.y, p.y)};
             high = {std::max(high.x, p.x), std::max(high.y, p.y)};
         }
@@ -121,7 +121,7 @@ Vec3 Middle(const Surface& surface) {
 
 void NoteNearest(const Eye& eye, const std::vector<Surface>& surfaces, std::vector<Sight>& sights) {
     for (std::size_t i = 0; i < surfaces.size(); ++i) {
-        const Vec3 middle = Middle(surfaces[i]);
+        const vec3 middle = Middle(surfaces[i]);
         // Across the water's surface nothing is seen closely.
         const bool apart = (middle.y < -0.05f) != (eye.position.y < 0);
         const float distance = Length(middle - eye.position) * (apart ? 6.0f : 1.0f);

@@ -6,14 +6,14 @@ namespace Art {
 
 namespace {
 
-constexpr Vec3 up{0, 1, 0};
+constexpr vec3 up{0, 1, 0};
 
-Vec3 At(Vec2 ground, float y) {
+vec3 At(vec2 ground, float y) {
     return {ground.x, y, ground.y};
 }
 
 /// Walls face outwards when the outline runs this way round (negative shoelace in x, z).
-std::vector<Vec2> Outwards(std::vector<Vec2> outline) {
+std::vector<vec2> Outwards(std::vector<vec2> outline) {
     float area = 0;
     for (std::size_t i = 0; i < outline.size(); ++i)
         area += Cross(outline[i], outline[(i + 1) % outline.size()]);
@@ -22,8 +22,8 @@ std::vector<Vec2> Outwards(std::vector<Vec2> outline) {
     return outline;
 }
 
-void AddWallPiece(Builder& b, Vec2 from, Vec2 to, float y0, float y1, Paint paint, float foot) {
-    const Vec2 along = to - from;
+void AddWallPiece(Builder& b, vec2 from, vec2 to, float y0, float y1, Paint paint, float foot) {
+    const vec2 along = to - from;
     const float length = Length(along);
     if (length < 1e-4f || y1 - y0 < 1e-4f)
         return;
@@ -33,7 +33,7 @@ void AddWallPiece(Builder& b, Vec2 from, Vec2 to, float y0, float y1, Paint pain
 
 /// The paint of a facade on a wall `width` wide: whole bays, storeys from the foot.
 Paint FacadePaint(Material material, float width, unsigned seed) {
-    const Vec2 tile = FileOf(material).tile;
+    const vec2 tile = FileOf(material).tile;
     const float bays = std::max(1.0f, std::round(width));
     const float first = std::floor(HashUnit(seed, 7) * tile.x);
     return {material, {first / tile.x, 0}, {bays / width / tile.x, 1 / tile.y}};
@@ -41,7 +41,7 @@ Paint FacadePaint(Material material, float width, unsigned seed) {
 
 } // namespace
 
-void AddWall(Builder& b, Vec2 from, Vec2 to, float y0, float y1, const Paint& paint) {
+void AddWall(Builder& b, vec2 from, vec2 to, float y0, float y1, const Paint& paint) {
     if (y0 >= 0 || y1 <= 0) {
         AddWallPiece(b, from, to, y0, y1, paint, y0);
         return;
@@ -50,29 +50,29 @@ void AddWall(Builder& b, Vec2 from, Vec2 to, float y0, float y1, const Paint& pa
     AddWallPiece(b, from, to, Builder::splitHigh, y1, paint, y0);
 }
 
-void AddFloor(Builder& b, std::vector<Vec2> outline, float y, const Paint& paint) {
+void AddFloor(Builder& b, std::vector<vec2> outline, float y, const Paint& paint) {
     outline = Outwards(std::move(outline));
     Surface& surface = b.Open({0, y, 0}, {1, 0, 0}, {0, 0, -1}, paint);
-    std::vector<Vec2> polygon;
+    std::vector<vec2> polygon;
     polygon.reserve(outline.size());
-    for (const Vec2 p : outline)
+    for (const vec2 p : outline)
         polygon.push_back({p.x, -p.y});
     surface.polygons.push_back(polygon);
 }
 
-void AddPrism(Builder& b, std::vector<Vec2> outline, float y0, float y1, const Finish& finish) {
+void AddPrism(Builder& b, std::vector<vec2> outline, float y0, float y1, const Finish& finish) {
     outline = Outwards(std::move(outline));
     for (std::size_t i = 0; i < outline.size(); ++i)
         AddWall(b, outline[i], outline[(i + 1) % outline.size()], y0, y1, finish.wall);
     AddFloor(b, outline, y1, finish.top);
 }
 
-void AddTaper(Builder& b, std::vector<Vec2> outline, Vec2 centre, float y0, float y1, float scale,
+void AddTaper(Builder& b, std::vector<vec2> outline, vec2 centre, float y0, float y1, float scale,
               const Finish& finish, bool cap) {
     outline = Outwards(std::move(outline));
-    std::vector<Vec2> upper;
+    std::vector<vec2> upper;
     upper.reserve(outline.size());
-    for (const Vec2 p : outline)
+    for (const vec2 p : outline)
         upper.push_back(centre + (p - centre) * scale);
     for (std::size_t i = 0; i < outline.size(); ++i) {
         const std::size_t j = (i + 1) % outline.size();
@@ -86,11 +86,11 @@ void AddTaper(Builder& b, std::vector<Vec2> outline, Vec2 centre, float y0, floa
         AddFloor(b, upper, y1, finish.top);
 }
 
-std::vector<Vec2> Ring(Vec2 centre, float radius, int sides, float turn) {
-    std::vector<Vec2> ring;
+std::vector<vec2> Ring(vec2 centre, float radius, int sides, float turn) {
+    std::vector<vec2> ring;
     for (int i = 0; i < sides; ++i) {
         const float angle = turn + 2 * pi * static_cast<float>(i) / static_cast<float>(sides);
-        ring.push_back(centre + Vec2{std::cos(angle), std::sin(angle)} * radius);
+        ring.push_back(centre + vec2{std::cos(angle), std::sin(angle)} * radius);
     }
     return ring;
 }
@@ -104,10 +104,10 @@ void AddBox(Builder& b, const Box& box, const Finish& finish, bool bottom) {
 }
 
 void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& top, unsigned seed) {
-    const Vec2 corners[] = {{box.x0, box.z1}, {box.x1, box.z1}, {box.x1, box.z0}, {box.x0, box.z0}};
+    const vec2 corners[] = {{box.x0, box.z1}, {box.x1, box.z1}, {box.x1, box.z0}, {box.x0, box.z0}};
     for (unsigned i = 0; i < 4; ++i) {
-        const Vec2 from = corners[i];
-        const Vec2 to = corners[(i + 1) % 4];
+        const vec2 from = corners[i];
+        const vec2 to = corners[(i + 1) % 4];
         AddWall(b, from, to, box.y0, box.y1,
                 FacadePaint(material, Length(to - from), Hash(seed, i)));
     }
@@ -168,11 +168,11 @@ void AddHip(Builder& b, const Box& base, float rise, float eaves, const Paint& r
     const float y = base.y1;
     const float inset = std::min(x1 - x0, z1 - z0) / 2;
     const bool wide = x1 - x0 >= z1 - z0;
-    const Vec3 r0 = wide ? Vec3{x0 + inset, y + rise, (z0 + z1) / 2}
-                         : Vec3{(x0 + x1) / 2, y + rise, z0 + inset};
-    const Vec3 r1 = wide ? Vec3{x1 - inset, y + rise, (z0 + z1) / 2}
-                         : Vec3{(x0 + x1) / 2, y + rise, z1 - inset};
-    const Vec3 c[] = {{x0, y, z1}, {x1, y, z1}, {x1, y, z0}, {x0, y, z0}};
+    const vec3 r0 = wide ? vec3{x0 + inset, y + rise, (z0 + z1) / 2}
+                         : vec3{(x0 + x1) / 2, y + rise, z0 + inset};
+    const vec3 r1 = wide ? vec3{x1 - inset, y + rise, (z0 + z1) / 2}
+                         : vec3{(x0 + x1) / 2, y + rise, z1 - inset};
+    const vec3 c[] = {{x0, y, z1}, {x1, y, z1}, {x1, y, z0}, {x0, y, z0}};
     if (Length(r1 - r0) < 0.05f) {
         for (int i = 0; i < 4; ++i)
             b.Facet({c[i], c[(i + 1) % 4], r0}, roof);
@@ -189,7 +189,7 @@ void AddHip(Builder& b, const Box& base, float rise, float eaves, const Paint& r
     }
 }
 
-void AddDome(Builder& b, Vec2 centre, float radius, float y, float height, int sides, int rings,
+void AddDome(Builder& b, vec2 centre, float radius, float y, float height, int sides, int rings,
              const Paint& paint) {
     const Finish finish{paint, paint};
     for (int i = 0; i < rings; ++i) {
@@ -203,14 +203,14 @@ void AddDome(Builder& b, Vec2 centre, float radius, float y, float height, int s
 
 namespace {
 
-Vec2 ArchPoint(const Arch& arch, int i, int segments) {
+vec2 ArchPoint(const Arch& arch, int i, int segments) {
     const float angle = pi * (1 - static_cast<float>(i) / static_cast<float>(segments));
     const float radius = (arch.x1 - arch.x0) / 2;
     return {(arch.x0 + arch.x1) / 2 + radius * std::cos(angle),
             arch.spring + radius * std::sin(angle)};
 }
 
-using Polygons = std::vector<std::vector<Vec2>>;
+using Polygons = std::vector<std::vector<vec2>>;
 
 /// The pierced face in (x, y), x from 0, y from 0 at the wall's foot.
 Polygons ArchFace(const ArchWall& w, float spring) {
@@ -224,8 +224,8 @@ Polygons ArchFace(const ArchWall& w, float spring) {
     for (const Arch& arch : w.arches) {
         pier(arch.x0);
         for (int i = 0; i < w.segments; ++i) {
-            const Vec2 p = ArchPoint(arch, i, w.segments) - Vec2{w.x0, spring};
-            const Vec2 q = ArchPoint(arch, i + 1, w.segments) - Vec2{w.x0, spring};
+            const vec2 p = ArchPoint(arch, i, w.segments) - vec2{w.x0, spring};
+            const vec2 q = ArchPoint(arch, i + 1, w.segments) - vec2{w.x0, spring};
             polygons.push_back({p, q, {q.x, top}, {p.x, top}});
         }
         x = arch.x1;
@@ -237,7 +237,7 @@ Polygons ArchFace(const ArchWall& w, float spring) {
 Polygons Mirrored(const Polygons& polygons, float width) {
     Polygons result;
     for (const auto& polygon : polygons) {
-        std::vector<Vec2> turned;
+        std::vector<vec2> turned;
         for (auto p = polygon.rbegin(); p != polygon.rend(); ++p)
             turned.push_back({width - p->x, p->y});
         result.push_back(turned);
@@ -250,8 +250,8 @@ void AddArchLining(Builder& b, const ArchWall& w, const Arch& arch, const Paint&
     b.Rect({arch.x0, w.y0, w.z}, {0, 0, -1}, up, w.thickness, arch.spring - w.y0, paint);
     b.Rect({arch.x1, w.y0, z0}, {0, 0, 1}, up, w.thickness, arch.spring - w.y0, paint);
     for (int i = 0; i < w.segments; ++i) {
-        const Vec2 p = ArchPoint(arch, i, w.segments);
-        const Vec2 q = ArchPoint(arch, i + 1, w.segments);
+        const vec2 p = ArchPoint(arch, i, w.segments);
+        const vec2 q = ArchPoint(arch, i + 1, w.segments);
         b.Facet({{p.x, p.y, w.z}, {p.x, p.y, z0}, {q.x, q.y, z0}, {q.x, q.y, w.z}}, paint);
     }
 }
@@ -284,9 +284,9 @@ void AddStairs(Builder& b, float x0, float x1, float z, float y1, float y0, int 
     }
 }
 
-void AddSpark(Builder& b, Vec3 c, float size, float power) {
+void AddSpark(Builder& b, vec3 c, float size, float power) {
     const Paint glow{Material::Lamp, {0.5f, 0.5f}, {0, 0}};
-    const std::vector<Vec2> ring = Outwards(Ring({c.x, c.z}, size, 4, pi / 4));
+    const std::vector<vec2> ring = Outwards(Ring({c.x, c.z}, size, 4, pi / 4));
     AddTaper(b, ring, {c.x, c.z}, c.y - size * 0.3f, c.y + size * 1.3f, 0, {glow, glow}, false);
     for (std::size_t i = 0; i < 4; ++i)
         b.Facet({At(ring[(i + 1) % 4], c.y - size * 0.3f),
@@ -296,13 +296,13 @@ void AddSpark(Builder& b, Vec3 c, float size, float power) {
     b.Lamp(c, power);
 }
 
-void AddLantern(Builder& b, Vec3 c, float size, float power) {
+void AddLantern(Builder& b, vec3 c, float size, float power) {
     const Paint iron = Plain(Material::Roof);
     const float wide = size * 1.41421f;
     const float narrow = wide * 0.6f;
     // One pane fills the texture across and up; it starts at the narrow foot.
     const Paint pane{Material::Lamp, {0.5f - narrow / wide / 2, 0}, {1 / wide, 1 / (1.75f * size)}};
-    const Vec2 at{c.x, c.z};
+    const vec2 at{c.x, c.z};
     AddTaper(b, Ring(at, size * 0.6f, 4, pi / 4), at, c.y - size * 0.95f, c.y + size * 0.75f,
              1 / 0.6f, {pane, iron}, false);
     AddTaper(b, Ring(at, size * 1.25f, 4, pi / 4), at, c.y + size * 0.75f, c.y + size * 1.5f, 0.12f,
@@ -312,22 +312,22 @@ void AddLantern(Builder& b, Vec3 c, float size, float power) {
     b.Lamp(c, power);
 }
 
-void AddLampPost(Builder& b, Vec3 foot, float height) {
+void AddLampPost(Builder& b, vec3 foot, float height) {
     const Paint iron = Plain(Material::Roof);
-    const Vec2 at{foot.x, foot.z};
+    const vec2 at{foot.x, foot.z};
     AddTaper(b, Ring(at, 0.055f, 3), at, foot.y, foot.y + height - 0.1f, 0.6f, {iron, iron}, false);
     AddLantern(b, {foot.x, foot.y + height, foot.z}, 0.12f, 1);
 }
 
-void AddBoat(Builder& b, Vec3 at, float length) {
+void AddBoat(Builder& b, vec3 at, float length) {
     const Paint wood = Plain(Material::Roof, {1.3f, 2.1f});
     const float half = length / 2;
     const float w = length * 0.13f;
     const auto hull = [&](float along, float side, float y) {
-        return Vec3{at.x + along * half, at.y + y, at.z + side * w};
+        return vec3{at.x + along * half, at.y + y, at.z + side * w};
     };
     for (const float side : {1.0f, -1.0f}) {
-        const std::vector<std::vector<Vec3>> strakes = {
+        const std::vector<std::vector<vec3>> strakes = {
             {hull(-0.62f, side * 0.7f, -0.1f), hull(0.62f, side * 0.7f, -0.1f),
              hull(0.6f, side, 0.26f), hull(-0.6f, side, 0.26f)},
             {hull(0.62f, side * 0.7f, -0.1f), hull(0.95f, 0, 0), hull(1.08f, 0, 0.55f),
@@ -336,7 +336,7 @@ void AddBoat(Builder& b, Vec3 at, float length) {
              hull(-1.08f, 0, 0.5f)},
         };
         for (const auto& strake : strakes) {
-            std::vector<Vec3> corners = strake;
+            std::vector<vec3> corners = strake;
             if (side < 0)
                 std::reverse(corners.begin(), corners.end());
             for (std::size_t i = 2; i < corners.size(); ++i)
@@ -350,10 +350,10 @@ void AddBoat(Builder& b, Vec3 at, float length) {
     b.Facet({hull(-0.6f, -0.95f, 0.2f), hull(-1.0f, 0, 0.4f), hull(-0.6f, 0.95f, 0.2f)}, wood);
 }
 
-void AddColumn(Builder& b, Vec2 at, float y0, float y1, float radius, int sides,
+void AddColumn(Builder& b, vec2 at, float y0, float y1, float radius, int sides,
                const Paint& paint) {
     const Finish finish{paint, paint};
-    const Vec2 half{radius * 1.35f, radius * 1.35f};
+    const vec2 half{radius * 1.35f, radius * 1.35f};
     AddBox(b, {at.x - half.x, at.x + half.x, y0, y0 + radius * 0.8f, at.y - half.y, at.y + half.y},
            finish);
     AddTaper(b, Ring(at, radius, sides), at, y0 + radius * 0.8f, y1 - radius * 0.8f, 0.82f, finish,

@@ -21,28 +21,28 @@ void AddBox(Builder& b, const Box& box, const Finish& finish, bool bottom = fals
 void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& top, unsigned seed);
 
 /// A vertical wall between two ground points, facing Cross(direction, up). Split at the water.
-void AddWall(Builder& b, Vec2 from, Vec2 to, float y0, float y1, const Paint& paint);
+void AddWall(Builder& b, vec2 from, vec2 to, float y0, float y1, const Paint& paint);
 
 /// A flat horizontal polygon facing up, from ground points in either order.
-void AddFloor(Builder& b, std::vector<Vec2> outline, float y, const Paint& paint);
+void AddFloor(Builder& b, std::vector<vec2> outline, float y, const Paint& paint);
 
 /// An upright prism over ground points (either order), without a bottom.
-void AddPrism(Builder& b, std::vector<Vec2> outline, float y0, float y1, const Finish& finish);
+void AddPrism(Builder& b, std::vector<vec2> outline, float y0, float y1, const Finish& finish);
 
 /// Between a polygon at y0 and the same one scaled about `centre` by `scale` at y1; a scale
 /// of 0 makes a point. With `cap` the upper end is closed.
-void AddTaper(Builder& b, std::vector<Vec2> outline, Vec2 centre, float y0, float y1, float scale,
+void AddTaper(Builder& b, std::vector<vec2> outline, vec2 centre, float y0, float y1, float scale,
               const Finish& finish, bool cap = true);
 
 /// Corners of a regular polygon of `sides` with the given distance to its corners.
-std::vector<Vec2> Ring(Vec2 centre, float radius, int sides, float turn = 0);
+std::vector<vec2> Ring(vec2 centre, float radius, int sides, float turn = 0);
 
 /// Pitched roofs over a rectangle at height y, `rise` high, eaves reaching out by `eaves`.
 void AddGableAlongX(Builder& b, const Box& base, float rise, float eaves, const Finish& finish);
 void AddGableAlongZ(Builder& b, const Box& base, float rise, float eaves, const Finish& finish);
 void AddHip(Builder& b, const Box& base, float rise, float eaves, const Paint& roof);
 /// A dome of `rings` rings over a ring of corners.
-void AddDome(Builder& b, Vec2 centre, float radius, float y, float height, int sides, int rings,
+void AddDome(Builder& b, vec2 centre, float radius, float y, float height, int sides, int rings,
              const Paint& paint);
 
 /// One round arch in a wall: opening between x0 and x1, straight up to `spring`, then round.
@@ -64,15 +64,15 @@ void AddArchWall(Builder& b, const ArchWall& wall, const Paint& face, const Pain
 void AddStairs(Builder& b, float x0, float x1, float z, float y1, float y0, int steps,
                const Paint& paint);
 /// A street lamp: post and glowing head at a local ground point, `height` over `y`.
-void AddLampPost(Builder& b, Vec3 foot, float height);
+void AddLampPost(Builder& b, vec3 foot, float height);
 /// A glowing point with its light, for what is never seen closely.
-void AddSpark(Builder& b, Vec3 centre, float size, float power = 1);
+void AddSpark(Builder& b, vec3 centre, float size, float power = 1);
 /// Only the glazed head of a lamp with its light.
-void AddLantern(Builder& b, Vec3 centre, float size, float power = 1);
+void AddLantern(Builder& b, vec3 centre, float size, float power = 1);
 /// A moored boat, along x about the local point on the water.
-void AddBoat(Builder& b, Vec3 at, float length);
+void AddBoat(Builder& b, vec3 at, float length);
 /// A round column with base and capital.
-void AddColumn(Builder& b, Vec2 at, float y0, float y1, float radius, int sides,
+void AddColumn(Builder& b, vec2 at, float y0, float y1, float radius, int sides,
                const Paint& paint);
 
 } // namespace Art

@@ -14,11 +14,11 @@ namespace {
 // upper left, one leaves through the lower side and bends towards the sea at the lower left.
 
 // The north town stands on a vault: its pavement reaches farther than the ground under it.
-const std::vector<Vec2> northPavement = {{22.2f, 5}, {-7.2f, -21.4f}, {-12, -25.7f},
+const std::vector<vec2> northPavement = {{22.2f, 5}, {-7.2f, -21.4f}, {-12, -25.7f},
                                          {-12, -41}, {46, -41},       {46, 5}};
-const std::vector<Vec2> northGround = {{22.2f, 5}, {-5.6f, -20}, {46, -20}, {46, 5}};
+const std::vector<vec2> northGround = {{22.2f, 5}, {-5.6f, -20}, {46, -20}, {46, 5}};
 
-const std::vector<std::vector<Vec2>> landOutlines = {
+const std::vector<std::vector<vec2>> landOutlines = {
     {{-10, -16.7f}, {18.4f, 8.88f}, {17, 10.27f}, {17, 17.73f}, {-10, 17.73f}},
     {{-6, 17.73f}, {17, 17.73f}, {23.4f, 24.13f}, {22.6f, 32.5f}, {-6, 33.4f}},
     {{-6, 33.4f}, {22.6f, 32.5f}, {4, 62.3f}, {-6, 62.3f}},
@@ -34,7 +34,7 @@ const std::vector<std::vector<Vec2>> landOutlines = {
 
 /// Houses between two points, facing to the right of the way from one to the other (z down).
 struct Row {
-    Vec2 from, to;
+    vec2 from, to;
     RowStyle style;
 };
 
@@ -135,7 +135,7 @@ const std::vector<Tower> towers = {
 };
 
 struct LampLine {
-    Vec2 from, to;
+    vec2 from, to;
     float spacing;
 };
 
@@ -148,7 +148,7 @@ const std::vector<LampLine> lampLines = {
     {{44.0f, -40.6f}, {-11.0f, -40.6f}, 5.0f}, {{-9.6f, -14.0f}, {-9.6f, 17.0f}, 6.0f},
 };
 
-void AddStairsAt(Builder& b, Vec2 at, Vec2 out, float width) {
+void AddStairsAt(Builder& b, vec2 at, vec2 out, float width) {
     // Local +z must point out over the water: x is out turned by a quarter.
     b.SetPlace({{at.x, 0, at.y}, {out.y, -out.x}});
     AddStairs(b, -width / 2, width / 2, 0, quayHeight, -0.5f, 6, Plain(Material::Stone, {2, 1}));
@@ -167,7 +167,7 @@ void AddWaterStairs(Builder& b) {
 }
 
 struct Mooring {
-    Vec2 at;
+    vec2 at;
     float heading;
     float length;
 };

@@ -19,14 +19,14 @@ const Finish stony{stone, stone};
 
 void AddGround(Builder& b, unsigned seed) {
     const auto corner = [&](int i, int j) {
-        const Vec2 p{west + cellSize * static_cast<float>(i),
+        const vec2 p{west + cellSize * static_cast<float>(i),
                      north + cellSize * static_cast<float>(j)};
-        return Vec3{p.x, SeaBedHeight(p, seed), p.y};
+        return vec3{p.x, SeaBedHeight(p, seed), p.y};
     };
-    const Vec2 tile = FileOf(Material::SeaBed).tile;
+    const vec2 tile = FileOf(Material::SeaBed).tile;
     for (int j = 0; north + cellSize * static_cast<float>(j) < south; ++j) {
         for (int i = 0; west + cellSize * static_cast<float>(i) < east; ++i) {
-            const Vec3 c[] = {corner(i, j + 1), corner(i + 1, j + 1), corner(i + 1, j),
+            const vec3 c[] = {corner(i, j + 1), corner(i + 1, j + 1), corner(i + 1, j),
                               corner(i, j)};
             const Paint paint{
                 Material::SeaBed, {c[0].x / tile.x, -c[0].z / tile.y}, {1 / tile.x, 1 / tile.y}};
@@ -39,17 +39,17 @@ void AddGround(Builder& b, unsigned seed) {
     }
 }
 
-void AddRock(Builder& b, Vec2 at, float size, unsigned seed) {
-    std::vector<Vec2> ring = Ring(at, size, 6, HashUnit(seed) * 6);
+void AddRock(Builder& b, vec2 at, float size, unsigned seed) {
+    std::vector<vec2> ring = Ring(at, size, 6, HashUnit(seed) * 6);
     for (std::size_t i = 0; i < ring.size(); ++i)
         ring[i] = at + (ring[i] - at) * (0.7f + 0.6f * HashUnit(seed, static_cast<unsigned>(i)));
     const float y = SeaBedHeight(at, 1) - 1;
     const float middle = y + size * (0.9f + HashUnit(seed, 11));
     const Paint rock = Plain(Material::SeaBed, {at.x, at.y});
-    std::vector<Vec2> upper;
+    std::vector<vec2> upper;
     upper.reserve(ring.size());
-    const Vec2 lean = at + Vec2{size * 0.3f, size * 0.2f};
-    for (const Vec2 p : ring)
+    const vec2 lean = at + vec2{size * 0.3f, size * 0.2f};
+    for (const vec2 p : ring)
         upper.push_back(lean + (p - lean) * 0.62f);
     AddTaper(b, ring, lean, y, middle, 0.62f, {rock, rock}, false);
     AddTaper(b, upper, lean, middle, middle + size * (0.4f + 0.8f * HashUnit(seed, 5)), 0.15f,
@@ -98,7 +98,7 @@ void AddFootArcade(Builder& b, float x0, float x1, float z, float depth) {
 void AddColumnForest(Builder& b, unsigned seed) {
     for (int j = 0; j < 3; ++j) {
         for (int i = 0; i < 10; ++i) {
-            const Vec2 at{-9 + 5.8f * static_cast<float>(i), -35.5f + 4.8f * static_cast<float>(j)};
+            const vec2 at{-9 + 5.8f * static_cast<float>(i), -35.5f + 4.8f * static_cast<float>(j)};
             const float foot = SeaBedHeight(at, seed) - 0.5f;
             AddTaper(b, Ring(at, 0.75f, 6), at, foot, -2.2f, 0.8f, stony, false);
             AddTaper(b, Ring(at, 0.62f, 6), at, -2.2f, -0.8f, 2.2f, stony, false);
@@ -114,7 +114,7 @@ void AddBackdrop(Builder& b) {
 
 } // namespace
 
-void AddVault(Builder& b, const std::vector<Vec2>& pavement, const std::vector<Vec2>& ground) {
+void AddVault(Builder& b, const std::vector<vec2>& pavement, const std::vector<vec2>& ground) {
     b.SetPlace({});
     AddPrism(b, pavement, Builder::splitHigh, quayHeight,
              {stone, Plain(Material::Stone, {1.7f, 3.1f})});
@@ -123,7 +123,7 @@ void AddVault(Builder& b, const std::vector<Vec2>& pavement, const std::vector<V
     b.Rect({-12, -0.8f, -41}, {1, 0, 0}, {0, 0, 1}, 58, 22, stone);
 }
 
-float SeaBedHeight(Vec2 p, unsigned seed) {
+float SeaBedHeight(vec2 p, unsigned seed) {
     const float hills = Fbm2(p * 0.045f, seed, 3) * 3.2f;
     const float ridge = (1 - std::abs(Noise2(p * 0.07f, seed + 9))) * 2.2f;
     const float valley = -2.0f * std::exp(-(p.x - 30) * (p.x - 30) / 90);
@@ -138,8 +138,8 @@ void AddSeaBed(Builder& b, unsigned seed) {
     AddColumnForest(b, seed);
     AddBackdrop(b);
     for (unsigned i = 0; i < 34; ++i) {
-        const Vec2 at{Mix(-50.0f, 110.0f, HashUnit(seed, i, 40)),
-                      Mix(-88.0f, -46.0f, HashUnit(seed, i, 41))};
+        const vec2 at{Lerp(-50.0f, 110.0f, HashUnit(seed, i, 40)),
+                      Lerp(-88.0f, -46.0f, HashUnit(seed, i, 41))};
         if (std::abs(at.x - 30) > 5)
             AddRock(b, at, 1.2f + 2.6f * HashUnit(seed, i, 42), Hash(seed, i));
     }

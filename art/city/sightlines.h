@@ -9,7 +9,7 @@
 namespace Art {
 
 /// Corners of all triangles of the surfaces and, for each triangle, its surface.
-std::vector<Vec3> Corners(const std::vector<Surface>& surfaces, std::vector<int>& owner);
+std::vector<vec3> Corners(const std::vector<Surface>& surfaces, std::vector<int>& owner);
 
 /// Rays among the surfaces of a city, along which it is looked at. A surface shows its front only;
 /// from behind one looks through it.
@@ -20,16 +20,16 @@ public:
     explicit SightLines(const std::vector<Surface>& surfaces);
 
     /// The nearest triangle along the ray, seen from whichever side.
-    bool Closest(Vec3 from, Vec3 direction, Hit& hit) const {
+    bool Closest(vec3 from, vec3 direction, Hit& hit) const {
         return rays.Closest(from, direction, sightEnd, hit);
     }
     /// Whether a triangle turns its front to the ray.
-    bool Faces(int triangle, Vec3 direction) const;
+    bool Faces(int triangle, vec3 direction) const;
 
     /// Calls `met(surface, way)` for what faces the ray, near first, until that returns false or
     /// `reach` is passed. A surface of several triangles may be met more than once.
     template <class Met>
-    void Follow(Vec3 from, Vec3 direction, float reach, const Met& met) const {
+    void Follow(vec3 from, vec3 direction, float reach, const Met& met) const {
         constexpr float step = 0.002f; // over a triangle that was met
         float way = 0;
         Hit hit;
@@ -41,19 +41,19 @@ public:
     }
 
     /// Way along the ray to the water, from above or from below, or sightEnd.
-    static float ToWater(const Eye& eye, Vec3 direction);
+    static float ToWater(const Eye& eye, vec3 direction);
 
     /// Follow() along what is left of the ray after the water has thrown it back `toWater` from an
     /// eye over it.
     template <class Met>
-    void FollowMirrored(const Eye& eye, Vec3 direction, float toWater, const Met& met) const {
-        const Vec3 point = eye.position + direction * toWater + Vec3{0, 0.001f, 0};
+    void FollowMirrored(const Eye& eye, vec3 direction, float toWater, const Met& met) const {
+        const vec3 point = eye.position + direction * toWater + vec3{0, 0.001f, 0};
         Follow(point, {direction.x, -direction.y, direction.z}, sightEnd, met);
     }
 
 private:
     std::vector<int> owner; ///< of each triangle: its surface
-    std::vector<Vec3> corners;
+    std::vector<vec3> corners;
     RayTracer rays;
 };
 

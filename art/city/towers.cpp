@@ -101,13 +101,13 @@ void AddRotunda(Builder& b, const Tower& t, unsigned seed) {
         Material::Tower, {HashUnit(seed), 0}, {std::max(bays, 1.0f) / side / 16, 1.0f / 16}};
     AddPrism(b, Ring({}, radius, sides), quayHeight, shaft, {wall, trim});
     for (const float share : {0.35f, 0.7f, 1.0f}) {
-        const float y = Mix(quayHeight, shaft, share) - 0.3f;
+        const float y = Lerp(quayHeight, shaft, share) - 0.3f;
         AddPrism(b, Ring({}, radius * 1.12f, sides), y, y + 0.3f, trimmed);
     }
     AddPrism(b, Ring({}, radius * 0.78f, sides), shaft, shaft + 2, {wall, trim});
     AddDome(b, {}, radius * 0.82f, shaft + 2, t.height * 0.14f, sides, 4, roof);
     AddMast(b, shaft + 2 + t.height * 0.135f, t.height, 0.14f);
-    for (const Vec2 p : Ring({}, radius * 1.05f, 6))
+    for (const vec2 p : Ring({}, radius * 1.05f, 6))
         AddSpark(b, {p.x, shaft + 0.4f, p.y}, 0.12f, 0.6f);
 }
 
@@ -122,7 +122,7 @@ void AddSlab(Builder& b, const Tower& t, unsigned seed) {
         half * 0.45f, half, quayHeight, low, -half * depthShare * 0.9f, half * depthShare * 0.9f};
     AddFacadeBox(b, wing, Material::Tower, trim, seed + 1);
     for (int i = 0; i < 4; ++i) {
-        const float x = Mix(-half, half * 0.45f, static_cast<float>(i) / 3);
+        const float x = Lerp(-half, half * 0.45f, static_cast<float>(i) / 3);
         AddBox(b,
                {x - 0.14f, x + 0.14f, quayHeight, high + 0.9f, half * depthShare,
                 half * depthShare + 0.28f},
@@ -151,7 +151,7 @@ void AddCampanile(Builder& b, const Tower& t, unsigned seed) {
     for (int side = 0; side < 4; ++side) {
         const Place before = b.GetPlace();
         const float angle = pi / 2 * static_cast<float>(side);
-        const Vec2 x{std::cos(angle), std::sin(angle)};
+        const vec2 x{std::cos(angle), std::sin(angle)};
         const Place turned{
             before.origin,
             {before.x.x * x.x - before.x.y * x.y, before.x.x * x.y + before.x.y * x.x}};

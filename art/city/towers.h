@@ -15,7 +15,7 @@ enum class Crown {
 
 /// One tower of the skyline, in ground coordinates.
 struct Tower {
-    Vec2 at;      ///< middle of its foot
+    vec2 at;      ///< middle of its foot
     float width;  ///< across the foot
     float height; ///< of its highest point over the water
     Crown crown;

@@ -29,7 +29,7 @@ constexpr const char* viewComment =
 // again, but while the city is low or rises, the mirrored eye is anywhere in its coordinates.
 )";
 
-void Include(EyeBox& box, Vec3 p) {
+void Include(EyeBox& box, vec3 p) {
     box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y), std::min(box.low.z, p.z)};
     box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y), std::max(box.high.z, p.z)};
 }
@@ -45,7 +45,7 @@ void IncludeEye(EyeBox& box, const Eye& eye) {
         Include(box, {eye.position.x, 2 * eye.waterHeight - eye.position.y, eye.position.z});
 }
 
-Vec3 Rounded(Vec3 p, float (*to)(float)) {
+vec3 Rounded(vec3 p, float (*to)(float)) {
     return {to(p.x * 10) / 10, to(p.y * 10) / 10, to(p.z * 10) / 10};
 }
 
@@ -56,7 +56,7 @@ std::string Number(float x, int digits) {
     return text;
 }
 
-std::string Vector(Vec3 p) {
+std::string Vector(vec3 p) {
     return "vec3(" + Number(p.x, 1) + ", " + Number(p.y, 1) + ", " + Number(p.z, 1) + ")";
 }
 
@@ -123,7 +123,7 @@ EyeBox BoxOf(const Show::Flight& flight) {
     const float last = 1 + longestFrame / flight.duration;
     for (int i = 0; i <= eyesPerFlight; ++i)
         IncludeEye(box, EyeAt(flight, last * static_cast<float>(i) / eyesPerFlight));
-    constexpr Vec3 wider{margin, margin, margin};
+    constexpr vec3 wider{margin, margin, margin};
     return {Rounded(box.low - wider, std::floor), Rounded(box.high + wider, std::ceil), box.folded};
 }
 

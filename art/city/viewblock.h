@@ -10,8 +10,8 @@ namespace Art {
 
 /// Where the eyes of a flight are in the city's coordinates, by which the material knows it.
 struct EyeBox {
-    Vec3 low;
-    Vec3 high;
+    vec3 low;
+    vec3 high;
     /// Whether the water's mirrored eyes are the plain ones turned over at y = 0, as they are when
     /// the city has risen: the box then holds places whose y is taken without its sign. Otherwise
     /// it holds both kinds as they are.

@@ -31,7 +31,7 @@ auto Keep(int& first) {
 }
 
 /// The first surface that faces the eye's ray, or -1.
-int First(const SightLines& lines, const Eye& eye, Vec3 direction, float reach) {
+int First(const SightLines& lines, const Eye& eye, vec3 direction, float reach) {
     int first = -1;
     lines.Follow(eye.position, direction, reach, Keep(first));
     return first;
@@ -39,7 +39,7 @@ int First(const SightLines& lines, const Eye& eye, Vec3 direction, float reach) 
 
 /// What the water shows in this direction: from above the world turned over, from below what
 /// stands beyond.
-int Mirrored(const SightLines& lines, const Eye& eye, Vec3 direction) {
+int Mirrored(const SightLines& lines, const Eye& eye, vec3 direction) {
     if (IsBelow(eye))
         return First(lines, eye, direction, SightLines::sightEnd);
     const float way = SightLines::ToWater(eye, direction);
@@ -51,9 +51,9 @@ int Mirrored(const SightLines& lines, const Eye& eye, Vec3 direction) {
 
 using Views = std::vector<unsigned>;
 
-void NoteRay(const SightLines& lines, const Eye& eye, const FlightView& view, Vec2 at,
+void NoteRay(const SightLines& lines, const Eye& eye, const FlightView& view, vec2 at,
              Random& random, Views& views) {
-    const Vec3 direction = RayThrough(eye, at.x, at.y);
+    const vec3 direction = RayThrough(eye, at.x, at.y);
     const float toWater = SightLines::ToWater(eye, direction);
     const bool below = IsBelow(eye);
     const int plain = First(lines, eye, direction, below ? SightLines::sightEnd : toWater);

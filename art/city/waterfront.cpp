@@ -7,7 +7,7 @@ namespace Art {
 
 namespace {
 
-constexpr Vec3 up{0, 1, 0};
+constexpr vec3 up{0, 1, 0};
 const Paint trim = Plain(Material::Trim);
 const Paint stone = Plain(Material::Stone);
 const Paint roof = Plain(Material::Roof);
@@ -15,16 +15,16 @@ const Finish trimmed{trim, trim};
 
 } // namespace
 
-void AddLand(Builder& b, const std::vector<Vec2>& outline) {
+void AddLand(Builder& b, const std::vector<vec2>& outline) {
     b.SetPlace({});
     AddPrism(b, outline, seaFloor, quayHeight, {stone, Plain(Material::Stone, {1.7f, 3.1f})});
 }
 
-void AddLamps(Builder& b, Vec2 from, Vec2 to, float spacing, float height) {
+void AddLamps(Builder& b, vec2 from, vec2 to, float spacing, float height) {
     b.SetPlace({});
     const int count = std::max(1, static_cast<int>(Length(to - from) / spacing));
     for (int i = 0; i <= count; ++i) {
-        const Vec2 p = Mix(from, to, static_cast<float>(i) / static_cast<float>(count));
+        const vec2 p = Lerp(from, to, static_cast<float>(i) / static_cast<float>(count));
         AddLampPost(b, {p.x, quayHeight, p.y}, height);
     }
 }
@@ -70,7 +70,7 @@ void AddHumpSide(Builder& b, const Hump& hump, float z, float facing, float low,
                 return hump.Deck(x);
             return solid ? Builder::splitHigh : hump.Under(x);
         };
-        std::vector<Vec2> quad{{a * facing, under(a)},
+        std::vector<vec2> quad{{a * facing, under(a)},
                                {c * facing, under(c)},
                                {c * facing, hump.Deck(c) + low},
                                {a * facing, hump.Deck(a) + low}};
@@ -106,7 +106,7 @@ void AddHangingLanterns(Builder& b, const Hump& hump, float z) {
     const Finish iron{roof, roof};
     for (const float x : {-hump.half * 0.72f, hump.half * 0.72f})
         for (const float side : {-0.7f, 0.0f, 0.7f}) {
-            const Vec2 at{x, side * z};
+            const vec2 at{x, side * z};
             AddLantern(b, {at.x, lanternHeight, at.y}, lanternSize, 0.6f);
             AddTaper(b, Ring(at, 0.025f, 3), at, lanternHeight + lanternSize * 1.5f,
                      hump.Under(x) + 0.1f, 1, iron, false);
@@ -115,7 +115,7 @@ void AddHangingLanterns(Builder& b, const Hump& hump, float z) {
 
 } // namespace
 
-void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown) {
+void AddBridge(Builder& b, vec2 from, vec2 to, float width, float crown) {
     constexpr float parapetHeight = 0.32f;
     constexpr float parapetThickness = 0.12f;
     const Place start = Facing(from, to);
@@ -136,7 +136,7 @@ void AddBridge(Builder& b, Vec2 from, Vec2 to, float width, float crown) {
     b.SetPlace({});
 }
 
-void AddSkyBridge(Builder& b, Vec2 from, Vec2 to, float width, float y) {
+void AddSkyBridge(Builder& b, vec2 from, vec2 to, float width, float y) {
     b.SetPlace(Facing(from, to));
     const float length = Length(to - from);
     const float z = width / 2;
@@ -159,7 +159,7 @@ void AddSkyBridge(Builder& b, Vec2 from, Vec2 to, float width, float y) {
     b.SetPlace({});
 }
 
-void AddSeaGate(Builder& b, Vec2 from, Vec2 to) {
+void AddSeaGate(Builder& b, vec2 from, vec2 to) {
     b.SetPlace(Facing(from, to));
     const float length = Length(to - from);
     for (const float x : {0.0f, length}) {
@@ -180,14 +180,14 @@ void AddSeaGate(Builder& b, Vec2 from, Vec2 to) {
     AddArchWall(b, wall, stone, trim);
     AddBox(b, {x0, x1, wall.y1, wall.y1 + 0.4f, -0.75f, 0.75f}, trimmed, true);
     for (int i = 0; i < 4; ++i)
-        AddSpark(b, {Mix(x0, x1, (static_cast<float>(i) + 0.5f) / 4), wall.y1 + 0.75f, 0}, 0.12f,
+        AddSpark(b, {Lerp(x0, x1, (static_cast<float>(i) + 0.5f) / 4), wall.y1 + 0.75f, 0}, 0.12f,
                  0.7f);
     b.Building();
     b.Building({length, 0});
     b.SetPlace({});
 }
 
-void AddWaterGate(Builder& b, Vec2 from, Vec2 to) {
+void AddWaterGate(Builder& b, vec2 from, vec2 to) {
     b.SetPlace(Facing(from, to));
     const float length = Length(to - from);
     constexpr float pierWidth = 0.75f; // of the arch, on either side
@@ -228,7 +228,7 @@ void AddWaterGate(Builder& b, Vec2 from, Vec2 to) {
     b.SetPlace({});
 }
 
-void AddViaduct(Builder& b, Vec2 from, Vec2 to, int bays, float deck) {
+void AddViaduct(Builder& b, vec2 from, vec2 to, int bays, float deck) {
     b.SetPlace(Facing(from, to));
     const float pitch = Length(to - from) / static_cast<float>(bays);
     const float radius = pitch * 0.4f;
@@ -267,7 +267,7 @@ void AddViaduct(Builder& b, Vec2 from, Vec2 to, int bays, float deck) {
     b.SetPlace({});
 }
 
-void AddSeaFort(Builder& b, Vec2 at, float radius, float height) {
+void AddSeaFort(Builder& b, vec2 at, float radius, float height) {
     b.SetPlace({{at.x, 0, at.y}, {1, 0}});
     constexpr int sides = 10;
     AddTaper(b, Ring({}, radius * 1.5f, sides), {}, seaFloor, Builder::splitLow, 0.8f,
@@ -279,13 +279,13 @@ void AddSeaFort(Builder& b, Vec2 at, float radius, float height) {
     AddPrism(b, Ring({}, radius * 0.42f, 8), height * 0.36f, height * 0.72f, {wall, trim});
     AddPrism(b, Ring({}, radius * 0.52f, 8), height * 0.72f, height * 0.76f, trimmed);
     AddTaper(b, Ring({}, radius * 0.5f, 8), {}, height * 0.76f, height, 0, {roof, roof}, false);
-    for (const Vec2 p : Ring({}, radius * 1.02f, 5, 0.3f))
+    for (const vec2 p : Ring({}, radius * 1.02f, 5, 0.3f))
         AddSpark(b, {p.x, height * 0.36f + 1.0f, p.y}, 0.2f, 1.2f);
     b.Building();
     b.SetPlace({});
 }
 
-void AddLighthouse(Builder& b, Vec2 at, float height) {
+void AddLighthouse(Builder& b, vec2 at, float height) {
     b.SetPlace({{at.x, 0, at.y}, {1, 0}});
     AddPrism(b, Ring({}, 2.2f, 8, pi / 8), seaFloor, 1.0f, {stone, trim});
     const Paint wall{Material::HouseCool, {}, {1.0f / 8, 1.0f / 16}};
@@ -293,7 +293,7 @@ void AddLighthouse(Builder& b, Vec2 at, float height) {
     AddPrism(b, Ring({}, 1.0f, 8), height - 1.8f, height - 1.55f, trimmed);
     AddSpark(b, {0, height - 1.0f, 0}, 0.42f, 4);
     AddTaper(b, Ring({}, 0.75f, 8), {}, height - 0.45f, height + 0.3f, 0, {roof, roof}, false);
-    for (const Vec2 p : Ring({}, 0.6f, 4))
+    for (const vec2 p : Ring({}, 0.6f, 4))
         AddBox(b,
                {p.x - 0.05f, p.x + 0.05f, height - 1.55f, height - 0.45f, p.y - 0.05f, p.y + 0.05f},
                {roof, roof});
