@@ -14,20 +14,6 @@ namespace Art {
 using Vell::vec2;
 using Vell::vec3;
 
-// The names that the other folders still use.
-using Vec2 = vec2;
-using Vec3 = vec3;
-using Vell::Cross;
-using Vell::Dot;
-using Vell::Length;
-inline vec3 Normalize(const vec3& v) {
-    return Vell::Normalized(v);
-}
-template <typename T>
-constexpr T Mix(T a, T b, float t) {
-    return a + (b - a) * t;
-}
-
 inline constexpr float pi = std::numbers::pi_v<float>;
 
 /// a at t = 0 and b at t = 1; t is not clamped. Lerp() of vectors is the engine's.

@@ -18,8 +18,8 @@ struct Cut {
 };
 
 /// A rectangle from `origin` along u and v with its chart; the normal is u x v.
-void AddQuad(MeshFile& mesh, Vec3 origin, Vec3 u, Vec3 v, Cut cut, const char* texture = "white") {
-    const Vec3 normal = Normalize(Cross(u, v));
+void AddQuad(MeshFile& mesh, vec3 origin, vec3 u, vec3 v, Cut cut, const char* texture = "white") {
+    const vec3 normal = Normalized(Cross(u, v));
     const auto corner = [&](float x, float y) {
         const auto place = [&](int from, float t) {
             return (static_cast<float>(from) + 0.5f + t * static_cast<float>(cut.side - 1)) /
@@ -30,7 +30,7 @@ void AddQuad(MeshFile& mesh, Vec3 origin, Vec3 u, Vec3 v, Cut cut, const char* t
     };
     SubMesh sub;
     sub.textures[0] = texture;
-    for (const Vec2 p : {Vec2{0, 0}, Vec2{1, 0}, Vec2{1, 1}, Vec2{0, 0}, Vec2{1, 1}, Vec2{0, 1}})
+    for (const vec2 p : {vec2{0, 0}, vec2{1, 0}, vec2{1, 1}, vec2{0, 0}, vec2{1, 1}, vec2{0, 1}})
         sub.vertices.push_back(corner(p.x, p.y));
     mesh.subMeshes.push_back(sub);
 }
@@ -46,8 +46,8 @@ BakeQuality Fine(int bounces = 0, int rays = 2048) {
 }
 
 /// Mean light of a square of texels, from the bottom as light-map coordinates run.
-Vec3 Mean(const Picture& light, Cut cut) {
-    Vec3 sum;
+vec3 Mean(const Picture& light, Cut cut) {
+    vec3 sum;
     for (int y = cut.y; y < cut.y + cut.side; ++y)
         for (int x = cut.x; x < cut.x + cut.side; ++x) {
             const Rgba& p = light.At(x, mapSize - 1 - y);
@@ -61,8 +61,8 @@ constexpr Cut floorChart{4, 4, 16};
 TEST(Baker, An_open_plane_under_an_even_sky_has_the_light_of_the_sky) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
-    scene.sky = [](Vec3) { return Vec3{0.5f, 0.25f, 1.0f}; };
-    const Vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
+    scene.sky = [](vec3) { return vec3{0.5f, 0.25f, 1.0f}; };
+    const vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
     // A white surface under an even dome of radiance L sends out L.
     EXPECT_NEAR(light.x, 0.5f, 0.005f);
     EXPECT_NEAR(light.y, 0.25f, 0.0025f);
@@ -72,7 +72,7 @@ TEST(Baker, An_open_plane_under_an_even_sky_has_the_light_of_the_sky) {
 TEST(Baker, A_sky_that_grows_towards_the_zenith_counts_by_its_height) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
-    scene.sky = [](Vec3 d) { return Vec3{1, 1, 1} * d.y; };
+    scene.sky = [](vec3 d) { return vec3{1, 1, 1} * d.y; };
     // Mean of cos t over the cosine-weighted hemisphere: integral of 2 sin t cos^2 t = 2 / 3.
     EXPECT_NEAR(Mean(BakeLight(scene, Fine()), floorChart).x, 2.0f / 3, 0.0067f);
 }
@@ -84,7 +84,7 @@ TEST(Baker, Between_two_walls_only_the_strip_of_sky_counts) {
     AddQuad(scene.mesh, {-1, 0, 2000}, {0, 0, -4000}, {0, 2, 0}, {30, 4, 8}, "black");
     AddQuad(scene.mesh, {1, 0, -2000}, {0, 0, 4000}, {0, 2, 0}, {44, 4, 8}, "black");
     scene.surfaces["black"] = Picture(1, 1);
-    scene.sky = [](Vec3) { return Vec3{1, 1, 1}; };
+    scene.sky = [](vec3) { return vec3{1, 1, 1}; };
     // Form factor of an endless strip seen from below its middle: the sine of the angle from
     // the zenith to the walls' edge, 1 / sqrt(1 + 2 * 2).
     EXPECT_NEAR(Mean(BakeLight(scene, Fine()), floorChart).x, 1 / std::sqrt(5.0f), 0.0045f);
@@ -92,9 +92,9 @@ TEST(Baker, Between_two_walls_only_the_strip_of_sky_counts) {
 
 /// The inside of a cube of side 2 about the origin.
 void AddRoom(MeshFile& mesh, const char* texture) {
-    const Vec3 x{2, 0, 0};
-    const Vec3 y{0, 2, 0};
-    const Vec3 z{0, 0, 2};
+    const vec3 x{2, 0, 0};
+    const vec3 y{0, 2, 0};
+    const vec3 z{0, 0, 2};
     AddQuad(mesh, {-1, -1, -1}, z, x, {4, 4, 12}, texture);
     AddQuad(mesh, {-1, 1, -1}, x, z, {22, 4, 12}, texture);
     AddQuad(mesh, {-1, -1, -1}, x, y, {40, 4, 12}, texture);
@@ -121,7 +121,7 @@ TEST(Baker, A_closed_box_that_glows_holds_the_sum_of_its_bounces) {
 TEST(Baker, No_light_leaks_into_a_closed_box) {
     BakeScene scene = EmptyScene();
     AddRoom(scene.mesh, "white");
-    scene.sky = [](Vec3) { return Vec3{100, 100, 100}; };
+    scene.sky = [](vec3) { return vec3{100, 100, 100}; };
     scene.sun = {{0, 1, 0}, {100, 100, 100}, 0.1f};
     EXPECT_EQ(Mean(BakeLight(scene, Fine(1, 256)), {0, 0, mapSize}).x, 0.0f);
 }
@@ -131,7 +131,7 @@ TEST(Baker, The_sun_counts_by_its_height) {
     AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
     // 30 degrees over the horizon: half of its strength falls on the ground.
     scene.sun = {{std::sqrt(0.75f), 0.5f, 0}, {pi, 2 * pi, 0}, 0};
-    const Vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
+    const vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
     EXPECT_NEAR(light.x, 0.5f, 0.0005f);
     EXPECT_NEAR(light.y, 1.0f, 0.001f);
     EXPECT_EQ(light.z, 0.0f);
@@ -184,9 +184,9 @@ TEST(Baker, Nothing_stands_in_the_way_of_a_ray_without_length) {
 TEST(Baker, A_veil_dims_what_it_covers) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, -3, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
-    scene.sky = [](Vec3) { return Vec3{1, 1, 1}; };
-    scene.veil = [](Vec3 p) { return p.y < 0 ? Vec3{0.25f, 0.5f, 1.0f} : Vec3{1, 1, 1}; };
-    const Vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
+    scene.sky = [](vec3) { return vec3{1, 1, 1}; };
+    scene.veil = [](vec3 p) { return p.y < 0 ? vec3{0.25f, 0.5f, 1.0f} : vec3{1, 1, 1}; };
+    const vec3 light = Mean(BakeLight(scene, Fine()), floorChart);
     EXPECT_NEAR(light.x, 0.25f, 0.0025f);
     EXPECT_NEAR(light.y, 0.5f, 0.005f);
 }
@@ -210,7 +210,7 @@ TEST(Baker, One_thread_and_two_bake_the_same_texels) {
 TEST(Baker, Free_texels_take_the_light_of_the_nearest_chart) {
     BakeScene scene = EmptyScene();
     AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
-    scene.sky = [](Vec3) { return Vec3{1, 1, 1}; };
+    scene.sky = [](vec3) { return vec3{1, 1, 1}; };
     const Picture light = BakeLight(scene, Fine());
     EXPECT_NEAR(light.At(floorChart.x - 2, mapSize - 1 - floorChart.y).r, 1.0f, 0.02f);
     EXPECT_NEAR(light.At(mapSize - 1, 0).r, 1.0f, 0.02f);
@@ -231,9 +231,9 @@ TEST(RayTracer, Finds_the_nearest_triangle_and_says_when_there_is_none) {
     Hit hit;
     EXPECT_FALSE(empty.Closest({0, 0, 0}, {0, 1, 0}, 100, hit));
     EXPECT_FALSE(empty.Blocked({0, 0, 0}, {0, 1, 0}, 100));
-    std::vector<Vec3> corners;
+    std::vector<vec3> corners;
     for (const float height : {5.0f, 2.0f})
-        for (const Vec3 c : {Vec3{-1, height, -1}, Vec3{3, height, -1}, Vec3{-1, height, 3}})
+        for (const vec3 c : {vec3{-1, height, -1}, vec3{3, height, -1}, vec3{-1, height, 3}})
             corners.push_back(c);
     const RayTracer rays(corners);
     ASSERT_TRUE(rays.Closest({0, 0, 0}, {0, 1, 0}, 100, hit));

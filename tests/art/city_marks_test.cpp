@@ -19,7 +19,7 @@ struct PublishedCity {
 };
 
 /// Marks are whole repeats of the texture, 64 to a count, five bits in x and five in y.
-unsigned MarksOf(Vec2 texcoord) {
+unsigned MarksOf(vec2 texcoord) {
     const auto half = [](float x) { return static_cast<unsigned>(std::floor(x / 64 + 0.5f)); };
     return half(texcoord.x) + 32 * half(texcoord.y);
 }
@@ -95,13 +95,13 @@ auto Keep(float& first) {
     };
 }
 
-float WayInSight(const SightLines& lines, const Eye& eye, Vec3 direction, float reach) {
+float WayInSight(const SightLines& lines, const Eye& eye, vec3 direction, float reach) {
     float way = SightLines::sightEnd;
     lines.Follow(eye.position, direction, reach, Keep(way));
     return way;
 }
 
-float WayInMirror(const SightLines& lines, const Eye& eye, Vec3 direction, float toWater) {
+float WayInMirror(const SightLines& lines, const Eye& eye, vec3 direction, float toWater) {
     float way = SightLines::sightEnd;
     lines.FollowMirrored(eye, direction, toWater, Keep(way));
     return way;
@@ -109,7 +109,7 @@ float WayInMirror(const SightLines& lines, const Eye& eye, Vec3 direction, float
 
 /// Follows one ray of the picture to what it shows in plain sight or, over open water, in the
 /// water's mirror.
-void FollowRay(const Eye& eye, Vec3 direction, const Marked& marked, Count& count) {
+void FollowRay(const Eye& eye, vec3 direction, const Marked& marked, Count& count) {
     const bool over = eye.position.y > eye.waterHeight;
     const float toWater = SightLines::ToWater(eye, direction);
     const float reach = over ? toWater : SightLines::sightEnd;

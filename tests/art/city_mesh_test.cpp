@@ -88,14 +88,14 @@ TEST(Views, Hold_what_the_water_mirrors) {
 
 TEST(Mesh, No_two_charts_share_a_texel) {
     // A texel whose middle is strictly inside triangles of two different planes would be both.
-    std::map<std::pair<int, int>, Vec3> normals;
+    std::map<std::pair<int, int>, vec3> normals;
     int shared = 0;
     for (std::size_t number = 1; number < City().mesh.subMeshes.size();
          ++number) { // 0 has no charts
         const SubMesh& sub = City().mesh.subMeshes[number];
         for (std::size_t i = 0; i < sub.vertices.size(); i += 3) {
             const MeshVertex* v = &sub.vertices[i];
-            const Vec2 middle =
+            const vec2 middle =
                 (v[0].lightmap + v[1].lightmap + v[2].lightmap) * (lightmapSize / 3.0f);
             const auto key = std::pair{static_cast<int>(middle.x), static_cast<int>(middle.y)};
             const auto found = normals.emplace(key, v[0].normal).first;
@@ -107,7 +107,7 @@ TEST(Mesh, No_two_charts_share_a_texel) {
 
 /// What tells surfaces apart: a corner and, in case several meet there, where they look.
 using Corner = std::array<float, 6>;
-Corner CornerOf(Vec3 p, Vec3 normal) {
+Corner CornerOf(vec3 p, vec3 normal) {
     const auto coarse = [](float x) { return std::round(x * 1000); };
     return {p.x, p.y, p.z, coarse(normal.x), coarse(normal.y), coarse(normal.z)};
 }
@@ -134,7 +134,7 @@ TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three
     std::vector<float> densities;
     for (const SubMesh& sub : City().mesh.subMeshes)
         for (std::size_t i = 0; i < sub.vertices.size(); i += 3) {
-            const Vec3 p = sub.vertices[i].position;
+            const vec3 p = sub.vertices[i].position;
             // Charts of a few texels are rounded up to whole ones; only real areas count.
             const float area =
                 Length(Cross(sub.vertices[i + 1].position - p, sub.vertices[i + 2].position - p)) /

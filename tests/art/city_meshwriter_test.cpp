@@ -16,7 +16,7 @@ using ::testing::HasSubstr;
 using namespace Art;
 
 MeshFile OneTriangle() {
-    const Vec3 up{0, 1, 0};
+    const vec3 up{0, 1, 0};
     return {"Data/",
             true,
             {{{"stone.jpg", "", ""},
@@ -36,8 +36,8 @@ TEST(MeshWriter, Reads_back_what_it_wrote) {
     ASSERT_EQ(VertexCount(read), 3u);
     EXPECT_EQ(read.subMeshes[0].textures[0], "stone.jpg");
     EXPECT_EQ(read.subMeshes[0].textures[1], "");
-    EXPECT_TRUE(read.subMeshes[0].vertices[2].position == (Vec3{0, 2.5f, -1}));
-    EXPECT_TRUE(read.subMeshes[0].vertices[0].lightmap == (Vec2{0.25f, 0.5f}));
+    EXPECT_TRUE(read.subMeshes[0].vertices[2].position == (vec3{0, 2.5f, -1}));
+    EXPECT_TRUE(read.subMeshes[0].vertices[0].lightmap == (vec2{0.25f, 0.5f}));
 }
 
 TEST(MeshWriter, Writes_tokens_in_the_order_of_the_format) {

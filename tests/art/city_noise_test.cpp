@@ -12,7 +12,7 @@ using namespace Art;
 
 TEST(Noise, Repeats_with_its_period) {
     for (int i = 0; i < 20; ++i) {
-        const Vec2 p{0.37f * static_cast<float>(i), 0.21f * static_cast<float>(i)};
+        const vec2 p{0.37f * static_cast<float>(i), 0.21f * static_cast<float>(i)};
         EXPECT_NEAR(Noise2(p, 5, 8), Noise2({p.x + 8, p.y - 16}, 5, 8), 1e-4f);
         EXPECT_NEAR(Fbm2(p, 5, 4, 8), Fbm2({p.x - 8, p.y + 8}, 5, 4, 8), 1e-3f);
         EXPECT_NEAR(Cellular2(p, 5, 4).nearest, Cellular2({p.x + 4, p.y}, 5, 4).nearest, 1e-4f);

@@ -65,8 +65,8 @@ Art::SubMesh Square(float at, int x, int y, int side, float size) {
         return Art::MeshVertex{{at + u, 0, -v}, {0, 1, 0}, {u, v}, {place(x, u), place(y, v)}};
     };
     Art::SubMesh sub;
-    for (const Art::Vec2 p : {Art::Vec2{0, 0}, Art::Vec2{1, 0}, Art::Vec2{1, 1}, Art::Vec2{0, 0},
-                              Art::Vec2{1, 1}, Art::Vec2{0, 1}})
+    for (const Vell::vec2 p : {Vell::vec2{0, 0}, Vell::vec2{1, 0}, Vell::vec2{1, 1},
+                               Vell::vec2{0, 0}, Vell::vec2{1, 1}, Vell::vec2{0, 1}})
         sub.vertices.push_back(corner(p.x, p.y));
     return sub;
 }
@@ -78,8 +78,8 @@ TEST_F(ArtPicture, A_baked_chart_lies_where_its_coordinates_say) {
     Art::BakeScene scene;
     scene.mesh = {
         "Data/", true, {Square(0, 4, 44, 16, pictureSize), Square(100, 40, 6, 16, pictureSize)}};
-    scene.sky = [](Art::Vec3) { return Art::Vec3{1, 1, 1}; };
-    scene.veil = [](Art::Vec3 p) { return p.x > 50 ? Art::Vec3{0, 1, 0} : Art::Vec3{1, 0, 0}; };
+    scene.sky = [](Vell::vec3) { return Vell::vec3{1, 1, 1}; };
+    scene.veil = [](Vell::vec3 p) { return p.x > 50 ? Vell::vec3{0, 1, 0} : Vell::vec3{1, 0, 0}; };
     const Art::Picture light = Art::BakeLight(scene, {pictureSize, 1, 16, 64, 0, 1});
     ASSERT_TRUE(Art::WriteEngineJpeg("lightmap.jpg", Art::EncodeLight(light), 95));
     Vell::Image image;

@@ -21,7 +21,7 @@ const Builder& City() {
 
 struct Solid {
     std::vector<int> owner;
-    std::vector<Vec3> corners = Corners(City().surfaces, owner);
+    std::vector<vec3> corners = Corners(City().surfaces, owner);
     RayTracer rays{corners};
 };
 
@@ -31,29 +31,29 @@ const Solid& CitySolid() {
 }
 
 /// Distance from p to the segment a-b.
-float ToSegment(Vec3 p, Vec3 a, Vec3 b) {
-    const Vec3 along = b - a;
+float ToSegment(vec3 p, vec3 a, vec3 b) {
+    const vec3 along = b - a;
     const float t = Clamp01(Dot(p - a, along) / std::max(Dot(along, along), 1e-12f));
     return Length(p - (a + along * t));
 }
 
 /// Distance from p to a triangle: to its plane when p stands over it, else to its edges.
-float ToTriangle(Vec3 p, const Vec3* c) {
-    const Vec3 normal = Normalize(Cross(c[1] - c[0], c[2] - c[0]));
+float ToTriangle(vec3 p, const vec3* c) {
+    const vec3 normal = Normalized(Cross(c[1] - c[0], c[2] - c[0]));
     bool over = true;
     float edges = 1e9f;
     for (int i = 0; i < 3; ++i) {
-        const Vec3 a = c[i];
-        const Vec3 b = c[(i + 1) % 3];
+        const vec3 a = c[i];
+        const vec3 b = c[(i + 1) % 3];
         over = over && Dot(Cross(normal, b - a), p - a) >= 0;
         edges = std::min(edges, ToSegment(p, a, b));
     }
     return over ? std::abs(Dot(p - c[0], normal)) : edges;
 }
 
-float Clearance(Vec3 eye) {
+float Clearance(vec3 eye) {
     float nearest = 1e9f;
-    const std::vector<Vec3>& corners = CitySolid().corners;
+    const std::vector<vec3>& corners = CitySolid().corners;
     for (std::size_t i = 0; i < corners.size(); i += 3)
         nearest = std::min(nearest, ToTriangle(eye, &corners[i]));
     return nearest;
@@ -84,20 +84,20 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return "flight_" + std::to_string(row.param.flight + 1); });
 
 TEST(Plan, The_clearance_test_would_see_a_wall) {
-    const std::vector<Vec3> wall{{-5, -5, 0}, {5, -5, 0}, {0, 5, 0}};
+    const std::vector<vec3> wall{{-5, -5, 0}, {5, -5, 0}, {0, 5, 0}};
     EXPECT_FLOAT_EQ(ToTriangle({0, 0, 1.25f}, wall.data()), 1.25f);
     EXPECT_FLOAT_EQ(ToTriangle({0, 8, 0}, wall.data()), 3);
 }
 
 TEST(Plan, Sixty_buildings_and_more_stand_around_the_basin) {
     int near = 0;
-    for (const Vec2 at : City().buildings)
-        near += Length(at - Vec2{26, 14}) < 40 ? 1 : 0;
+    for (const vec2 at : City().buildings)
+        near += Length(at - vec2{26, 14}) < 40 ? 1 : 0;
     EXPECT_GE(near, 60);
 }
 
 /// The highest thing over a ground point, or -100.
-float HeightAt(Vec2 p) {
+float HeightAt(vec2 p) {
     Hit hit;
     return CitySolid().rays.Closest({p.x, 90, p.y}, {0, -1, 0}, 190, hit) ? 90 - hit.distance
                                                                           : -100;
@@ -108,7 +108,7 @@ TEST(Plan, The_basin_is_open_water_nine_units_round) {
     for (float radius = 0; radius < 7; radius += 0.25f)
         for (int i = 0; i < 64; ++i) {
             const float angle = 2 * pi * static_cast<float>(i) / 64;
-            const Vec2 p{26 + radius * std::cos(angle), 14 + radius * std::sin(angle)};
+            const vec2 p{26 + radius * std::cos(angle), 14 + radius * std::sin(angle)};
             ASSERT_LT(HeightAt(p), 0) << p.x << " " << p.y;
         }
 }
@@ -160,7 +160,7 @@ TEST(Plan, The_city_reaches_twelve_units_below_the_water) {
     float lowest = 0;
     for (const Surface& surface : City().surfaces)
         if (surface.paint.material == Material::Stone)
-            for (const Vec2 p : surface.polygons[0])
+            for (const vec2 p : surface.polygons[0])
                 lowest = std::min(lowest, surface.World(p).y);
     EXPECT_LE(lowest, -12);
 }
@@ -168,7 +168,7 @@ TEST(Plan, The_city_reaches_twelve_units_below_the_water) {
 TEST(Plan, No_triangle_crosses_the_line_under_the_water) {
     // The material drops what lies under water while the eye is above; half a triangle
     // cannot be dropped.
-    const std::vector<Vec3>& corners = CitySolid().corners;
+    const std::vector<vec3>& corners = CitySolid().corners;
     constexpr float split = (Builder::splitHigh + Builder::splitLow) / 2;
     for (std::size_t i = 0; i < corners.size(); i += 3) {
         const bool first = corners[i].y < split;

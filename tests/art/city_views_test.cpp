@@ -19,8 +19,8 @@
 
 namespace {
 
-using Art::Vec3;
 using ::testing::HasSubstr;
+using Vell::vec3;
 
 std::string ShaderText() {
     return ReadFile(NIMBREL_SOURCE_DIR "/Data/Gfx/City/shader.vert");
@@ -32,7 +32,7 @@ constexpr double longestFrame = 0.25; // seconds; the slowest the show may be to
 
 /// An eye of the show, as it really flies, in the city's coordinates.
 struct RealEye {
-    Vec3 position;
+    vec3 position;
     float waterHeight;
 };
 
@@ -51,14 +51,13 @@ RealEye EyeOf(const Show::Flight& flight, double elapsed, double lead) {
     SetFakeTime(0);
     player.Reset();
     SetFakeTime(elapsed);
-    const Vell::vec3 eye = player.GetPos();
     const float city = CityHeight(flight, flight.begin + elapsed + lead);
-    return {{eye.x, eye.y - city, eye.z}, -city};
+    return {player.GetPos() - vec3{0, city, 0}, -city};
 }
 
 /// A question to the material, and the answer that it should give.
 struct Question {
-    Vec3 eye;
+    vec3 eye;
     bool mirrored;
     unsigned view;
 };
@@ -72,7 +71,7 @@ std::vector<Question> QuestionsOf(const Show::Flight& flight, const Art::FlightV
             const RealEye eye =
                 EyeOf(flight, (flight.duration + longestFrame) * i / eyeCount, lead);
             questions.push_back({eye.position, false, view.plain});
-            Vec3 mirrored = eye.position;
+            vec3 mirrored = eye.position;
             mirrored.y = 2 * eye.waterHeight - mirrored.y;
             if (eye.position.y > eye.waterHeight) // from below, the water is drawn unmirrored
                 questions.push_back({mirrored, true, view.mirror});
@@ -190,8 +189,8 @@ TEST_P(CityViewsOfFlight, Are_those_of_the_flight_for_each_of_its_eyes) {
 }
 
 TEST_P(CityViewsOfFlight, Are_wrong_once_the_flight_is_moved_by_a_few_units) {
-    for (const Vell::vec3& step : {Vell::vec3(4, 0, 0), Vell::vec3(-4, 0, 0), Vell::vec3(0, 4, 0),
-                                   Vell::vec3(0, 0, 4), Vell::vec3(0, 0, -4)}) {
+    for (const vec3& step :
+         {vec3(4, 0, 0), vec3(-4, 0, 0), vec3(0, 4, 0), vec3(0, 0, 4), vec3(0, 0, -4)}) {
         Show::Flight moved = Show::flights[GetParam()];
         moved.start += step;
         moved.end += step;
@@ -241,7 +240,7 @@ TEST(CityViewBlock, Stands_in_the_material_as_the_shows_flights_make_it) {
 
 TEST(CityViewBlock, Follows_a_flight_that_is_moved) {
     std::vector<Show::Flight> moved(std::begin(Show::flights), std::end(Show::flights));
-    moved[Show::ToBasin].start += Vell::vec3(0, 0, -3);
+    moved[Show::ToBasin].start += vec3(0, 0, -3);
     const auto made = Art::WithViewFunctions(ShaderText(), Art::ViewFunctions(moved));
     ASSERT_TRUE(made.has_value());
     EXPECT_NE(*made, ShaderText());
@@ -258,7 +257,7 @@ TEST(EyeBox, Holds_the_flight_with_a_margin_of_a_unit) {
     // margin of 1 on every side, outwards to tenths.
     const Art::EyeBox box = Art::BoxOf(Show::flights[Show::ToBasin]);
     EXPECT_TRUE(box.folded);
-    EXPECT_TRUE(box.low == (Vec3{6, 1, -6}));
+    EXPECT_TRUE(box.low == (vec3{6, 1, -6}));
     EXPECT_FLOAT_EQ(box.high.x, 18.2f);
     EXPECT_FLOAT_EQ(box.high.y, 3.0f);
     EXPECT_FLOAT_EQ(box.high.z, 5.2f);

@@ -72,8 +72,8 @@ TEST(NatureFish, Stored_mesh_is_the_drawn_one) {
     for (std::size_t i = 0; i < drawn.subMeshes[0].vertices.size(); ++i) {
         const Art::MeshVertex& a = stored.subMeshes[0].vertices[i];
         const Art::MeshVertex& b = drawn.subMeshes[0].vertices[i];
-        ASSERT_LT(Art::Length(a.position - b.position), 1e-3f) << "vertex " << i;
-        ASSERT_LT(Art::Length(a.texcoord - b.texcoord), 1e-4f) << "vertex " << i;
+        ASSERT_LT(Vell::Length(a.position - b.position), 1e-3f) << "vertex " << i;
+        ASSERT_LT(Vell::Length(a.texcoord - b.texcoord), 1e-4f) << "vertex " << i;
     }
 }
 
@@ -118,9 +118,9 @@ TEST(NatureFish, Keeps_the_whole_school_below_the_surface_while_it_is_in_view) {
 TEST(NatureFish, Has_no_two_fish_of_a_cell_on_one_spot) {
     for (std::size_t i = 0; i < fishInMesh; ++i)
         for (std::size_t j = i + 1; j < fishInMesh; ++j) {
-            const Art::Vec3 a = FishNumber(i)[0].position;
-            const Art::Vec3 b = FishNumber(j)[0].position;
-            EXPECT_GT(Art::Length(a - b), 30) << "fish " << i << " and " << j;
+            const Vell::vec3 a = FishNumber(i)[0].position;
+            const Vell::vec3 b = FishNumber(j)[0].position;
+            EXPECT_GT(Vell::Length(a - b), 30) << "fish " << i << " and " << j;
         }
 }
 
@@ -141,7 +141,7 @@ TEST(NatureFish, Swims_on_both_sides_of_the_picture) {
     int left = 0;
     int right = 0;
     for (std::size_t i = 0; i < fishInMesh; ++i) {
-        const Art::Vec3 at = FishNumber(i)[0].position * 0.1f;
+        const Vell::vec3 at = FishNumber(i)[0].position * 0.1f;
         const float aside = (72 - at.x) / (20.6f + at.z);
         left += aside > -2.217f && aside < -0.5f ? 1 : 0;
         right += aside < 2.217f && aside > 0.5f ? 1 : 0;
@@ -159,7 +159,7 @@ TEST(NatureFish, Has_a_shoal_in_view_at_every_moment_of_the_flight) {
         const float depth = 50 - 50 * (t - 27.824f) / 13.912f;
         int inView = 0;
         for (std::size_t i = 0; i < fishInMesh; ++i) {
-            const Art::Vec3 at = FishNumber(i)[0].position * 0.1f;
+            const Vell::vec3 at = FishNumber(i)[0].position * 0.1f;
             for (int column = 0; column < 4; ++column) {
                 const float aside = 2 * (t - static_cast<float>(column)) - at.x;
                 inView += std::abs(aside) < 2.217f * (depth + at.z) ? 1 : 0;

@@ -16,7 +16,7 @@
 
 namespace {
 
-using Art::Vec3;
+using Vell::vec3;
 
 const std::string skyFolder = NIMBREL_SOURCE_DIR "/Data/Gfx/City/sky/";
 
@@ -25,7 +25,7 @@ const std::string skyFolder = NIMBREL_SOURCE_DIR "/Data/Gfx/City/sky/";
 struct CornerRow {
     const char* file;
     float s, t;
-    Vec3 corner;
+    vec3 corner;
 };
 
 constexpr CornerRow corners[] = {
@@ -60,17 +60,17 @@ public:
     /// Texel (column, row) of the loaded texture, row 0 at t = 0. Loading turns a JPEG by 180
     /// degrees in memory: loaded texel k is stored pixel (count - 1 - k), counted from the top
     /// left. With k = row * size + column that is column size - 1 - column of row size - 1 - row.
-    Vec3 Texel(std::size_t face, int column, int row) const {
+    vec3 Texel(std::size_t face, int column, int row) const {
         const int last = Size(face) - 1;
         const Art::Rgba& pixel = pictures[face].At(last - column, last - row);
         return {pixel.r, pixel.g, pixel.b};
     }
 
     /// The texel nearest to a point of the cube that lies on the face.
-    Vec3 TexelTowards(std::size_t index, Vec3 onCube) const {
+    vec3 TexelTowards(std::size_t index, vec3 onCube) const {
         const Art::SkyFace& face = Art::SkyFaces()[index];
-        const auto texel = [&](Vec3 along) {
-            const float share = Art::Dot(onCube - face.origin, along) / Art::Dot(along, along);
+        const auto texel = [&](vec3 along) {
+            const float share = Vell::Dot(onCube - face.origin, along) / Vell::Dot(along, along);
             return std::clamp(static_cast<int>(share * static_cast<float>(Size(index))), 0,
                               Size(index) - 1);
         };
@@ -86,13 +86,13 @@ const StoredSky& Stored() {
     return sky;
 }
 
-bool LiesOn(const Art::SkyFace& face, Vec3 onCube) {
-    const Vec3 outward = face.origin + face.alongS * 0.5f + face.alongT * 0.5f;
-    return std::abs(Art::Dot(onCube, outward) - 1) < 1e-5f;
+bool LiesOn(const Art::SkyFace& face, vec3 onCube) {
+    const vec3 outward = face.origin + face.alongS * 0.5f + face.alongT * 0.5f;
+    return std::abs(Vell::Dot(onCube, outward) - 1) < 1e-5f;
 }
 
 /// The two faces that share the edge on which the point lies.
-std::vector<std::size_t> FacesAt(Vec3 onCube) {
+std::vector<std::size_t> FacesAt(vec3 onCube) {
     std::vector<std::size_t> found;
     for (std::size_t i = 0; i < Art::SkyFaces().size(); ++i)
         if (LiesOn(Art::SkyFaces()[i], onCube))
@@ -101,7 +101,7 @@ std::vector<std::size_t> FacesAt(Vec3 onCube) {
 }
 
 /// A point of one of the cube's twelve edges; `along` in -1..1.
-Vec3 OnEdge(int edge, float along) {
+vec3 OnEdge(int edge, float along) {
     const float a = edge % 2 == 0 ? -1.0f : 1.0f;
     const float b = edge / 2 % 2 == 0 ? -1.0f : 1.0f;
     switch (edge / 4) {
@@ -114,11 +114,11 @@ Vec3 OnEdge(int edge, float along) {
     }
 }
 
-float LargestPart(Vec3 v) {
+float LargestPart(vec3 v) {
     return std::max({std::abs(v.x), std::abs(v.y), std::abs(v.z)});
 }
 
-float MeanPart(Vec3 v) {
+float MeanPart(vec3 v) {
     return (std::abs(v.x) + std::abs(v.y) + std::abs(v.z)) / 3;
 }
 
@@ -127,7 +127,7 @@ float MeanPart(Vec3 v) {
 TEST(NatureSky, Faces_look_where_the_sky_box_puts_their_texture_coordinates) {
     for (const CornerRow& row : corners) {
         const Art::SkyFace& face = FaceNamed(row.file);
-        const Vec3 found = face.origin + face.alongS * row.s + face.alongT * row.t;
+        const vec3 found = face.origin + face.alongS * row.s + face.alongT * row.t;
         EXPECT_EQ(found.x, row.corner.x) << row.file << " (" << row.s << ", " << row.t << ")";
         EXPECT_EQ(found.y, row.corner.y) << row.file << " (" << row.s << ", " << row.t << ")";
         EXPECT_EQ(found.z, row.corner.z) << row.file << " (" << row.s << ", " << row.t << ")";
@@ -140,10 +140,10 @@ TEST(NatureSky, Stored_faces_agree_along_all_twelve_edges) {
         double sum = 0;
         int far = 0;
         for (int i = 0; i < samples; ++i) {
-            const Vec3 point = OnEdge(edge, (2 * static_cast<float>(i) + 1) / samples - 1);
+            const vec3 point = OnEdge(edge, (2 * static_cast<float>(i) + 1) / samples - 1);
             const std::vector<std::size_t> faces = FacesAt(point);
             ASSERT_EQ(faces.size(), 2U);
-            const Vec3 difference =
+            const vec3 difference =
                 Stored().TexelTowards(faces[0], point) - Stored().TexelTowards(faces[1], point);
             sum += MeanPart(difference) * 255;
             far += LargestPart(difference) * 255 > 12 ? 1 : 0;
@@ -163,11 +163,11 @@ TEST(NatureSky, Stored_texels_show_the_colour_of_their_direction) {
         int count = 0;
         for (int row = 5; row < size; row += 23)
             for (int column = 5; column < size; column += 23, ++count) {
-                const Vec3 direction = Art::FaceDirection(
+                const vec3 direction = Art::FaceDirection(
                     Art::SkyFaces()[face],
                     (static_cast<float>(column) + 0.5f) / static_cast<float>(size),
                     (static_cast<float>(row) + 0.5f) / static_cast<float>(size));
-                const Vec3 difference =
+                const vec3 difference =
                     Stored().Texel(face, column, row) - Art::DuskColour(direction);
                 sum += MeanPart(difference) * 255;
                 // Dither and JPEG together; a star or a coast sits on an eight pixel block's noise.
@@ -179,11 +179,11 @@ TEST(NatureSky, Stored_texels_show_the_colour_of_their_direction) {
 }
 
 TEST(NatureSky, Glows_where_the_light_comes_from_and_is_blue_on_the_other_side) {
-    const Vec3 light = Art::LightDirection();
-    const Vec3 towards = Art::Normalize({light.x, 0.04f, light.z});
-    const Vec3 away = Art::Normalize({-light.x, 0.04f, -light.z});
-    const Vec3 warm = Art::DuskColour(towards);
-    const Vec3 cold = Art::DuskColour(away);
+    const vec3 light = Art::LightDirection();
+    const vec3 towards = Vell::Normalized(Vell::vec3{light.x, 0.04f, light.z});
+    const vec3 away = Vell::Normalized(Vell::vec3{-light.x, 0.04f, -light.z});
+    const vec3 warm = Art::DuskColour(towards);
+    const vec3 cold = Art::DuskColour(away);
     EXPECT_GT(warm.x, 2 * warm.z) << "red over blue towards the light";
     EXPECT_GT(cold.z, cold.x) << "blue over red away from it";
     EXPECT_GT(warm.x, 2 * cold.x);
@@ -192,7 +192,7 @@ TEST(NatureSky, Glows_where_the_light_comes_from_and_is_blue_on_the_other_side) 
 TEST(NatureSky, Falls_into_dark_water_below_the_horizon) {
     float before = 1;
     for (const float down : {-0.05f, -0.2f, -0.5f, -1.0f}) {
-        const Vec3 colour = Art::DuskColour(Art::Normalize({0.3f, down, 1}));
+        const vec3 colour = Art::DuskColour(Vell::Normalized(Vell::vec3{0.3f, down, 1}));
         const float brightness = (colour.x + colour.y + colour.z) / 3;
         EXPECT_LT(brightness, before) << "at y = " << down;
         EXPECT_GT(colour.z, colour.x) << "at y = " << down;
@@ -219,7 +219,8 @@ TEST(NatureSky, Draws_a_hair_of_dark_sea_along_the_horizon) {
     for (int i = 0; i < 36; ++i) {
         const float angle = static_cast<float>(i) * Art::pi / 18;
         const auto brightness = [&](float y) {
-            const Vec3 c = Art::DuskColour(Art::Normalize({std::cos(angle), y, std::sin(angle)}));
+            const vec3 c =
+                Art::DuskColour(Vell::Normalized(Vell::vec3{std::cos(angle), y, std::sin(angle)}));
             return c.x + c.y + c.z;
         };
         // 0.45 degrees, as a height over distance 1: tan(0.45 degrees) = 0.0079.
@@ -232,7 +233,7 @@ TEST(NatureSky, Clouds_only_ever_hide_what_lies_behind) {
         const float angle = static_cast<float>(i) * 0.77f;
         const float up = 0.002f * static_cast<float>(i);
         const Art::SkyPoint point =
-            Art::MakeSkyPoint(Art::Normalize({std::cos(angle), up, std::sin(angle)}));
+            Art::MakeSkyPoint(Vell::Normalized(Vell::vec3{std::cos(angle), up, std::sin(angle)}));
         const Art::Clouded dark = Art::AddClouds(point, {0, 0, 0});
         const Art::Clouded light = Art::AddClouds(point, {1, 1, 1});
         ASSERT_GE(dark.open, 0.0f);
@@ -249,16 +250,16 @@ TEST_F(NatureSkyBox, Shows_the_painted_colour_in_every_direction) {
                      skyFolder + "yneg.jpg", skyFolder + "zpos.jpg", skyFolder + "zneg.jpg");
     Vell::SetFovy(4.0f); // 128 pixels over 4 degrees: each texel covers several pixels
     // Straight up and down the view's up vector would lie along the view: look a little aside.
-    const Vec3 directions[] = {{1, 0.1f, 0.2f},  {-1, 0.1f, 0.2f}, {0.1f, 1, 0.2f},
+    const vec3 directions[] = {{1, 0.1f, 0.2f},  {-1, 0.1f, 0.2f}, {0.1f, 1, 0.2f},
                                {0.1f, -1, 0.2f}, {0.1f, 0.2f, 1},  {0.3f, 0.1f, -1}};
-    for (const Vec3& direction : directions) {
+    for (const vec3& direction : directions) {
         Vell::Camera camera;
-        const Vell::vec3 eye(7, 3, -2);
-        camera.Set(eye, eye + Vell::vec3(direction.x, direction.y, direction.z));
+        const vec3 eye(7, 3, -2);
+        camera.Set(eye, eye + direction);
         glLoadIdentity();
         camera.Draw();
         sky.Draw(&camera, false);
-        const Vec3 expected = Art::DuskColour(Art::Normalize(direction)) * 255;
+        const vec3 expected = Art::DuskColour(Vell::Normalized(direction)) * 255;
         const Rgba colour{static_cast<int>(std::lround(expected.x)),
                           static_cast<int>(std::lround(expected.y)),
                           static_cast<int>(std::lround(expected.z)), 255};

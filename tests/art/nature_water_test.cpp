@@ -19,8 +19,8 @@ const Art::Picture& Stored() {
 }
 
 /// The direction that the water shader makes of a texel: normalize(rgb - 0.5).
-Art::Vec3 NormalOf(const Art::Rgba& texel) {
-    return Art::Normalize({texel.r - 0.5f, texel.g - 0.5f, texel.b - 0.5f});
+Vell::vec3 NormalOf(const Art::Rgba& texel) {
+    return Vell::Normalized(Vell::vec3{texel.r - 0.5f, texel.g - 0.5f, texel.b - 0.5f});
 }
 
 /// How alike the sea is to itself moved by (ds, dt): 1 the same, 0 unrelated.
@@ -29,23 +29,23 @@ double Likeness(const Art::SlopeMap& map, int ds, int dt) {
     double power = 0;
     for (int t = 0; t < map.size; ++t)
         for (int s = 0; s < map.size; ++s) {
-            const Art::Vec2& here = map.At(s, t);
-            const Art::Vec2& there = map.At((s + ds) % map.size, (t + dt) % map.size);
-            same += Art::Dot(here, there);
-            power += Art::Dot(here, here);
+            const Vell::vec2& here = map.At(s, t);
+            const Vell::vec2& there = map.At((s + ds) % map.size, (t + dt) % map.size);
+            same += Vell::Dot(here, there);
+            power += Vell::Dot(here, here);
         }
     return same / power;
 }
 
 /// Root mean square of the slopes along s and t after `halvings` of the map, as mip-maps do.
-Art::Vec2 Steepness(Art::Picture normals, int halvings) {
+Vell::vec2 Steepness(Art::Picture normals, int halvings) {
     for (int i = 0; i < halvings; ++i)
         normals = Art::Halved(normals);
     double s = 0;
     double t = 0;
     for (int y = 0; y < normals.Height(); ++y)
         for (int x = 0; x < normals.Width(); ++x) {
-            const Art::Vec3 normal = NormalOf(normals.At(x, y));
+            const Vell::vec3 normal = NormalOf(normals.At(x, y));
             s += normal.x * normal.x;
             t += normal.y * normal.y;
         }
@@ -58,7 +58,7 @@ Art::Vec2 Steepness(Art::Picture normals, int halvings) {
 TEST(NatureWater, Lies_level_on_the_whole) {
     double x = 0;
     double y = 0;
-    for (const Art::Vec2& slope : Waves().slopes) {
+    for (const Vell::vec2& slope : Waves().slopes) {
         x += slope.x;
         y += slope.y;
     }
@@ -71,7 +71,7 @@ TEST(NatureWater, Stored_map_shifts_no_mirror_image_on_average) {
     double y = 0;
     for (int row = 0; row < Stored().Height(); ++row)
         for (int column = 0; column < Stored().Width(); ++column) {
-            const Art::Vec3 normal = NormalOf(Stored().At(column, row));
+            const Vell::vec3 normal = NormalOf(Stored().At(column, row));
             x += normal.x;
             y += normal.y;
         }
@@ -100,9 +100,9 @@ TEST(NatureWater, Tiles_without_a_seam) {
     float across = 0;
     for (int t = 0; t < size; ++t) {
         for (int s = 0; s + 1 < size; ++s)
-            inside = std::max(inside, Art::Length(Waves().At(s + 1, t) - Waves().At(s, t)));
-        across = std::max(across, Art::Length(Waves().At(0, t) - Waves().At(size - 1, t)));
-        across = std::max(across, Art::Length(Waves().At(t, 0) - Waves().At(t, size - 1)));
+            inside = std::max(inside, Vell::Length(Waves().At(s + 1, t) - Waves().At(s, t)));
+        across = std::max(across, Vell::Length(Waves().At(0, t) - Waves().At(size - 1, t)));
+        across = std::max(across, Vell::Length(Waves().At(t, 0) - Waves().At(t, size - 1)));
     }
     EXPECT_LE(across, 1.2f * inside);
 }
@@ -132,7 +132,7 @@ TEST(NatureWater, Has_waves_of_many_sizes) {
 
 TEST(NatureWater, Is_calm_enough_for_a_mirror) {
     // The shader turns a slope of 1 into 2 % of the screen: 19 pixels sideways, 1.8 upwards.
-    const Art::Vec2 steep = Steepness(Art::NormalPicture(Waves()), 0);
+    const Vell::vec2 steep = Steepness(Art::NormalPicture(Waves()), 0);
     EXPECT_GT(steep.x * 0.02f * 960, 1.0f) << "pixels sideways: still glass";
     EXPECT_LT(steep.x * 0.02f * 960, 5.0f) << "pixels sideways: torn to pieces";
     EXPECT_GT(steep.y, steep.x) << "waves balance the ten times wider picture";

@@ -33,8 +33,8 @@ float LargestRadius(const Art::WispKind& kind) {
 
 TEST(NatureWisp, Bounding_box_holds_the_light_from_every_side) {
     for (const Art::WispKind& kind : Art::WispKinds()) {
-        Art::Vec3 low;
-        Art::Vec3 high;
+        Vell::vec3 low;
+        Vell::vec3 high;
         for (const Art::MeshVertex& v : Vertices(kind)) {
             low = {std::min(low.x, v.position.x), std::min(low.y, v.position.y),
                    std::min(low.z, v.position.z)};
@@ -89,8 +89,8 @@ TEST(NatureWisp, Stored_meshes_are_the_drawn_ones) {
         const Art::MeshFile drawn = Art::WispMesh(kind);
         ASSERT_EQ(Art::VertexCount(stored), Art::VertexCount(drawn));
         for (std::size_t i = 0; i < drawn.subMeshes[0].vertices.size(); ++i)
-            EXPECT_LT(Art::Length(stored.subMeshes[0].vertices[i].position -
-                                  drawn.subMeshes[0].vertices[i].position),
+            EXPECT_LT(Vell::Length(stored.subMeshes[0].vertices[i].position -
+                                   drawn.subMeshes[0].vertices[i].position),
                       1e-3f);
     }
 }
