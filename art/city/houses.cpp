@@ -28,12 +28,12 @@ void AddChimney(Builder& b, const Box& body, float rise, Random& random) {
     const float x = random.Range(body.x0 + 0.4f, body.x1 - 0.7f);
     const float z = random.Range(body.z0 + 0.5f, body.z1 - 0.9f);
     const float top = body.y1 + rise * random.Range(0.9f, 1.2f) + 0.2f;
-    AddBox(b, {x, x + 0.34f, body.y1, top, z, z + 0.34f}, {Plain(Material::Stone), trim});
+    AddBox(b, {{x, x + 0.34f}, {body.y1, top}, {z, z + 0.34f}}, {Plain(Material::Stone), trim});
 }
 
 /// A small house of its own on a roof, facing the front.
 void AddDormer(Builder& b, float x, float y, float front, float back) {
-    const Box box{x - 0.35f, x + 0.35f, y, y + 0.75f, back, front};
+    const Box box{{x - 0.35f, x + 0.35f}, {y, y + 0.75f}, {back, front}};
     const Paint window{Material::HouseWarm, {0, 3.0f / 16}, {1 / 0.7f / 8, 1 / 0.8f / 16}};
     AddWall(b, {box.x0, front}, {box.x1, front}, box.y0, box.y1, window);
     AddWall(b, {box.x1, front}, {box.x1, back}, box.y0, box.y1, trim);
@@ -70,33 +70,36 @@ void AddTerrace(Builder& b, const Box& body, Random& random, bool detailed) {
     constexpr float thickness = 0.14f;
     const float y0 = body.y1;
     const float y1 = y0 + 0.35f;
-    AddBox(b, {body.x0, body.x1, y0, y1, body.z1 - thickness, body.z1}, trimmed);
-    AddBox(b, {body.x0, body.x1, y0, y1, body.z0, body.z0 + thickness}, trimmed);
-    AddBox(b, {body.x0, body.x0 + thickness, y0, y1, body.z0 + thickness, body.z1 - thickness},
+    AddBox(b, {{body.x0, body.x1}, {y0, y1}, {body.z1 - thickness, body.z1}}, trimmed);
+    AddBox(b, {{body.x0, body.x1}, {y0, y1}, {body.z0, body.z0 + thickness}}, trimmed);
+    AddBox(b,
+           {{body.x0, body.x0 + thickness}, {y0, y1}, {body.z0 + thickness, body.z1 - thickness}},
            trimmed);
-    AddBox(b, {body.x1 - thickness, body.x1, y0, y1, body.z0 + thickness, body.z1 - thickness},
+    AddBox(b,
+           {{body.x1 - thickness, body.x1}, {y0, y1}, {body.z0 + thickness, body.z1 - thickness}},
            trimmed);
     const float width = body.x1 - body.x0;
     const float x = body.x0 + width * random.Range(0.2f, 0.5f);
     const float deep = (body.z1 - body.z0) * 0.45f;
     AddFacadeBox(
-        b, {x, x + width * 0.35f, y0, y0 + storeyHeight, body.z0 + 0.3f, body.z0 + 0.3f + deep},
+        b,
+        {{x, x + width * 0.35f}, {y0, y0 + storeyHeight}, {body.z0 + 0.3f, body.z0 + 0.3f + deep}},
         Material::HouseCool, trim, random.Next());
     if (detailed && random.Chance(0.5f))
         AddLantern(b, {body.x1 - 0.4f, y1 + 0.45f, body.z1 - 0.07f}, 0.1f, 0.6f);
 }
 
 void AddCornice(Builder& b, const Box& body, float y, float reach, float thick) {
-    AddBox(b, {body.x0, body.x1, y, y + thick, body.z1, body.z1 + reach}, trimmed, true);
+    AddBox(b, {{body.x0, body.x1}, {y, y + thick}, {body.z1, body.z1 + reach}}, trimmed, true);
 }
 
 /// A slab with a rail on thin posts, at the foot of a storey.
 void AddBalcony(Builder& b, float x, float width, float y, float z) {
-    AddBox(b, {x, x + width, y - 0.08f, y, z, z + 0.42f}, trimmed, true);
+    AddBox(b, {{x, x + width}, {y - 0.08f, y}, {z, z + 0.42f}}, trimmed, true);
     const Finish iron{Plain(Material::Roof), Plain(Material::Roof)};
-    AddBox(b, {x, x + width, y + 0.27f, y + 0.32f, z + 0.37f, z + 0.42f}, iron, true);
+    AddBox(b, {{x, x + width}, {y + 0.27f, y + 0.32f}, {z + 0.37f, z + 0.42f}}, iron, true);
     for (const float post : {x + 0.04f, x + width / 2, x + width - 0.04f})
-        AddBox(b, {post - 0.025f, post + 0.025f, y, y + 0.27f, z + 0.37f, z + 0.42f}, iron);
+        AddBox(b, {{post - 0.025f, post + 0.025f}, {y, y + 0.27f}, {z + 0.37f, z + 0.42f}}, iron);
 }
 
 /// One balcony over the other on every second storey below `top`.
@@ -107,7 +110,7 @@ void AddBalconies(Builder& b, float x, float width, float top) {
 
 /// A bay that stands out from the upper storeys.
 void AddOriel(Builder& b, float x, float y0, float y1, float z, Material material, unsigned seed) {
-    const Box box{x, x + 1.0f, y0, y1, z - 0.1f, z + 0.5f};
+    const Box box{{x, x + 1.0f}, {y0, y1}, {z - 0.1f, z + 0.5f}};
     AddFacadeBox(b, box, material, trim, seed);
     AddTaper(b, {{x, z}, {x + 1, z}, {x + 1, z + 0.5f}, {x, z + 0.5f}}, {x + 0.5f, z}, y1,
              y1 + 0.5f, 0.1f, {Plain(Material::Roof), trim});
@@ -142,7 +145,14 @@ void AddArcade(Builder& b, float width, float height, Material material, Random&
     constexpr float arcadeDepth = 1.1f;
     const int count = std::max(1, static_cast<int>(std::round(width / 1.35f)));
     const float pitch = width / static_cast<float>(count);
-    ArchWall wall{0, width, quayHeight, quayHeight + height, 0, 0.3f, {}, false, false, 6};
+    ArchWall wall{.x0 = 0,
+                  .x1 = width,
+                  .y0 = quayHeight,
+                  .y1 = quayHeight + height,
+                  .z = 0,
+                  .thickness = 0.3f,
+                  .back = false,
+                  .ends = false};
     for (int i = 0; i < count; ++i) {
         const float middle = pitch * (static_cast<float>(i) + 0.5f);
         const float radius = pitch * 0.36f;
@@ -165,14 +175,14 @@ void AddHouse(Builder& b, float width, float height, const RowStyle& style, Rand
     const Material material = HouseMaterial(style.mood, random);
     const float top = quayHeight + std::round(height / storeyHeight) * storeyHeight;
     const float depth = style.depth * random.Range(0.85f, 1.1f);
-    const Box body{0, width, quayHeight, top, -depth, 0};
+    const Box body{{0, width}, {quayHeight, top}, {-depth, 0}};
     Box upper = body;
     if (style.arcade) {
         constexpr float arcadeHeight = 1.7f;
         AddArcade(b, width, arcadeHeight, material, random);
         upper.y0 += arcadeHeight;
         b.Rect({0, upper.y0, -1.1f}, {1, 0, 0}, {0, 0, 1}, width, 0.8f, trim);
-        AddFacadeBox(b, {0, width, quayHeight, upper.y0, -depth, -1.1f}, material, trim,
+        AddFacadeBox(b, {{0, width}, {quayHeight, upper.y0}, {-depth, -1.1f}}, material, trim,
                      random.Next());
     }
     AddFacadeBox(b, upper, material, trim, random.Next());
@@ -217,21 +227,21 @@ void AddPalace(Builder& b, vec2 from, vec2 to, float depth, float height, unsign
     Random random(seed);
     b.SetPlace(Facing(from, to));
     const float width = Length(to - from);
-    const Box body{0, width, quayHeight, quayHeight + height, -depth, -1.2f};
+    const Box body{{0, width}, {quayHeight, quayHeight + height}, {-depth, -1.2f}};
     AddFacadeBox(b, body, Material::Palace, trim, seed);
     AddHip(b, body, depth * 0.3f, 0.25f, RoofPaint(random));
     const float x0 = width * 0.2f;
     const float x1 = width * 0.8f;
     const float beam = quayHeight + height * 0.62f;
     const int columns = std::max(4, static_cast<int>((x1 - x0) / 0.9f));
-    AddBox(b, {x0, x1, quayHeight, quayHeight + 0.25f, -1.2f, 0.1f}, trimmed);
+    AddBox(b, {{x0, x1}, {quayHeight, quayHeight + 0.25f}, {-1.2f, 0.1f}}, trimmed);
     for (int i = 0; i < columns; ++i)
         AddColumn(
             b,
             {Lerp(x0 + 0.25f, x1 - 0.25f, static_cast<float>(i) / static_cast<float>(columns - 1)),
              -0.25f},
             quayHeight + 0.25f, beam, 0.14f, 6, trim);
-    const Box attic{x0, x1, beam, beam + 0.4f, -1.2f, 0.05f};
+    const Box attic{{x0, x1}, {beam, beam + 0.4f}, {-1.2f, 0.05f}};
     AddBox(b, attic, trimmed, true);
     AddGableAlongZ(b, attic, 0.9f, 0.1f, {trim, RoofPaint(random)});
     AddCornice(b, body, body.y1 - 0.15f, 0.18f, 0.2f);
@@ -243,16 +253,17 @@ void AddPalace(Builder& b, vec2 from, vec2 to, float depth, float height, unsign
 void AddBasilica(Builder& b, vec2 at, vec2 along, float s, unsigned seed) {
     b.SetPlace({{at.x, 0, at.y}, along});
     const Paint roof = Plain(Material::Roof);
-    const Box nave{-1.1f * s, 1.1f * s, quayHeight, quayHeight + 2.2f * s, -6 * s, -0.6f * s};
+    const Box nave{{-1.1f * s, 1.1f * s}, {quayHeight, quayHeight + 2.2f * s}, {-6 * s, -0.6f * s}};
     AddFacadeBox(b, nave, Material::Palace, trim, seed);
     AddGableAlongZ(b, nave, 0.9f * s, 0.2f, {Plain(Material::Palace), roof});
     for (const float side : {-1.0f, 1.0f}) {
         const float x0 = std::min(side * 1.1f, side * 2.1f) * s;
-        AddFacadeBox(b, {x0, x0 + s, quayHeight, quayHeight + 1.2f * s, -6 * s, -0.6f * s},
+        AddFacadeBox(b, {{x0, x0 + s}, {quayHeight, quayHeight + 1.2f * s}, {-6 * s, -0.6f * s}},
                      Material::Palace, roof, seed + 1);
         const float t = side * 1.5f * s;
-        const Box bell{t - 0.5f * s,          t + 0.5f * s, quayHeight,
-                       quayHeight + 3.2f * s, -0.9f * s,    0.1f * s};
+        const Box bell{{t - 0.5f * s, t + 0.5f * s},
+                       {quayHeight, quayHeight + 3.2f * s},
+                       {-0.9f * s, 0.1f * s}};
         AddFacadeBox(b, bell, Material::Palace, trim, seed + 2);
         AddTaper(b, Ring({t, -0.4f * s}, 0.6f * s, 8), {t, -0.4f * s}, bell.y1, bell.y1 + 0.8f * s,
                  0.9f, {trim, trim});

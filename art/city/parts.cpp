@@ -280,7 +280,7 @@ void AddStairs(Builder& b, float x0, float x1, float z, float y1, float y0, int 
     for (int i = 1; i <= steps; ++i) {
         const float near = z + rise * 1.4f * static_cast<float>(i);
         const float top = y1 - rise * static_cast<float>(i - 1);
-        AddBox(b, {x0, x1, y0 - 0.3f, top - rise, z, near}, {paint, paint});
+        AddBox(b, {{x0, x1}, {y0 - 0.3f, top - rise}, {z, near}}, {paint, paint});
     }
 }
 
@@ -354,12 +354,16 @@ void AddColumn(Builder& b, vec2 at, float y0, float y1, float radius, int sides,
                const Paint& paint) {
     const Finish finish{paint, paint};
     const vec2 half{radius * 1.35f, radius * 1.35f};
-    AddBox(b, {at.x - half.x, at.x + half.x, y0, y0 + radius * 0.8f, at.y - half.y, at.y + half.y},
-           finish);
+    AddBox(
+        b,
+        {{at.x - half.x, at.x + half.x}, {y0, y0 + radius * 0.8f}, {at.y - half.y, at.y + half.y}},
+        finish);
     AddTaper(b, Ring(at, radius, sides), at, y0 + radius * 0.8f, y1 - radius * 0.8f, 0.82f, finish,
              false);
-    AddBox(b, {at.x - half.x, at.x + half.x, y1 - radius * 0.8f, y1, at.y - half.y, at.y + half.y},
-           finish, true);
+    AddBox(
+        b,
+        {{at.x - half.x, at.x + half.x}, {y1 - radius * 0.8f, y1}, {at.y - half.y, at.y + half.y}},
+        finish, true);
 }
 
 } // namespace Art

@@ -10,10 +10,19 @@ struct Finish {
     Paint top;
 };
 
-/// An upright box of the current place, without a bottom. Split at the water.
+/// From one coordinate to a greater one.
+struct Range {
+    float low, high;
+};
+
+/// An upright box of the current place.
 struct Box {
+    Box(Range x, Range y, Range z)
+        : x0(x.low), x1(x.high), y0(y.low), y1(y.high), z0(z.low), z1(z.high) {}
+
     float x0, x1, y0, y1, z0, z1;
 };
+/// Walls and top of a box, and with `bottom` its underside. Split at the water.
 void AddBox(Builder& b, const Box& box, const Finish& finish, bool bottom = false);
 
 /// The four walls of a box as a facade: whole bays of about one unit and storeys of one unit
@@ -53,7 +62,7 @@ struct Arch {
 /// start at y0. Front, back, arch linings and (with `ends`) the two ends and the top.
 struct ArchWall {
     float x0, x1, y0, y1, z, thickness;
-    std::vector<Arch> arches;
+    std::vector<Arch> arches{};
     bool back = true;
     bool ends = true;
     int segments = 6;

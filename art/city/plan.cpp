@@ -38,19 +38,69 @@ struct Row {
     RowStyle style;
 };
 
-//                      lowest highest narrow wide depth detail arcade flat mood
-const RowStyle canalStyle{3.4f, 6.4f, 2.3f, 4.2f, 4, true, false, false, 0};
-const RowStyle canalCoolStyle{3.6f, 7.0f, 2.3f, 4.0f, 4, true, false, false, 1};
-const RowStyle canalArcadeStyle{4.5f, 6.8f, 3.0f, 5.0f, 4.2f, true, true, false, 2};
-const RowStyle basinStyle{4.4f, 7.5f, 2.6f, 4.4f, 4.5f, true, true, false, 2};
-const RowStyle basinHighStyle{6.0f, 9.5f, 2.8f, 4.6f, 4.5f, true, true, false, 0};
-const RowStyle behindStyle{5.4f, 7.0f, 2.6f, 4.2f, 4.4f, true, false, false, 0};
-const RowStyle behindHighStyle{6.6f, 7.4f, 2.0f, 2.6f, 4.4f, true, false, true, 0};
-const RowStyle lowStyle{1.8f, 3.0f, 2.4f, 4.0f, 3.6f, true, false, false, 0};
-const RowStyle lowFlatStyle{1.8f, 2.6f, 2.6f, 4.2f, 3.2f, true, false, true, 2};
-const RowStyle townStyle{4.0f, 9.0f, 3.2f, 5.4f, 4.6f, false, false, false, 1};
-const RowStyle highStyle{5.5f, 15.0f, 3.6f, 5.6f, 5, false, false, false, 1};
-const RowStyle highFlatStyle{6.0f, 16.0f, 3.8f, 6.0f, 5, false, false, true, 2};
+const RowStyle canalStyle{
+    .lowest = 3.4f, .highest = 6.4f, .narrowest = 2.3f, .widest = 4.2f, .depth = 4};
+const RowStyle canalCoolStyle{
+    .lowest = 3.6f, .highest = 7.0f, .narrowest = 2.3f, .widest = 4.0f, .depth = 4, .mood = 1};
+const RowStyle canalArcadeStyle{.lowest = 4.5f,
+                                .highest = 6.8f,
+                                .narrowest = 3.0f,
+                                .widest = 5.0f,
+                                .depth = 4.2f,
+                                .arcade = true,
+                                .mood = 2};
+const RowStyle basinStyle{.lowest = 4.4f,
+                          .highest = 7.5f,
+                          .narrowest = 2.6f,
+                          .widest = 4.4f,
+                          .depth = 4.5f,
+                          .arcade = true,
+                          .mood = 2};
+const RowStyle basinHighStyle{.lowest = 6.0f,
+                              .highest = 9.5f,
+                              .narrowest = 2.8f,
+                              .widest = 4.6f,
+                              .depth = 4.5f,
+                              .arcade = true};
+const RowStyle behindStyle{
+    .lowest = 5.4f, .highest = 7.0f, .narrowest = 2.6f, .widest = 4.2f, .depth = 4.4f};
+const RowStyle behindHighStyle{.lowest = 6.6f,
+                               .highest = 7.4f,
+                               .narrowest = 2.0f,
+                               .widest = 2.6f,
+                               .depth = 4.4f,
+                               .flat = true};
+const RowStyle lowStyle{
+    .lowest = 1.8f, .highest = 3.0f, .narrowest = 2.4f, .widest = 4.0f, .depth = 3.6f};
+const RowStyle lowFlatStyle{.lowest = 1.8f,
+                            .highest = 2.6f,
+                            .narrowest = 2.6f,
+                            .widest = 4.2f,
+                            .depth = 3.2f,
+                            .flat = true,
+                            .mood = 2};
+const RowStyle townStyle{.lowest = 4.0f,
+                         .highest = 9.0f,
+                         .narrowest = 3.2f,
+                         .widest = 5.4f,
+                         .depth = 4.6f,
+                         .detailed = false,
+                         .mood = 1};
+const RowStyle highStyle{.lowest = 5.5f,
+                         .highest = 15.0f,
+                         .narrowest = 3.6f,
+                         .widest = 5.6f,
+                         .depth = 5,
+                         .detailed = false,
+                         .mood = 1};
+const RowStyle highFlatStyle{.lowest = 6.0f,
+                             .highest = 16.0f,
+                             .narrowest = 3.8f,
+                             .widest = 6.0f,
+                             .depth = 5,
+                             .detailed = false,
+                             .flat = true,
+                             .mood = 2};
 
 const std::vector<Row> houseRows = {
     // The upper canal, left bank, then right bank.
@@ -107,31 +157,31 @@ const std::vector<Row> houseRows = {
 };
 
 const std::vector<Tower> towers = {
-    {{20.0f, -30.0f}, 5.2f, 31, Crown::Spire, 0.15f},
-    {{-7.5f, -32.0f}, 5.6f, 26, Crown::Setbacks, 0},
-    {{36.0f, -31.0f}, 4.4f, 25, Crown::Spire, 0.5f},
-    {{57.0f, 4.0f}, 7.0f, 32, Crown::Setbacks, 0},
-    {{54.5f, 18.5f}, 5.4f, 21, Crown::Slab, pi / 2},
-    {{62.0f, -16.0f}, 7.0f, 20, Crown::Slab, 0.3f},
-    {{42.0f, -3.0f}, 4.6f, 17, Crown::Setbacks, 0},
-    {{42.5f, 27.5f}, 5.0f, 19, Crown::Rotunda, 0},
-    {{7.5f, 29.8f}, 2.8f, 24, Crown::Campanile, 0.2f},
-    {{50.0f, 43.0f}, 5.6f, 27, Crown::Spire, 0.4f},
-    {{64.5f, 12.0f}, 5.0f, 22, Crown::Rotunda, 0},
-    {{31.5f, 29.5f}, 3.0f, 15, Crown::Campanile, 0},
-    {{-2.0f, 47.0f}, 4.4f, 18, Crown::Setbacks, 0},
-    {{26.0f, -14.5f}, 4.2f, 19, Crown::Slab, 0.2f},
-    {{3.0f, -24.0f}, 3.0f, 18, Crown::Campanile, 0.1f},
-    {{11.0f, -15.0f}, 3.4f, 16, Crown::Spire, 0},
-    {{29.5f, -23.5f}, 3.0f, 20, Crown::Setbacks, 0},
-    {{44.5f, -33.5f}, 2.6f, 15, Crown::Campanile, 0},
-    {{53.0f, -24.0f}, 3.0f, 17, Crown::Spire, 0.3f},
-    {{68.0f, 0.0f}, 3.4f, 15, Crown::Campanile, 0},
-    {{51.5f, -8.0f}, 4.0f, 18, Crown::Setbacks, 0},
-    {{36.0f, -14.0f}, 3.2f, 17, Crown::Campanile, 0},
-    {{40.0f, 55.0f}, 3.4f, 17, Crown::Setbacks, 0},
-    {{-40.0f, 8.0f}, 3.0f, 14, Crown::Campanile, 0},
-    {{104.0f, 26.0f}, 3.6f, 17, Crown::Spire, 0},
+    {.at = {20.0f, -30.0f}, .width = 5.2f, .height = 31, .crown = Crown::Spire, .turn = 0.15f},
+    {.at = {-7.5f, -32.0f}, .width = 5.6f, .height = 26, .crown = Crown::Setbacks},
+    {.at = {36.0f, -31.0f}, .width = 4.4f, .height = 25, .crown = Crown::Spire, .turn = 0.5f},
+    {.at = {57.0f, 4.0f}, .width = 7.0f, .height = 32, .crown = Crown::Setbacks},
+    {.at = {54.5f, 18.5f}, .width = 5.4f, .height = 21, .crown = Crown::Slab, .turn = pi / 2},
+    {.at = {62.0f, -16.0f}, .width = 7.0f, .height = 20, .crown = Crown::Slab, .turn = 0.3f},
+    {.at = {42.0f, -3.0f}, .width = 4.6f, .height = 17, .crown = Crown::Setbacks},
+    {.at = {42.5f, 27.5f}, .width = 5.0f, .height = 19, .crown = Crown::Rotunda},
+    {.at = {7.5f, 29.8f}, .width = 2.8f, .height = 24, .crown = Crown::Campanile, .turn = 0.2f},
+    {.at = {50.0f, 43.0f}, .width = 5.6f, .height = 27, .crown = Crown::Spire, .turn = 0.4f},
+    {.at = {64.5f, 12.0f}, .width = 5.0f, .height = 22, .crown = Crown::Rotunda},
+    {.at = {31.5f, 29.5f}, .width = 3.0f, .height = 15, .crown = Crown::Campanile},
+    {.at = {-2.0f, 47.0f}, .width = 4.4f, .height = 18, .crown = Crown::Setbacks},
+    {.at = {26.0f, -14.5f}, .width = 4.2f, .height = 19, .crown = Crown::Slab, .turn = 0.2f},
+    {.at = {3.0f, -24.0f}, .width = 3.0f, .height = 18, .crown = Crown::Campanile, .turn = 0.1f},
+    {.at = {11.0f, -15.0f}, .width = 3.4f, .height = 16, .crown = Crown::Spire},
+    {.at = {29.5f, -23.5f}, .width = 3.0f, .height = 20, .crown = Crown::Setbacks},
+    {.at = {44.5f, -33.5f}, .width = 2.6f, .height = 15, .crown = Crown::Campanile},
+    {.at = {53.0f, -24.0f}, .width = 3.0f, .height = 17, .crown = Crown::Spire, .turn = 0.3f},
+    {.at = {68.0f, 0.0f}, .width = 3.4f, .height = 15, .crown = Crown::Campanile},
+    {.at = {51.5f, -8.0f}, .width = 4.0f, .height = 18, .crown = Crown::Setbacks},
+    {.at = {36.0f, -14.0f}, .width = 3.2f, .height = 17, .crown = Crown::Campanile},
+    {.at = {40.0f, 55.0f}, .width = 3.4f, .height = 17, .crown = Crown::Setbacks},
+    {.at = {-40.0f, 8.0f}, .width = 3.0f, .height = 14, .crown = Crown::Campanile},
+    {.at = {104.0f, 26.0f}, .width = 3.6f, .height = 17, .crown = Crown::Spire},
 };
 
 struct LampLine {

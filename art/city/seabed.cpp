@@ -67,7 +67,8 @@ void AddColonnade(Builder& b, unsigned seed) {
                 broken ? foot + 3 + 4 * HashUnit(seed, 3, static_cast<unsigned>(i)) : -2.6f;
             AddColumn(b, {x, z}, foot, head, 0.9f, 8, stone);
             if (!broken && i % 2 == 0)
-                AddBox(b, {x - 1.2f, x + 1.2f, head, head + 1, z - 1.2f, z + 6.6f}, stony, true);
+                AddBox(b, {{x - 1.2f, x + 1.2f}, {head, head + 1}, {z - 1.2f, z + 6.6f}}, stony,
+                       true);
         }
     }
 }
@@ -79,7 +80,14 @@ void AddFootArcade(Builder& b, float x0, float x1, float z, float depth) {
     const int count = static_cast<int>((x1 - x0) / columnPitch);
     b.SetPlace({{x1, 0, z}, {-1, 0}});
     const float length = x1 - x0;
-    ArchWall wall{0, length, seaFloor, arcadeTop, 0, depth, {}, false, true, 8};
+    ArchWall wall{.x0 = 0,
+                  .x1 = length,
+                  .y0 = seaFloor,
+                  .y1 = arcadeTop,
+                  .z = 0,
+                  .thickness = depth,
+                  .back = false,
+                  .segments = 8};
     for (int i = 0; i < count; ++i) {
         const float middle = length * (static_cast<float>(i) + 0.5f) / static_cast<float>(count);
         wall.arches.push_back({middle - 2.1f, middle + 2.1f, -4.2f});
@@ -87,7 +95,7 @@ void AddFootArcade(Builder& b, float x0, float x1, float z, float depth) {
     AddArchWall(b, wall, stone, stone);
     for (int i = 0; i <= count; ++i) {
         const float x = length * static_cast<float>(i) / static_cast<float>(count);
-        AddBox(b, {x - 0.55f, x + 0.55f, seaFloor, -3.4f, 0, 0.9f}, stony);
+        AddBox(b, {{x - 0.55f, x + 0.55f}, {seaFloor, -3.4f}, {0, 0.9f}}, stony);
         AddTaper(b, {{x - 0.55f, 0}, {x + 0.55f, 0}, {x + 0.55f, 0.9f}, {x - 0.55f, 0.9f}}, {x, 0},
                  -3.4f, -2.2f, 0.1f, stony);
     }

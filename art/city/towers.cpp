@@ -12,12 +12,12 @@ const Paint roof = Plain(Material::Roof);
 const Finish trimmed{trim, trim};
 
 Box Centred(float half, float y0, float y1, float aspect = 1) {
-    return {-half, half, y0, y1, -half * aspect, half * aspect};
+    return {{-half, half}, {y0, y1}, {-half * aspect, half * aspect}};
 }
 
 /// A ledge around a box at height y.
 void AddLedge(Builder& b, const Box& box, float y, float reach, float thick) {
-    AddBox(b, {box.x0 - reach, box.x1 + reach, y, y + thick, box.z0 - reach, box.z1 + reach},
+    AddBox(b, {{box.x0 - reach, box.x1 + reach}, {y, y + thick}, {box.z0 - reach, box.z1 + reach}},
            trimmed, true);
 }
 
@@ -52,12 +52,14 @@ void AddSetbacks(Builder& b, const Tower& t, unsigned seed) {
             const float fin = half * 0.16f;
             for (const float s : {-1.0f, 1.0f}) {
                 AddBox(b,
-                       {s * half * 0.5f - fin, s * half * 0.5f + fin, y, top + 0.6f, half,
-                        half + 0.2f},
+                       {{s * half * 0.5f - fin, s * half * 0.5f + fin},
+                        {y, top + 0.6f},
+                        {half, half + 0.2f}},
                        trimmed);
                 AddBox(b,
-                       {s * half * 0.5f - fin, s * half * 0.5f + fin, y, top + 0.6f, -half - 0.2f,
-                        -half},
+                       {{s * half * 0.5f - fin, s * half * 0.5f + fin},
+                        {y, top + 0.6f},
+                        {-half - 0.2f, -half}},
                        trimmed);
             }
         }
@@ -76,7 +78,7 @@ void AddSpire(Builder& b, const Tower& t, unsigned seed) {
     AddLedge(b, body, shaft, 0.25f, 0.35f);
     for (const float x : {-half, half})
         for (const float z : {-half, half}) {
-            AddBox(b, {x - 0.25f, x + 0.25f, quayHeight, shaft + 1.2f, z - 0.25f, z + 0.25f},
+            AddBox(b, {{x - 0.25f, x + 0.25f}, {quayHeight, shaft + 1.2f}, {z - 0.25f, z + 0.25f}},
                    trimmed);
             AddTaper(b, Ring({x, z}, 0.36f, 4, pi / 4), {x, z}, shaft + 1.2f, shaft + 2.8f, 0,
                      {roof, roof}, false);
@@ -116,23 +118,27 @@ void AddSlab(Builder& b, const Tower& t, unsigned seed) {
     const float half = t.width / 2;
     const float high = quayHeight + Storeys(t.height * 0.9f);
     const float low = quayHeight + Storeys(t.height * 0.62f);
-    AddFacadeBox(b, {-half, half * 0.45f, quayHeight, high, -half * depthShare, half * depthShare},
-                 Material::Tower, trim, seed);
-    const Box wing{
-        half * 0.45f, half, quayHeight, low, -half * depthShare * 0.9f, half * depthShare * 0.9f};
+    AddFacadeBox(
+        b, {{-half, half * 0.45f}, {quayHeight, high}, {-half * depthShare, half * depthShare}},
+        Material::Tower, trim, seed);
+    const Box wing{{half * 0.45f, half},
+                   {quayHeight, low},
+                   {-half * depthShare * 0.9f, half * depthShare * 0.9f}};
     AddFacadeBox(b, wing, Material::Tower, trim, seed + 1);
     for (int i = 0; i < 4; ++i) {
         const float x = Lerp(-half, half * 0.45f, static_cast<float>(i) / 3);
         AddBox(b,
-               {x - 0.14f, x + 0.14f, quayHeight, high + 0.9f, half * depthShare,
-                half * depthShare + 0.28f},
+               {{x - 0.14f, x + 0.14f},
+                {quayHeight, high + 0.9f},
+                {half * depthShare, half * depthShare + 0.28f}},
                trimmed);
         AddBox(b,
-               {x - 0.14f, x + 0.14f, quayHeight, high + 0.9f, -half * depthShare - 0.28f,
-                -half * depthShare},
+               {{x - 0.14f, x + 0.14f},
+                {quayHeight, high + 0.9f},
+                {-half * depthShare - 0.28f, -half * depthShare}},
                trimmed);
     }
-    AddFacadeBox(b, {-half * 0.8f, half * 0.2f, high, high + 1, -half * 0.3f, half * 0.3f},
+    AddFacadeBox(b, {{-half * 0.8f, half * 0.2f}, {high, high + 1}, {-half * 0.3f, half * 0.3f}},
                  Material::Palace, trim, seed + 2);
     b.Lamp({half * 0.7f, low + 0.8f, 0}, 0.6f);
     AddSpark(b, {half * 0.9f, low + 0.4f, half * depthShare * 0.8f}, 0.12f, 0.6f);
@@ -156,16 +162,14 @@ void AddCampanile(Builder& b, const Tower& t, unsigned seed) {
             before.origin,
             {before.x.x * x.x - before.x.y * x.y, before.x.x * x.y + before.x.y * x.x}};
         b.SetPlace(turned);
-        ArchWall wall{-half,
-                      half,
-                      y,
-                      y + open + half,
-                      half,
-                      0.25f,
-                      {{-half * 0.6f, half * 0.6f, y + open * 0.8f}},
-                      true,
-                      false,
-                      6};
+        ArchWall wall{.x0 = -half,
+                      .x1 = half,
+                      .y0 = y,
+                      .y1 = y + open + half,
+                      .z = half,
+                      .thickness = 0.25f,
+                      .arches = {{-half * 0.6f, half * 0.6f, y + open * 0.8f}},
+                      .ends = false};
         AddArchWall(b, wall, trim, trim);
         b.SetPlace(before);
     }

@@ -142,7 +142,8 @@ void AddSkyBridge(Builder& b, vec2 from, vec2 to, float width, float y) {
     const float z = width / 2;
     const int count = std::max(1, static_cast<int>(length / 3));
     const float pitch = length / static_cast<float>(count);
-    ArchWall wall{0, length, y - 1.6f, y, z, width, {}, true, false, 6};
+    ArchWall wall{
+        .x0 = 0, .x1 = length, .y0 = y - 1.6f, .y1 = y, .z = z, .thickness = width, .ends = false};
     for (int i = 0; i < count; ++i)
         wall.arches.push_back({pitch * (static_cast<float>(i) + 0.06f),
                                pitch * (static_cast<float>(i) + 0.94f), y - 1.6f});
@@ -150,9 +151,9 @@ void AddSkyBridge(Builder& b, vec2 from, vec2 to, float width, float y) {
         arch.spring = y - 0.3f - (arch.x1 - arch.x0) / 2;
     wall.y0 = wall.arches[0].spring;
     AddArchWall(b, wall, trim, trim);
-    AddBox(b, {0, length, y, y + 0.2f, -z - 0.15f, z + 0.15f}, trimmed, true);
-    AddFacadeBox(b, {0, length, y + 0.2f, y + 1.2f, -z, z}, Material::Palace, trim, 91);
-    AddGableAlongX(b, {0, length, 0, y + 1.2f, -z, z}, 0.6f, 0.12f, {trim, roof});
+    AddBox(b, {{0, length}, {y, y + 0.2f}, {-z - 0.15f, z + 0.15f}}, trimmed, true);
+    AddFacadeBox(b, {{0, length}, {y + 0.2f, y + 1.2f}, {-z, z}}, Material::Palace, trim, 91);
+    AddGableAlongX(b, {{0, length}, {0, y + 1.2f}, {-z, z}}, 0.6f, 0.12f, {trim, roof});
     for (int i = 0; i <= count; ++i)
         for (const float side : {-z - 0.1f, z + 0.1f})
             AddSpark(b, {pitch * static_cast<float>(i), y + 0.55f, side}, 0.1f, 0.5f);
@@ -163,10 +164,11 @@ void AddSeaGate(Builder& b, vec2 from, vec2 to) {
     b.SetPlace(Facing(from, to));
     const float length = Length(to - from);
     for (const float x : {0.0f, length}) {
-        AddBox(b, {x - 1.9f, x + 1.9f, seaFloor, 0.9f, -1.9f, 1.9f}, {stone, trim});
-        AddBox(b, {x - 1.4f, x + 1.4f, 0.9f, 7.5f, -1.4f, 1.4f}, {stone, trim});
-        AddBox(b, {x - 1.65f, x + 1.65f, 7.5f, 8.0f, -1.65f, 1.65f}, trimmed, true);
-        AddFacadeBox(b, {x - 1.1f, x + 1.1f, 8.0f, 10.0f, -1.1f, 1.1f}, Material::Palace, trim, 17);
+        AddBox(b, {{x - 1.9f, x + 1.9f}, {seaFloor, 0.9f}, {-1.9f, 1.9f}}, {stone, trim});
+        AddBox(b, {{x - 1.4f, x + 1.4f}, {0.9f, 7.5f}, {-1.4f, 1.4f}}, {stone, trim});
+        AddBox(b, {{x - 1.65f, x + 1.65f}, {7.5f, 8.0f}, {-1.65f, 1.65f}}, trimmed, true);
+        AddFacadeBox(b, {{x - 1.1f, x + 1.1f}, {8.0f, 10.0f}, {-1.1f, 1.1f}}, Material::Palace,
+                     trim, 17);
         AddTaper(b, Ring({x, 0}, 1.9f, 4, pi / 4), {x, 0}, 10.0f, 13.0f, 0, {roof, roof}, false);
         for (const float z : {-1.45f, 1.45f})
             AddLantern(b, {x, 3.0f, z}, 0.16f, 1.2f);
@@ -174,11 +176,17 @@ void AddSeaGate(Builder& b, vec2 from, vec2 to) {
     const float x0 = 1.4f;
     const float x1 = length - 1.4f;
     const float radius = (x1 - x0) / 2;
-    ArchWall wall{
-        x0,   x1,    3.4f, 3.4f + radius + 1.0f, 0.6f, 1.2f, {{x0 + 0.01f, x1 - 0.01f, 3.4f}},
-        true, false, 12};
+    ArchWall wall{.x0 = x0,
+                  .x1 = x1,
+                  .y0 = 3.4f,
+                  .y1 = 3.4f + radius + 1.0f,
+                  .z = 0.6f,
+                  .thickness = 1.2f,
+                  .arches = {{x0 + 0.01f, x1 - 0.01f, 3.4f}},
+                  .ends = false,
+                  .segments = 12};
     AddArchWall(b, wall, stone, trim);
-    AddBox(b, {x0, x1, wall.y1, wall.y1 + 0.4f, -0.75f, 0.75f}, trimmed, true);
+    AddBox(b, {{x0, x1}, {wall.y1, wall.y1 + 0.4f}, {-0.75f, 0.75f}}, trimmed, true);
     for (int i = 0; i < 4; ++i)
         AddSpark(b, {Lerp(x0, x1, (static_cast<float>(i) + 0.5f) / 4), wall.y1 + 0.75f, 0}, 0.12f,
                  0.7f);
@@ -196,28 +204,28 @@ void AddWaterGate(Builder& b, vec2 from, vec2 to) {
     constexpr float eavesHeight = 10.0f;
     constexpr float roofOverlap = 1.7f; // how far the house reaches over its neighbours' roofs
     const float radius = length / 2 - pierWidth;
-    ArchWall wall{0,
-                  length,
-                  Builder::splitHigh,
-                  floorHeight,
-                  halfDepth,
-                  2 * halfDepth,
-                  {{pierWidth, length - pierWidth, floorHeight - 0.5f - radius}},
-                  true,
-                  true,
-                  10};
+    ArchWall wall{.x0 = 0,
+                  .x1 = length,
+                  .y0 = Builder::splitHigh,
+                  .y1 = floorHeight,
+                  .z = halfDepth,
+                  .thickness = 2 * halfDepth,
+                  .arches = {{pierWidth, length - pierWidth, floorHeight - 0.5f - radius}},
+                  .segments = 10};
     AddArchWall(b, wall, stone, trim);
     const float x0 = -roofOverlap;
     const float x1 = length + roofOverlap;
     AddBox(b,
-           {x0 - 0.1f, x1 + 0.1f, floorHeight, floorHeight + 0.2f, -halfDepth - 0.2f,
-            halfDepth + 0.2f},
+           {{x0 - 0.1f, x1 + 0.1f},
+            {floorHeight, floorHeight + 0.2f},
+            {-halfDepth - 0.2f, halfDepth + 0.2f}},
            trimmed, true);
-    AddFacadeBox(b, {x0, x1, floorHeight + 0.2f, eavesHeight, -halfDepth, halfDepth},
+    AddFacadeBox(b, {{x0, x1}, {floorHeight + 0.2f, eavesHeight}, {-halfDepth, halfDepth}},
                  Material::Palace, trim, 23);
-    AddGableAlongX(b, {x0, x1, 0, eavesHeight, -halfDepth, halfDepth}, 0.9f, 0.2f, {trim, roof});
+    AddGableAlongX(b, {{x0, x1}, {0, eavesHeight}, {-halfDepth, halfDepth}}, 0.9f, 0.2f,
+                   {trim, roof});
     const float middle = length / 2;
-    AddFacadeBox(b, {middle - 1, middle + 1, eavesHeight, eavesHeight + 2, -0.6f, 0.6f},
+    AddFacadeBox(b, {{middle - 1, middle + 1}, {eavesHeight, eavesHeight + 2}, {-0.6f, 0.6f}},
                  Material::Palace, trim, 29);
     AddTaper(b, Ring({middle, 0}, 1.6f, 4, pi / 4), {middle, 0}, eavesHeight + 2,
              eavesHeight + 4.4f, 0, {roof, roof}, false);
@@ -233,36 +241,35 @@ void AddViaduct(Builder& b, vec2 from, vec2 to, int bays, float deck) {
     const float pitch = Length(to - from) / static_cast<float>(bays);
     const float radius = pitch * 0.4f;
     constexpr float roadWidth = 1.6f;
-    ArchWall wall{0,
-                  pitch * static_cast<float>(bays),
-                  Builder::splitHigh,
-                  deck,
-                  roadWidth / 2,
-                  roadWidth,
-                  {},
-                  true,
-                  true,
-                  6};
+    ArchWall wall{.x0 = 0,
+                  .x1 = pitch * static_cast<float>(bays),
+                  .y0 = Builder::splitHigh,
+                  .y1 = deck,
+                  .z = roadWidth / 2,
+                  .thickness = roadWidth};
     for (int i = 0; i < bays; ++i) {
         const float middle = pitch * (static_cast<float>(i) + 0.5f);
         wall.arches.push_back({middle - radius, middle + radius, deck - 0.8f - radius});
     }
     AddArchWall(b, wall, stone, stone);
-    AddBox(b, {0, wall.x1, deck, deck + 0.3f, -roadWidth / 2 - 0.15f, roadWidth / 2 + 0.15f},
+    AddBox(b, {{0, wall.x1}, {deck, deck + 0.3f}, {-roadWidth / 2 - 0.15f, roadWidth / 2 + 0.15f}},
            trimmed, true);
     for (int i = 0; i <= bays; i += 3) {
         const float x = pitch * static_cast<float>(i);
         const float high = i % 2 == 0 ? 3.6f : 2.2f;
-        AddBox(b, {x - 0.9f, x + 0.9f, 0, deck + high, -roadWidth / 2 - 0.3f, roadWidth / 2 + 0.3f},
-               {stone, trim});
+        AddBox(
+            b,
+            {{x - 0.9f, x + 0.9f}, {0, deck + high}, {-roadWidth / 2 - 0.3f, roadWidth / 2 + 0.3f}},
+            {stone, trim});
         AddTaper(b, Ring({x, 0}, 1.5f, 4, pi / 4), {x, 0}, deck + high, deck + high + 2.2f, 0,
                  {roof, roof}, false);
         AddSpark(b, {x, deck + 1.4f, -roadWidth / 2 - 0.4f}, 0.16f, 1);
     }
     for (int i = 0; i < bays; ++i)
         AddBox(b,
-               {pitch * (static_cast<float>(i) + 0.9f), pitch * (static_cast<float>(i) + 1.1f),
-                seaFloor, Builder::splitLow, -roadWidth / 2, roadWidth / 2},
+               {{pitch * (static_cast<float>(i) + 0.9f), pitch * (static_cast<float>(i) + 1.1f)},
+                {seaFloor, Builder::splitLow},
+                {-roadWidth / 2, roadWidth / 2}},
                {stone, stone});
     b.SetPlace({});
 }
@@ -295,7 +302,9 @@ void AddLighthouse(Builder& b, vec2 at, float height) {
     AddTaper(b, Ring({}, 0.75f, 8), {}, height - 0.45f, height + 0.3f, 0, {roof, roof}, false);
     for (const vec2 p : Ring({}, 0.6f, 4))
         AddBox(b,
-               {p.x - 0.05f, p.x + 0.05f, height - 1.55f, height - 0.45f, p.y - 0.05f, p.y + 0.05f},
+               {{p.x - 0.05f, p.x + 0.05f},
+                {height - 1.55f, height - 0.45f},
+                {p.y - 0.05f, p.y + 0.05f}},
                {roof, roof});
     b.Building();
     b.SetPlace({});

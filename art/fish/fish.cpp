@@ -64,20 +64,20 @@ struct Swimmer {
 // and another speed, and stand aside by as much as keeps the shoal together when it is seen best.
 // All lie below the cell, whose top row floats just above the surface.
 constexpr std::array<Swimmer, 14> swimmers = {{
-    {{30.6f, -3.1f, -7.0f}, 1.36f, 9, 5},
-    {{22.6f, -4.4f, 0.5f}, 1.24f, -8, -6},
-    {{16.2f, -2.7f, 8.0f}, 1.48f, 7, 6},
-    {{60.9f, -4.3f, -7.0f}, 1.34f, 7, 3},
-    {{62.1f, -2.8f, -2.0f}, 1.26f, -7, 6},
-    {{57.4f, -3.7f, 3.1f}, 1.46f, 10, -5},
-    {{59.3f, -3.2f, 8.2f}, 1.40f, -9, 4},
-    {{75.4f, -3.4f, -3.0f}, 1.32f, 8, -5},
-    {{72.6f, -4.5f, 0.8f}, 1.46f, -9, 4},
-    {{76.2f, -2.9f, 4.6f}, 1.28f, 5, 7},
-    {{71.0f, -4.0f, 9.4f}, 1.52f, -6, -3},
-    {{89.6f, -3.9f, -7.0f}, 1.30f, 9, 4},
-    {{100.5f, -2.8f, 0.6f}, 1.44f, -8, -6},
-    {{107.2f, -4.4f, 8.2f}, 1.48f, 7, 5},
+    {.offset = {30.6f, -3.1f, -7.0f}, .length = 1.36f, .yaw = 9, .pitch = 5},
+    {.offset = {22.6f, -4.4f, 0.5f}, .length = 1.24f, .yaw = -8, .pitch = -6},
+    {.offset = {16.2f, -2.7f, 8.0f}, .length = 1.48f, .yaw = 7, .pitch = 6},
+    {.offset = {60.9f, -4.3f, -7.0f}, .length = 1.34f, .yaw = 7, .pitch = 3},
+    {.offset = {62.1f, -2.8f, -2.0f}, .length = 1.26f, .yaw = -7, .pitch = 6},
+    {.offset = {57.4f, -3.7f, 3.1f}, .length = 1.46f, .yaw = 10, .pitch = -5},
+    {.offset = {59.3f, -3.2f, 8.2f}, .length = 1.40f, .yaw = -9, .pitch = 4},
+    {.offset = {75.4f, -3.4f, -3.0f}, .length = 1.32f, .yaw = 8, .pitch = -5},
+    {.offset = {72.6f, -4.5f, 0.8f}, .length = 1.46f, .yaw = -9, .pitch = 4},
+    {.offset = {76.2f, -2.9f, 4.6f}, .length = 1.28f, .yaw = 5, .pitch = 7},
+    {.offset = {71.0f, -4.0f, 9.4f}, .length = 1.52f, .yaw = -6, .pitch = -3},
+    {.offset = {89.6f, -3.9f, -7.0f}, .length = 1.30f, .yaw = 9, .pitch = 4},
+    {.offset = {100.5f, -2.8f, 0.6f}, .length = 1.44f, .yaw = -8, .pitch = -6},
+    {.offset = {107.2f, -4.4f, 8.2f}, .length = 1.48f, .yaw = 7, .pitch = 5},
 }};
 constexpr float meshUnitsPerWorldUnit = 10; // mesh units in a world unit: the scene scales by 0.1
 

@@ -24,13 +24,13 @@ struct Tower {
 };
 
 constexpr std::array<Tower, 7> towers = {{
-    {480, 3.6f, 37},
-    {469.5f, 2.9f, 27},
-    {490.5f, 2.9f, 27},
-    {460, 2.4f, 19.5f},
-    {500, 2.4f, 19.5f},
-    {451.5f, 2.0f, 13},
-    {508.5f, 2.0f, 13},
+    {.x = 480, .half = 3.6f, .height = 37},
+    {.x = 469.5f, .half = 2.9f, .height = 27},
+    {.x = 490.5f, .half = 2.9f, .height = 27},
+    {.x = 460, .half = 2.4f, .height = 19.5f},
+    {.x = 500, .half = 2.4f, .height = 19.5f},
+    {.x = 451.5f, .half = 2.0f, .height = 13},
+    {.x = 508.5f, .half = 2.0f, .height = 13},
 }};
 
 bool InTower(const Tower& tower, vec2 p) {

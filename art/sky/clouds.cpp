@@ -76,8 +76,8 @@ struct Bank {
 };
 
 constexpr Bank banks[] = {
-    {101, 2.4f, -0.4f, 7.0f, 0.36f},
-    {207, 4.0f, -1.0f, 5.2f, 0.12f},
+    {.seed = 101, .cells = 2.4f, .base = -0.4f, .height = 7.0f, .haze = 0.36f},
+    {.seed = 207, .cells = 4.0f, .base = -1.0f, .height = 5.2f, .haze = 0.12f},
 };
 constexpr Tint bankLitTint = {{0.90f, 0.53f, 0.29f}, {0.74f, 0.42f, 0.36f}, {0.60f, 0.40f, 0.46f}};
 constexpr Tint bankBodyTint = {{0.28f, 0.14f, 0.19f}, {0.18f, 0.15f, 0.27f}, {0.14f, 0.15f, 0.30f}};

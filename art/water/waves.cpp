@@ -29,10 +29,10 @@ struct Scale {
 // The tile is twenty units wide: swell of ten to four units that bends whole reflections, waves of
 // four to one that break their edges, and ripples that make them sparkle near the eye.
 constexpr Scale scales[] = {
-    {2, 5, 14, 0.14f, 0.0f},
-    {5, 12, 30, 0.16f, 0.25f},
-    {12, 30, 48, 0.11f, 0.6f},
-    {30, 90, 60, 0.07f, 0.9f},
+    {.fewest = 2, .most = 5, .waves = 14, .steep = 0.14f, .gusting = 0.0f},
+    {.fewest = 5, .most = 12, .waves = 30, .steep = 0.16f, .gusting = 0.25f},
+    {.fewest = 12, .most = 30, .waves = 48, .steep = 0.11f, .gusting = 0.6f},
+    {.fewest = 30, .most = 90, .waves = 60, .steep = 0.07f, .gusting = 0.9f},
 };
 
 // The mirrored picture is ten times as wide as high and is shifted by fractions of either side, so

@@ -57,10 +57,10 @@ float Core(vec2 p) {
 
 // In the order of the cells, from the lower left.
 constexpr std::array<Layer, 4> layers = {{
-    {Halo, 0.0f, 2.6f, 1},
-    {Rays, 0.35f, 2.5f, -1},
-    {Sparks, 0.45f, 1.5f, 1},
-    {Core, 1.0f, 0.80f, -1},
+    {.shape = Halo, .white = 0.0f, .radius = 2.6f, .turn = 1},
+    {.shape = Rays, .white = 0.35f, .radius = 2.5f, .turn = -1},
+    {.shape = Sparks, .white = 0.45f, .radius = 1.5f, .turn = 1},
+    {.shape = Core, .white = 1.0f, .radius = 0.80f, .turn = -1},
 }};
 
 vec3 LightColour(const WispKind& kind, const Layer& layer, float light) {
