@@ -180,8 +180,7 @@ public:
 
     void Render(const Note& note, Stereo& out) const override {
         Random random(note.seed * 31 + 5);
-        Envelope envelope({set["attack"], set["decay"], set["sustain"], set["release"]},
-                          note.length);
+        Envelope envelope(AmplitudeTimes(set), note.length);
         StateFilter filters[2];
         Oscillator tones[2] = {Oscillator(Wave::Saw, 0.0), Oscillator(Wave::Saw, 0.5)};
         const auto tone = static_cast<float>(set["tone"]);

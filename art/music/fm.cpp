@@ -57,8 +57,7 @@ public:
         const double force = 0.5 + 0.6 * note.velocity;
         Pair first[2] = {FirstPair(pitch / apart, force), FirstPair(pitch * apart, force)};
         Pair second[2] = {SecondPair(pitch * apart, force), SecondPair(pitch / apart, force)};
-        Envelope envelope({set["attack"], set["decay"], set["sustain"], set["release"]},
-                          note.length);
+        Envelope envelope(AmplitudeTimes(set), note.length);
         const float gain = 0.5F * FromDb(static_cast<float>(set["level"])) * note.velocity;
         const auto level2 = static_cast<float>(set["level2"]);
         const std::size_t begin = FrameAt(note.start);

@@ -134,6 +134,13 @@ Settings::Settings(const std::vector<SettingDefault>& defaults,
     }
 }
 
+EnvelopeTimes AmplitudeTimes(const Settings& settings) {
+    return {.attack = settings["attack"],
+            .decay = settings["decay"],
+            .sustain = settings["sustain"],
+            .release = settings["release"]};
+}
+
 std::unique_ptr<Instrument> MakeInstrument(const InstrumentText& text, std::string& message) {
     for (const Kind& kind : kinds) {
         if (text.kind == kind.name) {

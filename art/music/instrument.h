@@ -1,6 +1,7 @@
 #pragma once
 
 #include "art/music/audio.h"
+#include "art/music/envelope.h"
 #include "art/music/score.h"
 #include "art/music/sequencer.h"
 
@@ -31,6 +32,9 @@ public:
 private:
     std::map<std::string, double> values;
 };
+
+/// How loud a note of an instrument with the settings attack, decay, sustain and release is.
+EnvelopeTimes AmplitudeTimes(const Settings& settings);
 
 /// Turns notes into sound.
 class Instrument {

@@ -82,24 +82,27 @@ Stereo Master(const Score& score, const BeatPulse& pulse, Mix mix, MasterReport&
     pulse.OpenSceneGaps(mix.kick);
     Stereo sum = std::move(mix.body);
     sum.Add(mix.kick, 1.0F);
-    const Compressor glue{static_cast<float>(set["glue_threshold"]),
-                          static_cast<float>(set["glue_ratio"]), 0.02, 0.2, 8.0F};
+    const Compressor glue{.threshold = static_cast<float>(set["glue_threshold"]),
+                          .ratio = static_cast<float>(set["glue_ratio"]),
+                          .attack = 0.02,
+                          .release = 0.2,
+                          .knee = 8.0F};
     ApplyGainDb(sum, glue.GainDb(sum), 1.0F);
     if (set["fade_to"] > 0) {
         FadeOut(sum, set["fade_from"], set["fade_to"]);
     }
-    // The limiter takes some of the loudness it is given, so the gain is found in a few turns.
+    // The limiter takes some of the loudness it is given, so the gain is found in a few rounds.
     report.gainDb = static_cast<float>(set["loudness"] - MeasureLoudness(sum).integrated);
     Stereo result;
-    constexpr int turns = 3;
-    for (int turn = 0; turn < turns; ++turn) {
+    constexpr int rounds = 3;
+    for (int round = 0; round < rounds; ++round) {
         result = sum;
         result.Scale(FromDb(report.gainDb));
         pulse.AddCarrier(result);
         const Limiter limiter{static_cast<float>(set["ceiling"]), 0.003, 0.09};
         report.limitedDb = limiter.Apply(result);
         report.loudness = MeasureLoudness(result);
-        if (turn + 1 < turns) {
+        if (round + 1 < rounds) {
             report.gainDb += static_cast<float>(set["loudness"] - report.loudness.integrated);
         }
     }

@@ -210,7 +210,12 @@ private:
         }
         Place(track, curve("pan"), curve("gain"), set);
         if (set["key"] > 0) {
-            duckDb = Compressor{-26.0F, 8.0F, 0.0008, 0.11, 6.0F}.GainDb(track);
+            duckDb = Compressor{.threshold = -26.0F,
+                                .ratio = 8.0F,
+                                .attack = 0.0008,
+                                .release = 0.11,
+                                .knee = 6.0F}
+                         .GainDb(track);
         } else if (set["duck"] > 0 && !duckDb.empty()) {
             ApplyGainDb(track, duckDb, static_cast<float>(set["duck"]));
         }

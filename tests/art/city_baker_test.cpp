@@ -42,7 +42,12 @@ BakeScene EmptyScene() {
 }
 
 BakeQuality Fine(int bounces = 0, int rays = 2048) {
-    return {mapSize, 64, rays, rays, bounces, 2};
+    return {.size = mapSize,
+            .sunRays = 64,
+            .bounceRays = rays,
+            .finalRays = rays,
+            .bounces = bounces,
+            .threads = 2};
 }
 
 /// Mean light of a square of texels, from the bottom as light-map coordinates run.

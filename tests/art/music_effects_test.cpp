@@ -95,7 +95,10 @@ TEST(SoftBend, Makes_the_third_harmonic_and_no_higher_one) {
 TEST(Compressor, Turns_what_is_over_the_threshold_down_by_its_ratio) {
     // A constant of -8 dB is 12 dB over -20; at 4:1 it may keep 3: the gain is -9 dB.
     const Stereo key = Signal::Both(std::vector<float>(44100, Music::FromDb(-8.0F)));
-    const auto gain = Music::Compressor{-20.0F, 4.0F, 0.01, 0.1, 0.0F}.GainDb(key);
+    const auto gain =
+        Music::Compressor{
+            .threshold = -20.0F, .ratio = 4.0F, .attack = 0.01, .release = 0.1, .knee = 0.0F}
+            .GainDb(key);
     EXPECT_NEAR(gain.back(), -9.0F, 0.01F);
     EXPECT_NEAR(gain[440], -9.0F * (1 - std::exp(-1.0)), 0.1); // one attack time
 }
@@ -103,7 +106,10 @@ TEST(Compressor, Turns_what_is_over_the_threshold_down_by_its_ratio) {
 TEST(Compressor, Recovers_with_the_release_time) {
     std::vector<float> key(44100, 0.0F);
     std::fill(key.begin(), key.begin() + 22050, 1.0F);
-    const auto gain = Music::Compressor{-12.0F, 2.0F, 0.001, 0.2, 0.0F}.GainDb(Signal::Both(key));
+    const auto gain =
+        Music::Compressor{
+            .threshold = -12.0F, .ratio = 2.0F, .attack = 0.001, .release = 0.2, .knee = 0.0F}
+            .GainDb(Signal::Both(key));
     EXPECT_NEAR(gain[22049], -6.0F, 0.01F); // 12 dB over at 2:1
     EXPECT_NEAR(gain[22050 + 8820], -6.0F * std::exp(-1.0), 0.05);
 }
