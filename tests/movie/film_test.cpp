@@ -199,11 +199,11 @@ TEST_F(FilmTest, Leaves_the_viewers_log_when_it_explains_and_verifies) {
     EXPECT_EQ(ReadFile("Vell_log.html"), "the viewer's");
 }
 
-TEST_F(FilmTest, Says_what_is_wrong_with_a_wish) {
+TEST_F(FilmTest, Says_what_is_wrong_with_its_arguments) {
     const struct {
         std::vector<std::string> words;
         const char* complaint;
-    } wishes[] = {
+    } cases[] = {
         {{"out.gif"}, "expected a file name that ends in .mp4, .mov, .mkv, found \"out.gif\""},
         {{".mp4"}, "found \".mp4\""},
         {{"--fps", "0", "a.mp4"}, "expected a frame rate from 1 to 1000"},
@@ -221,9 +221,9 @@ TEST_F(FilmTest, Says_what_is_wrong_with_a_wish) {
         {{"--faster"}, "unknown option: --faster"},
         {{"a.mp4", "b.mp4"}, "found 2"},
     };
-    for (const auto& wish : wishes) {
-        const Outcome end = Film(wish.words);
-        EXPECT_GE(end.exitStatus, 1) << wish.complaint;
-        EXPECT_THAT(end.complaint, HasSubstr(wish.complaint));
+    for (const auto& [words, complaint] : cases) {
+        const Outcome end = Film(words);
+        EXPECT_GE(end.exitStatus, 1) << complaint;
+        EXPECT_THAT(end.complaint, HasSubstr(complaint));
     }
 }

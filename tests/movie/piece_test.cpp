@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-using Movie::FilmWish;
+using Movie::FilmRequest;
 using Movie::ParsePiece;
 using Movie::Piece;
 using Movie::PieceOf;
@@ -12,11 +12,11 @@ using Movie::PieceOf;
 namespace {
 
 Piece From(double begin, double end, const Stage::Rate& rate = {}) {
-    FilmWish wish;
-    wish.begin = begin;
-    wish.end = end;
-    wish.format.rate = rate;
-    return PieceOf(wish);
+    FilmRequest request;
+    request.begin = begin;
+    request.end = end;
+    request.format.rate = rate;
+    return PieceOf(request);
 }
 
 } // namespace

@@ -52,7 +52,7 @@ void MakePage(const Stage::Rate& rate, double time, const std::string& outPath, 
     CheckPath(outPath);
     const std::filesystem::path path = std::filesystem::absolute(outPath);
     Stage::EnterShowFolder();
-    WritePage(path, PageOf(TakeApart(rate, rate.FrameAt(time)), measured));
+    WritePage(path, PageOf(RecordFrame(rate, rate.FrameAt(time)), measured));
 }
 
 } // namespace Explain

@@ -4,7 +4,7 @@
 #include "tools/explain/flow.h"
 #include "tools/explain/html.h"
 #include "tools/explain/shots.h"
-#include "tools/explain/words.h"
+#include "tools/explain/texts.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -62,8 +62,9 @@ std::string FlightInWords(double time) {
 }
 
 /// The value of a uniform in the pass of that name, as the first drawing used it.
-std::string UniformOf(const Story& story, const std::string& pass, const std::string& uniform) {
-    for (const Passes::Pass& candidate : story.passes)
+std::string UniformOf(const FrameRecord& record, const std::string& pass,
+                      const std::string& uniform) {
+    for (const Passes::Pass& candidate : record.passes)
         for (const Passes::Program& program : candidate.programs)
             for (const Passes::Uniform& known : program.uniforms)
                 if (candidate.name == pass && known.name == uniform)
@@ -71,66 +72,66 @@ std::string UniformOf(const Story& story, const std::string& pass, const std::st
     return "";
 }
 
-std::string LevelsInWords(const Story& story) {
+std::string LevelsInWords(const FrameRecord& record) {
     std::vector<std::string> levels;
-    if (const std::string split = UniformOf(story, "colour split", "offset"); !split.empty())
+    if (const std::string split = UniformOf(record, "colour split", "offset"); !split.empty())
         levels.push_back("colour split by " + split);
-    for (const Passes::Pass& pass : story.passes)
+    for (const Passes::Pass& pass : record.passes)
         if (pass.name == "bloom" && !pass.draws.empty())
             levels.push_back("glow weighs " + Number(pass.draws.back().colour[3]));
     return Joined(levels);
 }
 
 template <class Value>
-Value Total(const Story& story, Value (*of)(const Passes::Pass& pass)) {
-    return std::accumulate(story.passes.begin(), story.passes.end(), Value(),
+Value Total(const FrameRecord& record, Value (*of)(const Passes::Pass& pass)) {
+    return std::accumulate(record.passes.begin(), record.passes.end(), Value(),
                            [&](Value sum, const Passes::Pass& pass) { return sum + of(pass); });
 }
 
-std::string TotalsInWords(const Story& story) {
+std::string TotalsInWords(const FrameRecord& record) {
     const int draws = Total<int>(
-        story, [](const Passes::Pass& pass) { return static_cast<int>(pass.draws.size()); });
-    return Grouped(Total<int>(story, Passes::Vertices)) + " vertices, " +
-           Grouped(Total<int>(story, Passes::Triangles)) + " triangles in " + Grouped(draws) +
-           " calls and " + std::to_string(story.passes.size()) + " passes";
+        record, [](const Passes::Pass& pass) { return static_cast<int>(pass.draws.size()); });
+    return Grouped(Total<int>(record, Passes::Vertices)) + " vertices, " +
+           Grouped(Total<int>(record, Passes::Triangles)) + " triangles in " + Grouped(draws) +
+           " calls and " + std::to_string(record.passes.size()) + " passes";
 }
 
-std::string TotalTime(const Story& story) {
-    return Fixed(Total<double>(story, [](const Passes::Pass& pass) { return pass.milliseconds; }),
+std::string TotalTime(const FrameRecord& record) {
+    return Fixed(Total<double>(record, [](const Passes::Pass& pass) { return pass.milliseconds; }),
                  1) +
            " ms";
 }
 
-std::string Facts(const Story& story, Measured measured) {
+std::string Facts(const FrameRecord& record, Measured measured) {
     // A float, as the demo keeps it: it decides at a cut.
-    const Timeline::Segment segment = Timeline::SegmentAt(static_cast<float>(story.time));
+    const Timeline::Segment segment = Timeline::SegmentAt(static_cast<float>(record.time));
     Table table({"", ""});
-    table.Row({"Demo time", Fixed(story.time, 3) + " s"});
-    table.Row({"Frame", Grouped(story.frame) + ", counted from 0, at " +
-                            Number(static_cast<double>(story.rate.frames) /
-                                   static_cast<double>(story.rate.seconds)) +
+    table.Row({"Demo time", Fixed(record.time, 3) + " s"});
+    table.Row({"Frame", Grouped(record.frame) + ", counted from 0, at " +
+                            Number(static_cast<double>(record.rate.frames) /
+                                   static_cast<double>(record.rate.seconds)) +
                             " a second"});
     table.Row({"Timeline", Escape(WordsFor(segment))});
-    table.Row({"Flight", Escape(FlightInWords(story.time))});
-    table.Row({"Eye", Point(story.view.eye) + ", looking at " + Point(story.view.centre)});
-    table.Row({"Music", "lowest band of the spectrum " + Number(story.lowestBand)});
-    table.Row({"Effects", Escape(LevelsInWords(story))});
-    table.Row({"In all", TotalsInWords(story)});
+    table.Row({"Flight", Escape(FlightInWords(record.time))});
+    table.Row({"Eye", Point(record.view.eye) + ", looking at " + Point(record.view.centre)});
+    table.Row({"Music", "lowest band of the spectrum " + Number(record.lowestBand)});
+    table.Row({"Effects", Escape(LevelsInWords(record))});
+    table.Row({"In all", TotalsInWords(record)});
     if (measured == Measured::Shown) {
-        table.Row({"Drawn in", TotalTime(story)});
-        table.Row({"Drawn by", Escape(story.renderer)});
+        table.Row({"Drawn in", TotalTime(record)});
+        table.Row({"Drawn by", Escape(record.renderer)});
     }
     return table.Html();
 }
 
-std::string PassTable(const Story& story, const Shots& shots, Measured measured) {
+std::string PassTable(const FrameRecord& record, const Shots& shots, Measured measured) {
     std::vector<std::string> heads = {"#",     "pass",   "",          "target",
                                       "#size", "#calls", "#vertices", "#triangles"};
     if (measured == Measured::Shown)
         heads.emplace_back("#ms");
     Table table(heads);
-    for (std::size_t i = 0; i < story.passes.size(); ++i) {
-        const Passes::Pass& pass = story.passes[i];
+    for (std::size_t i = 0; i < record.passes.size(); ++i) {
+        const Passes::Pass& pass = record.passes[i];
         std::vector<std::string> cells = {std::to_string(i + 1),
                                           LinkTo(PassId(i), Escape(pass.name)),
                                           shots.SmallPass(i),
@@ -155,14 +156,14 @@ std::string HowItWasMeasured() {
                    "class=\"faint\"");
 }
 
-std::string Overview(const Story& story, const Shots& shots, Measured measured) {
+std::string Overview(const FrameRecord& record, const Shots& shots, Measured measured) {
     return "<section>" + Element("h2", "The passes, and what each reads") +
-           Element("div", FlowDiagram(story.passes), "class=\"wide\"") +
+           Element("div", FlowDiagram(record.passes), "class=\"wide\"") +
            Element("p",
                    "A dot: the pass writes this target. A ring: it reads it. The bar lies "
                    "there for as long as what was written is still read.",
                    "class=\"faint\"") +
-           PassTable(story, shots, measured) +
+           PassTable(record, shots, measured) +
            (measured == Measured::Shown ? HowItWasMeasured() : "") + "</section>\n";
 }
 
@@ -257,8 +258,9 @@ std::string CostOf(const Passes::Pass& pass, Measured measured) {
            (measured == Measured::Shown ? ", " + Fixed(pass.milliseconds, 2) + " ms" : "");
 }
 
-std::string Section(const Story& story, std::size_t index, const Shots& shots, Measured measured) {
-    const Passes::Pass& pass = story.passes[index];
+std::string Section(const FrameRecord& record, std::size_t index, const Shots& shots,
+                    Measured measured) {
+    const Passes::Pass& pass = record.passes[index];
     const std::string title =
         std::to_string(index + 1) + ". " + Escape(pass.name) + " " +
         Element("small", "→ " + Escape(pass.target) + ", " + Size(pass.width, pass.height));
@@ -272,13 +274,13 @@ std::string Section(const Story& story, std::size_t index, const Shots& shots, M
 
 } // namespace
 
-std::string PageOf(const Story& story, Measured measured) {
-    const Shots shots(story);
-    const std::string title = "Nimbrel at " + Fixed(story.time, 3) + " s, pass by pass";
-    std::string body = Element("h1", title) + "\n" + shots.Final() + Facts(story, measured) +
-                       Overview(story, shots, measured);
-    for (std::size_t i = 0; i < story.passes.size(); ++i)
-        body += Section(story, i, shots, measured);
+std::string PageOf(const FrameRecord& record, Measured measured) {
+    const Shots shots(record);
+    const std::string title = "Nimbrel at " + Fixed(record.time, 3) + " s, pass by pass";
+    std::string body = Element("h1", title) + "\n" + shots.Final() + Facts(record, measured) +
+                       Overview(record, shots, measured);
+    for (std::size_t i = 0; i < record.passes.size(); ++i)
+        body += Section(record, i, shots, measured);
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\"/>\n"
            "<meta name=\"viewport\" content=\"width=device-width\"/>\n" +
            Element("title", title) + "\n" + Element("style", StyleSheet() + shots.Style()) +

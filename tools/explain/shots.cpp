@@ -36,15 +36,15 @@ std::string Short(double distance) {
 
 } // namespace
 
-Shots::Shots(const Story& told) : story(told) {
-    for (const Passes::Pass& pass : story.passes) {
+Shots::Shots(const FrameRecord& shown) : record(shown) {
+    for (const Passes::Pass& pass : record.passes) {
         colours.push_back(Add(Thumbnail(FromPixels(pass.pixels, pass.width, pass.height))));
         const DepthRange range = RangeOf(pass);
         depths.push_back(range.farthest > 0.0 ? Add(Thumbnail(DepthPicture(pass, range))) : Shot());
     }
-    for (const auto& [texture, picture] : story.textures)
+    for (const auto& [texture, picture] : record.textures)
         textures[texture] = Add(Rounded(picture));
-    const Passes::Pass& last = story.passes.back();
+    const Passes::Pass& last = record.passes.back();
     final = Add(FromPixels(last.pixels, last.width, last.height));
 }
 
@@ -87,7 +87,7 @@ std::string Shots::Final() const {
 }
 
 std::string Shots::PassFigures(std::size_t index) const {
-    const Passes::Pass& pass = story.passes[index];
+    const Passes::Pass& pass = record.passes[index];
     std::string figures = Figure(colours[index], "Colour it left, " + Scale(pass) + ".");
     if (!depths[index].kind.empty())
         figures += DepthFigure(index);
@@ -95,7 +95,7 @@ std::string Shots::PassFigures(std::size_t index) const {
 }
 
 std::string Shots::DepthFigure(std::size_t index) const {
-    const DepthRange range = RangeOf(story.passes[index]);
+    const DepthRange range = RangeOf(record.passes[index]);
     return Figure(depths[index], "Depth it left: white at " + Short(range.nearest) +
                                      " units from the eye, darkest at " + Short(range.farthest) +
                                      ", by the logarithm; blue is untouched (" +
@@ -109,7 +109,7 @@ std::string Shots::SmallPass(std::size_t pass) const {
 std::string Shots::SmallInput(const Passes::Input& input) const {
     if (input.pass >= 0) {
         const std::size_t pass = static_cast<std::size_t>(input.pass);
-        const bool depth = input.texture == story.passes[pass].depthTexture;
+        const bool depth = input.texture == record.passes[pass].depthTexture;
         return ShowSmall(depth ? depths[pass] : colours[pass], input.name);
     }
     const auto texture = textures.find(input.texture);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/explain/story.h"
+#include "tools/explain/framerecord.h"
 
 #include <map>
 #include <string>
@@ -12,8 +12,8 @@ namespace Explain {
 /// element of its class.
 class Shots {
 public:
-    /// Makes those of the story: what each pass left, and the files that were read.
-    explicit Shots(const Story& story);
+    /// Makes those of the frame: what each pass left, and the files that were read.
+    explicit Shots(const FrameRecord& record);
 
     /// The finished picture, pixel by pixel.
     std::string Final() const;
@@ -43,7 +43,7 @@ private:
     std::string Figure(const Shot& shot, const std::string& caption) const;
     std::string DepthFigure(std::size_t pass) const;
 
-    const Story& story;
+    const FrameRecord& record;
     std::map<std::string, std::string> kinds; ///< class by picture
     std::string style;
     std::vector<Shot> colours; ///< by pass

@@ -45,13 +45,13 @@ private:
     static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 };
 
-class ToEncoder : public Stage::FrameTaker {
+class ToEncoder : public Stage::FrameSink {
 public:
     ToEncoder(Encoder& target, Progress& bar) : encoder(target), progress(bar) {}
 
     bool Stopped() override { return interrupted != 0; }
 
-    void Take(int, Stage::FramePixels pixels) override {
+    void Put(int, Stage::FramePixels pixels) override {
         encoder.Write(pixels);
         progress.Step();
         ++count;
@@ -65,11 +65,11 @@ private:
     int count = 0;
 };
 
-class ToEntries : public Stage::FrameTaker {
+class ToEntries : public Stage::FrameSink {
 public:
     explicit ToEntries(const Stage::Rate& frameRate) : rate(frameRate) {}
 
-    void Take(int number, Stage::FramePixels pixels) override {
+    void Put(int number, Stage::FramePixels pixels) override {
         char label[32];
         std::snprintf(label, sizeof label, "%.3f", rate.Seconds(number));
         entries.push_back({Stage::ToPicture(pixels), label});
@@ -121,13 +121,13 @@ void TellCost(const Stage::FrameCost& cost, double giving, int count) {
 
 } // namespace
 
-int MakeFilm(const FilmWish& wish) {
-    const Piece piece = PieceOf(wish);
-    const Stage::NewFile file(wish.path);
+int MakeFilm(const FilmRequest& request) {
+    const Piece piece = PieceOf(request);
+    const Stage::NewFile file(request.path);
     Soundtrack sound(piece.Begin(), piece.End());
     if (sound.Silent())
         std::cerr << "The music cannot be read: the film is silent.\n";
-    FilmFormat format = wish.format;
+    FilmFormat format = request.format;
     format.comment = piece.Comment();
     Encoder encoder(file.Path(), format, sound.Path(), sound.Rate());
 
@@ -137,27 +137,27 @@ int MakeFilm(const FilmWish& wish) {
     double giving = ProcessSeconds();
     int count = 0;
     {
-        Progress progress(piece.count, wish.format.rate);
-        ToEncoder taker(encoder, progress);
+        Progress progress(piece.count, request.format.rate);
+        ToEncoder sink(encoder, progress);
         std::vector<int> frames(static_cast<std::size_t>(piece.count));
         std::iota(frames.begin(), frames.end(), piece.first);
-        cost = Stage::DrawFrames({wish.format.rate, frames, wish.jobs}, taker, &log);
-        count = taker.Count();
+        cost = Stage::DrawFrames({request.format.rate, frames, request.jobs}, sink, &log);
+        count = sink.Count();
     }
     giving = ProcessSeconds() - giving;
     if (count == 0)
         throw std::runtime_error("interrupted before the first frame: no film was made");
     if (count < piece.count)
-        sound.CutAfter(wish.format.rate.Seconds(piece.first + count) - piece.Begin());
+        sound.CutAfter(request.format.rate.Seconds(piece.first + count) - piece.Begin());
     encoder.Finish();
     file.Complete();
-    TellResult(wish.path, static_cast<double>(count) * static_cast<double>(piece.rate.seconds) /
-                              static_cast<double>(piece.rate.frames));
+    TellResult(request.path, static_cast<double>(count) * static_cast<double>(piece.rate.seconds) /
+                                 static_cast<double>(piece.rate.frames));
     TellCost(cost, giving, count);
     if (HasError(log))
         std::cerr << "The demo's log tells of missing or damaged files: see ./movie --doctor\n";
     if (count < piece.count)
-        std::cerr << "Interrupted: " << wish.path << " plays up to there.\n";
+        std::cerr << "Interrupted: " << request.path << " plays up to there.\n";
     return count < piece.count ? 130 : 0; // as shells say of a program ended by Ctrl-C
 }
 

@@ -8,7 +8,7 @@
 namespace Movie {
 
 /// A stretch of the show as a film.
-struct FilmWish {
+struct FilmRequest {
     std::string path; ///< ends in .mp4, .mov or .mkv
     FilmFormat format;
     double begin = 0.0; ///< seconds of demo time; the first frame is the first at or after it
@@ -20,7 +20,7 @@ struct FilmWish {
 /// when it is complete; if the user ends the program (Ctrl-C), it plays up to there.
 /// Answers the exit status. Throws std::runtime_error when something fails; a file that was there
 /// before is then untouched.
-int MakeFilm(const FilmWish& wish);
+int MakeFilm(const FilmRequest& request);
 
 /// Writes the frame that the film shows at `time` seconds as a PNG.
 void MakePicture(const Stage::Rate& rate, double time, const std::string& path);

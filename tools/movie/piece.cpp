@@ -21,13 +21,13 @@ std::string Piece::Comment() const {
            " at " + std::to_string(rate.frames) + "/" + std::to_string(rate.seconds) + " a second";
 }
 
-Piece PieceOf(const FilmWish& wish) {
-    const Stage::Rate& rate = wish.format.rate;
-    const int first = rate.FrameFrom(wish.begin);
-    const int end = rate.FrameFrom(std::min(wish.end, Show::runningTime));
+Piece PieceOf(const FilmRequest& request) {
+    const Stage::Rate& rate = request.format.rate;
+    const int first = rate.FrameFrom(request.begin);
+    const int end = rate.FrameFrom(std::min(request.end, Show::runningTime));
     if (first >= end)
-        throw std::runtime_error("there is no frame from " + std::to_string(wish.begin) + " to " +
-                                 std::to_string(wish.end) + " seconds");
+        throw std::runtime_error("there is no frame from " + std::to_string(request.begin) +
+                                 " to " + std::to_string(request.end) + " seconds");
     return {rate, first, end - first};
 }
 

@@ -23,7 +23,7 @@ struct Piece {
 
 /// The frames at `begin` seconds and later, but before `end`. Throws std::runtime_error when there
 /// are none.
-Piece PieceOf(const FilmWish& wish);
+Piece PieceOf(const FilmRequest& request);
 
 /// Reads such a comment; nothing when it is another text.
 std::optional<Piece> ParsePiece(const std::string& comment);

@@ -80,13 +80,13 @@ void ShareCores(int jobs) {
 /// One process that draws; ended and waited for with the object.
 class Job {
 public:
-    Job(const FrameOrder& order, std::vector<int> share) {
+    Job(const FrameRequest& request, std::vector<int> share) {
         std::fflush(nullptr); // or the new process would write what is buffered a second time
         process = fork();
         if (process < 0)
             throw std::runtime_error("cannot start another process");
         if (process == 0)
-            Run(order, std::move(share));
+            Run(request, std::move(share));
     }
     ~Job() {
         if (process <= 0)
@@ -129,15 +129,15 @@ private:
         return process == 0;
     }
 
-    [[noreturn]] void Run(const FrameOrder& order, std::vector<int> share) {
+    [[noreturn]] void Run(const FrameRequest& request, std::vector<int> share) {
         prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody would take the frames
         std::signal(SIGINT, SIG_IGN);     // the parent decides what Ctrl-C means
         int status = EXIT_SUCCESS;
         try {
             std::filesystem::current_path(folder.Folder());
-            ShareCores(order.jobs);
+            ShareCores(request.jobs);
             Reader reader(std::move(share), ring);
-            PlayShow(order.rate, reader.Last(), reader);
+            PlayShow(request.rate, reader.Last(), reader);
         } catch (const std::exception& error) {
             ring.Fail(error.what());
             status = EXIT_FAILURE;
@@ -151,30 +151,30 @@ private:
 };
 
 /// Every `jobs`th of the frames, from number `first` on.
-std::vector<int> Share(const FrameOrder& order, int first) {
+std::vector<int> Share(const FrameRequest& request, int first) {
     std::vector<int> share;
-    for (std::size_t i = static_cast<std::size_t>(first); i < order.frames.size();
-         i += static_cast<std::size_t>(order.jobs))
-        share.push_back(order.frames[i]);
+    for (std::size_t i = static_cast<std::size_t>(first); i < request.frames.size();
+         i += static_cast<std::size_t>(request.jobs))
+        share.push_back(request.frames[i]);
     return share;
 }
 
-std::vector<std::unique_ptr<Job>> StartJobs(const FrameOrder& order) {
+std::vector<std::unique_ptr<Job>> StartJobs(const FrameRequest& request) {
     std::vector<std::unique_ptr<Job>> jobs;
-    jobs.reserve(static_cast<std::size_t>(order.jobs));
-    for (int i = 0; i < order.jobs; ++i)
-        jobs.push_back(std::make_unique<Job>(order, Share(order, i)));
+    jobs.reserve(static_cast<std::size_t>(request.jobs));
+    for (int i = 0; i < request.jobs; ++i)
+        jobs.push_back(std::make_unique<Job>(request, Share(request, i)));
     return jobs;
 }
 
-/// Whether the job's next frame is ready; false when the taker wants no more.
-bool WaitFor(Job& job, FrameTaker& taker) {
+/// Whether the job's next frame is ready; false when the sink wants no more.
+bool WaitFor(Job& job, FrameSink& sink) {
     try {
-        while (!taker.Stopped())
+        while (!sink.Stopped())
             if (job.Ready())
                 return true;
     } catch (const std::exception&) {
-        if (!taker.Stopped()) // whoever stops everything may have stopped the display as well
+        if (!sink.Stopped()) // whoever stops everything may have stopped the display as well
             throw;
     }
     return false;
@@ -200,17 +200,17 @@ Picture ToPicture(FramePixels pixels) {
     return picture;
 }
 
-FrameCost DrawFrames(const FrameOrder& wish, FrameTaker& taker, std::string* log) {
-    FrameOrder order = wish;
-    if (order.frames.empty())
+FrameCost DrawFrames(const FrameRequest& asked, FrameSink& sink, std::string* log) {
+    FrameRequest request = asked;
+    if (request.frames.empty())
         return {};
-    order.jobs = std::clamp(order.jobs, 1, static_cast<int>(order.frames.size()));
-    const auto jobs = StartJobs(order);
-    for (std::size_t i = 0; i < order.frames.size(); ++i) {
+    request.jobs = std::clamp(request.jobs, 1, static_cast<int>(request.frames.size()));
+    const auto jobs = StartJobs(request);
+    for (std::size_t i = 0; i < request.frames.size(); ++i) {
         Job& job = *jobs[i % jobs.size()];
-        if (!WaitFor(job, taker))
+        if (!WaitFor(job, sink))
             return Sum(jobs);
-        taker.Take(order.frames[i], job.Ring().Frame());
+        sink.Put(request.frames[i], job.Ring().Frame());
         job.Ring().Release();
     }
     jobs.front()->Finish();

@@ -22,7 +22,7 @@ constexpr std::size_t framePixelBytes = 4;
 Picture ToPicture(FramePixels pixels);
 
 /// Which frames are to be drawn.
-struct FrameOrder {
+struct FrameRequest {
     Rate rate;
     std::vector<int> frames; ///< numbers, rising, without repetition
     int jobs = 1;            ///< processes that share the work
@@ -30,30 +30,30 @@ struct FrameOrder {
 
 /// What the frames cost, all jobs together.
 struct FrameCost {
-    double drawing = 0.0;  ///< seconds from one frame to the next, waiting for the taker left out
+    double drawing = 0.0;  ///< seconds from one frame to the next, waiting for the sink left out
     double handover = 0.0; ///< seconds for reading the pixels back, which is part of the above
 };
 
 /// Who gets the frames.
-class FrameTaker {
+class FrameSink {
 public:
-    virtual ~FrameTaker() = default;
+    virtual ~FrameSink() = default;
 
     /// Asked before each frame and ten times a second while none is ready; true ends the drawing.
     virtual bool Stopped() { return false; }
 
     /// The pixels are valid during the call.
-    virtual void Take(int number, FramePixels pixels) = 0;
+    virtual void Put(int number, FramePixels pixels) = 0;
 };
 
-/// Draws the frames, each in its turn, and gives them to `taker` in the order asked for.
+/// Draws the frames, each in its turn, and gives them to `sink` in the order asked for.
 ///
 /// The work is done by `jobs` processes of their own: the first draws frames 1, 1 + jobs, ... of
-/// the order, and so on, so that the pixels are the same for any number. While `taker` is busy,
+/// the order, and so on, so that the pixels are the same for any number. While `sink` is busy,
 /// they draw some frames ahead. They see the Data/ of the working directory and write their logs
 /// elsewhere: `log` becomes the text of the first one's, once all frames are taken.
 ///
 /// Throws std::runtime_error with what a process said when it fails. No process outlives the call.
-FrameCost DrawFrames(const FrameOrder& order, FrameTaker& taker, std::string* log = nullptr);
+FrameCost DrawFrames(const FrameRequest& request, FrameSink& sink, std::string* log = nullptr);
 
 } // namespace Stage

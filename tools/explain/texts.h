@@ -10,7 +10,7 @@ namespace Explain {
 std::string PurposeOf(const std::string& pass);
 
 /// What happens in a segment of the timeline.
-std::string WordsFor(Timeline::Segment segment);
+std::string DescriptionOf(Timeline::Segment segment);
 
 /// The page's style sheet, for light and dark.
 std::string StyleSheet();

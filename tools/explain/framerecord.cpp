@@ -1,4 +1,4 @@
-#include "tools/explain/story.h"
+#include "tools/explain/framerecord.h"
 
 #include "tools/explain/picture.h"
 #include "tools/stage/show.h"
@@ -19,55 +19,55 @@ std::string GlString(GLenum name) {
 /// the times are those of a show under way.
 constexpr int warmingUp = 5;
 
-/// Takes the last of the frames that it wants apart.
-class StoryTaker : public Stage::Visitor {
+/// Records the last of the frames that it wants.
+class FrameReader : public Stage::Visitor {
 public:
-    explicit StoryTaker(Story& told) : story(told) {}
+    explicit FrameReader(FrameRecord& target) : record(target) {}
 
-    bool Wants(int number) override { return number >= story.frame - warmingUp; }
+    bool Wants(int number) override { return number >= record.frame - warmingUp; }
     void Begin(int number) override {
-        if (number == story.frame)
+        if (number == record.frame)
             recorder.BeginFrame();
     }
     void End(int number) override {
-        if (number == story.frame)
+        if (number == record.frame)
             Take();
     }
 
 private:
     void Take() {
         recorder.EndFrame();
-        story.passes = recorder.Take();
-        story.view = recorder.LastView();
-        story.lowestBand = Stage::LowestBand();
-        story.renderer = GlString(GL_RENDERER) + ", OpenGL " + GlString(GL_VERSION);
-        for (const Passes::Pass& pass : story.passes)
+        record.passes = recorder.Take();
+        record.view = recorder.LastView();
+        record.lowestBand = Stage::LowestBand();
+        record.renderer = GlString(GL_RENDERER) + ", OpenGL " + GlString(GL_VERSION);
+        for (const Passes::Pass& pass : record.passes)
             for (const Passes::Input& input : pass.inputs)
                 TakeTexture(input.texture);
     }
 
     void TakeTexture(GLuint texture) {
-        if (!Stage::FindTexture(texture).picture || story.textures.count(texture) != 0)
+        if (!Stage::FindTexture(texture).picture || record.textures.count(texture) != 0)
             return;
         const Picture whole = ReadTexturePicture(texture);
         const int factor = FactorFor(whole.width, whole.height, textureSide, textureSide);
-        story.textures[texture] = Shrunk(whole, factor);
+        record.textures[texture] = Shrunk(whole, factor);
     }
 
-    Story& story;
+    FrameRecord& record;
     Passes::PassRecorder recorder{Passes::Detail::Everything};
 };
 
 } // namespace
 
-Story TakeApart(const Stage::Rate& rate, int frame) {
-    Story story;
-    story.frame = frame;
-    story.rate = rate;
-    story.time = rate.Seconds(frame);
-    StoryTaker taker(story);
-    Stage::PlayShow(rate, frame, taker);
-    return story;
+FrameRecord RecordFrame(const Stage::Rate& rate, int frame) {
+    FrameRecord record;
+    record.frame = frame;
+    record.rate = rate;
+    record.time = rate.Seconds(frame);
+    FrameReader reader(record);
+    Stage::PlayShow(rate, frame, reader);
+    return record;
 }
 
 } // namespace Explain

@@ -1,5 +1,5 @@
 // The page's fixed words and its style sheet.
-#include "tools/explain/words.h"
+#include "tools/explain/texts.h"
 
 namespace Explain {
 
@@ -111,7 +111,7 @@ std::string PurposeOf(const std::string& pass) {
     return "";
 }
 
-std::string WordsFor(Timeline::Segment segment) {
+std::string DescriptionOf(Timeline::Segment segment) {
     for (const SegmentWords& row : segmentWords)
         if (row.segment == segment)
             return row.words;

@@ -12,8 +12,8 @@ namespace Explain {
 
 using Tools::Picture;
 
-/// All that a page tells of one frame.
-struct Story {
+/// All that a page shows of one frame.
+struct FrameRecord {
     int frame = 0; ///< number
     Stage::Rate rate;
     double time = 0.0; ///< of the demo, in seconds
@@ -24,7 +24,7 @@ struct Story {
     std::map<GLuint, Picture> textures; ///< that passes read and that are pictures
 };
 
-/// Plays the demo up to the frame and takes it apart. Throws as PlayShow() does.
-Story TakeApart(const Stage::Rate& rate, int frame);
+/// Plays the demo up to the frame and records that. Throws as PlayShow() does.
+FrameRecord RecordFrame(const Stage::Rate& rate, int frame);
 
 } // namespace Explain
