@@ -1,5 +1,7 @@
 // What a viewer would hold against the picture, measured on the real production with its real data.
 
+#include "tools/picture/picture.h"
+
 #include "tests/system/nimbrel_test.h"
 
 #include <algorithm>
@@ -9,69 +11,52 @@
 
 namespace {
 
+using Tools::Picture;
+
 constexpr double pace = 0.25; // seconds a frame between the pictures
 constexpr double oneFrame = 1 / 60.0;
 constexpr int logoGone = 11;       // seconds; the logo is drawn until 10
 constexpr double patience = 240.0; // for some six hundred frames on a busy machine
 
-/// RGB bytes.
-struct Frame {
-    int width = 0;
-    int height = 0;
-    std::string bytes;
+std::size_t PixelCount(const Picture& picture) {
+    return picture.bytes.size() / Picture::channels;
+}
 
-    std::size_t Pixels() const {
-        return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-    }
-    int Channel(std::size_t pixel, std::size_t channel) const {
-        return static_cast<unsigned char>(bytes[pixel * 3 + channel]);
-    }
-};
-
-Frame ReadPpm(const std::string& path) {
-    Frame frame;
-    std::istringstream file(ReadFile(path));
-    std::string magic;
-    int most = 0;
-    file >> magic >> frame.width >> frame.height >> most;
-    file.get(); // the one blank before the pixels
-    frame.bytes.resize(frame.Pixels() * 3);
-    file.read(frame.bytes.data(), static_cast<std::streamsize>(frame.bytes.size()));
-    EXPECT_TRUE(file.good()) << path << " is cut short";
-    return frame;
+int Channel(const Picture& picture, std::size_t pixel, std::size_t channel) {
+    return picture.bytes[pixel * Picture::channels + channel];
 }
 
 /// Share of the picture that its commonest colour has, at sixteen levels a channel.
-double CommonestShare(const Frame& frame) {
+double CommonestShare(const Picture& frame) {
     std::vector<std::size_t> counts(16 * 16 * 16);
-    for (std::size_t i = 0; i < frame.Pixels(); ++i) {
-        const int colour = frame.Channel(i, 0) / 16 * 256 + frame.Channel(i, 1) / 16 * 16 +
-                           frame.Channel(i, 2) / 16;
+    for (std::size_t i = 0; i < PixelCount(frame); ++i) {
+        const int colour = Channel(frame, i, 0) / 16 * 256 + Channel(frame, i, 1) / 16 * 16 +
+                           Channel(frame, i, 2) / 16;
         ++counts[static_cast<std::size_t>(colour)];
     }
     return static_cast<double>(*std::max_element(counts.begin(), counts.end())) /
-           static_cast<double>(frame.Pixels());
+           static_cast<double>(PixelCount(frame));
 }
 
 /// Share of the pixels that jump in the second of three frames and are back in the third, as
 /// surfaces that fight for one depth do.
-double FlickerShare(const Frame& a, const Frame& b, const Frame& c) {
+double FlickerShare(const Picture& a, const Picture& b, const Picture& c) {
     constexpr int jump = 48; // of 255
     constexpr int back = 12;
     std::size_t flickering = 0;
-    for (std::size_t i = 0; i < a.Pixels(); ++i) {
+    for (std::size_t i = 0; i < PixelCount(a); ++i) {
         bool jumps = false;
         bool returns = true;
         for (std::size_t channel = 0; channel < 3; ++channel) {
-            const int before = a.Channel(i, channel);
-            const int between = b.Channel(i, channel);
-            const int after = c.Channel(i, channel);
+            const int before = Channel(a, i, channel);
+            const int between = Channel(b, i, channel);
+            const int after = Channel(c, i, channel);
             jumps |= std::abs(between - before) > jump && std::abs(between - after) > jump;
             returns &= std::abs(after - before) < back;
         }
         flickering += jumps && returns;
     }
-    return static_cast<double>(flickering) / static_cast<double>(a.Pixels());
+    return static_cast<double>(flickering) / static_cast<double>(PixelCount(a));
 }
 
 std::string Text(double time) {
@@ -106,32 +91,32 @@ protected:
         WaitForOrderlyEnd(patience);
     }
 
-    static Frame At(double time) {
+    static Picture At(double time) {
         char name[32];
         std::snprintf(name, sizeof name, "frame_%08.3f.ppm", time);
-        return ReadPpm(name);
+        return Tools::ReadPpm(name);
     }
 };
 
-Frame Plain(int width, int height, char value) {
-    return {
-        width, height,
-        std::string(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3, value)};
+Picture Plain(unsigned char value) {
+    Picture picture(10, 10);
+    std::fill(picture.bytes.begin(), picture.bytes.end(), value);
+    return picture;
 }
 
 } // namespace
 
 TEST(PictureMeasures, See_one_flat_colour) {
-    Frame frame = Plain(10, 10, 100);
+    Picture frame = Plain(100);
     EXPECT_EQ(CommonestShare(frame), 1.0);
-    std::fill_n(frame.bytes.begin(), 30 * 3, static_cast<char>(20)); // 30 of 100 pixels
+    std::fill_n(frame.bytes.begin(), 30 * 3, static_cast<unsigned char>(20)); // 30 of 100 pixels
     EXPECT_EQ(CommonestShare(frame), 0.7);
 }
 
 TEST(PictureMeasures, See_pixels_that_jump_and_come_back_but_none_that_moves_on) {
-    const Frame dark = Plain(10, 10, 10);
-    Frame flash = dark;
-    std::fill_n(flash.bytes.begin(), 5 * 3, static_cast<char>(100)); // 5 of 100 pixels
+    const Picture dark = Plain(10);
+    Picture flash = dark;
+    std::fill_n(flash.bytes.begin(), 5 * 3, static_cast<unsigned char>(100)); // 5 of 100 pixels
     EXPECT_EQ(FlickerShare(dark, flash, dark), 0.05);
     EXPECT_EQ(FlickerShare(dark, flash, flash), 0.0);
     EXPECT_EQ(FlickerShare(dark, dark, flash), 0.0);
