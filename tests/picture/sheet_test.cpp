@@ -34,6 +34,11 @@ TEST(Sheet, Puts_pictures_under_each_other_with_their_times_beside) {
     EXPECT_EQ(*sheet.At(label - 5 * 12, 3), 0);
 }
 
+TEST(Sheet, Leaves_out_what_is_too_long_for_a_label) {
+    const Picture sheet = MakeSheet({{Plain(40, 20, 50), "8118.252"}});
+    EXPECT_EQ(sheet.bytes, MakeSheet({{Plain(40, 20, 50), "118.252"}}).bytes);
+}
+
 TEST(Sheet, Fills_one_column_after_the_other) {
     const Picture sheet =
         MakeSheet({{Plain(10, 20, 50), ""}, {Plain(10, 20, 120), ""}, {Plain(10, 20, 180), ""}}, 2);

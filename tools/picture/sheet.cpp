@@ -1,7 +1,8 @@
 #include "tools/picture/sheet.h"
 
+#include "tools/picture/font.h"
+
 #include <algorithm>
-#include <array>
 
 namespace Tools {
 
@@ -9,47 +10,21 @@ namespace {
 
 constexpr int gap = 2;         // black rows between two pictures
 constexpr int labelWidth = 84; // room for "118.252" and a margin
-constexpr int glyphWidth = 5;
-constexpr int glyphHeight = 7;
-constexpr int glyphScale = 2;
+constexpr int dotSize = 2;
 constexpr unsigned char ink = 200;
 
-using Glyph = std::array<const char*, glyphHeight>;
-
-// clang-format off: drawn as they look
-constexpr const char* digitNames = "0123456789.";
-const Glyph glyphs[] = {
-    {" ### ", "#   #", "#  ##", "# # #", "##  #", "#   #", " ### "},
-    {"  #  ", " ##  ", "  #  ", "  #  ", "  #  ", "  #  ", " ### "},
-    {" ### ", "#   #", "    #", "   # ", "  #  ", " #   ", "#####"},
-    {" ### ", "#   #", "    #", "  ## ", "    #", "#   #", " ### "},
-    {"   # ", "  ## ", " # # ", "#  # ", "#####", "   # ", "   # "},
-    {"#####", "#    ", "#### ", "    #", "    #", "#   #", " ### "},
-    {" ### ", "#    ", "#    ", "#### ", "#   #", "#   #", " ### "},
-    {"#####", "    #", "   # ", "  #  ", "  #  ", "  #  ", "  #  "},
-    {" ### ", "#   #", "#   #", " ### ", "#   #", "#   #", " ### "},
-    {" ### ", "#   #", "#   #", " ####", "    #", "    #", " ### "},
-    {"     ", "     ", "     ", "     ", "     ", " ##  ", " ##  "},
-};
-// clang-format on
-
-void DrawGlyph(Picture& sheet, const Glyph& glyph, int left, int top) {
-    for (int y = 0; y < glyphHeight * glyphScale; ++y)
-        for (int x = 0; x < glyphWidth * glyphScale; ++x)
-            if (top >= 0 && top + y < sheet.height && glyph[y / glyphScale][x / glyphScale] == '#')
-                std::fill_n(sheet.At(left + x, top + y), Picture::channels, ink);
+void DrawDot(Picture& sheet, int left, int top) {
+    for (int y = std::max(top, 0); y < std::min(top + dotSize, sheet.height); ++y)
+        std::fill_n(sheet.At(left, y), dotSize * Picture::channels, ink);
 }
 
 /// Ends at `right`; what does not fit into the label's room is left out.
 void DrawText(Picture& sheet, const std::string& text, int right, int top) {
-    const int advance = (glyphWidth + 1) * glyphScale;
-    int left = right - advance * static_cast<int>(text.size());
-    for (char letter : text) {
-        const std::size_t glyph = std::string(digitNames).find(letter);
-        if (glyph != std::string::npos && left >= right - labelWidth)
-            DrawGlyph(sheet, glyphs[glyph], left, top);
-        left += advance;
-    }
+    const int left = right - glyphAdvance * dotSize * static_cast<int>(text.size());
+    ForEachDot(text, [&](int column, int row) {
+        if (const int x = left + column * dotSize; x >= right - labelWidth)
+            DrawDot(sheet, x, top + row * dotSize);
+    });
 }
 
 void Place(Picture& sheet, const SheetEntry& entry, int left, int top) {
@@ -58,7 +33,7 @@ void Place(Picture& sheet, const SheetEntry& entry, int left, int top) {
         std::copy_n(picture.At(0, y), static_cast<std::size_t>(picture.width) * Picture::channels,
                     sheet.At(left + labelWidth, top + y));
     DrawText(sheet, entry.label, left + labelWidth,
-             top + (picture.height - glyphHeight * glyphScale) / 2);
+             top + (picture.height - glyphRows * dotSize) / 2);
 }
 
 } // namespace

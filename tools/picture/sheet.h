@@ -7,8 +7,8 @@
 
 namespace Tools {
 
-/// One picture of a contact sheet, and the time that is printed beside it: digits and points,
-/// up to "118.252"; other letters leave a gap.
+/// One picture of a contact sheet, and the time that is printed beside it, in the letters of
+/// font.h: seven at most, as in "118.252"; of more, the last seven.
 struct SheetEntry {
     Picture picture;
     std::string label;
