@@ -86,6 +86,7 @@ TEST(LogPage, Of_the_engine_itself_is_read) {
             log << "\n\n0:1(1): error: no\n";
             log.Write("", "ok", "100%");
             log.Write("Long", "FREE", std::string(3000, 'x')); // the engine cuts it
+            log.Write(std::string(1797, 's'), "ERROR", "lost");
             std::exit(0);
         },
         ::testing::ExitedWithCode(0), "");
@@ -96,7 +97,8 @@ TEST(LogPage, Of_the_engine_itself_is_read) {
     EXPECT_THAT(page.rows,
                 ElementsAre(LogRow{"Image", "LOADED", "Data/Gfx/sky.png"},
                             LogRow{"Vertex Shader", "ERROR", "city.vert"}, LogRow{"", "ok", "100%"},
-                            LogRow{"Long", "FREE", std::string(1792, 'x')}));
+                            LogRow{"Long", "FREE", std::string(1792, 'x')},
+                            LogRow{std::string(1797, 's'), "ERR", ""}));
     EXPECT_THAT(page.texts, ElementsAre(LogText{2, "\n\n0:1(1): error: no"}));
 }
 
@@ -143,9 +145,11 @@ TEST(LogPage, Other_status_is_black) {
 
 TEST(LogPage, Row_that_is_not_as_the_engine_writes_it_is_none) {
     const std::string rows[] = {
-        Row(light, "Image", green, "ERROR", "x"),                          // a red word in green
-        Row(light, "Image", red, "error", "x"),                            // a black word in red
-        Row("#CCCCCC", "Image", green, "OK", "x"),                         // six digits
+        Row(light, "Image", green, "ERROR", "x"),           // a red word in green
+        Row(light, "Image", red, "error", "x"),             // a black word in red
+        Row(light, std::string(1799, 's'), red, "X", ""),   // what no word begins with
+        Row(light, std::string(1796, 's'), red, "ERR", ""), // cut without need
+        Row("#CCCCCC", "Image", green, "OK", "x"),          // six digits
         Changed(first, "#CCCCC\" width =\"80%", "#999999\" width =\"80%"), // two greys in a row
         Changed(first, "width =", "width="),                               // without the blank
         Changed(first, "80%", "81%"),

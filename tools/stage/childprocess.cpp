@@ -48,20 +48,19 @@ int StatusOf(const std::function<int()>& work) {
     _exit(status); // the parent's objects and exit functions are none of the child's business
 }
 
-/// The first line tells what went wrong, those behind it where.
-std::string FirstLine(const std::string& text) {
-    std::istringstream lines(text.substr(0, mostQuoted));
-    for (std::string line; std::getline(lines, line);)
-        if (!line.empty())
-            return line;
-    return "";
-}
-
 } // namespace
 
 double SteadySeconds() {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     return std::chrono::duration<double>(now).count();
+}
+
+std::string Ending::FirstError() const {
+    std::istringstream lines(errors.substr(0, mostQuoted));
+    for (std::string line; std::getline(lines, line);)
+        if (!line.empty())
+            return line;
+    return "";
 }
 
 std::string Ending::InWords() const {
@@ -72,7 +71,7 @@ std::string Ending::InWords() const {
         how = std::string("was ended by a crash (") + strsignal(signal) + ")";
     else
         how = "ended with exit status " + std::to_string(exitStatus);
-    const std::string line = FirstLine(errors);
+    const std::string line = FirstError();
     return line.empty() ? how : how + ", saying \"" + line + '"';
 }
 

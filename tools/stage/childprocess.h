@@ -20,9 +20,12 @@ struct Ending {
     /// Whether it exited by itself, with status 0.
     bool InOrder() const { return !timedOut && signal == 0 && exitStatus == 0; }
 
+    /// The first line of `errors` that is not empty, among its first 4096 bytes: it tells what went
+    /// wrong, those behind it where.
+    std::string FirstError() const;
+
     /// "ended with exit status 3", "was ended by a crash (Segmentation fault)" or "gave no answer",
-    /// and behind that, when there is any, the first line that is not empty of `errors`, of its
-    /// first 4096 bytes: `, saying "..."`.
+    /// and behind that, when there is one, the first error: `, saying "..."`.
     std::string InWords() const;
 };
 

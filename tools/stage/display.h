@@ -15,7 +15,8 @@ public:
     /// A screen of 1280 x 256 pixels and 24 bits, on a display number that was free; it stays when
     /// its last program leaves. `options` are options of Xvfb that overrule the usual ones:
     /// {"-extension", "GLX"}. Throws std::runtime_error when Xvfb does not start.
-    explicit VirtualDisplay(const std::vector<std::string>& options = {});
+    explicit VirtualDisplay(const std::vector<std::string>& options);
+    VirtualDisplay() : VirtualDisplay(std::vector<std::string>()) {}
     ~VirtualDisplay();
     VirtualDisplay(const VirtualDisplay&) = delete;
     VirtualDisplay& operator=(const VirtualDisplay&) = delete;

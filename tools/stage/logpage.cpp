@@ -36,6 +36,9 @@ constexpr std::string_view rowBegin = "    <tr>\n";
 // The colours that rows take in turn. The first has five digits.
 constexpr std::array<std::string_view, 2> rowColours = {"#CCCCC", "#999999"};
 
+// The engine cuts the three texts of a row so that they have no more bytes together.
+constexpr std::size_t mostTextBytes = 1800;
+
 std::string_view ColourOf(std::string_view status) {
     if (status == "LOADED" || status == "FREE" || status == "OK")
         return "#006600";
@@ -103,16 +106,30 @@ std::optional<std::string> ReadCell(Scanner& scanner, std::string_view colour,
     return std::string(*text);
 }
 
-/// The status has a colour of its own, which follows from it.
-std::optional<std::string> ReadStatus(Scanner& scanner, std::string_view colour) {
+/// A status, and the colour that it has.
+struct Status {
+    std::string word;
+    std::string colour;
+};
+
+std::optional<Status> ReadStatus(Scanner& scanner, std::string_view colour) {
     auto cell = ReadCell(scanner, colour, "5%", "<font color=\"", "</font></td>\n");
-    if (!cell || cell->size() < ColourOf("").size() + 2)
-        return std::nullopt;
     const std::size_t open = ColourOf("").size();
-    const std::string status = cell->substr(open + 2);
-    if (cell->substr(0, open) != ColourOf(status) || cell->substr(open, 2) != "\">")
+    if (!cell || cell->size() < open + 2 || cell->substr(open, 2) != "\">")
         return std::nullopt;
-    return status;
+    return Status{cell->substr(open + 2), cell->substr(0, open)};
+}
+
+/// The colour follows from the status; where the row's texts are as long as they can be, from one
+/// of which the end may be lost.
+bool ColourFits(const Status& status, std::size_t textBytes) {
+    if (status.colour == ColourOf(status.word))
+        return true;
+    const auto begins = [&](const char* word) {
+        return std::string_view(word).starts_with(status.word) && status.colour == ColourOf(word);
+    };
+    return textBytes == mostTextBytes &&
+           (begins("LOADED") || begins("FREE") || begins("OK") || begins("ERROR"));
 }
 
 /// The row that `text` begins with, its cells in this colour.
@@ -123,10 +140,11 @@ std::optional<ReadRow> ReadColouredRow(std::string_view text, std::string_view c
     const auto section = ReadCell(scanner, colour, "15%", "", "</td>\n");
     const auto status = section ? ReadStatus(scanner, colour) : std::nullopt;
     const auto file = status ? ReadCell(scanner, colour, "80%", "", "</td>\n") : std::nullopt;
-    if (!file || !scanner.Skip("    </tr>\n\n"))
+    if (!file || !scanner.Skip("    </tr>\n\n") ||
+        !ColourFits(*status, section->size() + status->word.size() + file->size()))
         return std::nullopt;
     const std::size_t bytes = std::min(text.size(), mostLogRowBytes) - scanner.Rest().size();
-    return ReadRow{{*section, *status, *file}, bytes, colour};
+    return ReadRow{{*section, status->word, *file}, bytes, colour};
 }
 
 std::optional<ReadRow> ReadRowAt(std::string_view text) {

@@ -52,9 +52,10 @@ constexpr std::size_t mostLogRows = 50000;
 constexpr std::size_t mostLogRowBytes = 2048;
 
 /// Reads a page, whatever its bytes are. A row is one only if it stands there as the engine writes
-/// it, to the byte: its three cells of one colour, its status of the colour that belongs to it, and
-/// no control character (bytes 0 to 31, and 127) in its cells. Everything else between header and
-/// footer is text. What comes behind one of the limits above is left out, which is a problem too.
+/// it, to the byte: its three cells of one colour, its status of the colour that belongs to it (or
+/// to the word that it was before the engine cut the row), and no control character (bytes 0 to 31,
+/// and 127) in its cells. Everything else between header and footer is text. What comes behind one
+/// of the limits above is left out, which is a problem too.
 LogPage ParseLogPage(std::string_view page);
 
 /// The same of a file; of none, an empty page.
