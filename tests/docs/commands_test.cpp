@@ -87,12 +87,12 @@ protected:
             substitute = found->second;
         if (substitute.art && !Docs::ArtIsBuilt())
             return "";
-        const Outcome end = stage->Run(substitute.run, patience);
+        const Tools::Ending end = stage->Run(substitute.run, patience);
         if (end.exitStatus == 0)
             return "";
         return Docs::PlaceOf(command) + ": " + command.text + "\n    run as: " + substitute.run +
                "\n    ended with " + std::to_string(end.exitStatus) + " after " +
-               std::to_string(end.seconds) + " s\n" + end.complaint;
+               std::to_string(end.seconds) + " s\n" + end.errors;
     }
 
     /// Complaints about all commands of the pages; each is run once.
@@ -169,7 +169,7 @@ TEST_F(Commands, Are_run_by_their_shorter_form_when_they_have_one) {
 }
 
 TEST_F(Commands, Are_ended_when_they_take_too_long) {
-    const Outcome end = stage->Run("sleep 30", 0.2);
+    const Tools::Ending end = stage->Run("sleep 30", 0.2);
     EXPECT_EQ(end.exitStatus, 124); // as timeout(1) says
     EXPECT_LT(end.seconds, 10.0);
 }

@@ -82,8 +82,8 @@ class Pictures : public ::testing::Test {
 protected:
     /// Each name and what makes it.
     static std::map<std::string, std::string> Makers(const Docs::Stage& stage) {
-        const Outcome end = stage.Run("docs/make-pictures --list", patience);
-        EXPECT_EQ(end.exitStatus, 0) << end.complaint;
+        const Tools::Ending end = stage.Run("docs/make-pictures --list", patience);
+        EXPECT_EQ(end.exitStatus, 0) << end.errors;
         std::map<std::string, std::string> makers;
         std::istringstream lines(end.output);
         for (std::string name, rest; lines >> name && std::getline(lines >> std::ws, rest);)
@@ -109,8 +109,8 @@ TEST_F(Pictures, Of_the_show_are_what_their_commands_make) {
     for (const auto& [name, maker] : Makers(stage))
         if (name.ends_with(".png") && maker != "music") // that would take minutes
             names += " " + name;
-    const Outcome end = stage.Run("docs/make-pictures --into made" + names, patience);
-    ASSERT_EQ(end.exitStatus, 0) << end.complaint;
+    const Tools::Ending end = stage.Run("docs/make-pictures --into made" + names, patience);
+    ASSERT_EQ(end.exitStatus, 0) << end.errors;
     std::istringstream each(names);
     for (std::string name; each >> name;)
         EXPECT_TRUE(Matches(Read(stage.Root() / "made" / name), Read(stage.Root() / "docs" / name),
@@ -121,8 +121,8 @@ TEST_F(Pictures, Of_the_show_are_what_their_commands_make) {
 TEST_F(Pictures, Of_other_moments_are_not_taken_for_these) {
     const fs::path docs = stage.Root() / "docs";
     EXPECT_FALSE(Matches(Read(docs / "rise.png"), Read(docs / "basin.png"), otherProcessors));
-    const Outcome end = stage.Run("./movie --at 25.1 docs/moved.png", patience);
-    ASSERT_EQ(end.exitStatus, 0) << end.complaint;
+    const Tools::Ending end = stage.Run("./movie --at 25.1 docs/moved.png", patience);
+    ASSERT_EQ(end.exitStatus, 0) << end.errors;
     EXPECT_FALSE(Matches(Read(docs / "moved.png"), Read(docs / "rise.png"), otherProcessors))
         << "six frames later";
 }

@@ -22,9 +22,9 @@ Stage::Stage() : root(scratch.Path() / "tree") {
         fs::create_directory(scratch.Path() / folder);
 }
 
-Outcome Stage::Run(const std::string& line, double patience) const {
+Tools::Ending Stage::Run(const std::string& line, double patience) const {
     const fs::path outside = scratch.Path();
-    const Environment around = {
+    const Tools::Environment around = {
         {"PATH", (outside / "bin").string() + ":" + std::getenv("PATH")},
         {"HOME", outside / "home"},
         {"TMPDIR", outside / "temporary"},
@@ -34,10 +34,11 @@ Outcome Stage::Run(const std::string& line, double patience) const {
         {"BINARIES", binaries},
     };
     // timeout(1) ends what the line has started, too.
-    return ProgramRun({"/usr/bin/timeout", "-k", "5", std::to_string(patience), "/bin/bash", "-c",
-                       "set -euo pipefail; cd '" + root.string() + "'; " + line},
-                      around)
-        .Wait(patience + 10.0);
+    return Tools::Run({.arguments = {"/usr/bin/timeout", "-k", "5", std::to_string(patience),
+                                     "/bin/bash", "-c", "set -euo pipefail; " + line},
+                       .added = around,
+                       .folder = root},
+                      patience + 10.0);
 }
 
 void Stage::CopyTree() const {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <filesystem>
 #include <string>
@@ -25,7 +25,7 @@ public:
     const std::filesystem::path& Root() const { return root; }
 
     /// Runs a line of shell in the copy's root; after `patience` seconds it is ended.
-    Outcome Run(const std::string& line, double patience) const;
+    Tools::Ending Run(const std::string& line, double patience) const;
 
 private:
     void CopyTree() const;
@@ -34,7 +34,7 @@ private:
 
     ScratchDir scratch;
     const std::filesystem::path root;
-    VirtualDisplay display;
+    Tools::VirtualDisplay display;
 };
 
 /// Whether the art programs are built here; only the release build of ./test has them.

@@ -4,7 +4,7 @@
 #include "tests/doctor/published_data.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/log_page.h"
-#include "tests/support/program_run.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -189,10 +189,10 @@ protected:
         WriteFile("Data/Gfx/a", "");
     }
 
-    static Outcome Run(const std::vector<std::string>& arguments) {
+    static Tools::Ending Run(const std::vector<std::string>& arguments) {
         std::vector<std::string> command = {fs::absolute("tools/doctor/sums").string()};
         command.insert(command.end(), arguments.begin(), arguments.end());
-        return ProgramRun(command, {}).Wait(20.0);
+        return Tools::Run({.arguments = command}, 20.0);
     }
 };
 
@@ -207,15 +207,15 @@ TEST_F(Sums, Are_written_sorted_by_name) {
 }
 
 TEST_F(Sums, That_are_not_up_to_date_are_named_and_left_as_they_are) {
-    EXPECT_THAT(Run({"--check"}).complaint, HasSubstr("There is no Data/SHA256SUMS"));
+    EXPECT_THAT(Run({"--check"}).errors, HasSubstr("There is no Data/SHA256SUMS"));
     Run({});
     const std::string before = ReadFile(Doctor::sumsFile);
     WriteFile("Data/b", "abd");
     WriteFile("Data/new", "");
     fs::remove("Data/Gfx/a");
-    const Outcome outcome = Run({"--check"});
+    const Tools::Ending outcome = Run({"--check"});
     EXPECT_EQ(outcome.exitStatus, 1);
-    EXPECT_THAT(outcome.complaint, HasSubstr("Data/Gfx/a\nData/b\nData/new\n"));
+    EXPECT_THAT(outcome.errors, HasSubstr("Data/Gfx/a\nData/b\nData/new\n"));
     EXPECT_EQ(ReadFile(Doctor::sumsFile), before);
 }
 

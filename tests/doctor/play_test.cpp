@@ -3,9 +3,9 @@
 // takes note there of what it is asked for.
 
 #include "tests/support/demo_data.h"
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -52,22 +52,23 @@ protected:
         WriteScript(demo, "cp page.html Vell_log.html\nexit " + std::to_string(exitStatus));
     }
 
-    static Outcome Run(Environment environment = {}) {
+    static Tools::Ending Run(Tools::Environment environment = {}) {
         environment.insert({{"PATH", fs::absolute("bin").string() + ":" + std::getenv("PATH")},
                             {"DISPLAY", display.Name()},
                             {"ALSA_CONFIG_PATH", "/dev/null"}});
-        return ProgramRun({fs::absolute("play").string()}, environment).Wait(100.0);
+        return Tools::Run({.arguments = {fs::absolute("play").string()}, .added = environment},
+                          100.0);
     }
 
     ScratchDir scratch;
-    static inline VirtualDisplay display;
+    static inline Tools::VirtualDisplay display;
 };
 
 } // namespace
 
 TEST_F(Play, Leaves_the_doctor_alone_when_the_demo_ended_in_order) {
     WriteDemo(LogPage("LOADED") + logFoot, 0); // so does Escape
-    const Outcome outcome = Run();
+    const Tools::Ending outcome = Run();
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.output, HasSubstr("Vell_log.html: no row says ERROR."));
     EXPECT_THAT(outcome.output, Not(HasSubstr("doctor")));
@@ -76,7 +77,7 @@ TEST_F(Play, Leaves_the_doctor_alone_when_the_demo_ended_in_order) {
 
 TEST_F(Play, Calls_the_doctor_when_the_demo_broke_off) {
     WriteDemo(LogPage("LOADED"), 3);
-    const Outcome outcome = Run();
+    const Tools::Ending outcome = Run();
     EXPECT_EQ(outcome.exitStatus, 3) << "the demo's own";
     EXPECT_THAT(outcome.output, HasSubstr("the doctor is here"));
     EXPECT_THAT(ReadFile("cmake.txt"), HasSubstr("--target nimbrel_doctor"));
@@ -89,7 +90,7 @@ TEST_F(Play, Calls_the_doctor_when_the_log_has_no_foot) {
 
 TEST_F(Play, Calls_the_doctor_when_there_is_no_log) {
     WriteScript(demo, "exit 1");
-    const Outcome outcome = Run();
+    const Tools::Ending outcome = Run();
     EXPECT_EQ(outcome.exitStatus, 1);
     EXPECT_THAT(outcome.output, HasSubstr("Vell_log.html: the demo wrote none."));
     EXPECT_THAT(outcome.output, HasSubstr("the doctor is here"));
@@ -99,7 +100,7 @@ TEST_F(Play, Takes_an_earlier_page_for_no_sign_of_this_run_and_leaves_it_alone) 
     const std::string earlier = LogPage("ERROR") + logFoot;
     WriteFile("Vell_log.html", earlier);
     WriteScript(demo, "exit 0"); // though it has not played
-    const Outcome outcome = Run();
+    const Tools::Ending outcome = Run();
     EXPECT_EQ(outcome.exitStatus, 0);
     EXPECT_THAT(outcome.output, HasSubstr("Vell_log.html: the demo wrote none."));
     EXPECT_THAT(outcome.output, HasSubstr("the doctor is here"));
@@ -115,9 +116,9 @@ TEST_F(Play, Reads_the_page_that_takes_the_place_of_an_earlier_one) {
 TEST_F(Play, Says_so_when_the_doctor_cannot_be_built) {
     WriteDemo(LogPage("ERROR") + logFoot, 0);
     WriteScript("bin/cmake", "case \"$*\" in *doctor*) exit 1 ;; esac");
-    const Outcome outcome = Run();
+    const Tools::Ending outcome = Run();
     EXPECT_EQ(outcome.exitStatus, 0);
-    EXPECT_THAT(outcome.complaint, HasSubstr("The doctor could not be built"));
+    EXPECT_THAT(outcome.errors, HasSubstr("The doctor could not be built"));
     EXPECT_THAT(outcome.output, Not(HasSubstr("the doctor is here")));
 }
 
@@ -130,8 +131,9 @@ TEST_F(Play, Has_the_doctor_name_the_file_that_the_demo_missed) {
                       "exec '" NIMBREL_BINARY_DIR "/demo/nimbrel'");
     fs::remove(doctor);
     fs::create_symlink(NIMBREL_BINARY_DIR "/tools/doctor/nimbrel_doctor", doctor);
-    const Outcome outcome = Run({{"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}});
-    EXPECT_EQ(outcome.exitStatus, 0) << outcome.complaint;
+    const Tools::Ending outcome =
+        Run({{"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
     EXPECT_THAT(outcome.output, HasSubstr("rows that say ERROR: Image Data/Gfx/water.jpg\n"));
     EXPECT_THAT(outcome.output, HasSubstr("Nimbrel runs here, but: "));
     EXPECT_THAT(outcome.output, HasSubstr("The demo's log        rows that say ERROR: Image "

@@ -3,8 +3,8 @@
 #include "tools/doctor/advice.h"
 
 #include "tests/doctor/published_data.h"
-#include "tests/support/program_run.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,15 +36,16 @@ protected:
     static void SetUpTestSuite() {
         for (const char* other : {"WAYLAND_DISPLAY", "SDL_VIDEODRIVER"})
             unsetenv(other); // there is the one display that each test names
-        display = std::make_unique<VirtualDisplay>();
+        display = std::make_unique<Tools::VirtualDisplay>();
     }
     static void TearDownTestSuite() { display.reset(); }
 
-    static Outcome Run(std::vector<std::string> arguments, Environment environment = {}) {
+    static Tools::Ending Run(std::vector<std::string> arguments,
+                             Tools::Environment environment = {}) {
         constexpr double patience = 100.0; // seconds: the doctor's own are less
         arguments.insert(arguments.begin(), NIMBREL_BINARY_DIR "/tools/doctor/nimbrel_doctor");
         environment.insert({{"DISPLAY", display->Name()}, {"ALSA_CONFIG_PATH", "/dev/null"}});
-        return ProgramRun(arguments, environment).Wait(patience);
+        return Tools::Run({.arguments = arguments, .added = environment}, patience);
     }
 
     static const Json& Find(const Json& page, const std::string& id) {
@@ -60,7 +61,7 @@ protected:
         return Find(page, id).at("state");
     }
 
-    static inline std::unique_ptr<VirtualDisplay> display;
+    static inline std::unique_ptr<Tools::VirtualDisplay> display;
     ScratchDir scratch;
 };
 
@@ -88,8 +89,8 @@ TEST_F(DoctorProgram, Finds_a_machine_fit_that_has_no_sound_and_disturbs_nothing
     else
         PublishRealData();
     WriteFile("Vell_log.html", "the last run's page");
-    const Outcome outcome = Run({"--json"});
-    EXPECT_EQ(outcome.exitStatus, 0) << outcome.complaint;
+    const Tools::Ending outcome = Run({"--json"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
     EXPECT_LT(outcome.seconds, 15.0);
     EXPECT_EQ(ReadFile("Vell_log.html"), "the last run's page");
 
@@ -123,7 +124,7 @@ TEST_F(DoctorProgram, Virtual_display_of_the_documentation_is_the_one_that_is_ad
 TEST_F(DoctorProgram, Json_is_taken_by_another_reader) {
     if (std::system("command -v python3 >/dev/null") != 0)
         GTEST_SKIP() << "needs python3";
-    const Outcome outcome = Run({"--json"}, {{"DISPLAY", ""}});
+    const Tools::Ending outcome = Run({"--json"}, {{"DISPLAY", ""}});
     WriteFile("page.json", outcome.output);
     EXPECT_EQ(std::system("python3 -m json.tool page.json >/dev/null"), 0) << outcome.output;
 }
@@ -131,8 +132,8 @@ TEST_F(DoctorProgram, Json_is_taken_by_another_reader) {
 TEST_F(DoctorProgram, Names_a_missing_file_and_what_the_show_lacks) {
     PublishTinyData();
     fs::remove(waterPicture);
-    const Outcome outcome = Run({"--seconds", "0.2"});
-    EXPECT_EQ(outcome.exitStatus, 0) << outcome.complaint;
+    const Tools::Ending outcome = Run({"--seconds", "0.2"});
+    EXPECT_EQ(outcome.exitStatus, 0) << outcome.errors;
     EXPECT_THAT(outcome.output, HasSubstr("Nimbrel runs here, but: Data/Gfx/water.jpg (missing: "
                                           "water without waves)"));
     EXPECT_THAT(outcome.output, HasSubstr("rows that say ERROR: Image Data/Gfx/water.jpg"));
@@ -161,15 +162,15 @@ TEST_F(DoctorProgram, Refuses_a_command_line_that_it_does_not_know) {
     for (const Words& words :
          {Words{"--jsno"}, Words{"--json", "file"}, Words{"--seconds"}, Words{"--seconds", "0"},
           Words{"--seconds", "3s"}, Words{"--seconds", "1e9"}, Words{"--seconds", "nan"}}) {
-        const Outcome outcome = Run(words);
+        const Tools::Ending outcome = Run(words);
         EXPECT_EQ(outcome.exitStatus, 2) << words.back();
         EXPECT_EQ(outcome.output, "") << words.back();
-        EXPECT_THAT(outcome.complaint, StartsWith("nimbrel_doctor [--json]")) << words.back();
+        EXPECT_THAT(outcome.errors, StartsWith("nimbrel_doctor [--json]")) << words.back();
     }
 }
 
 TEST_F(DoctorProgram, Explains_itself) {
-    const Outcome outcome = Run({"--help"});
+    const Tools::Ending outcome = Run({"--help"});
     EXPECT_EQ(outcome.exitStatus, 0);
     for (const char* word : {"--json", "--seconds", "Exit status", "\"rows\"", "\"verdict\""})
         EXPECT_THAT(outcome.output, HasSubstr(word));

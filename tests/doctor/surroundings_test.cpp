@@ -1,9 +1,9 @@
 // The doctor itself wherever the demo cannot run: it says why, and what to do about it.
 
 #include "tests/support/demo_data.h"
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ using Words = std::vector<std::string>;
 struct Place {
     const char* name;
     Words server;               ///< changes to the X server's options
-    Environment added;          ///< to the environment, in which DISPLAY names that server
+    Tools::Environment added;   ///< to the environment, in which DISPLAY names that server
     Words removed;              ///< from it
     std::set<std::string> rows; ///< that fail
     std::string finding;        ///< in one of them, and so in the verdict's sentence
@@ -118,11 +118,12 @@ protected:
                              std::string(16, 'k'));
     }
 
-    static Outcome Doctor(const Words& arguments, Environment added, const Words& removed) {
+    static Tools::Ending Doctor(const Words& arguments, Tools::Environment added,
+                                const Words& removed) {
         added.insert({{"TERM", "xterm"}, {"ALSA_CONFIG_PATH", "/dev/null"}});
         Words command = arguments;
         command.insert(command.begin(), NIMBREL_BINARY_DIR "/tools/doctor/nimbrel_doctor");
-        return ProgramRun(command, added, removed).Wait(100.0);
+        return Tools::Run({.arguments = command, .added = added, .removed = removed}, 100.0);
     }
 
     ScratchDir scratch;
@@ -134,13 +135,13 @@ class Unusable : public DoctorSurroundings, public ::testing::WithParamInterface
 
 TEST_P(Unusable, Is_told_with_what_to_do_about_it) {
     const Place& place = GetParam();
-    const VirtualDisplay server(place.server);
-    Environment added = place.added;
+    const Tools::VirtualDisplay server(place.server);
+    Tools::Environment added = place.added;
     added.insert({"DISPLAY", server.Name()});
-    const Outcome outcome = Doctor({"--json"}, added, place.removed);
-    EXPECT_TRUE(outcome.ended);
+    const Tools::Ending outcome = Doctor({"--json"}, added, place.removed);
+    EXPECT_FALSE(outcome.timedOut);
     EXPECT_LT(outcome.seconds, 15.0);
-    ASSERT_EQ(outcome.exitStatus, 1) << outcome.output << outcome.complaint;
+    ASSERT_EQ(outcome.exitStatus, 1) << outcome.output << outcome.errors;
 
     const Json page = Json::parse(outcome.output);
     EXPECT_EQ(page.at("verdict"), "fail");
@@ -161,8 +162,8 @@ INSTANTIATE_TEST_SUITE_P(Place, Unusable, ::testing::ValuesIn(places),
 
 // Whether the demo then comes up is a matter of luck; either way the display's row warns.
 TEST_F(DoctorSurroundings, Server_that_starts_over_is_found_out) {
-    const VirtualDisplay server({"-reset"});
-    const Outcome outcome =
+    const Tools::VirtualDisplay server({"-reset"});
+    const Tools::Ending outcome =
         Doctor({"--json", "--seconds", "0.2"}, {{"DISPLAY", server.Name()}}, {});
     const Json page = Json::parse(outcome.output);
     for (const Json& row : page.at("rows"))

@@ -1,6 +1,6 @@
 #include "tools/doctor/xserver.h"
 
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ constexpr double patience = 30.0; // seconds
 
 /// What is noted of a server that was started with these changes.
 Facts FactsOf(const std::vector<std::string>& changes) {
-    const VirtualDisplay server(changes);
+    const Tools::VirtualDisplay server(changes);
     setenv("DISPLAY", server.Name().c_str(), 1);
     const Apart look = RunApart(LookAtServer, patience);
     EXPECT_TRUE(look.InOrder()) << look.HowItEnded();
@@ -47,7 +47,7 @@ TEST(XServer, Is_found_to_start_over_or_to_stay) {
 }
 
 TEST(XServer, Stays_as_long_as_it_is_held) {
-    const VirtualDisplay server({"-reset"});
+    const Tools::VirtualDisplay server({"-reset"});
     setenv("DISPLAY", server.Name().c_str(), 1);
     const Apart look = RunApart(
         [](const Notebook& notebook) {

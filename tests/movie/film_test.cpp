@@ -20,11 +20,12 @@ namespace {
 
 /// Frame `index` of a film, decoded.
 Picture Decoded(const std::string& film, int index) {
-    ProgramRun run({"/usr/bin/env", "ffmpeg", "-v", "error", "-y", "-i", film, "-vf",
-                    "select=eq(n\\," + std::to_string(index) + ")", "-frames:v", "1", "-pix_fmt",
-                    "rgb24", "decoded.ppm"},
-                   {});
-    EXPECT_EQ(run.Wait(60.0).exitStatus, 0);
+    const Tools::Ending end =
+        Tools::Run({.arguments = {"ffmpeg", "-v", "error", "-y", "-i", film, "-vf",
+                                  "select=eq(n\\," + std::to_string(index) + ")", "-frames:v", "1",
+                                  "-pix_fmt", "rgb24", "decoded.ppm"}},
+                   60.0);
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
     return ReadPpm("decoded.ppm");
 }
 
@@ -41,10 +42,10 @@ Picture FromSheet(const Picture& sheet, int row) {
 
 /// Times of the pictures of a film, one a line; without B-frames, in the order of showing.
 std::string ShowTimes(const std::string& film) {
-    ProgramRun run({"/usr/bin/env", "ffprobe", "-v", "error", "-select_streams", "v",
-                    "-show_entries", "packet=pts_time", "-of", "csv=p=0", film},
-                   {});
-    return run.Wait(60.0).output;
+    return Tools::Run({.arguments = {"ffprobe", "-v", "error", "-select_streams", "v",
+                                     "-show_entries", "packet=pts_time", "-of", "csv=p=0", film}},
+                      60.0)
+        .output;
 }
 
 } // namespace
@@ -122,9 +123,9 @@ TEST_F(FilmTest, Refuses_to_join_what_does_not_follow) {
     MakeDemoData();
     MustFilm({"--fps", "10", "--end", "0.5", "a.mp4"});
     MustFilm({"--fps", "10", "--start", "0.6", "--end", "1", "c.mp4"});
-    const Outcome end = Film({"--join", "joined.mp4", "a.mp4", "c.mp4"});
+    const Tools::Ending end = Film({"--join", "joined.mp4", "a.mp4", "c.mp4"});
     EXPECT_EQ(end.exitStatus, 1);
-    EXPECT_THAT(end.complaint,
+    EXPECT_THAT(end.errors,
                 HasSubstr("c.mp4: expected to begin with frame 5, begins with frame 6"));
     EXPECT_FALSE(std::filesystem::exists("joined.mp4"));
 }
@@ -132,20 +133,19 @@ TEST_F(FilmTest, Refuses_to_join_what_does_not_follow) {
 TEST_F(FilmTest, Keeps_the_older_film_when_it_fails) {
     MakeDemoData();
     WriteFile("out.mp4", "older");
-    const auto display_gone = std::make_unique<ProgramRun>(
-        std::vector<std::string>{filmProgram, "out.mp4"}, Environment{{"DISPLAY", ":98765"}});
-    const Outcome end = display_gone->Wait(60.0);
+    const Tools::Ending end =
+        Tools::Run({.arguments = {filmProgram, "out.mp4"}, .added = {{"DISPLAY", ":98765"}}}, 60.0);
     EXPECT_EQ(end.exitStatus, 1);
-    EXPECT_THAT(end.complaint, HasSubstr("cannot open a window with OpenGL"));
+    EXPECT_THAT(end.errors, HasSubstr("cannot open a window with OpenGL"));
     EXPECT_EQ(ReadFile("out.mp4"), "older");
     EXPECT_FALSE(std::filesystem::exists("out.part.mp4"));
 }
 
 TEST_F(FilmTest, Is_silent_without_music_and_says_so) {
     MakeDemoData();
-    const Outcome end = Film({"--fps", "10", "--end", "1", "out.mp4"});
+    const Tools::Ending end = Film({"--fps", "10", "--end", "1", "out.mp4"});
     EXPECT_EQ(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint, HasSubstr("The music cannot be read: the film is silent."));
+    EXPECT_THAT(end.errors, HasSubstr("The music cannot be read: the film is silent."));
     const std::string samples = Samples("out.mp4");
     EXPECT_GE(samples.size(), static_cast<std::size_t>(44100 * 4));
     EXPECT_EQ(samples.find_first_not_of('\0'), std::string::npos);
@@ -163,9 +163,9 @@ TEST_F(FilmTest, Leaves_a_film_that_plays_when_interrupted) {
     std::this_thread::sleep_for(std::chrono::seconds(3));
     ASSERT_TRUE(run->Running());
     run->Signal(SIGINT);
-    const Outcome end = run->Wait(60.0);
+    const Tools::Ending end = run->Wait(60.0);
     EXPECT_EQ(end.exitStatus, 130);
-    EXPECT_THAT(end.complaint, HasSubstr("Interrupted: out.mp4 plays up to there."));
+    EXPECT_THAT(end.errors, HasSubstr("Interrupted: out.mp4 plays up to there."));
     EXPECT_FALSE(std::filesystem::exists("out.part.mp4"));
     auto picture = Facts("out.mp4", "v");
     const int frames = std::stoi(picture["nb_read_packets"]);
@@ -181,10 +181,12 @@ TEST_F(FilmTest, Leaves_the_viewers_log_and_no_folders_behind) {
     MakeDemoData();
     WriteFile("Vell_log.html", "the viewer's");
     std::filesystem::create_directory("temporary");
-    ProgramRun run({filmProgram, "--jobs", "2", "--fps", "10", "--end", "1", "out.mp4"},
-                   {{"DISPLAY", display->Name()},
-                    {"TMPDIR", (std::filesystem::current_path() / "temporary").string()}});
-    EXPECT_EQ(run.Wait(60.0).exitStatus, 0);
+    const Tools::Ending end = Tools::Run(
+        {.arguments = {filmProgram, "--jobs", "2", "--fps", "10", "--end", "1", "out.mp4"},
+         .added = {{"DISPLAY", display->Name()},
+                   {"TMPDIR", (std::filesystem::current_path() / "temporary").string()}}},
+        60.0);
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
     EXPECT_EQ(ReadFile("Vell_log.html"), "the viewer's");
     EXPECT_TRUE(std::filesystem::is_empty("temporary"));
 }
@@ -222,8 +224,8 @@ TEST_F(FilmTest, Says_what_is_wrong_with_its_arguments) {
         {{"a.mp4", "b.mp4"}, "found 2"},
     };
     for (const auto& [words, complaint] : cases) {
-        const Outcome end = Film(words);
+        const Tools::Ending end = Film(words);
         EXPECT_GE(end.exitStatus, 1) << complaint;
-        EXPECT_THAT(end.complaint, HasSubstr(complaint));
+        EXPECT_THAT(end.errors, HasSubstr(complaint));
     }
 }

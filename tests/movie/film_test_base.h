@@ -1,9 +1,9 @@
 #pragma once
 
 #include "tests/support/demo_data.h"
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ inline const std::string filmProgram = NIMBREL_BINARY_DIR "/tools/movie/nimbrel_
 /// a sound device.
 class FilmTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() { display = std::make_unique<VirtualDisplay>(); }
+    static void SetUpTestSuite() { display = std::make_unique<Tools::VirtualDisplay>(); }
     static void TearDownTestSuite() { display.reset(); }
 
     /// Puts a link "Data" to the published assets into the scratch directory; under the sanitizers,
@@ -40,29 +40,29 @@ protected:
     }
 
     /// Starts it; Wait() for its end.
-    static std::unique_ptr<ProgramRun> Start(std::vector<std::string> arguments) {
+    static std::unique_ptr<Tools::Process> Start(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), filmProgram);
-        return std::make_unique<ProgramRun>(
-            arguments,
-            Environment{{"DISPLAY", display->Name()}, {"ALSA_CONFIG_PATH", "/dev/null"}});
+        return std::make_unique<Tools::Process>(Tools::Command{
+            .arguments = arguments,
+            .added = {{"DISPLAY", display->Name()}, {"ALSA_CONFIG_PATH", "/dev/null"}}});
     }
 
     /// Runs it to its end.
-    static Outcome Film(const std::vector<std::string>& arguments, double patience = 200.0) {
+    static Tools::Ending Film(const std::vector<std::string>& arguments, double patience = 200.0) {
         return Start(arguments)->Wait(patience);
     }
 
     /// Runs it; the test fails unless it succeeds.
     static void MustFilm(const std::vector<std::string>& arguments, double patience = 200.0) {
-        const Outcome end = Film(arguments, patience);
-        ASSERT_TRUE(end.ended);
-        ASSERT_EQ(end.exitStatus, 0) << end.complaint;
+        const Tools::Ending end = Film(arguments, patience);
+        ASSERT_FALSE(end.timedOut);
+        ASSERT_EQ(end.exitStatus, 0) << end.errors;
     }
 
     /// What another program writes; the test fails unless it succeeds.
     static std::string Output(const std::vector<std::string>& command) {
-        const Outcome end = ProgramRun(command, {}).Wait(100.0);
-        EXPECT_EQ(end.exitStatus, 0) << command[0] << ": " << end.complaint;
+        const Tools::Ending end = Tools::Run({.arguments = command}, 100.0);
+        EXPECT_EQ(end.exitStatus, 0) << command[0] << ": " << end.errors;
         return end.output;
     }
 
@@ -101,7 +101,7 @@ protected:
         return facts;
     }
 
-    static inline std::unique_ptr<VirtualDisplay> display;
+    static inline std::unique_ptr<Tools::VirtualDisplay> display;
 
 private:
     ScratchDir scratch;

@@ -63,10 +63,11 @@ void MakeData() {
     const Samples samples = Music();
     WriteFile("music.raw", {reinterpret_cast<const char*>(samples.data()), samples.size() * 2});
     std::filesystem::create_directories("Data/Musics");
-    ProgramRun lame({"/usr/bin/env", "lame", "--quiet", "-r", "-s", "44.1", "--signed",
-                     "--little-endian", "-b", "192", "music.raw", "Data/Musics/Quorrel.mp3"},
-                    {});
-    ASSERT_EQ(lame.Wait(60.0).exitStatus, 0);
+    const Tools::Ending end = Tools::Run(
+        {.arguments = {"lame", "--quiet", "-r", "-s", "44.1", "--signed", "--little-endian", "-b",
+                       "192", "music.raw", "Data/Musics/Quorrel.mp3"}},
+        60.0);
+    ASSERT_EQ(end.exitStatus, 0) << end.errors;
 }
 
 /// Mean brightness of every frame (0 to 255), and how much it differs from the frame before.

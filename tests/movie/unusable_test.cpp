@@ -13,7 +13,7 @@ namespace {
 struct Place {
     const char* name;
     std::vector<std::string> server;  ///< changes to the X server's options
-    Environment added;                ///< to the environment, in which DISPLAY names that server
+    Tools::Environment added;         ///< to the environment, in which DISPLAY names that server
     std::vector<std::string> removed; ///< from it
     const char* complaint;
 };
@@ -50,9 +50,9 @@ protected:
         std::filesystem::create_directory("temporary");
     }
 
-    static Outcome Film(const Place& place, const Words& arguments) {
-        const VirtualDisplay server(place.server);
-        Environment added = place.added;
+    static Tools::Ending Film(const Place& place, const Words& arguments) {
+        const Tools::VirtualDisplay server(place.server);
+        Tools::Environment added = place.added;
         added.insert({{"DISPLAY", server.Name()},
                       {"TERM", "xterm"},
                       {"TMPDIR", std::filesystem::absolute("temporary")},
@@ -61,16 +61,15 @@ protected:
                       {"ALSA_CONFIG_PATH", "/dev/null"}});
         Words command = arguments;
         command.insert(command.begin(), filmProgram);
-        return ProgramRun(command, added, place.removed).Wait(60.0);
+        return Tools::Run({.arguments = command, .added = added, .removed = place.removed}, 60.0);
     }
 
     /// Fails unless it ended by itself with status 1, and the folders are as they were.
-    static void ExpectFailureThatLeavesNothing(const Outcome& end) {
-        EXPECT_TRUE(end.ended);
+    static void ExpectFailureThatLeavesNothing(const Tools::Ending& end) {
+        EXPECT_FALSE(end.timedOut);
         EXPECT_EQ(end.exitStatus, 1);
         EXPECT_EQ(ReadFile("Vell_log.html"), "the viewer's");
-        EXPECT_EQ(Files(),
-                  Words({"Data", "Vell_log.html", "stderr.txt", "stdout.txt", "temporary"}));
+        EXPECT_EQ(Files(), Words({"Data", "Vell_log.html", "temporary"}));
         EXPECT_TRUE(std::filesystem::is_empty("temporary"));
     }
 
@@ -101,10 +100,10 @@ std::string WithoutWarnings(const std::string& output) {
 TEST_P(Unusable, Is_where_every_look_at_the_show_says_so_and_leaves_nothing_behind) {
     for (const Words& mode : modes) {
         SCOPED_TRACE(mode.front());
-        const Outcome end = Film(GetParam(), mode);
+        const Tools::Ending end = Film(GetParam(), mode);
         ExpectFailureThatLeavesNothing(end);
-        EXPECT_THAT(end.complaint, HasSubstr(GetParam().complaint));
-        EXPECT_THAT(end.complaint, HasSubstr("(see ./movie --doctor)\n"));
+        EXPECT_THAT(end.errors, HasSubstr(GetParam().complaint));
+        EXPECT_THAT(end.errors, HasSubstr("(see ./movie --doctor)\n"));
         EXPECT_EQ(WithoutWarnings(end.output), "");
     }
 }
@@ -117,8 +116,8 @@ TEST_F(UnusableForFilm, Library_that_ends_the_program_is_quoted_and_nothing_is_l
     const Place place = {"No_driver", {}, {{"LIBGL_DRIVERS_PATH", "/nowhere"}}, {}, "libGL error"};
     for (const Words& mode : modes) {
         SCOPED_TRACE(mode.front());
-        const Outcome end = Film(place, mode);
+        const Tools::Ending end = Film(place, mode);
         ExpectFailureThatLeavesNothing(end);
-        EXPECT_THAT(end.complaint, HasSubstr(place.complaint));
+        EXPECT_THAT(end.errors, HasSubstr(place.complaint));
     }
 }

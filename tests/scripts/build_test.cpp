@@ -2,7 +2,7 @@
 // copy of a checkout builds its own sources.
 
 #include "tests/scripts/script_stage.h"
-#include "tests/scripts/terminal_run.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 
@@ -50,9 +50,9 @@ protected:
         BuildDemo();
     }
 
-    Outcome BuildDemo() const {
-        Outcome end = Run("call", {"build", "release", "nimbrel"});
-        EXPECT_EQ(end.exitStatus, 0) << end.complaint;
+    Tools::Ending BuildDemo() const {
+        Tools::Ending end = Run("call", {"build", "release", "nimbrel"});
+        EXPECT_EQ(end.exitStatus, 0) << end.errors;
         return end;
     }
 
@@ -67,8 +67,10 @@ protected:
 
 TEST_F(Build, Shows_one_line_that_moves_on_a_terminal) {
     BuildInSteps(200);
-    TerminalRun run({fs::absolute("call"), "build_folder", "."}, Around());
-    const Outcome end = run.Wait(60.0);
+    Tools::Process run({.arguments = {fs::absolute("call"), "build_folder", "."},
+                        .added = Around(),
+                        .terminal = true});
+    const Tools::Ending end = run.Wait(60.0);
     EXPECT_EQ(end.exitStatus, 0);
     EXPECT_THAT(end.output, HasSubstr("\r\x1b[KBuilding: 0 % (1 of 200 steps)"
                                       "\r\x1b[KBuilding: 1 % (2 of 200 steps)"
@@ -79,28 +81,30 @@ TEST_F(Build, Shows_one_line_that_moves_on_a_terminal) {
 
 TEST_F(Build, Is_shown_on_a_terminal_that_holds_back_what_is_not_in_front) {
     BuildInSteps(4);
-    TerminalRun run({"/bin/bash", "-c", "stty tostop; ./call build_folder ."}, Around());
+    Tools::Process run({.arguments = {"/bin/bash", "-c", "stty tostop; ./call build_folder ."},
+                        .added = Around(),
+                        .terminal = true});
     EXPECT_EQ(run.Wait(10.0).exitStatus, 0);
 }
 
 TEST_F(Build, Shows_a_few_lines_where_there_is_no_terminal) {
     BuildInSteps(200);
     // 50 of 200 is a quarter; the first step, of 0 %, says that it has begun.
-    EXPECT_EQ(Run("call", {"build_folder", "."}).complaint, "Building: 0 % (1 of 200 steps)\n"
-                                                            "Building: 25 % (50 of 200 steps)\n"
-                                                            "Building: 50 % (100 of 200 steps)\n"
-                                                            "Building: 75 % (150 of 200 steps)\n"
-                                                            "Building: 100 % (200 of 200 steps)\n");
+    EXPECT_EQ(Run("call", {"build_folder", "."}).errors, "Building: 0 % (1 of 200 steps)\n"
+                                                         "Building: 25 % (50 of 200 steps)\n"
+                                                         "Building: 50 % (100 of 200 steps)\n"
+                                                         "Building: 75 % (150 of 200 steps)\n"
+                                                         "Building: 100 % (200 of 200 steps)\n");
 }
 
 TEST_F(Build, Shows_what_went_wrong_without_the_steps) {
     StandIn("cmake", "echo '[1/2] Building CXX object good.o'\necho 'FAILED: bad.o'\n"
                      "echo \"bad.cpp:1: error: expected ';'\"\nexit 1");
-    const Outcome end = Run("call", {"build_folder", "."});
+    const Tools::Ending end = Run("call", {"build_folder", "."});
     EXPECT_NE(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint, EndsWith("FAILED: bad.o\nbad.cpp:1: error: expected ';'\n"
-                                        "Building in . failed.\n"));
-    EXPECT_THAT(end.complaint, Not(HasSubstr("good.o")));
+    EXPECT_THAT(end.errors, EndsWith("FAILED: bad.o\nbad.cpp:1: error: expected ';'\n"
+                                     "Building in . failed.\n"));
+    EXPECT_THAT(end.errors, Not(HasSubstr("good.o")));
     EXPECT_THAT(ReadFile("build.log"), HasSubstr("good.o"));
 }
 
@@ -109,28 +113,29 @@ TEST_F(Build, Waits_for_another_command_that_builds_here) {
     StandIn("cmake", "mkdir building || exit 1\nsleep 0.3\nrmdir building");
     fs::create_directory("first");
     fs::current_path("first"); // where its words go
-    ProgramRun first({fs::absolute("../call").string(), "build", "release", "nimbrel"}, Around());
+    Tools::Process first(
+        {.arguments = {fs::absolute("../call"), "build", "release", "nimbrel"}, .added = Around()});
     fs::current_path("..");
     Await(calls);
-    const Outcome second = Run("call", {"build", "release", "nimbrel"});
-    EXPECT_EQ(second.exitStatus, 0) << second.complaint;
-    EXPECT_EQ(second.complaint, "Another command is building here: waiting for it to finish.\n");
+    const Tools::Ending second = Run("call", {"build", "release", "nimbrel"});
+    EXPECT_EQ(second.exitStatus, 0) << second.errors;
+    EXPECT_EQ(second.errors, "Another command is building here: waiting for it to finish.\n");
     fs::current_path("first");
-    const Outcome end = first.Wait(60.0);
-    EXPECT_EQ(end.exitStatus, 0) << end.complaint;
-    EXPECT_EQ(end.complaint, "") << "it did not let the other in between";
+    const Tools::Ending end = first.Wait(60.0);
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
+    EXPECT_EQ(end.errors, "") << "it did not let the other in between";
 }
 
 TEST_F(TinyProject, Is_configured_and_built_once) {
     EXPECT_EQ(Demo(), "first");
     const auto configured = LastConfigured();
-    EXPECT_EQ(BuildDemo().complaint, "") << "there was nothing to do";
+    EXPECT_EQ(BuildDemo().errors, "") << "there was nothing to do";
     EXPECT_EQ(LastConfigured(), configured);
 }
 
 TEST_F(TinyProject, Tells_steps_as_ninja_counts_them) {
     WriteFile("demo.txt", "second");
-    EXPECT_EQ(BuildDemo().complaint, "Building: 100 % (1 of 1 steps)\n");
+    EXPECT_EQ(BuildDemo().errors, "Building: 100 % (1 of 1 steps)\n");
     EXPECT_EQ(Demo(), "second");
 }
 
@@ -147,10 +152,10 @@ TEST_F(TinyProject, Is_configured_again_for_an_option_that_is_not_set_yet) {
 TEST_F(TinyProject, Is_configured_again_after_a_configuration_that_failed) {
     const std::string good = ReadFile("CMakeLists.txt");
     WriteFile("CMakeLists.txt", good + "message(FATAL_ERROR \"no such library\")\n");
-    const Outcome end = Run("call", {"configure_preset", "release", "-DOTHER=ON"});
+    const Tools::Ending end = Run("call", {"configure_preset", "release", "-DOTHER=ON"});
     EXPECT_NE(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint, AllOf(HasSubstr("no such library"),
-                                     EndsWith("Configuring build/release failed.\n")));
+    EXPECT_THAT(end.errors, AllOf(HasSubstr("no such library"),
+                                  EndsWith("Configuring build/release failed.\n")));
     WriteFile("CMakeLists.txt", good);
     const auto failed = LastConfigured();
     EXPECT_EQ(Run("call", {"configure_preset", "release", "-DOTHER=ON"}).exitStatus, 0);

@@ -38,18 +38,17 @@ protected:
 
     /// Whether the script takes the words, and so begins its work.
     bool ScriptTakes(const std::vector<std::string>& words) {
-        const Outcome end = Run("movie", words);
-        EXPECT_EQ(end.exitStatus == 2,
-                  end.complaint.find(" means nothing here") != std::string::npos);
+        const Tools::Ending end = Run("movie", words);
+        EXPECT_EQ(end.exitStatus == 2, end.errors.find(" means nothing here") != std::string::npos);
         return end.exitStatus != 2;
     }
 
     /// Whether the program complains of something else than of the option.
     static bool ProgramTakes(std::vector<std::string> words) {
         words.insert(words.begin(), NIMBREL_BINARY_DIR "/tools/movie/nimbrel_film");
-        const Outcome end = ProgramRun(words, {}).Wait(60.0);
-        EXPECT_EQ(end.exitStatus, 2) << end.complaint;
-        return end.complaint.find(" means nothing here") == std::string::npos;
+        const Tools::Ending end = Tools::Run({.arguments = words}, 60.0);
+        EXPECT_EQ(end.exitStatus, 2) << end.errors;
+        return end.errors.find(" means nothing here") == std::string::npos;
     }
 };
 

@@ -40,7 +40,7 @@ protected:
     }
 
     /// ./play as far as packages go: the demo is a stand-in, and so is what it draws on.
-    Outcome Play() {
+    Tools::Ending Play() {
         StandIn("Xvfb", "echo 0 >&3; exec sleep 100");
         return Run("play");
     }
@@ -57,8 +57,8 @@ TEST_F(Packages, Are_not_touched_when_all_are_there) {
 
 TEST_F(Packages, Are_installed_when_they_are_missing_and_no_others) {
     Missing("xvfb cmake ffmpeg");
-    const Outcome end = Play();
-    EXPECT_THAT(end.complaint, HasSubstr("Installing: cmake xvfb \n"));
+    const Tools::Ending end = Play();
+    EXPECT_THAT(end.errors, HasSubstr("Installing: cmake xvfb \n"));
     EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
                                 "apt-get -qq install -y --no-install-recommends cmake xvfb\n");
 }
@@ -75,9 +75,9 @@ TEST_F(Packages, Are_missing_when_only_their_settings_are_left) {
 TEST_F(Packages, Wait_for_another_program_that_installs_some) {
     Missing("xvfb");
     HoldLocks();
-    const Outcome end = Play();
+    const Tools::Ending end = Play();
     const std::string word = "Another program is installing packages: waiting for it to finish.\n";
-    EXPECT_THAT(end.complaint, AllOf(HasSubstr(word), Not(HasSubstr("E: Could not get lock"))));
+    EXPECT_THAT(end.errors, AllOf(HasSubstr(word), Not(HasSubstr("E: Could not get lock"))));
     EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
                                 "apt-get -qq update\n"
                                 "apt-get -qq install -y --no-install-recommends xvfb\n"
@@ -88,9 +88,9 @@ TEST_F(Packages, Wait_for_another_program_that_installs_some) {
 TEST_F(Packages, Stop_the_script_when_they_cannot_be_had) {
     Missing("xvfb");
     StandIn("apt-get", "echo 'E: Unable to locate package xvfb' >&2; exit 100");
-    const Outcome end = Play();
+    const Tools::Ending end = Play();
     EXPECT_EQ(end.exitStatus, 1);
-    EXPECT_THAT(end.complaint,
+    EXPECT_THAT(end.errors,
                 HasSubstr("E: Unable to locate package xvfb\nCould not install: xvfb \n"));
     EXPECT_EQ(Calls("cmake"), "");
 }
@@ -113,9 +113,9 @@ TEST_F(Packages, Of_the_format_and_the_style_are_few_and_neither_draws) {
     for (const auto& [part, package] : cases) {
         Missing(std::string("libembree-dev libgtest-dev xvfb cmake ") + package);
         StandIn(package);
-        const Outcome end = Run("test", {part});
-        EXPECT_THAT(end.complaint, HasSubstr(std::string("Installing: ") + package + " \n"));
-        EXPECT_THAT(end.complaint, HasSubstr(std::string("== 1/1 ") + part));
+        const Tools::Ending end = Run("test", {part});
+        EXPECT_THAT(end.errors, HasSubstr(std::string("Installing: ") + package + " \n"));
+        EXPECT_THAT(end.errors, HasSubstr(std::string("== 1/1 ") + part));
         EXPECT_EQ(Calls("Xvfb"), "");
     }
 }

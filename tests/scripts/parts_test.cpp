@@ -68,9 +68,9 @@ protected:
 
 TEST_F(Parts, Are_counted_and_named_in_their_order) {
     StandInForParts();
-    const Outcome end = Run("test");
-    EXPECT_EQ(end.exitStatus, 0) << end.complaint;
-    EXPECT_THAT(Lines(end.complaint, "=="),
+    const Tools::Ending end = Run("test");
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
+    EXPECT_THAT(Lines(end.errors, "=="),
                 ElementsAre("== 1/6 format", "== 2/6 style", "== 3/6 release: build",
                             "== 3/6 release: tests", "== 4/6 art", "== 5/6 asan: build",
                             "== 5/6 asan: tests", "== 6/6 coverage"));
@@ -79,14 +79,14 @@ TEST_F(Parts, Are_counted_and_named_in_their_order) {
 TEST_F(Parts, End_with_the_first_that_fails) {
     StandInForParts();
     WriteScript("tests/style", "exit 1");
-    const Outcome end = Run("test");
+    const Tools::Ending end = Run("test");
     EXPECT_NE(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint, Not(HasSubstr("== 3/6")));
+    EXPECT_THAT(end.errors, Not(HasSubstr("== 3/6")));
 }
 
 TEST_F(Parts, Of_one_name_build_only_what_it_needs_before_each_of_its_runs) {
-    const Outcome end = Run("test", {"core_clock"});
-    EXPECT_EQ(end.exitStatus, 0) << end.complaint;
+    const Tools::Ending end = Run("test", {"core_clock"});
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
     EXPECT_THAT(Lines(Calls(), "cmake --build"),
                 ElementsAre("cmake --build build/release --target build.ninja", // the list of tests
                             "cmake --build build/release --target tests/core_clock_test",
@@ -97,7 +97,7 @@ TEST_F(Parts, Of_one_name_build_only_what_it_needs_before_each_of_its_runs) {
         << "the quick build's tests first";
     for (const std::string& call : Lines(all, "ctest"))
         EXPECT_THAT(call, HasSubstr("--tests-regex core_clock"));
-    EXPECT_THAT(Lines(end.complaint, "=="),
+    EXPECT_THAT(Lines(end.errors, "=="),
                 ElementsAre("== 1/2 release: build", "== 1/2 release: tests", "== 2/2 asan: build",
                             "== 2/2 asan: tests"));
 }
@@ -108,16 +108,16 @@ TEST_F(Parts, Of_one_name_find_the_program_behind_a_command) {
 }
 
 TEST_F(Parts, Of_one_name_pass_over_the_build_that_has_no_such_test) {
-    const Outcome end = Run("test", {"art_check"});
-    EXPECT_EQ(end.exitStatus, 0) << end.complaint;
-    EXPECT_THAT(end.complaint, HasSubstr("None of these tests is for this build.\n"));
+    const Tools::Ending end = Run("test", {"art_check"});
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
+    EXPECT_THAT(end.errors, HasSubstr("None of these tests is for this build.\n"));
     EXPECT_THAT(Calls(), Not(HasSubstr("--target tests/"))) << "the script that it runs builds";
     EXPECT_EQ(Lines(Calls("ctest"), "").size(), 1U);
 }
 
 TEST_F(Parts, Know_every_test_that_there_is) {
     const auto names = [](const std::vector<std::string>& command) {
-        const Outcome end = ProgramRun(command, {}).Wait(60.0);
+        const Tools::Ending end = Tools::Run({.arguments = command}, 60.0);
         std::set<std::string> found;
         std::istringstream words(end.output);
         std::copy_if(std::istream_iterator<std::string>(words), {},

@@ -2,8 +2,8 @@
 
 #include "tools/probe/preload.h"
 
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 
@@ -22,7 +22,8 @@ const char* const oddName = "\xC3\x84 b:c"; // "Ä b:c"
 /// What the loader says when it is asked to put this library under a program: nothing if all is
 /// well.
 std::string ComplaintAbout(const std::string& preload) {
-    return ProgramRun({"/bin/true"}, {{"LD_PRELOAD", preload}}).Wait(10.0).complaint;
+    return Tools::Run({.arguments = {"/bin/true"}, .added = {{"LD_PRELOAD", preload}}}, 10.0)
+        .errors;
 }
 
 } // namespace
@@ -47,14 +48,13 @@ TEST(Preload, Is_possible_to_scripts_in_such_folders_too) {
     fs::copy(NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so",
              fs::path(oddName) / "libnimbrel_probe.so");
     // The loader's own list of what it has put into the program.
-    const Outcome end =
-        ProgramRun({"/bin/bash", "-c",
-                    ". '" NIMBREL_SOURCE_DIR "/packaging/preload.sh'\n"
-                    "preloaded \"$PWD/$1/libnimbrel_probe.so\" /bin/cat /proc/self/maps",
-                    "script", oddName},
-                   {})
-            .Wait(10.0);
-    EXPECT_EQ(end.exitStatus, 0) << end.complaint;
-    EXPECT_EQ(end.complaint, "");
+    const Tools::Ending end = Tools::Run(
+        {.arguments = {"/bin/bash", "-c",
+                       ". '" NIMBREL_SOURCE_DIR "/packaging/preload.sh'\n"
+                       "preloaded \"$PWD/$1/libnimbrel_probe.so\" /bin/cat /proc/self/maps",
+                       "script", oddName}},
+        10.0);
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
+    EXPECT_EQ(end.errors, "");
     EXPECT_THAT(end.output, ::testing::HasSubstr("libnimbrel_probe.so"));
 }

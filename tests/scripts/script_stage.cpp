@@ -72,17 +72,17 @@ std::string ScriptStage::Calls(const std::string& name) const {
     return matching;
 }
 
-Environment ScriptStage::Around(Environment more) const {
+Tools::Environment ScriptStage::Around(Tools::Environment more) const {
     more.insert({{"PATH", standIns.string() + ":" + std::getenv("PATH")},
                  {"DISPLAY", ""},
                  {"ALSA_CONFIG_PATH", "/dev/null"}});
     return more;
 }
 
-Outcome ScriptStage::Run(const std::string& script, std::vector<std::string> words,
-                         const Environment& more) const {
+Tools::Ending ScriptStage::Run(const std::string& script, std::vector<std::string> words,
+                               const Tools::Environment& more) const {
     words.insert(words.begin(), fs::absolute(script).string());
-    return ProgramRun(words, Around(more)).Wait(60.0);
+    return Tools::Run({.arguments = words, .added = Around(more)}, 60.0);
 }
 
 void ScriptStage::Await(const fs::path& file) {

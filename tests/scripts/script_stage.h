@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
+#include "tools/stage/process.h"
 
 #include <gtest/gtest.h>
 
@@ -29,11 +29,11 @@ protected:
 
     /// The environment in which stand-ins are found first and there is no display; `more` goes
     /// before everything else.
-    Environment Around(Environment more = {}) const;
+    Tools::Environment Around(Tools::Environment more = {}) const;
 
     /// Runs one of the copied scripts to its end.
-    Outcome Run(const std::string& script, std::vector<std::string> words = {},
-                const Environment& more = {}) const;
+    Tools::Ending Run(const std::string& script, std::vector<std::string> words = {},
+                      const Tools::Environment& more = {}) const;
 
     /// Waits until the file is there and not empty; fails the test after ten seconds.
     static void Await(const std::filesystem::path& file);

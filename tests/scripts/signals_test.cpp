@@ -2,9 +2,9 @@
 // listens to nothing but Escape. The demo is the real one, on small data.
 
 #include "tests/scripts/script_stage.h"
-#include "tests/scripts/terminal_run.h"
 #include "tests/support/demo_data.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 
@@ -35,14 +35,14 @@ constexpr double afterLoad = 10.0; // seconds: the key waits until everything is
 /// One way of ending ./play, and what its exit status is then: 128 and the signal's number.
 struct Way {
     const char* name;
-    std::function<void(TerminalRun&)> end;
+    std::function<void(Tools::Process&)> end;
     int status;
 };
 
 const Way ways[] = {
-    {"Ctrl_C", [](TerminalRun& run) { run.Type(ctrlC); }, 130},
-    {"SIGTERM_to_the_script_alone", [](TerminalRun& run) { run.Signal(SIGTERM); }, 143},
-    {"A_terminal_that_hangs_up", [](TerminalRun& run) { run.HangUp(); }, 129},
+    {"Ctrl_C", [](Tools::Process& run) { run.Write(ctrlC); }, 130},
+    {"SIGTERM_to_the_script_alone", [](Tools::Process& run) { run.Signal(SIGTERM); }, 143},
+    {"A_terminal_that_hangs_up", [](Tools::Process& run) { run.CloseInput(); }, 129},
 };
 
 class Signals : public ScriptStage {
@@ -67,9 +67,9 @@ protected:
         kill(std::stoi(ReadFile(lock)), SIGTERM);
     }
 
-    std::unique_ptr<TerminalRun> Play(const Environment& more = {}) const {
-        return std::make_unique<TerminalRun>(
-            std::vector<std::string>{fs::absolute("play").string()}, Around(more));
+    std::unique_ptr<Tools::Process> Play(const Tools::Environment& more = {}) const {
+        return std::make_unique<Tools::Process>(Tools::Command{
+            .arguments = {fs::absolute("play")}, .added = Around(more), .terminal = true});
     }
 
     /// The state of the process that told its number, as in /proc: 'R' running, 'S' sleeping, 'T'
@@ -109,11 +109,12 @@ protected:
 
 class EachWay : public Signals, public ::testing::WithParamInterface<Way> {
 protected:
-    void ExpectEndWithin(TerminalRun& run, double seconds) {
+    void ExpectEndWithin(Tools::Process& run, double seconds) {
+        const double start = Tools::SteadySeconds();
         GetParam().end(run);
-        const Outcome end = run.Wait(60.0);
+        const Tools::Ending end = run.Wait(60.0);
         EXPECT_EQ(end.exitStatus, GetParam().status) << end.output;
-        EXPECT_LT(end.seconds, seconds);
+        EXPECT_LT(Tools::SteadySeconds() - start, seconds);
         EXPECT_FALSE(DemoRuns());
         EXPECT_FALSE(DisplayIsThere());
         ExpectCompletePage();
@@ -141,24 +142,25 @@ INSTANTIATE_TEST_SUITE_P(Ways, EachWay, ::testing::ValuesIn(ways),
 TEST_F(Signals, Say_how_long_the_show_ran) {
     const auto run = Play();
     Await("report.txt");
-    run->Type(ctrlC);
-    const Outcome end = run->Wait(60.0);
+    run->Write(ctrlC);
+    const Tools::Ending end = run->Wait(60.0);
     EXPECT_THAT(end.output, HasSubstr("Nimbrel ran for "));
     EXPECT_THAT(end.output, Not(HasSubstr("exit status")));
     EXPECT_THAT(end.output, HasSubstr("Vell_log.html: no row says ERROR."));
 }
 
 TEST_F(Signals, Leave_another_show_on_the_same_display_alone) {
-    const VirtualDisplay display;
+    const Tools::VirtualDisplay display;
     fs::create_directory("other");
     fs::create_directory_symlink(fs::absolute("Data"), "other/Data");
     fs::current_path("other");
-    ProgramRun other({NIMBREL_BINARY_DIR "/demo/nimbrel"}, Around({{"DISPLAY", display.Name()}}));
+    Tools::Process other({.arguments = {NIMBREL_BINARY_DIR "/demo/nimbrel"},
+                          .added = Around({{"DISPLAY", display.Name()}})});
     Await("Vell_log.html"); // it has its window by then
     fs::current_path("..");
     const auto run = Play({{"DISPLAY", display.Name()}});
     Await("report.txt");
-    run->Type(ctrlC);
+    run->Write(ctrlC);
     EXPECT_EQ(run->Wait(60.0).exitStatus, 130);
     EXPECT_EQ(ReadFile("display.txt"), display.Name() + "\n") << "the display at hand";
     ExpectCompletePage();
@@ -169,13 +171,13 @@ TEST_F(Signals, Kill_what_does_not_listen_the_second_time) {
     WriteScript(demo, "trap '' INT TERM; echo $$ >process.txt; exec sleep 100");
     const auto run = Play();
     Await("process.txt");
-    run->Type(ctrlC);
+    run->Write(ctrlC);
     std::this_thread::sleep_for(std::chrono::milliseconds(500));
     ASSERT_TRUE(run->Running()) << "it may want to end in order";
-    run->Type(ctrlC);
-    const Outcome end = run->Wait(60.0);
-    EXPECT_EQ(end.exitStatus, 130);
-    EXPECT_LT(end.seconds, atOnce);
+    const double start = Tools::SteadySeconds();
+    run->Write(ctrlC);
+    EXPECT_EQ(run->Wait(60.0).exitStatus, 130);
+    EXPECT_LT(Tools::SteadySeconds() - start, atOnce);
     EXPECT_FALSE(DemoRuns());
 }
 
@@ -194,11 +196,11 @@ TEST_F(Signals, Leave_neither_show_nor_display_behind_when_the_script_is_killed)
 TEST_F(Signals, Stop_the_show_and_let_it_go_on_with_the_script) {
     const auto run = Play();
     Await("report.txt");
-    run->Type("\x1a"); // Ctrl-Z
+    run->Write("\x1a"); // Ctrl-Z
     EXPECT_TRUE(DemoBecomesStopped(true));
     run->Signal(SIGCONT);
     EXPECT_TRUE(DemoBecomesStopped(false));
-    run->Type(ctrlC);
+    run->Write(ctrlC);
     EXPECT_EQ(run->Wait(60.0).exitStatus, 130);
     ExpectCompletePage();
 }
@@ -211,12 +213,13 @@ TEST_F(Signals, Let_a_film_be_completed_but_not_twice) {
                     "trap 'sleep 1; echo complete >film.txt; exit 130' TERM\n"
                     "while :; do sleep 0.1; done");
         fs::remove("process.txt");
-        TerminalRun run({fs::absolute("movie").string()}, Around());
+        Tools::Process run(
+            {.arguments = {fs::absolute("movie")}, .added = Around(), .terminal = true});
         Await("process.txt");
-        run.Type(ctrlC);
+        run.Write(ctrlC);
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
         if (!patient)
-            run.Type(ctrlC);
+            run.Write(ctrlC);
         EXPECT_EQ(run.Wait(60.0).exitStatus, 130);
         EXPECT_EQ(fs::exists("film.txt"), patient);
         EXPECT_FALSE(DemoRuns());
@@ -227,9 +230,9 @@ TEST_F(Signals, End_a_build_with_all_that_it_started) {
     StandIn("cmake", "case $1 in --build) sleep 100 & echo $! >process.txt; wait ;; esac");
     const auto run = Play();
     Await("process.txt");
+    const double start = Tools::SteadySeconds();
     run->Signal(SIGTERM);
-    const Outcome end = run->Wait(60.0);
-    EXPECT_EQ(end.exitStatus, 143);
-    EXPECT_LT(end.seconds, atOnce);
+    EXPECT_EQ(run->Wait(60.0).exitStatus, 143);
+    EXPECT_LT(Tools::SteadySeconds() - start, atOnce);
     EXPECT_FALSE(DemoRuns()) << "the sleep, which is a compiler here";
 }

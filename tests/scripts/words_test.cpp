@@ -27,11 +27,11 @@ protected:
     /// Fails unless the words are refused for this reason, beside what would be right.
     void ExpectRefused(const std::string& script, const std::vector<std::string>& words,
                        const std::string& reason) {
-        const Outcome end = Run(script, words);
+        const Tools::Ending end = Run(script, words);
         EXPECT_EQ(end.exitStatus, wrongUsage) << reason;
-        EXPECT_THAT(end.complaint, HasSubstr(script + ": " + reason + "\n"));
-        EXPECT_EQ(end.complaint.find(Run(script, {"--help"}).output), 0U) << "no usage in:\n"
-                                                                          << end.complaint;
+        EXPECT_THAT(end.errors, HasSubstr(script + ": " + reason + "\n"));
+        EXPECT_EQ(end.errors.find(Run(script, {"--help"}).output), 0U) << "no usage in:\n"
+                                                                       << end.errors;
         EXPECT_EQ(Calls(), "");
     }
 };
@@ -49,19 +49,19 @@ std::string TestName(const ::testing::TestParamInfo<std::string>& script) {
 
 TEST_P(EachScript, Answers_help_and_does_nothing_else) {
     for (const char* word : {"--help", "-h"}) {
-        const Outcome end = Run(GetParam(), {word});
-        EXPECT_EQ(end.exitStatus, 0) << end.complaint;
-        EXPECT_EQ(end.complaint, "");
+        const Tools::Ending end = Run(GetParam(), {word});
+        EXPECT_EQ(end.exitStatus, 0) << end.errors;
+        EXPECT_EQ(end.errors, "");
         EXPECT_THAT(end.output, HasSubstr(GetParam())) << "it tells how it is called";
         EXPECT_EQ(Calls(), "");
     }
 }
 
 TEST_P(EachScript, Refuses_a_word_that_it_does_not_know) {
-    const Outcome end = Run(GetParam(), {"--no-such-word"});
+    const Tools::Ending end = Run(GetParam(), {"--no-such-word"});
     EXPECT_EQ(end.exitStatus, wrongUsage);
-    EXPECT_THAT(end.complaint, HasSubstr("--no-such-word"));
-    EXPECT_THAT(end.complaint, StartsWith(Run(GetParam(), {"--help"}).output));
+    EXPECT_THAT(end.errors, HasSubstr("--no-such-word"));
+    EXPECT_THAT(end.errors, StartsWith(Run(GetParam(), {"--help"}).output));
     EXPECT_EQ(Calls(), "");
 }
 

@@ -5,8 +5,8 @@
 
 #include "tests/support/demo_data.h"
 #include "tests/support/log_page.h"
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -43,26 +43,26 @@ std::string Command(int number) {
 }
 
 /// Starts it in a folder of its own.
-std::unique_ptr<ProgramRun> StartIn(const fs::path& folder, int number) {
+std::unique_ptr<Tools::Process> StartIn(const fs::path& folder, int number) {
     fs::create_directory(folder);
     fs::current_path(folder);
     MakeDemoData();
-    return std::make_unique<ProgramRun>(
-        std::vector<std::string>{"/bin/sh", "-c", Command(number)},
-        Environment{{"ALSA_CONFIG_PATH", "/dev/null"},
-                    {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}},
-        std::vector<std::string>{"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"});
+    return std::make_unique<Tools::Process>(
+        Tools::Command{.arguments = {"/bin/sh", "-c", Command(number)},
+                       .added = {{"ALSA_CONFIG_PATH", "/dev/null"},
+                                 {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}},
+                       .removed = {"DISPLAY", "WAYLAND_DISPLAY", "SDL_VIDEODRIVER"}});
 }
 
 /// Fails unless the demo has played: its engine was started, and everything was freed.
-void ExpectPlayed(ProgramRun& run) {
+void ExpectPlayed(Tools::Process& run) {
     constexpr double patience = 200.0;
-    const Outcome end = run.Wait(patience);
-    EXPECT_TRUE(end.ended);
+    const Tools::Ending end = run.Wait(patience);
+    EXPECT_FALSE(end.timedOut);
     EXPECT_EQ(end.exitStatus, 0);
     EXPECT_EQ(end.output, "");
     const std::vector<LogRow> rows = ReadLogRows();
-    ASSERT_FALSE(rows.empty()) << end.complaint;
+    ASSERT_FALSE(rows.empty()) << end.errors;
     EXPECT_EQ(rows.front().section, "InitEngine");
     EXPECT_EQ(rows.front().status, "OK");
     EXPECT_EQ(rows.back().status, "FREE");
@@ -75,7 +75,7 @@ TEST(Advice, Virtual_display_lets_the_demo_play_sixteen_times_at_once) {
     if (std::system("command -v xvfb-run xauth >/dev/null") != 0)
         GTEST_SKIP() << "needs xvfb-run and xauth";
     const ScratchDir scratch;
-    std::vector<std::unique_ptr<ProgramRun>> runs;
+    std::vector<std::unique_ptr<Tools::Process>> runs;
     constexpr int most = 16;
     const int firstNumber = 1000 + getpid() % 1000 * most; // nobody else's
     for (int i = 0; i < most; ++i)

@@ -34,7 +34,7 @@ long FreesExpected(const LogRow& loaded) {
 struct Performance {
     int width = 0;
     int height = 0;
-    Outcome end;
+    Tools::Ending end;
     std::string page;
 };
 
@@ -71,7 +71,7 @@ protected:
 } // namespace
 
 TEST_F(FullRun, Ends_by_itself_with_exit_status_0) {
-    EXPECT_TRUE(performance->end.ended);
+    EXPECT_FALSE(performance->end.timedOut);
     EXPECT_EQ(performance->end.signal, 0);
     EXPECT_EQ(performance->end.exitStatus, 0);
 }

@@ -210,13 +210,14 @@ protected:
     std::string DriverOn(const char* source) {
         WriteFile("subject.vert", source ? source : "");
         const std::string self = std::filesystem::read_symlink("/proc/self/exe");
-        ProgramRun subject(
-            {self, "--gtest_also_run_disabled_tests", "--gtest_filter=Subject.DISABLED_*"},
-            {{"DISPLAY", display->Name()},
-             {shaderVariable, source ? "subject.vert" : ""},
-             {"ASAN_OPTIONS", "detect_leaks=0"}});
-        const Outcome end = subject.Wait(60.0);
-        EXPECT_EQ(end.exitStatus, 0) << end.output << end.complaint;
+        const Tools::Ending end =
+            Tools::Run({.arguments = {self, "--gtest_also_run_disabled_tests",
+                                      "--gtest_filter=Subject.DISABLED_*"},
+                        .added = {{"DISPLAY", display->Name()},
+                                  {shaderVariable, source ? "subject.vert" : ""},
+                                  {"ASAN_OPTIONS", "detect_leaks=0"}}},
+                       60.0);
+        EXPECT_EQ(end.exitStatus, 0) << end.output << end.errors;
         return ReadFile(messageFile);
     }
 };

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "demo/show.h"
-#include "tests/support/program_run.h"
+#include "tests/support/probe_report.h"
 #include "tests/support/scratch.h"
-#include "tests/support/virtual_display.h"
 #include "tools/probe/preload.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +33,7 @@ protected:
     static constexpr const char* reportFile = "report.txt";
     static constexpr double runningTime = Show::runningTime; // seconds
 
-    static void SetUpTestSuite() { display = std::make_unique<VirtualDisplay>(); }
+    static void SetUpTestSuite() { display = std::make_unique<Tools::VirtualDisplay>(); }
     static void TearDownTestSuite() { display.reset(); }
 
     /// The folder of the real assets; the environment variable NIMBREL_TEST_DATA names another.
@@ -45,13 +46,14 @@ protected:
     static void LinkData() { std::filesystem::create_directory_symlink(RealData(), "Data"); }
 
     /// Starts the program on the display; `probe` adds the probe's own variables.
-    void Start(Environment probe = {}) {
+    void Start(Tools::Environment probe = {}) {
         probe.insert({"DISPLAY", display->Name()});
         StartAnywhere(probe);
     }
 
     /// Starts the program with these variables more and those fewer, DISPLAY among either.
-    void StartAnywhere(Environment surroundings, const std::vector<std::string>& removed = {}) {
+    void StartAnywhere(Tools::Environment surroundings,
+                       const std::vector<std::string>& removed = {}) {
         surroundings.insert(
             {{"LD_PRELOAD",
               Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so")},
@@ -60,8 +62,10 @@ protected:
              {"ASAN_OPTIONS", Extended("ASAN_OPTIONS", "verify_asan_link_order=0")},
              {"LSAN_OPTIONS",
               std::getenv("LSAN_OPTIONS") ? std::getenv("LSAN_OPTIONS") : suppressions}});
-        run = std::make_unique<ProgramRun>(
-            std::vector<std::string>{NIMBREL_BINARY_DIR "/demo/nimbrel"}, surroundings, removed);
+        run = std::make_unique<Tools::Process>(
+            Tools::Command{.arguments = {NIMBREL_BINARY_DIR "/demo/nimbrel"},
+                           .added = surroundings,
+                           .removed = removed});
     }
 
     /// Starts it with time moving `step` seconds a frame.
@@ -74,15 +78,15 @@ protected:
         while (run->Running() && ReadReport(reportFile).empty() &&
                std::chrono::steady_clock::now() < end)
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        ASSERT_TRUE(run->Running()) << "ended before it played: " << run->Wait(0).complaint;
+        ASSERT_TRUE(run->Running()) << "ended before it played: " << run->Wait(0).errors;
         ASSERT_FALSE(ReadReport(reportFile).empty()) << "does not play";
     }
 
     /// Waits for the end, fails unless it is an orderly one, and returns it.
-    Outcome WaitForOrderlyEnd(double seconds) {
-        Outcome end = run->Wait(seconds);
+    Tools::Ending WaitForOrderlyEnd(double seconds) {
+        Tools::Ending end = run->Wait(seconds);
         report = ReadReport(reportFile);
-        EXPECT_TRUE(end.ended) << "still running after " << seconds << " s";
+        EXPECT_FALSE(end.timedOut) << "still running after " << seconds << " s";
         EXPECT_EQ(end.signal, 0);
         EXPECT_EQ(end.exitStatus, 0);
         EXPECT_EQ(end.output, "");
@@ -92,10 +96,10 @@ protected:
 
     /// What the program said on standard error, without what the line counters of the sanitizer
     /// build say there when they meet the counts of an older build.
-    static std::string Complaint(const Outcome& end) {
+    static std::string Complaint(const Tools::Ending& end) {
         if (!sanitized)
-            return end.complaint;
-        std::istringstream lines(end.complaint);
+            return end.errors;
+        std::istringstream lines(end.errors);
         std::string kept;
         for (std::string line; std::getline(lines, line);)
             if (line.rfind("libgcov profiling error", 0) != 0)
@@ -112,8 +116,8 @@ protected:
         return 0.0;
     }
 
-    static inline std::unique_ptr<VirtualDisplay> display;
-    std::unique_ptr<ProgramRun> run;
+    static inline std::unique_ptr<Tools::VirtualDisplay> display;
+    std::unique_ptr<Tools::Process> run;
     std::map<std::string, std::string> report;
 
 private:

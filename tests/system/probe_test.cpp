@@ -42,22 +42,21 @@ double ClockSeconds() {
 class Probe : public NimbrelTest {
 protected:
     /// Runs the subject below, with the probe, and reads its report.
-    void RunSubject(Environment probe) {
+    void RunSubject(Tools::Environment probe) {
         probe.insert({{"DISPLAY", display->Name()},
                       {"LD_PRELOAD",
                        Tools::Preloadable(NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so")},
                       {"NIMBREL_PROBE_REPORT", reportFile},
                       {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}});
         const std::string self = std::filesystem::read_symlink("/proc/self/exe");
-        run = std::make_unique<ProgramRun>(
-            std::vector<std::string>{self, "--gtest_also_run_disabled_tests",
-                                     "--gtest_filter=Subject.DISABLED_*"},
-            probe);
-        end = run->Wait(60.0);
+        end = Tools::Run({.arguments = {self, "--gtest_also_run_disabled_tests",
+                                        "--gtest_filter=Subject.DISABLED_*"},
+                          .added = probe},
+                         60.0);
         report = ReadReport(reportFile);
     }
 
-    Outcome end;
+    Tools::Ending end;
 };
 
 } // namespace
@@ -162,22 +161,22 @@ TEST_F(Probe, Takes_each_picture_at_the_first_frame_that_is_due) {
 TEST_F(Probe, Refuses_what_is_no_number) {
     RunSubject({{"NIMBREL_PROBE_STEP", "fast"}});
     EXPECT_NE(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint, HasSubstr("NIMBREL_PROBE_STEP: expected a number, found \"fast\""));
+    EXPECT_THAT(end.errors, HasSubstr("NIMBREL_PROBE_STEP: expected a number, found \"fast\""));
 }
 
 TEST_F(Probe, Lists_what_can_be_set_when_a_setting_is_unknown) {
     RunSubject({{"NIMBREL_PROBE_SETP", "0.5"}});
     EXPECT_NE(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint, HasSubstr("there is no NIMBREL_PROBE_SETP\n"));
+    EXPECT_THAT(end.errors, HasSubstr("there is no NIMBREL_PROBE_SETP\n"));
     for (const char* setting : {"REPORT=FILE", "FRAMES=FILE", "STEP=SECONDS", "TIMES=0,0.5,13.9",
                                 "SPEED=FACTOR", "SHOTS=0.5,2,13.9", "SHOT_DIR=FOLDER"})
-        EXPECT_THAT(end.complaint, HasSubstr(std::string("\n  NIMBREL_PROBE_") + setting + "  "));
+        EXPECT_THAT(end.errors, HasSubstr(std::string("\n  NIMBREL_PROBE_") + setting + "  "));
 }
 
 TEST_F(Probe, Refuses_two_settings_that_decide_the_time) {
     RunSubject({{"NIMBREL_PROBE_STEP", "0.5"}, {"NIMBREL_PROBE_SPEED", "2"}});
     EXPECT_NE(end.exitStatus, 0);
-    EXPECT_THAT(end.complaint,
+    EXPECT_THAT(end.errors,
                 HasSubstr("expected one of NIMBREL_PROBE_STEP, TIMES and SPEED, found 2"));
 }
 

@@ -28,7 +28,7 @@ enum class Words {
 struct Place {
     const char* name;
     std::vector<std::string> server;  ///< changes to the X server's options
-    Environment added;                ///< to the environment, in which DISPLAY names that server
+    Tools::Environment added;         ///< to the environment, in which DISPLAY names that server
     std::vector<std::string> removed; ///< from it
     Words words;
 };
@@ -62,22 +62,23 @@ protected:
         MakeDemoData();
     }
 
-    void StartIn(Environment added, const std::vector<std::string>& removed = {}) {
+    void StartIn(Tools::Environment added, const std::vector<std::string>& removed = {}) {
         added.insert({"TERM", "xterm"}); // every system knows this one
         StartAnywhere(std::move(added), removed);
     }
 
     /// Fails unless the demo ended by itself with this status.
-    static void ExpectEnd(const Outcome& end, int exitStatus) {
-        EXPECT_TRUE(end.ended);
+    static void ExpectEnd(const Tools::Ending& end, int exitStatus) {
+        EXPECT_FALSE(end.timedOut);
         EXPECT_EQ(end.signal, 0) << Complaint(end);
         EXPECT_EQ(end.exitStatus, exitStatus) << Complaint(end);
     }
 
     /// Runs the demo, which has to end at once, in order and without a complaint, and to leave a
     /// page with one row: the engine did not start.
-    Outcome ExpectRefusal(const Environment& added, const std::vector<std::string>& removed = {}) {
-        Outcome end;
+    Tools::Ending ExpectRefusal(const Tools::Environment& added,
+                                const std::vector<std::string>& removed = {}) {
+        Tools::Ending end;
         int attempts = 3; // a machine that was busy with something else gets another chance
         do {
             StartIn(added, removed);
@@ -115,10 +116,10 @@ class Unusable : public Surroundings, public ::testing::WithParamInterface<Place
 } // namespace
 
 TEST_P(Unusable, Is_where_the_demo_ends_at_once_and_the_log_says_so) {
-    const VirtualDisplay server(GetParam().server);
-    Environment added = GetParam().added;
+    const Tools::VirtualDisplay server(GetParam().server);
+    Tools::Environment added = GetParam().added;
     added.insert({"DISPLAY", server.Name()});
-    const Outcome end = ExpectRefusal(added, GetParam().removed);
+    const Tools::Ending end = ExpectRefusal(added, GetParam().removed);
     EXPECT_TRUE(Are(GetParam().words, end.output)) << end.output;
 }
 
@@ -126,7 +127,7 @@ INSTANTIATE_TEST_SUITE_P(Place, Unusable, ::testing::ValuesIn(places),
                          [](const auto& place) { return std::string(place.param.name); });
 
 TEST_F(Surroundings, Server_that_has_ended_is_no_display) {
-    auto server = std::make_unique<VirtualDisplay>();
+    auto server = std::make_unique<Tools::VirtualDisplay>();
     const std::string name = server->Name();
     server.reset();
     ExpectRefusal({{"DISPLAY", name}});
@@ -134,13 +135,13 @@ TEST_F(Surroundings, Server_that_has_ended_is_no_display) {
 
 // Xlib ends a program whose display is gone, and with it, in order, what is ours.
 TEST_F(Surroundings, Display_that_goes_while_the_demo_plays_leaves_a_complete_page) {
-    auto server = std::make_unique<VirtualDisplay>();
+    auto server = std::make_unique<Tools::VirtualDisplay>();
     const std::string name = server->Name();
     StartIn({{"DISPLAY", name}});
     ASSERT_NO_FATAL_FAILURE(WaitForPlaying());
     const std::string page = ReadLogText();
     server.reset();
-    const Outcome end = run->Wait(patience);
+    const Tools::Ending end = run->Wait(patience);
     ExpectEnd(end, 1);
     EXPECT_EQ(end.output, "");
     EXPECT_THAT(Complaint(end), HasSubstr(name)) << "it says which display";
@@ -152,7 +153,7 @@ namespace {
 /// A place where a library ends the program before the engine is started.
 struct Ending {
     const char* name;
-    Environment added;
+    Tools::Environment added;
     std::vector<std::string> removed;
     const char* complaint; ///< the library's
 };
@@ -168,14 +169,14 @@ class EndedBelow : public Surroundings, public ::testing::WithParamInterface<End
 } // namespace
 
 TEST_P(EndedBelow, Demo_ends_with_the_librarys_words_and_status) {
-    Environment added = GetParam().added;
+    Tools::Environment added = GetParam().added;
     // What the library had at that moment, it leaves behind.
     added.insert({{"DISPLAY", display->Name()},
                   {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"}});
     StartIn(added, GetParam().removed);
-    const Outcome end = run->Wait(patience);
+    const Tools::Ending end = run->Wait(patience);
     ExpectEnd(end, 1);
-    EXPECT_THAT(end.complaint, HasSubstr(GetParam().complaint));
+    EXPECT_THAT(end.errors, HasSubstr(GetParam().complaint));
     EXPECT_FALSE(std::filesystem::exists("Vell_log.html"));
 }
 

@@ -17,18 +17,18 @@ TEST_F(FilmTest, Draws_the_published_frames_and_the_same_bits_in_every_run) {
     if (sanitized)
         GTEST_SKIP() << "the same in the other build, in a tenth of the time";
     LinkData();
-    const Outcome first = Film({"--verify", "--references", published});
-    EXPECT_EQ(first.exitStatus, 0) << first.output << first.complaint;
+    const Tools::Ending first = Film({"--verify", "--references", published});
+    EXPECT_EQ(first.exitStatus, 0) << first.output << first.errors;
     EXPECT_THAT(first.output, HasSubstr("60 frames: "));
     EXPECT_THAT(first.output, HasSubstr("Fingerprint of what was drawn: "));
-    const Outcome second = Film({"--verify", "--references", published});
+    const Tools::Ending second = Film({"--verify", "--references", published});
     EXPECT_EQ(second.output, first.output);
 }
 
 TEST_F(FilmTest, Names_the_moment_and_the_pass_in_which_the_show_differs_first) {
     MakeDemoData();
     ASSERT_NO_FATAL_FAILURE(MustFilm({"--verify", "--renew", "--references", "reference"}));
-    const Outcome same = Film({"--verify", "--references", "reference"});
+    const Tools::Ending same = Film({"--verify", "--references", "reference"});
     EXPECT_EQ(same.exitStatus, 0) << same.output;
     EXPECT_THAT(same.output, HasSubstr("60 frames: 60 identical, 0 within the tolerance"));
 
@@ -36,7 +36,7 @@ TEST_F(FilmTest, Names_the_moment_and_the_pass_in_which_the_show_differs_first) 
     std::vector<unsigned char> grey(16 * 16 * 3, 77);
     for (const char* face : {"xpos", "xneg", "ypos", "yneg", "zpos", "zneg"})
         WriteJpeg("Data/Gfx/City/sky/" + std::string(face) + ".jpg", 16, 16, grey);
-    const Outcome other = Film({"--verify", "--references", "reference", "contrast.png"});
+    const Tools::Ending other = Film({"--verify", "--references", "reference", "contrast.png"});
     EXPECT_EQ(other.exitStatus, 1);
     // The middle of the first of 60 parts is at 118.252 / 120 = 0.985 s, in frame 59.
     EXPECT_THAT(other.output, HasSubstr("differs first at 0.983 s (frame 59) in the pass"));
@@ -46,7 +46,7 @@ TEST_F(FilmTest, Names_the_moment_and_the_pass_in_which_the_show_differs_first) 
 
 TEST_F(FilmTest, Says_when_there_is_nothing_to_compare_with) {
     MakeDemoData();
-    const Outcome end = Film({"--verify", "--references", "nowhere"});
+    const Tools::Ending end = Film({"--verify", "--references", "nowhere"});
     EXPECT_EQ(end.exitStatus, 1);
-    EXPECT_THAT(end.complaint, HasSubstr("cannot read nowhere/passes.txt"));
+    EXPECT_THAT(end.errors, HasSubstr("cannot read nowhere/passes.txt"));
 }
