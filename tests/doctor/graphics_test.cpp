@@ -10,8 +10,6 @@
 #include <algorithm>
 #include <csignal>
 
-using Doctor::Apart;
-using Doctor::Facts;
 using Doctor::Row;
 using Doctor::State;
 using Doctor::Table;
@@ -19,6 +17,8 @@ using ::testing::AllOf;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
+using Tools::Facts;
+using Tools::IsolatedRun;
 
 namespace {
 
@@ -41,14 +41,14 @@ Facts GoodFacts() {
     return facts;
 }
 
-Apart Look(const Facts& facts) {
-    Apart look;
+IsolatedRun Look(const Facts& facts) {
+    IsolatedRun look;
     look.facts = facts;
     return look;
 }
 
 Table Rows(const Facts& facts) {
-    return GraphicsRows(Look(facts), true, {"Data/a.png", 2048, 100});
+    return Doctor::GraphicsRows(Look(facts), true, {"Data/a.png", 2048, 100});
 }
 
 /// The rows when one fact is another.
@@ -182,7 +182,8 @@ TEST(Graphics, Software_renderer_is_told_from_a_graphics_card) {
 }
 
 TEST(Graphics, Without_a_display_only_sdl_was_looked_at) {
-    const Table table = GraphicsRows(Look({{"sdl", "1.2.15"}}), false, {"Data/a.png", 2048, 100});
+    const Table table =
+        Doctor::GraphicsRows(Look({{"sdl", "1.2.15"}}), false, {"Data/a.png", 2048, 100});
     EXPECT_EQ(Find(table, "display").state, State::Fail);
     EXPECT_THAT(Find(table, "display").finding, HasSubstr("DISPLAY is not set"));
     EXPECT_THAT(Find(table, "display").advice, HasSubstr("xvfb"));
@@ -194,14 +195,14 @@ TEST(Graphics, Without_a_display_only_sdl_was_looked_at) {
 }
 
 TEST(Graphics, Display_that_does_not_answer_is_quoted) {
-    const Table table = GraphicsRows(
+    const Table table = Doctor::GraphicsRows(
         Look({{"sdl", "1.2.15"}, {"no_video", "No available video device"}}), true, {});
     EXPECT_EQ(Find(table, "display").finding, "no display answers: No available video device");
 }
 
 TEST(Graphics, Server_that_does_not_answer_is_named) {
     const Facts facts = {{"sdl", "1.2.15"}, {"display", ":9"}, {"no_server", "1"}};
-    const Table table = GraphicsRows(Look(facts), true, {});
+    const Table table = Doctor::GraphicsRows(Look(facts), true, {});
     EXPECT_EQ(Find(table, "display").state, State::Fail);
     EXPECT_EQ(Find(table, "display").finding, "no X server answers at DISPLAY=:9");
     EXPECT_THAT(Find(table, "display").advice, HasSubstr("-noreset"));
@@ -209,9 +210,9 @@ TEST(Graphics, Server_that_does_not_answer_is_named) {
 }
 
 TEST(Graphics, Server_that_turns_us_away_is_quoted) {
-    Apart look = Look({{"sdl", "1.2.15"}, {"display", ":9"}, {"no_server", "1"}});
-    look.complaint = "Authorization required";
-    const Row row = Find(GraphicsRows(look, true, {}), "display");
+    IsolatedRun look = Look({{"sdl", "1.2.15"}, {"display", ":9"}, {"no_server", "1"}});
+    look.ending.errors = "Authorization required";
+    const Row row = Find(Doctor::GraphicsRows(look, true, {}), "display");
     EXPECT_EQ(row.state, State::Fail);
     EXPECT_EQ(row.finding, "the X server at DISPLAY=:9 turns programs of this user away, saying "
                            "\"Authorization required\"");
@@ -232,14 +233,14 @@ TEST(Graphics, Server_that_starts_over_is_a_warning) {
 TEST(Graphics, Driver_that_the_environment_chose_is_blamed_on_it) {
     Facts facts = {{"sdl", "1.2.15"}, {"driver", "dummy"}, {"no_window", "No OpenGL"}};
     facts["settings"] = "SDL_VIDEODRIVER";
-    const Row row = Find(GraphicsRows(Look(facts), true, {}), "display");
+    const Row row = Find(Doctor::GraphicsRows(Look(facts), true, {}), "display");
     EXPECT_EQ(row.state, State::Fail);
     EXPECT_EQ(row.finding, "SDL_VIDEODRIVER has SDL draw by its driver dummy, which has no OpenGL");
     EXPECT_THAT(row.advice, EndsWith("env -u SDL_VIDEODRIVER ./play"));
 }
 
 TEST(Graphics, Driver_that_draws_letters_is_no_display) {
-    const Table table = GraphicsRows(
+    const Table table = Doctor::GraphicsRows(
         Look({{"sdl", "1.2.15"}, {"driver", "caca"}, {"no_window", "No OpenGL"}}), true, {});
     EXPECT_EQ(Find(table, "display").state, State::Fail);
     EXPECT_EQ(Find(table, "display").finding,
@@ -249,7 +250,7 @@ TEST(Graphics, Driver_that_draws_letters_is_no_display) {
 }
 
 TEST(Graphics, Window_without_opengl_is_quoted) {
-    const Table table = GraphicsRows(
+    const Table table = Doctor::GraphicsRows(
         Look({{"sdl", "1.2.15"}, {"driver", "x11"}, {"no_window", "No GLX"}}), true, {});
     EXPECT_EQ(Find(table, "display").state, State::Ok);
     EXPECT_EQ(Find(table, "opengl").finding, "no window with OpenGL can be had: No GLX");
@@ -258,7 +259,7 @@ TEST(Graphics, Window_without_opengl_is_quoted) {
 
 TEST(Graphics, Server_without_glx_and_screen_of_few_bits_are_named) {
     Facts facts = {{"sdl", "1.2.15"}, {"driver", "x11"}, {"no_window", "No visual"}};
-    const auto openGl = [&] { return Find(GraphicsRows(Look(facts), true, {}), "opengl"); };
+    const auto openGl = [&] { return Find(Doctor::GraphicsRows(Look(facts), true, {}), "opengl"); };
     facts["depth"] = "24";
     facts["glx"] = "0";
     EXPECT_THAT(openGl().finding, StartsWith("this X server has no GLX"));
@@ -272,14 +273,14 @@ TEST(Graphics, Server_without_glx_and_screen_of_few_bits_are_named) {
 }
 
 TEST(Graphics, Driver_that_crashes_is_no_reason_to_crash) {
-    Apart look = Look({{"sdl", "1.2.15"}, {"driver", "x11"}});
-    look.signal = SIGSEGV;
-    const Table table = GraphicsRows(look, true, {});
+    IsolatedRun look = Look({{"sdl", "1.2.15"}, {"driver", "x11"}});
+    look.ending.signal = SIGSEGV;
+    const Table table = Doctor::GraphicsRows(look, true, {});
     EXPECT_EQ(Find(table, "opengl").state, State::Fail);
     EXPECT_EQ(Find(table, "opengl").finding,
               "looking at OpenGL was ended by a crash (Segmentation fault)");
     look.facts.erase("driver");
-    EXPECT_EQ(Find(GraphicsRows(look, true, {}), "display").finding,
+    EXPECT_EQ(Find(Doctor::GraphicsRows(look, true, {}), "display").finding,
               "opening the display was ended by a crash (Segmentation fault)");
 }
 

@@ -1,9 +1,5 @@
 #include "tools/doctor/rehearsal.h"
 
-#include "engine/core/logmanager.h"
-#include "tests/support/log_page.h"
-#include "tests/support/scratch.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,9 +10,7 @@ using Doctor::Rehearsal;
 using Doctor::Row;
 using Doctor::State;
 using Doctor::Table;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 namespace {
 
@@ -78,7 +72,7 @@ TEST(Rehearsal, Demo_that_breaks_off_cannot_run) {
 
 TEST(Rehearsal, Demo_that_found_no_opengl_has_not_played_although_it_ended_in_order) {
     Rehearsal rehearsal;
-    rehearsal.rows = {"InitEngine GLExtentions"};
+    rehearsal.errorRows = {{"InitEngine", "ERROR", "GLExtentions"}};
     const Table table = RehearsalRows(rehearsal);
     EXPECT_EQ(table[show].state, State::Fail);
     EXPECT_EQ(table[show].finding, "the demo found no usable OpenGL and ended at once");
@@ -100,7 +94,7 @@ TEST(Rehearsal, Errors_of_opengl_are_a_warning) {
 TEST(Rehearsal, Rows_of_the_log_that_say_error_are_a_warning) {
     Rehearsal rehearsal = Frames1To100();
     EXPECT_EQ(RehearsalRows(rehearsal)[logRows].state, State::Ok);
-    rehearsal.rows = {"Image a.png", "Shader b.vert"};
+    rehearsal.errorRows = {{"Image", "ERROR", "a.png"}, {"Shader", "ERROR", "b.vert"}};
     EXPECT_EQ(RehearsalRows(rehearsal)[logRows].state, State::Warn);
     EXPECT_EQ(RehearsalRows(rehearsal)[logRows].finding,
               "rows that say ERROR: Image a.png; Shader b.vert");
@@ -115,20 +109,4 @@ TEST(Rehearsal, That_did_not_take_place_has_the_same_rows) {
         EXPECT_EQ(without[i].state, State::Unknown);
         EXPECT_EQ(without[i].finding, "not looked at: of rain");
     }
-}
-
-TEST(ErrorRows, Are_those_of_the_engines_own_log_that_say_so) {
-    const ScratchDir scratch;
-    Vell::Log& log = Vell::Log::GetInstance();
-    log.Write("Image", "LOADED", "good.png");
-    log.Write("Image", "ERROR", "bad.png");
-    log << "0:1(1): error: ERROR in a compiler's words";
-    log.Write("Vertex Shader", "ERROR", "bad.vert");
-    log.Write("Image", "FREE", "good.png");
-    EXPECT_THAT(Doctor::ErrorRows(ReadLogText()),
-                ElementsAre("Image bad.png", "Vertex Shader bad.vert"));
-}
-
-TEST(ErrorRows, Of_no_page_are_none) {
-    EXPECT_THAT(Doctor::ErrorRows(""), IsEmpty());
 }

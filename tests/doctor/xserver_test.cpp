@@ -6,13 +6,13 @@
 
 #include <cstdlib>
 
-using Doctor::Apart;
-using Doctor::Fact;
-using Doctor::Facts;
+using Doctor::CollectServerFacts;
 using Doctor::HoldServer;
-using Doctor::LookAtServer;
-using Doctor::Notebook;
-using Doctor::RunApart;
+using Tools::Fact;
+using Tools::Facts;
+using Tools::IsolatedRun;
+using Tools::Report;
+using Tools::RunIsolated;
 
 namespace {
 
@@ -22,8 +22,8 @@ constexpr double patience = 30.0; // seconds
 Facts FactsOf(const std::vector<std::string>& changes) {
     const Tools::VirtualDisplay server(changes);
     setenv("DISPLAY", server.Name().c_str(), 1);
-    const Apart look = RunApart(LookAtServer, patience);
-    EXPECT_TRUE(look.InOrder()) << look.HowItEnded();
+    const IsolatedRun look = RunIsolated(CollectServerFacts, patience);
+    EXPECT_TRUE(look.ending.InOrder()) << look.ending.InWords();
     return look.facts;
 }
 
@@ -49,10 +49,10 @@ TEST(XServer, Is_found_to_start_over_or_to_stay) {
 TEST(XServer, Stays_as_long_as_it_is_held) {
     const Tools::VirtualDisplay server({"-reset"});
     setenv("DISPLAY", server.Name().c_str(), 1);
-    const Apart look = RunApart(
-        [](const Notebook& notebook) {
-            notebook.Note("held", HoldServer() ? 1 : 0);
-            LookAtServer(notebook);
+    const IsolatedRun look = RunIsolated(
+        [](const Report& report) {
+            report.Add("held", HoldServer() ? 1 : 0);
+            CollectServerFacts(report);
         },
         patience);
     EXPECT_EQ(Fact(look.facts, "held"), "1");
@@ -62,7 +62,7 @@ TEST(XServer, Stays_as_long_as_it_is_held) {
 TEST(XServer, That_is_not_there_cannot_be_held_and_tells_nothing) {
     setenv("DISPLAY", deadServer, 1);
     EXPECT_FALSE(HoldServer());
-    EXPECT_TRUE(RunApart(LookAtServer, patience).facts.empty());
+    EXPECT_TRUE(RunIsolated(CollectServerFacts, patience).facts.empty());
 }
 
 TEST(XServer, That_is_not_named_need_not_be_held) {
@@ -71,6 +71,6 @@ TEST(XServer, That_is_not_named_need_not_be_held) {
         if (set)
             setenv("DISPLAY", "", 1);
         EXPECT_TRUE(HoldServer());
-        EXPECT_TRUE(RunApart(LookAtServer, patience).facts.empty());
+        EXPECT_TRUE(RunIsolated(CollectServerFacts, patience).facts.empty());
     }
 }

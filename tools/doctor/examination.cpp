@@ -16,11 +16,11 @@ constexpr double graphicsPatience = 20.0;
 constexpr double soundPatience = 10.0;
 
 /// The X server is asked by itself: it knows better why there is no OpenGL than OpenGL does.
-Apart LookAtScreen() {
-    const Apart server = RunApart(LookAtServer, serverPatience);
-    Apart look = RunApart(LookAtGraphics, graphicsPatience);
-    look.facts.insert(server.facts.begin(), server.facts.end());
-    return look;
+Tools::IsolatedRun CollectScreenFacts() {
+    const Tools::IsolatedRun server = Tools::RunIsolated(CollectServerFacts, serverPatience);
+    Tools::IsolatedRun graphics = Tools::RunIsolated(CollectGraphicsFacts, graphicsPatience);
+    graphics.facts.insert(server.facts.begin(), server.facts.end());
+    return graphics;
 }
 
 } // namespace
@@ -28,9 +28,9 @@ Apart LookAtScreen() {
 Table Examine(const Programs& programs, double seconds) {
     Table table = {FolderRow()};
     Append(table, DataRows());
-    Append(table, GraphicsRows(LookAtScreen(), DisplayIsNamed(), FindLargestPicture()));
+    Append(table, GraphicsRows(CollectScreenFacts(), DisplayIsNamed(), FindLargestPicture()));
     const bool canRun = Verdict(table) != State::Fail;
-    table.push_back(SoundRow(RunApart(LookAtSound, soundPatience)));
+    table.push_back(SoundRow(Tools::RunIsolated(CollectSoundFacts, soundPatience)));
     Append(table, canRun ? RehearsalRows(Rehearse(programs, seconds))
                          : NoRehearsalRows("the demo cannot run"));
     return table;

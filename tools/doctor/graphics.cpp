@@ -29,7 +29,7 @@ std::string Dotted(int major, int minor, int patch) {
 }
 
 /// The SDL 2 that the compatibility layer has loaded below itself, if it is one.
-void NoteSdl2(const Notebook& notebook) {
+void ReportSdl2(const Tools::Report& report) {
     struct Version { // as SDL 2 fills it
         Uint8 major, minor, patch;
     };
@@ -40,7 +40,7 @@ void NoteSdl2(const Notebook& notebook) {
     if (ask != nullptr) {
         Version version{};
         ask(&version);
-        notebook.Note("sdl2", Dotted(version.major, version.minor, version.patch));
+        report.Add("sdl2", Dotted(version.major, version.minor, version.patch));
     }
     dlclose(library);
 }
@@ -71,36 +71,36 @@ bool OtherScreenIsNamed() {
     return IsSet("WAYLAND_DISPLAY") || IsSet("SDL_VIDEODRIVER");
 }
 
-void NoteEnvironment(const Notebook& notebook) {
-    notebook.Note("display", Setting("DISPLAY"));
+void ReportEnvironment(const Tools::Report& report) {
+    report.Add("display", Setting("DISPLAY"));
     std::string list;
     for (const char* variable : settings)
         if (IsSet(variable))
             list += std::string(list.empty() ? "" : " ") + variable;
-    notebook.Note("settings", list);
+    report.Add("settings", list);
 }
 
-void NoteSdl(const Notebook& notebook) {
+void ReportSdl(const Tools::Report& report) {
     const SDL_version& version = *SDL_Linked_Version();
-    notebook.Note("sdl", Dotted(version.major, version.minor, version.patch));
-    NoteSdl2(notebook);
+    report.Add("sdl", Dotted(version.major, version.minor, version.patch));
+    ReportSdl2(report);
 }
 
-bool NoteVideo(const Notebook& notebook) {
+bool ReportVideo(const Tools::Report& report) {
     if (SDL_Init(SDL_INIT_VIDEO) != 0) {
-        notebook.Note("no_video", SDL_GetError());
+        report.Add("no_video", SDL_GetError());
         return false;
     }
     std::array<char, 64> name{};
     SDL_VideoDriverName(name.data(), static_cast<int>(name.size()));
-    notebook.Note("driver", name.data());
+    report.Add("driver", name.data());
     return true;
 }
 
-bool NoteWindow(const Notebook& notebook) {
+bool ReportWindow(const Tools::Report& report) {
     if (SDL_SetVideoMode(screenWidth, screenHeight, screenBits,
                          SDL_HWSURFACE | SDL_OPENGL | SDL_ASYNCBLIT) == nullptr) {
-        notebook.Note("no_window", SDL_GetError());
+        report.Add("no_window", SDL_GetError());
         return false;
     }
     SDL_WM_SetCaption("Halvorn :: Nimbrel", nullptr);
@@ -119,11 +119,11 @@ const Text texts[] = {
 };
 
 /// False when OpenGL does not even tell its version: there is no context.
-bool NoteTexts(const Notebook& notebook) {
+bool ReportTexts(const Tools::Report& report) {
     for (const Text& text : texts) {
         const auto* answer = reinterpret_cast<const char*>(glGetString(text.name));
         if (answer != nullptr)
-            notebook.Note(text.fact, answer);
+            report.Add(text.fact, answer);
     }
     return glGetString(GL_VERSION) != nullptr;
 }
@@ -137,11 +137,11 @@ std::string FirstMissing(const GlGroup& group) {
 }
 
 /// True when every group is complete.
-bool NoteGroups(const Notebook& notebook) {
+bool ReportGroups(const Tools::Report& report) {
     bool complete = true;
     for (const GlGroup& group : GlGroups()) {
         const std::string missing = FirstMissing(group);
-        notebook.Note(group.id, missing);
+        report.Add(group.id, missing);
         complete = complete && missing.empty();
     }
     return complete;
@@ -156,18 +156,18 @@ const Limit limits[] = {
     {"texture_size", GL_MAX_TEXTURE_SIZE},
 };
 
-void NoteLimits(const Notebook& notebook) {
+void ReportLimits(const Tools::Report& report) {
     for (const Limit& limit : limits) {
         GLint value = 0;
         glGetIntegerv(limit.name, &value);
-        notebook.Note(limit.fact, value);
+        report.Add(limit.fact, value);
     }
-    notebook.Note("multitexture", CheckForExtension("GL_ARB_multitexture"));
-    notebook.Note("any_size", CheckForExtension("GL_ARB_texture_non_power_of_two"));
+    report.Add("multitexture", CheckForExtension("GL_ARB_multitexture"));
+    report.Add("any_size", CheckForExtension("GL_ARB_texture_non_power_of_two"));
 }
 
 /// Makes a target as the scene is drawn into, and asks the driver whether it can draw there.
-void NoteTarget(const Notebook& notebook) {
+void ReportTarget(const Tools::Report& report) {
     const auto check = reinterpret_cast<PFNGLCHECKFRAMEBUFFERSTATUSEXTPROC>(
         SDL_GL_GetProcAddress("glCheckFramebufferStatusEXT"));
     if (check == nullptr)
@@ -177,28 +177,28 @@ void NoteTarget(const Notebook& notebook) {
     target.Enable();
     const GLenum status = check(GL_FRAMEBUFFER_EXT);
     target.Disable();
-    notebook.Note("target", status == GL_FRAMEBUFFER_COMPLETE_EXT ? 1 : 0);
+    report.Add("target", status == GL_FRAMEBUFFER_COMPLETE_EXT ? 1 : 0);
 }
 
 } // namespace
 
-void LookAtGraphics(const Notebook& notebook) {
-    NoteEnvironment(notebook);
-    NoteSdl(notebook);
+void CollectGraphicsFacts(const Tools::Report& report) {
+    ReportEnvironment(report);
+    ReportSdl(report);
     const bool answers = HoldServer();
     if (!answers)
-        notebook.Note("no_server", 1);
+        report.Add("no_server", 1);
     // Without a display SDL would look for another place to draw on, such as the text screen.
-    if (!(answers ? DisplayIsNamed() : OtherScreenIsNamed()) || !NoteVideo(notebook))
+    if (!(answers ? DisplayIsNamed() : OtherScreenIsNamed()) || !ReportVideo(report))
         return;
-    if (NoteWindow(notebook) && NoteTexts(notebook)) {
+    if (ReportWindow(report) && ReportTexts(report)) {
         Vell::SetScreen(Vell::ivec2(screenWidth, screenHeight));
-        NoteLimits(notebook);
-        if (NoteGroups(notebook))
-            NoteTarget(notebook);
+        ReportLimits(report);
+        if (ReportGroups(report))
+            ReportTarget(report);
     }
     SDL_Quit();
-    notebook.Note("complete", 1);
+    report.Add("complete", 1);
 }
 
 bool DisplayIsNamed() {

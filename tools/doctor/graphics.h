@@ -1,16 +1,16 @@
 #pragma once
 
-#include "tools/doctor/apart.h"
 #include "tools/doctor/row.h"
+#include "tools/stage/isolated.h"
 
 #include <string>
 
 namespace Doctor {
 
 /// Opens the demo's window for a moment and notes what SDL, OpenGL and its driver are and can do,
-/// and which settings of the environment reach into them: to be run apart. Every fact is noted as
-/// soon as it is known; "complete" is the last.
-void LookAtGraphics(const Notebook& notebook);
+/// and which settings of the environment reach into them: to be run in isolation. Every fact is
+/// noted as soon as it is known; "complete" is the last.
+void CollectGraphicsFacts(const Tools::Report& report);
 
 /// Whether there is a display to open a window on, by the variables that say so.
 bool DisplayIsNamed();
@@ -22,9 +22,9 @@ struct LargestPicture {
     int height = 0;
 };
 
-/// The rows about SDL, display and OpenGL, from what LookAtGraphics() and LookAtServer() noted.
-/// Always the same rows: those that could not be looked at say so. `named` is what DisplayIsNamed()
-/// said.
-Table GraphicsRows(const Apart& look, bool named, const LargestPicture& largest);
+/// The rows about SDL, display and OpenGL, from what CollectGraphicsFacts() and
+/// CollectServerFacts() noted. Always the same rows: those that could not be looked at say so.
+/// `named` is what DisplayIsNamed() said.
+Table GraphicsRows(const Tools::IsolatedRun& run, bool named, const LargestPicture& largest);
 
 } // namespace Doctor

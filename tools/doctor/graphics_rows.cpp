@@ -80,21 +80,21 @@ bool CardIsThere() {
     return std::filesystem::exists("/dev/nvidiactl", none);
 }
 
-// --- Looking at facts -------------------------------------------------------------------------
+// --- Checking facts ---------------------------------------------------------------------------
 
-struct Subject {
-    const Apart& look;
+struct GraphicsFacts {
+    const Tools::IsolatedRun& run;
     bool displayNamed;
     const LargestPicture& largest;
 
-    std::string Get(const char* fact) const { return Fact(look.facts, fact); }
-    int Number(const char* fact) const { return FactNumber(look.facts, fact); }
-    bool Knows(const char* fact) const { return look.facts.count(fact) != 0; }
+    std::string Get(const char* fact) const { return Tools::Fact(run.facts, fact); }
+    int Number(const char* fact) const { return Tools::FactNumber(run.facts, fact); }
+    bool Knows(const char* fact) const { return run.facts.count(fact) != 0; }
 };
 
 /// "env -u A -u B ./play" for the settings that are there.
-std::string WithoutSettings(const Subject& subject) {
-    std::istringstream names(subject.Get("settings"));
+std::string WithoutSettings(const GraphicsFacts& facts) {
+    std::istringstream names(facts.Get("settings"));
     std::string command = "env";
     for (std::string name; names >> name;)
         command += " -u " + name;
@@ -102,19 +102,19 @@ std::string WithoutSettings(const Subject& subject) {
 }
 
 /// For what OpenGL lacks: the settings that may take it away, and then the driver.
-std::string DriverAdvice(const Subject& subject) {
+std::string DriverAdvice(const GraphicsFacts& facts) {
     const char* const driver =
         "install the driver: libgl1-mesa-dri for AMD, Intel and machines without a graphics card, "
         "nvidia-driver for NVIDIA; then start the session anew";
-    if (subject.Get("settings").empty())
+    if (facts.Get("settings").empty())
         return driver;
-    return WithoutSettings(subject) + "; if that does not help, " + driver;
+    return WithoutSettings(facts) + "; if that does not help, " + driver;
 }
 
-void LookAtSdl(const Subject& subject, Row& row) {
-    const std::string version = subject.Get("sdl");
+void CheckSdl(const GraphicsFacts& facts, Row& row) {
+    const std::string version = facts.Get("sdl");
     const bool layer = ParseVersion(version).patch >= firstLayerPatch;
-    const std::string below = subject.Get("sdl2");
+    const std::string below = facts.Get("sdl2");
     row.values = {{"version", version}, {"kind", layer ? "layer" : "sdl"}, {"sdl2", below}};
     row.finding = layer ? "the compatibility layer " + version + " over SDL 2" : "SDL " + version;
     if (layer && !below.empty())
@@ -134,21 +134,21 @@ bool HasWindows(const std::string& name) {
 }
 
 /// SDL has a driver, but none that shows windows.
-bool IsLeftWithoutWindows(const Subject& subject) {
-    return subject.Knows("no_window") && !HasWindows(subject.Get("driver"));
+bool IsLeftWithoutWindows(const GraphicsFacts& facts) {
+    return facts.Knows("no_window") && !HasWindows(facts.Get("driver"));
 }
 
-void LookAtDriver(const Subject& subject, Row& row) {
-    const std::string driver = subject.Get("driver");
-    const bool chosen = subject.Get("settings").find("SDL_VIDEODRIVER") != std::string::npos;
-    if (IsLeftWithoutWindows(subject) && chosen)
+void CheckDriver(const GraphicsFacts& facts, Row& row) {
+    const std::string driver = facts.Get("driver");
+    const bool chosen = facts.Get("settings").find("SDL_VIDEODRIVER") != std::string::npos;
+    if (IsLeftWithoutWindows(facts) && chosen)
         row.Set(State::Fail,
                 "SDL_VIDEODRIVER has SDL draw by its driver " + driver + ", which has no OpenGL",
-                WithoutSettings(subject));
-    else if (IsLeftWithoutWindows(subject))
+                WithoutSettings(facts));
+    else if (IsLeftWithoutWindows(facts))
         row.Set(State::Fail, "no display answers: SDL is left with the video driver " + driver,
                 displayAdvice);
-    else if (subject.Number("resets") != 0)
+    else if (facts.Number("resets") != 0)
         row.Set(State::Warn,
                 "the X server starts over whenever its last program leaves, and may then turn the "
                 "demo away",
@@ -158,9 +158,9 @@ void LookAtDriver(const Subject& subject, Row& row) {
 }
 
 /// Xlib says something only when a server answered and turned it away.
-void TellNoServer(const Subject& subject, Row& row) {
-    const std::string where = "DISPLAY=" + subject.Get("display");
-    const std::string& said = subject.look.complaint;
+void TellNoServer(const GraphicsFacts& facts, Row& row) {
+    const std::string where = "DISPLAY=" + facts.Get("display");
+    const std::string said = facts.run.ending.FirstError();
     if (said.empty())
         row.Set(State::Fail, "no X server answers at " + where, displayAdvice);
     else
@@ -170,103 +170,102 @@ void TellNoServer(const Subject& subject, Row& row) {
                 accessAdvice);
 }
 
-void LookAtDisplay(const Subject& subject, Row& row) {
-    row.values = {{"driver", subject.Get("driver")}};
-    if (!subject.displayNamed)
+void CheckDisplay(const GraphicsFacts& facts, Row& row) {
+    row.values = {{"driver", facts.Get("driver")}};
+    if (!facts.displayNamed)
         row.Set(State::Fail, "there is no display: DISPLAY is not set", displayAdvice);
-    else if (subject.Knows("driver"))
-        LookAtDriver(subject, row);
-    else if (subject.Knows("no_server"))
-        TellNoServer(subject, row);
-    else if (subject.Knows("no_video"))
-        row.Set(State::Fail, "no display answers: " + subject.Get("no_video"), displayAdvice);
+    else if (facts.Knows("driver"))
+        CheckDriver(facts, row);
+    else if (facts.Knows("no_server"))
+        TellNoServer(facts, row);
+    else if (facts.Knows("no_video"))
+        row.Set(State::Fail, "no display answers: " + facts.Get("no_video"), displayAdvice);
     else
-        row.Set(State::Fail, "opening the display " + subject.look.HowItEnded(), displayAdvice);
+        row.Set(State::Fail, "opening the display " + facts.run.ending.InWords(), displayAdvice);
 }
 
 /// Why there is no window with OpenGL.
-void TellNoWindow(const Subject& subject, Row& row) {
-    const std::string bits = subject.Get("depth");
-    if (subject.Knows("depth") && subject.Number("depth") < bitsNeeded) // a reason for no GLX too
+void TellNoWindow(const GraphicsFacts& facts, Row& row) {
+    const std::string bits = facts.Get("depth");
+    if (facts.Knows("depth") && facts.Number("depth") < bitsNeeded) // a reason for no GLX too
         row.Set(State::Fail,
                 "the screen has " + bits + " bits a pixel, too few for a window with OpenGL",
                 depthAdvice);
-    else if (subject.Knows("glx") && subject.Number("glx") == 0)
+    else if (facts.Knows("glx") && facts.Number("glx") == 0)
         row.Set(State::Fail,
                 "this X server has no GLX, by which programs come to OpenGL: no window with it can "
                 "be had",
                 serverAdvice);
     else
-        row.Set(State::Fail, "no window with OpenGL can be had: " + subject.Get("no_window"),
-                DriverAdvice(subject));
+        row.Set(State::Fail, "no window with OpenGL can be had: " + facts.Get("no_window"),
+                DriverAdvice(facts));
 }
 
-void LookAtOpenGl(const Subject& subject, Row& row) {
-    const std::string version = subject.Get("version");
-    row.values = {{"version", version},
-                  {"vendor", subject.Get("vendor")},
-                  {"renderer", subject.Get("renderer")}};
-    if (IsLeftWithoutWindows(subject))
+void CheckOpenGl(const GraphicsFacts& facts, Row& row) {
+    const std::string version = facts.Get("version");
+    row.values = {
+        {"version", version}, {"vendor", facts.Get("vendor")}, {"renderer", facts.Get("renderer")}};
+    if (IsLeftWithoutWindows(facts))
         row = NotLookedAt(row.id, row.title); // the display's row tells why
-    else if (subject.Knows("no_window"))
-        TellNoWindow(subject, row);
-    else if (!subject.look.InOrder())
-        row.Set(State::Fail, "looking at OpenGL " + subject.look.HowItEnded(),
-                DriverAdvice(subject));
+    else if (facts.Knows("no_window"))
+        TellNoWindow(facts, row);
+    else if (!facts.run.ending.InOrder())
+        row.Set(State::Fail, "looking at OpenGL " + facts.run.ending.InWords(),
+                DriverAdvice(facts));
     else if (version.empty())
-        row.Set(State::Fail, "the window has no OpenGL", DriverAdvice(subject));
+        row.Set(State::Fail, "the window has no OpenGL", DriverAdvice(facts));
     else if (ParseVersion(version) < glNeeded)
-        row.Set(State::Fail, "OpenGL " + version + " is older than 2.0", DriverAdvice(subject));
+        row.Set(State::Fail, "OpenGL " + version + " is older than 2.0", DriverAdvice(facts));
     else
-        row.Set(State::Ok, version + ", by " + subject.Get("vendor"));
+        row.Set(State::Ok, version + ", by " + facts.Get("vendor"));
 }
 
-void LookAtRenderer(const Subject& subject, Row& row) {
-    const std::string name = subject.Get("renderer");
+void CheckRenderer(const GraphicsFacts& facts, Row& row) {
+    const std::string name = facts.Get("renderer");
     const bool processor = DrawnByProcessor(name);
     row.values = {{"kind", processor ? "software" : "hardware"}};
     row.Set(State::Ok, name + (processor ? ": the processor draws, no graphics card" : ""));
     if (processor && CardIsThere())
         row.Set(State::Warn, "there is a graphics card, but the processor draws (" + name + ")",
-                DriverAdvice(subject) + "; on a virtual display this is as it should be");
+                DriverAdvice(facts) + "; on a virtual display this is as it should be");
 }
 
-void LookAtGlsl(const Subject& subject, Row& row) {
-    const std::string version = subject.Get("glsl");
+void CheckGlsl(const GraphicsFacts& facts, Row& row) {
+    const std::string version = facts.Get("glsl");
     row.values = {{"version", version}};
     if (ParseVersion(version) < glslNeeded)
         row.Set(State::Fail,
                 version.empty() ? "there is none: nothing can be drawn"
                                 : "GLSL " + version + " is older than 1.10: nothing can be drawn",
-                DriverAdvice(subject));
+                DriverAdvice(facts));
     else
         row.Set(State::Ok, version);
 }
 
-void LookAtMultitexture(const Subject& subject, Row& row) {
-    if (subject.Number("multitexture") == 0)
+void CheckMultitexture(const GraphicsFacts& facts, Row& row) {
+    if (facts.Number("multitexture") == 0)
         row.Set(State::Fail,
                 "missing (GL_ARB_multitexture): the city is without light and the water without "
                 "reflections",
-                DriverAdvice(subject));
+                DriverAdvice(facts));
     else
         row.Set(State::Ok, "there");
 }
 
-void LookAtUnits(const Subject& subject, Row& row) {
-    const int units = subject.Number("units");
+void CheckUnits(const GraphicsFacts& facts, Row& row) {
+    const int units = facts.Number("units");
     row.values = {NumberValue("units", units), NumberValue("needed", unitsNeeded)};
     row.Set(State::Ok, std::to_string(units));
     if (units < unitsNeeded)
         row.Set(State::Warn,
                 "only " + std::to_string(units) + " of " + std::to_string(unitsNeeded) +
                     ": the city is without its light map",
-                DriverAdvice(subject));
+                DriverAdvice(facts));
 }
 
-void LookAtTextureSize(const Subject& subject, Row& row) {
-    const int limit = subject.Number("texture_size");
-    const LargestPicture& largest = subject.largest;
+void CheckTextureSize(const GraphicsFacts& facts, Row& row) {
+    const int limit = facts.Number("texture_size");
+    const LargestPicture& largest = facts.largest;
     row.values = {NumberValue("limit", limit), NumberValue("width", largest.width),
                   NumberValue("height", largest.height)};
     const std::string size =
@@ -275,38 +274,38 @@ void LookAtTextureSize(const Subject& subject, Row& row) {
         row.Set(State::Warn,
                 largest.path + " has " + size + ", pictures of more than " + std::to_string(limit) +
                     " are not shown",
-                DriverAdvice(subject));
+                DriverAdvice(facts));
     else
         row.Set(State::Ok, "up to " + std::to_string(limit) + " pixels; the largest here has " +
                                (largest.path.empty() ? "none" : size));
 }
 
-void LookAtAnySize(const Subject& subject, Row& row) {
-    if (subject.Number("any_size") == 0)
+void CheckAnySize(const GraphicsFacts& facts, Row& row) {
+    if (facts.Number("any_size") == 0)
         row.Set(State::Fail,
                 "missing (GL_ARB_texture_non_power_of_two): no picture, since the frame of 960 x "
                 "89 pixels is such a texture",
-                DriverAdvice(subject));
+                DriverAdvice(facts));
     else
         row.Set(State::Ok, "there");
 }
 
-void LookAtTarget(const Subject& subject, Row& row) {
-    if (subject.Number("target") == 0)
+void CheckTarget(const GraphicsFacts& facts, Row& row) {
+    if (facts.Number("target") == 0)
         row.Set(State::Fail, "the driver cannot draw into a target with colour and depth",
-                DriverAdvice(subject));
+                DriverAdvice(facts));
     else
         row.Set(State::Ok, "colour and depth of the demo's size can be drawn into");
 }
 
-void LookAtGroup(const Subject& subject, const GlGroup& group, Row& row) {
-    const std::string missing = subject.Get(group.id);
+void CheckGroup(const GraphicsFacts& facts, const GlGroup& group, Row& row) {
+    const std::string missing = facts.Get(group.id);
     row.values = {{"extension", group.extension}, {"missing", missing}};
     if (missing.empty())
         row.Set(State::Ok, "there");
     else
         row.Set(State::Fail, "missing (" + missing + "): the demo ends at once",
-                DriverAdvice(subject));
+                DriverAdvice(facts));
 }
 
 // --- The table --------------------------------------------------------------------------------
@@ -315,54 +314,54 @@ struct Check {
     const char* id;
     const char* title;
     const char* needs; ///< the fact without which there is nothing to look at; null: none
-    void (*look)(const Subject& subject, Row& row);
+    void (*check)(const GraphicsFacts& facts, Row& row);
 };
 
 const Check checksBefore[] = {
-    {"sdl", "SDL", "sdl", LookAtSdl},
-    {"display", "Display", nullptr, LookAtDisplay},
+    {"sdl", "SDL", "sdl", CheckSdl},
+    {"display", "Display", nullptr, CheckDisplay},
 };
 const Check checksOfOpenGl[] = {
-    {"opengl", "OpenGL", "driver", LookAtOpenGl},
-    {"renderer", "Who draws", "renderer", LookAtRenderer},
-    {"glsl", "Shader language", "version", LookAtGlsl},
+    {"opengl", "OpenGL", "driver", CheckOpenGl},
+    {"renderer", "Who draws", "renderer", CheckRenderer},
+    {"glsl", "Shader language", "version", CheckGlsl},
 };
 const Check checksBehindGroups[] = {
-    {"multitexture", "Several textures", "multitexture", LookAtMultitexture},
-    {"texture_units", "Texture units", "units", LookAtUnits},
-    {"texture_size", "Largest picture", "texture_size", LookAtTextureSize},
-    {"any_size", "Pictures of any size", "any_size", LookAtAnySize},
-    {"render_target", "Drawing apart", "target", LookAtTarget},
+    {"multitexture", "Several textures", "multitexture", CheckMultitexture},
+    {"texture_units", "Texture units", "units", CheckUnits},
+    {"texture_size", "Largest picture", "texture_size", CheckTextureSize},
+    {"any_size", "Pictures of any size", "any_size", CheckAnySize},
+    {"render_target", "Drawing apart", "target", CheckTarget},
 };
 
 template <class List>
-void Look(const List& checks, const Subject& subject, Table& table) {
+void RunChecks(const List& checks, const GraphicsFacts& facts, Table& table) {
     for (const Check& check : checks) {
         table.push_back(NotLookedAt(check.id, check.title));
-        if (check.needs != nullptr && !subject.Knows(check.needs))
+        if (check.needs != nullptr && !facts.Knows(check.needs))
             continue;
         table.back().Set(State::Ok, "");
-        check.look(subject, table.back());
+        check.check(facts, table.back());
     }
 }
 
-void LookAtGroups(const Subject& subject, Table& table) {
+void CheckGroups(const GraphicsFacts& facts, Table& table) {
     for (const GlGroup& group : GlGroups()) {
         table.push_back(NotLookedAt(group.id, group.title));
-        if (subject.Knows(group.id))
-            LookAtGroup(subject, group, table.back());
+        if (facts.Knows(group.id))
+            CheckGroup(facts, group, table.back());
     }
 }
 
 } // namespace
 
-Table GraphicsRows(const Apart& look, bool named, const LargestPicture& largest) {
-    const Subject subject{look, named, largest};
+Table GraphicsRows(const Tools::IsolatedRun& run, bool named, const LargestPicture& largest) {
+    const GraphicsFacts facts{run, named, largest};
     Table table;
-    Look(checksBefore, subject, table);
-    Look(checksOfOpenGl, subject, table);
-    LookAtGroups(subject, table);
-    Look(checksBehindGroups, subject, table);
+    RunChecks(checksBefore, facts, table);
+    RunChecks(checksOfOpenGl, facts, table);
+    CheckGroups(facts, table);
+    RunChecks(checksBehindGroups, facts, table);
     return table;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "tools/doctor/apart.h"
 #include "tools/doctor/row.h"
+#include "tools/stage/logpage.h"
+#include "tools/stage/process.h"
 
 #include <filesystem>
 #include <string>
@@ -26,21 +27,18 @@ struct Frame {
 
 /// What a rehearsal showed.
 struct Rehearsal {
-    Apart end;                     ///< how the demo ended
-    double seconds = 0.0;          ///< that the show was to take
-    std::vector<Frame> frames;     ///< all but the first
-    int errors = 0;                ///< of OpenGL
-    std::string firstError;        ///< its number, in hexadecimal
-    std::vector<std::string> rows; ///< of the log that say ERROR: "Image Data/Gfx/water.jpg"
+    Tools::Ending end;                    ///< how the demo ended
+    double seconds = 0.0;                 ///< that the show was to take
+    std::vector<Frame> frames;            ///< all but the first
+    int errors = 0;                       ///< of OpenGL
+    std::string firstError;               ///< its number, in hexadecimal
+    std::vector<Tools::LogRow> errorRows; ///< of the log, those that say ERROR
 };
 
 /// Plays the demo itself, with the data of the working directory: the whole show, in fast motion,
 /// within `seconds` after loading, without sound. It runs in a scratch directory, so the user's log
 /// page stays as it is.
 Rehearsal Rehearse(const Programs& programs, double seconds);
-
-/// The section and file of each row that says ERROR in a page of the engine's log.
-std::vector<std::string> ErrorRows(const std::string& page);
 
 /// The rows about the rehearsal.
 Table RehearsalRows(const Rehearsal& rehearsal);

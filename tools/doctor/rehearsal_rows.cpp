@@ -34,18 +34,18 @@ double Milliseconds(const std::vector<double>& sorted, double part) {
 /// Whether the engine told the log that it found no usable OpenGL: the demo ends then at once, and
 /// in order.
 bool EngineRefused(const Rehearsal& rehearsal) {
-    return std::any_of(rehearsal.rows.begin(), rehearsal.rows.end(),
-                       [](const std::string& row) { return row.starts_with("InitEngine "); });
+    return std::any_of(rehearsal.errorRows.begin(), rehearsal.errorRows.end(),
+                       [](const Tools::LogRow& row) { return row.section == "InitEngine"; });
 }
 
-void LookAtEnd(const Rehearsal& rehearsal, Row& row) {
+void CheckEnd(const Rehearsal& rehearsal, Row& row) {
     if (rehearsal.end.InOrder() && EngineRefused(rehearsal))
         row.Set(State::Fail, "the demo found no usable OpenGL and ended at once", resetAdvice);
     else if (rehearsal.end.InOrder())
         row.Set(State::Ok, "played the whole show in fast motion, in " +
                                Rounded(rehearsal.seconds, 1) + " s, and ended by itself");
     else
-        row.Set(State::Fail, "the demo " + rehearsal.end.HowItEnded(), brokenAdvice);
+        row.Set(State::Fail, "the demo " + rehearsal.end.InWords(), brokenAdvice);
 }
 
 void Measure(const std::vector<double>& sorted, Row& row) {
@@ -66,7 +66,7 @@ void Measure(const std::vector<double>& sorted, Row& row) {
         row.Set(State::Warn, "the picture jerks: " + row.finding, slowAdvice);
 }
 
-void LookAtSpeed(const Rehearsal& rehearsal, Row& row) {
+void CheckSpeed(const Rehearsal& rehearsal, Row& row) {
     std::vector<double> sorted;
     for (const Frame& frame : rehearsal.frames)
         sorted.push_back(frame.milliseconds);
@@ -79,7 +79,7 @@ void LookAtSpeed(const Rehearsal& rehearsal, Row& row) {
                 slowAdvice);
 }
 
-void LookAtErrors(const Rehearsal& rehearsal, Row& row) {
+void CheckErrors(const Rehearsal& rehearsal, Row& row) {
     row.values = {NumberValue("errors", rehearsal.errors)};
     row.Set(State::Ok, "none");
     if (rehearsal.errors > 0)
@@ -89,14 +89,14 @@ void LookAtErrors(const Rehearsal& rehearsal, Row& row) {
                 brokenAdvice);
 }
 
-void LookAtLog(const Rehearsal& rehearsal, Row& row) {
-    row.values = {NumberValue("rows", static_cast<double>(rehearsal.rows.size()))};
+void CheckLog(const Rehearsal& rehearsal, Row& row) {
+    row.values = {NumberValue("rows", static_cast<double>(rehearsal.errorRows.size()))};
     row.Set(State::Ok, "no row says ERROR");
-    if (rehearsal.rows.empty())
+    if (rehearsal.errorRows.empty())
         return;
     std::string list;
-    for (const std::string& text : rehearsal.rows)
-        list += (list.empty() ? "" : "; ") + text;
+    for (const Tools::LogRow& error : rehearsal.errorRows)
+        list += (list.empty() ? "" : "; ") + error.section + ' ' + error.file;
     row.Set(State::Warn, "rows that say ERROR: " + list,
             "bring back the files that they name, as above; shaders that are there but do not "
             "compile need another driver");
@@ -105,22 +105,22 @@ void LookAtLog(const Rehearsal& rehearsal, Row& row) {
 struct Check {
     const char* id;
     const char* title;
-    void (*look)(const Rehearsal& rehearsal, Row& row);
+    void (*check)(const Rehearsal& rehearsal, Row& row);
 };
 const Check checks[] = {
-    {"show", "Rehearsal", LookAtEnd}, // the others have nothing to look at when it did not begin
-    {"speed", "Speed", LookAtSpeed},
-    {"gl_errors", "OpenGL errors", LookAtErrors},
-    {"log", "The demo's log", LookAtLog},
+    {"show", "Rehearsal", CheckEnd}, // the others have nothing to check when it did not begin
+    {"speed", "Speed", CheckSpeed},
+    {"gl_errors", "OpenGL errors", CheckErrors},
+    {"log", "The demo's log", CheckLog},
 };
 
 } // namespace
 
 Table RehearsalRows(const Rehearsal& rehearsal) {
     Table table = NoRehearsalRows("the demo did not get that far");
-    const std::size_t looks = EngineRefused(rehearsal) ? 1 : table.size();
-    for (std::size_t i = 0; i < looks; ++i)
-        checks[i].look(rehearsal, table[i]);
+    const std::size_t begun = EngineRefused(rehearsal) ? 1 : table.size();
+    for (std::size_t i = 0; i < begun; ++i)
+        checks[i].check(rehearsal, table[i]);
     return table;
 }
 

@@ -60,18 +60,18 @@ std::string CardName(snd_pcm_t* pcm) {
 }
 
 /// Whether there is a device; notes what it is, or why there is none.
-bool NoteRoute(const Notebook& notebook) {
+bool ReportRoute(const Tools::Report& report) {
     snd_pcm_t* opened = nullptr;
     const int result = snd_pcm_open(&opened, deviceName, SND_PCM_STREAM_PLAYBACK, SND_PCM_NONBLOCK);
     if (result < 0) {
-        notebook.Note("no_device", snd_strerror(result));
-        notebook.Note("busy", result == -EBUSY ? 1 : 0);
+        report.Add("no_device", snd_strerror(result));
+        report.Add("busy", result == -EBUSY ? 1 : 0);
         return false;
     }
     const std::unique_ptr<snd_pcm_t, Closer> pcm(opened);
-    notebook.Note("type", snd_pcm_type_name(snd_pcm_type(pcm.get())));
-    notebook.Note("chain", Describe(pcm.get()));
-    notebook.Note("card", CardName(pcm.get()));
+    report.Add("type", snd_pcm_type_name(snd_pcm_type(pcm.get())));
+    report.Add("chain", Describe(pcm.get()));
+    report.Add("card", CardName(pcm.get()));
     return true;
 }
 
@@ -110,17 +110,17 @@ const Route routes[] = {
     {"Hardware PCM", "a card"},
 };
 
-std::string PlainRoute(const Facts& facts) {
-    const std::string chain = Fact(facts, "chain");
+std::string PlainRoute(const Tools::Facts& facts) {
+    const std::string chain = Tools::Fact(facts, "chain");
     for (const Route& route : routes)
         if (chain.find(route.word) != std::string::npos)
             return route.plain;
-    return "a device of the kind " + Fact(facts, "type");
+    return "a device of the kind " + Tools::Fact(facts, "type");
 }
 
-void DescribeDevice(const Facts& facts, Row& row) {
-    const std::string card = Fact(facts, "card");
-    const std::string delay = Fact(facts, "delay_ms");
+void DescribeDevice(const Tools::Facts& facts, Row& row) {
+    const std::string card = Tools::Fact(facts, "card");
+    const std::string delay = Tools::Fact(facts, "delay_ms");
     const std::string route = PlainRoute(facts) + (card.empty() ? "" : " (" + card + ")");
     row.values = {{"route", route}, {"card", card}};
     if (delay.empty())
@@ -136,9 +136,9 @@ void DescribeDevice(const Facts& facts, Row& row) {
         row.values.push_back({"delay_ms", delay, true});
 }
 
-void DescribeNone(const Facts& facts, Row& row) {
-    const bool busy = FactNumber(facts, "busy") != 0;
-    row.values = {{"route", "none"}, {"reason", Fact(facts, "no_device")}};
+void DescribeNone(const Tools::Facts& facts, Row& row) {
+    const bool busy = Tools::FactNumber(facts, "busy") != 0;
+    row.values = {{"route", "none"}, {"reason", Tools::Fact(facts, "no_device")}};
     row.Set(State::Warn,
             busy ? "another program holds the sound device: the demo plays in silence"
                  : "there is no sound device: the demo plays in silence",
@@ -147,25 +147,25 @@ void DescribeNone(const Facts& facts, Row& row) {
 
 } // namespace
 
-void LookAtSound(const Notebook& notebook) {
+void CollectSoundFacts(const Tools::Report& report) {
     snd_lib_error_set_handler(Ignore);
-    if (!NoteRoute(notebook))
+    if (!ReportRoute(report))
         return;
     Vell::Sound::AlsaDevice device;
     if (!device.Open(rate))
         return;
     const std::int64_t delay = LongestDelay(device);
-    notebook.Note("delay_ms", static_cast<int>(delay * 1000 / rate));
+    report.Add("delay_ms", static_cast<int>(delay * 1000 / rate));
 }
 
-Row SoundRow(const Apart& look) {
+Row SoundRow(const Tools::IsolatedRun& run) {
     Row row{"sound", "Sound"};
-    if (!look.InOrder())
-        row.Set(State::Warn, "looking at the sound device " + look.HowItEnded(), soundAdvice);
-    else if (look.facts.count("no_device") != 0)
-        DescribeNone(look.facts, row);
+    if (!run.ending.InOrder())
+        row.Set(State::Warn, "looking at the sound device " + run.ending.InWords(), soundAdvice);
+    else if (run.facts.count("no_device") != 0)
+        DescribeNone(run.facts, row);
     else
-        DescribeDevice(look.facts, row);
+        DescribeDevice(run.facts, row);
     return row;
 }
 

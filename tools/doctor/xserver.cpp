@@ -30,12 +30,12 @@ Display* ConnectPatiently() {
     return nullptr;
 }
 
-void NoteAbilities(Display* display, const Notebook& notebook) {
+void ReportAbilities(Display* display, const Tools::Report& report) {
     int opcode = 0;
     int event = 0;
     int error = 0;
-    notebook.Note("glx", XQueryExtension(display, "GLX", &opcode, &event, &error));
-    notebook.Note("depth", DefaultDepth(display, DefaultScreen(display)));
+    report.Add("glx", XQueryExtension(display, "GLX", &opcode, &event, &error));
+    report.Add("depth", DefaultDepth(display, DefaultScreen(display)));
 }
 
 bool HasMark(Display* display) {
@@ -45,15 +45,15 @@ bool HasMark(Display* display) {
 
 } // namespace
 
-void LookAtServer(const Notebook& notebook) {
+void CollectServerFacts(const Tools::Report& report) {
     Display* const display = ServerIsNamed() ? XOpenDisplay(nullptr) : nullptr;
     if (display == nullptr)
         return;
-    NoteAbilities(display, notebook);
+    ReportAbilities(display, report);
     XInternAtom(display, mark, False);
     XCloseDisplay(display);
     Display* const again = ConnectPatiently();
-    notebook.Note("resets", again == nullptr || !HasMark(again) ? 1 : 0);
+    report.Add("resets", again == nullptr || !HasMark(again) ? 1 : 0);
 }
 
 bool HoldServer() {
