@@ -3,7 +3,7 @@
 #include "tools/explain/explain.h"
 
 #include "tests/explain/page.h"
-#include "tests/passes/child.h"
+#include "tests/passes/isolation.h"
 #include "tests/passes/recorded_frames.h"
 
 #include <gmock/gmock.h>
@@ -26,7 +26,9 @@ struct Made {
 
     Made() {
         MakeFilmData();
-        InChild([] { Explain::MakePage({10, 1}, moment, "page.html", Explain::Measured::Shown); });
+        InIsolation([] {
+            Explain::MakePage({10, 1}, moment, "page.html", Explain::Measured::Shown);
+        });
         page = ReadFile("page.html");
     }
 };

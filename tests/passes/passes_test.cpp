@@ -3,7 +3,7 @@
 #include "tools/passes/passes.h"
 
 #include "demo/timeline.h"
-#include "tests/passes/child.h"
+#include "tests/passes/isolation.h"
 #include "tests/passes/recorded_frames.h"
 
 #include <gmock/gmock.h>
@@ -61,8 +61,8 @@ struct Recordings {
 
     Recordings() {
         MakeFilmData();
-        InChild(LookOn);
-        InChild(RecordColours);
+        InIsolation(LookOn);
+        InIsolation(RecordColours);
         seen = ReadFile("seen.bin");
         colours = ReadFile("colours.bin");
         frames = std::make_unique<Frames>(Passes::Detail::Everything, moments);

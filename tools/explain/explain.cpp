@@ -3,7 +3,7 @@
 #include "demo/show.h"
 #include "tools/explain/page.h"
 #include "tools/stage/newfile.h"
-#include "tools/stage/showfolder.h"
+#include "tools/stage/scratch.h"
 
 #include <cerrno>
 #include <cstring>
@@ -51,7 +51,7 @@ void MakePage(const Stage::Rate& rate, double time, const std::string& outPath, 
     CheckTime(time);
     CheckPath(outPath);
     const std::filesystem::path path = std::filesystem::absolute(outPath);
-    Stage::EnterShowFolder();
+    Tools::EnterDemoFolder();
     WritePage(path, PageOf(RecordFrame(rate, rate.FrameAt(time)), measured));
 }
 

@@ -108,9 +108,14 @@ std::vector<std::string> JoinCommand(const std::string& path, const FilmFormat& 
     });
 }
 
+Tools::Command FfmpegCommand(const std::vector<std::string>& arguments) {
+    return {
+        .arguments = arguments, .input = Tools::InputFrom::Pipe, .errors = Tools::OutputTo::Output};
+}
+
 Encoder::Encoder(const std::string& path, const FilmFormat& format, const std::string& soundPath,
                  int soundRate)
-    : ffmpeg(FilmCommand(path, format, soundPath, soundRate)) {}
+    : ffmpeg(FfmpegCommand(FilmCommand(path, format, soundPath, soundRate))) {}
 
 void Encoder::Write(Stage::FramePixels pixels) {
     // Rows go out from the top: the order costs nothing here.
@@ -122,11 +127,11 @@ void Encoder::Write(Stage::FramePixels pixels) {
     std::size_t first = 0;
     while (first < rows.size()) {
         ssize_t written =
-            writev(ffmpeg.Input(), &rows[first], static_cast<int>(rows.size() - first));
+            writev(ffmpeg.InputDescriptor(), &rows[first], static_cast<int>(rows.size() - first));
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
-            throw std::runtime_error("ffmpeg gave up: " + ffmpeg.Output());
+            throw std::runtime_error("ffmpeg gave up: " + ffmpeg.Message());
         for (; first < rows.size() && static_cast<std::size_t>(written) >= rows[first].iov_len;
              ++first)
             written -= static_cast<ssize_t>(rows[first].iov_len);

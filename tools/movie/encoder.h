@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tools/movie/process.h"
 #include "tools/stage/frames.h"
+#include "tools/stage/process.h"
 
 #include <string>
 #include <vector>
@@ -22,6 +22,9 @@ struct FilmFormat {
 std::vector<std::string> JoinCommand(const std::string& path, const FilmFormat& format,
                                      const std::string& soundPath, int soundRate);
 
+/// ffmpeg with these arguments, to be written to; all that it says is for a message.
+Tools::Command FfmpegCommand(const std::vector<std::string>& arguments);
+
 /// Makes a film file out of frames and a soundtrack, through ffmpeg.
 class Encoder {
 public:
@@ -37,7 +40,7 @@ public:
     void Finish();
 
 private:
-    Process ffmpeg;
+    Tools::Process ffmpeg;
 };
 
 } // namespace Movie

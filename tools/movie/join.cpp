@@ -1,16 +1,13 @@
+#include "tools/movie/encoder.h"
 #include "tools/movie/piece.h"
 #include "tools/movie/soundtrack.h"
 #include "tools/stage/newfile.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <map>
 #include <sstream>
 #include <stdexcept>
-
-#include <unistd.h>
 
 namespace Movie {
 
@@ -31,9 +28,10 @@ struct JoinedPiece {
 };
 
 Facts Probe(const std::string& path) {
-    Process ffprobe({"ffprobe", "-v", "error", "-select_streams", "v:0", "-show_entries",
-                     "stream=codec_name,width,height,pix_fmt:format_tags=comment", "-of",
-                     "default=noprint_wrappers=1", "file:" + path});
+    Tools::Process ffprobe(
+        {.arguments = {"ffprobe", "-v", "error", "-select_streams", "v:0", "-show_entries",
+                       "stream=codec_name,width,height,pix_fmt:format_tags=comment", "-of",
+                       "default=noprint_wrappers=1", "file:" + path}});
     ffprobe.Finish();
     Facts facts;
     std::istringstream lines(ffprobe.Output());
@@ -93,16 +91,6 @@ std::string List(const std::vector<JoinedPiece>& pieces) {
     return list;
 }
 
-void Send(int to, const std::string& text) {
-    std::size_t sent = 0;
-    while (sent < text.size()) {
-        const ssize_t written = write(to, text.data() + sent, text.size() - sent);
-        if (written < 0 && errno != EINTR)
-            throw std::runtime_error(std::string("ffmpeg gave up: ") + std::strerror(errno));
-        sent += written > 0 ? static_cast<std::size_t>(written) : 0;
-    }
-}
-
 } // namespace
 
 void JoinFilms(const std::vector<std::string>& paths, const std::string& path) {
@@ -118,9 +106,9 @@ void JoinFilms(const std::vector<std::string>& paths, const std::string& path) {
     const Stage::NewFile file(path);
     const Soundtrack sound(whole.Begin(), whole.End());
     const bool lossless = pieces.front().facts.at("pix_fmt") == losslessPixels;
-    Process ffmpeg(JoinCommand(file.Path(), {whole.rate, 1, lossless, whole.Comment()},
-                               sound.Path(), sound.Rate()));
-    Send(ffmpeg.Input(), List(pieces));
+    Tools::Process ffmpeg(FfmpegCommand(JoinCommand(
+        file.Path(), {whole.rate, 1, lossless, whole.Comment()}, sound.Path(), sound.Rate())));
+    ffmpeg.Write(List(pieces));
     ffmpeg.Finish();
     file.Complete();
 }

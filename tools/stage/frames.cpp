@@ -1,25 +1,22 @@
 #include "tools/stage/frames.h"
 
 #include "demo/show.h"
+#include "tools/stage/childprocess.h"
 #include "tools/stage/framering.h"
+#include "tools/stage/scratch.h"
 #include "tools/stage/show.h"
-#include "tools/stage/showfolder.h"
 
 #include <GL/gl.h>
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <thread>
-
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace Stage {
 
@@ -80,22 +77,8 @@ void ShareCores(int jobs) {
 /// One process that draws; ended and waited for with the object.
 class Job {
 public:
-    Job(const FrameRequest& request, std::vector<int> share) {
-        std::fflush(nullptr); // or the new process would write what is buffered a second time
-        process = fork();
-        if (process < 0)
-            throw std::runtime_error("cannot start another process");
-        if (process == 0)
-            Run(request, std::move(share));
-    }
-    ~Job() {
-        if (process <= 0)
-            return;
-        kill(process, SIGKILL);
-        waitpid(process, nullptr, 0);
-    }
-    Job(const Job&) = delete;
-    Job& operator=(const Job&) = delete;
+    Job(const FrameRequest& request, const std::vector<int>& share)
+        : process([&] { return Draw(request, share); }, Tools::ProcessGroup::Same) {}
 
     /// The next frame; nothing while none is ready. Throws when there will be none.
     bool Ready() {
@@ -107,47 +90,39 @@ public:
         case FrameRing::Wait::Nothing:
             break;
         }
-        if (Ended())
+        if (!process.Running())
             throw std::runtime_error("the process that draws the frames ended unexpectedly (see "
                                      "./movie --doctor)");
         return false;
     }
 
     FrameRing& Ring() { return ring; }
-    const ShowFolder& Where() const { return folder; }
 
-    /// Waits until the show has ended in order.
-    void Finish() {
-        waitpid(process, nullptr, 0);
-        process = 0;
+    /// Waits until the show has ended in order, and returns its log.
+    std::string Finish() {
+        process.Wait(std::numeric_limits<double>::infinity());
+        return folder.Log();
     }
 
 private:
-    bool Ended() {
-        if (process > 0 && waitpid(process, nullptr, WNOHANG) == process)
-            process = 0;
-        return process == 0;
-    }
-
-    [[noreturn]] void Run(const FrameRequest& request, std::vector<int> share) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody would take the frames
-        std::signal(SIGINT, SIG_IGN);     // the parent decides what Ctrl-C means
+    int Draw(const FrameRequest& request, const std::vector<int>& share) {
+        std::signal(SIGINT, SIG_IGN); // the parent decides what Ctrl-C means
         int status = EXIT_SUCCESS;
         try {
-            std::filesystem::current_path(folder.Folder());
+            std::filesystem::current_path(folder.Path());
             ShareCores(request.jobs);
-            Reader reader(std::move(share), ring);
+            Reader reader(share, ring);
             PlayShow(request.rate, reader.Last(), reader);
         } catch (const std::exception& error) {
             ring.Fail(error.what());
             status = EXIT_FAILURE;
         }
-        std::exit(status); // not _exit(): the demo's log gets its last lines in exit
+        std::exit(status); // the demo's log gets its last lines in exit
     }
 
-    ShowFolder folder;
+    Tools::DemoFolder folder;
     FrameRing ring;
-    pid_t process;
+    Tools::ChildProcess process; // last: it uses the others
 };
 
 /// Every `jobs`th of the frames, from number `first` on.
@@ -213,9 +188,9 @@ FrameCost DrawFrames(const FrameRequest& asked, FrameSink& sink, std::string* lo
         sink.Put(request.frames[i], job.Ring().Frame());
         job.Ring().Release();
     }
-    jobs.front()->Finish();
+    const std::string text = jobs.front()->Finish();
     if (log)
-        *log = jobs.front()->Where().Log();
+        *log = text;
     return Sum(jobs);
 }
 

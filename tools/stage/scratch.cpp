@@ -43,6 +43,11 @@ std::string DemoFolder::Log() const {
     return TextOf(folder.Path() / logFile);
 }
 
+void EnterDemoFolder() {
+    static const DemoFolder folder; // made before the log, and so gone after it
+    fs::current_path(folder.Path());
+}
+
 std::string TextOf(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};

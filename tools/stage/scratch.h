@@ -59,6 +59,11 @@ private:
     ScratchFolder folder;
 };
 
+/// Enters a folder to play the show in for good, for a show in this process: the demo's log gets
+/// its foot when the process ends, which then must not stand in the viewer's folder. Relative paths
+/// mean nothing afterwards. The folder goes when the process exits.
+void EnterDemoFolder();
+
 /// The name of the page that the demo leaves in its working folder.
 constexpr const char* logFile = "Vell_log.html";
 

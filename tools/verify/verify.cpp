@@ -2,8 +2,8 @@
 
 #include "demo/show.h"
 #include "tools/passes/passes.h"
+#include "tools/stage/scratch.h"
 #include "tools/stage/show.h"
-#include "tools/stage/showfolder.h"
 #include "tools/verify/reference.h"
 
 #include <GL/gl.h>
@@ -68,7 +68,7 @@ private:
 };
 
 std::vector<Reference> DrawMoments(std::vector<int> frames) {
-    Stage::EnterShowFolder();
+    Tools::EnterDemoFolder();
     const int last = frames.back();
     Keeper keeper(std::move(frames));
     Stage::PlayShow({}, last, keeper);
