@@ -3,7 +3,6 @@
 #include "tools/picture/encode.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -38,19 +37,6 @@ void WriteJpegOf(const fs::path& path, int width, int height, int channels,
 }
 
 } // namespace
-
-ScratchDir::ScratchDir() : previous(fs::current_path()) {
-    std::string pattern = (fs::temp_directory_path() / "vell_test_XXXXXX").string();
-    Demand(mkdtemp(pattern.data()) != nullptr, "cannot make a temporary directory " + pattern);
-    path = pattern;
-    fs::current_path(path);
-}
-
-ScratchDir::~ScratchDir() {
-    std::error_code ignored;
-    fs::current_path(previous, ignored);
-    fs::remove_all(path, ignored);
-}
 
 void WriteFile(const fs::path& path, const std::string& text) {
     MakeFolderOf(path);

@@ -1,24 +1,14 @@
 #pragma once
 
+#include "tools/stage/scratch.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
 
 /// A temporary working directory for one test: made and entered by the constructor, left and
 /// removed by the destructor. "Vell_log.html" and every relative path land in it.
-class ScratchDir {
-public:
-    ScratchDir();
-    ~ScratchDir();
-    ScratchDir(const ScratchDir&) = delete;
-    ScratchDir& operator=(const ScratchDir&) = delete;
-
-    const std::filesystem::path& Path() const { return path; }
-
-private:
-    std::filesystem::path previous;
-    std::filesystem::path path;
-};
+using ScratchDir = Tools::ScratchWorkingFolder;
 
 /// Writes `text` byte for byte; folders on the way are made. Throws std::runtime_error on failure,
 /// as every writer here does: a test whose input is missing must not go on.

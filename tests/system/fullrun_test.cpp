@@ -44,7 +44,7 @@ protected:
         if (!performance)
             Play();
         report = finalReport;
-        rows = ParseLogRows(performance->page);
+        rows = Tools::ParseLogPage(performance->page).rows;
     }
 
     void Play() {
