@@ -9,28 +9,27 @@ start_display() {
     if [ -n "${DISPLAY:-}" ] && display_answers; then
         return 1
     fi
-    local folder
-    folder=$(mktemp -d)
+    make_scratch
+    mkdir "${scratch:?}/display"
     # In a session of its own, since Ctrl-C shall end it only after what draws there; but however
     # this script ends, by SIGKILL even, it does not stay behind.
     setsid setpriv --pdeathsig TERM Xvfb -displayfd 3 -screen 0 1280x1024x24 +extension GLX \
-        -nolisten tcp -noreset </dev/null 3>"$folder/display" 2>"$folder/log" &
+        -nolisten tcp -noreset </dev/null 3>"${scratch:?}/display/number" 2>"$scratch/display/log" &
     virtual_display=$!
-    await_display "$folder"
-    DISPLAY=:$(cat "$folder/display")
+    await_display
+    DISPLAY=:$(cat "${scratch:?}/display/number")
     export DISPLAY
-    rm -rf "$folder"
+    rm -rf "${scratch:?}/display"
     return 0
 }
 
-# await_display FOLDER: until the server has written its number there.
+# await_display: until the server has written its number.
 await_display() {
     local tries=0
-    until [ -s "$1/display" ]; do
+    until [ -s "${scratch:?}/display/number" ]; do
         tries=$((tries + 1))
         if ! kill -0 "$virtual_display" 2>/dev/null || [ "$tries" -gt 200 ]; then
-            cat "$1/log" >&2
-            rm -rf "$1"
+            cat "${scratch:?}/display/log" >&2
             die "The virtual display (Xvfb) did not start."
         fi
         sleep 0.05

@@ -86,8 +86,10 @@ inside() {
 }
 
 scratch= # a temporary folder that ends with the script, once it is made
+
+# make_scratch: makes it, unless it is there.
 make_scratch() {
-    scratch=$(mktemp -d)
+    [ -n "$scratch" ] || scratch=$(mktemp -d)
 }
 
 leave_nothing() {

@@ -2,8 +2,10 @@
 # Usage: make_notices_a_change.sh SOURCE BUILD. art/make --check must name a file that differs from
 # what its program makes, and one that is missing, and must fail.
 set -u
-data=$(mktemp -d)
-trap 'rm -rf "$data"' EXIT
+cd "$1" || exit
+. packaging/common.sh
+make_scratch
+data=$scratch
 mkdir -p "$data/Gfx/Fish" "$data/Gfx/City"
 cp "$1/Data/Gfx/Fish/fish.png" "$data/Gfx/Fish"
 printf x >>"$data/Gfx/Fish/fish.png"
