@@ -51,14 +51,14 @@ const char* BufferOf(const Pass& pass, GLuint texture) {
 std::string NameOf(const TargetNow& target) {
     if (target.framebuffer == 0)
         return "screen";
-    const std::string& label = LabelOf(ObjectKind::framebuffer, target.framebuffer);
+    const std::string& label = LabelOf(ObjectKind::Framebuffer, target.framebuffer);
     return label.empty() ? SizeInWords(target.width, target.height) + " target" : label;
 }
 
 std::string ProgramName(GLuint program) {
     if (program == 0)
         return fixedPipeline;
-    const std::string& label = LabelOf(ObjectKind::program, program);
+    const std::string& label = LabelOf(ObjectKind::Program, program);
     return label.empty() ? "program" : label;
 }
 
@@ -67,7 +67,7 @@ std::string TextureName(const Input& input) {
     if (input.texture == 0)
         return "no texture";
     const Stage::TracedTexture texture = Stage::FindTexture(input.texture);
-    std::string name = LabelOf(ObjectKind::texture, input.texture);
+    std::string name = LabelOf(ObjectKind::Texture, input.texture);
     if (name.empty())
         name = SizeInWords(texture.width, texture.height) + " texture";
     return texture.picture || input.pass >= 0 ? name : name + ", not drawn in this frame";
@@ -156,7 +156,7 @@ void PassRecorder::Open() {
     pass.target = NameOf(target);
     PassFacts fresh;
     fresh.screen = target.framebuffer == 0;
-    fresh.target = LabelOf(ObjectKind::framebuffer, target.framebuffer);
+    fresh.target = LabelOf(ObjectKind::Framebuffer, target.framebuffer);
     for (const Pass& earlier : passes)
         fresh.before.push_back(earlier.name);
     facts = fresh;
