@@ -111,7 +111,7 @@ std::string Facts(const FrameRecord& record, Measured measured) {
                             Number(static_cast<double>(record.rate.frames) /
                                    static_cast<double>(record.rate.seconds)) +
                             " a second"});
-    table.Row({"Timeline", Escape(WordsFor(segment))});
+    table.Row({"Timeline", Escape(DescriptionOf(segment))});
     table.Row({"Flight", Escape(FlightInWords(record.time))});
     table.Row({"Eye", Point(record.view.eye) + ", looking at " + Point(record.view.centre)});
     table.Row({"Music", "lowest band of the spectrum " + Number(record.lowestBand)});
