@@ -17,9 +17,7 @@ Labels& AllLabels() {
 } // namespace
 
 void Label(ObjectKind kind, GLuint name, const std::string& text) {
-    if (text.empty())
-        Unlabel(kind, name);
-    else if (name != 0)
+    if (name != 0)
         AllLabels()[{kind, name}] = text;
 }
 

@@ -75,7 +75,7 @@ TEST(Labels, Go_with_the_object_so_that_the_next_of_its_number_has_its_own) {
     EXPECT_EQ(LabelOf(ObjectKind::Buffer, 4), "second");
 }
 
-TEST(Labels, Go_when_there_is_no_text) {
+TEST(Labels, Of_no_text_are_none) {
     Label(ObjectKind::List, 6, "faces");
     Label(ObjectKind::List, 6, "");
     EXPECT_EQ(LabelOf(ObjectKind::List, 6), "");
