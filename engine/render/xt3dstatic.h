@@ -87,9 +87,26 @@ public:
     /// (texture0 to texture3, lightmap) their units. Only the first call of a mesh counts.
     /// Returns the material, which the mesh owns; one that is set on a mesh that shares another's
     /// path is never released, so set it on the first.
+    ///
+    /// The vertex shader must write gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex: the water's
+    /// mirror image is cut by a clip plane, and a mesh whose shader does not say where it is may be
+    /// missing from it.
     Shader* SetMaterialShader(const std::string& vertPath, const std::string& fragPath);
     /// Null when none was set.
     Shader* GetMaterialShader() { return materialShader; }
+
+    /// What was loaded; no sub-meshes and no light map before Load() and after one that failed. A
+    /// mesh that shares another's path knows no texture directory and no box (GetBBox()).
+    const std::string& GetName() const { return name; } // the path
+    const std::string& GetTextureDirectory() const { return textureDirectory; }
+    int GetSubMeshCount() const { return subMeshCount; }
+    /// To read: vertices, textures and buffers of sub-mesh `i`, 0 to GetSubMeshCount() - 1 (the
+    /// caller keeps to that range). Valid until the mesh that loaded the file goes.
+    const XT3DSubMesh& GetSubMesh(int i) const { return subMeshes[i]; }
+    /// Sum over all sub-meshes; three make a triangle.
+    int GetVertexCount() const;
+    /// Null without a light map.
+    const Image* GetLightmap() const { return lightmap; }
 
     /// Additive blending, which also leaves the depth buffer unwritten; off at first.
     void SetBlend(bool on) { blend = on; }

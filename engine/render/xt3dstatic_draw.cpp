@@ -118,6 +118,13 @@ Shader* XT3DStatic::SetMaterialShader(const std::string& vertPath, const std::st
     return materialShader;
 }
 
+int XT3DStatic::GetVertexCount() const {
+    int count = 0;
+    for (int i = 0; i < subMeshCount; ++i)
+        count += subMeshes[i].vertexCount;
+    return count;
+}
+
 void XT3DStatic::Draw() {
     if (!show)
         return;

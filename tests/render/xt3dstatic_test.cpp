@@ -87,6 +87,28 @@ TEST_F(XT3DStaticTest, Reads_every_number_of_a_record_to_its_place) {
     EXPECT_FALSE(Probe::HasLightmap(mesh));
 }
 
+TEST_F(XT3DStaticTest, Tells_what_was_loaded) {
+    Vell::XT3DStatic mesh;
+    EXPECT_EQ(mesh.GetSubMeshCount(), 0);
+    EXPECT_EQ(mesh.GetVertexCount(), 0);
+    EXPECT_EQ(mesh.GetLightmap(), nullptr);
+    const std::string path = "told.xt3dstatic";
+    WriteFile(path, "XT3DSTATIC 2 tex/ 1\n"
+                    "NULL a.png NULL 1\n1 2 3  0 0 1  0 0  0 0\n"
+                    "NULL NULL NULL 2\n4 5 6  0 0 1  0 0  0 0\n7 8 9  0 0 1  0 0  0 0\n");
+    mesh.Load(path);
+    EXPECT_EQ(mesh.GetName(), path);
+    EXPECT_EQ(mesh.GetTextureDirectory(), "tex/");
+    EXPECT_EQ(mesh.GetSubMeshCount(), 2);
+    EXPECT_EQ(mesh.GetVertexCount(), 1 + 2);
+    EXPECT_EQ(mesh.GetSubMesh(0).texture0, nullptr);
+    EXPECT_EQ(mesh.GetSubMesh(0).texture1->GetName(), "tex/a.png");
+    EXPECT_EQ(mesh.GetSubMesh(1).vertexCount, 2);
+    EXPECT_EQ(mesh.GetSubMesh(1).positions[1], Vell::vec3(7, 8, 9));
+    EXPECT_EQ(mesh.GetLightmap()->GetName(), "tex/lightmap.jpg");
+    EXPECT_EQ(mesh.GetBBox()->GetMax(), Vell::vec3(7, 8, 9));
+}
+
 TEST_F(XT3DStaticTest, Logs_its_path_when_it_is_loaded_and_when_it_is_freed) {
     const std::string prefix = NewPrefix();
     const std::string name =
