@@ -16,9 +16,10 @@ class Camera;
 ///
 /// Space:   world; a face is named after the axis it lies on, so `xpos` is the picture seen when
 ///          looking along +x.
-/// Picture: as Image hands it over, seen from inside the cube and not mirrored. The four sides are
-///          upright; the upper edge of `ypos` lies towards -z, that of `yneg` towards +z. Pictures
-///          made for this meet without seams.
+/// Picture: as Image hands it over, seen from inside the cube: a PNG as it is, a JPEG with left and
+///          right exchanged, so draw it mirrored. The four sides are upright; the upper edge of
+///          `ypos` lies towards -z, that of `yneg` towards +z. Pictures made for this meet without
+///          seams.
 /// Texture: unit 0 while drawing; texturing is off on unit 0 afterwards and the last face's picture
 ///          stays bound there.
 /// Needs:   a current context on which InitEngine() succeeded.

@@ -55,7 +55,11 @@ public:
     /// The number given to the constructor.
     int GetLevel() const { return level; }
 
-    /// Draws n x n strips on top of the view that is already loaded, n being the height map's width
+    /// Draws n x n strips of one unit of x by eight of z, all with the same corner of the height
+    /// map: strip b of column a, both from 0, begins at x = 32 (a + 1), z = 32 (a n + b + 1), so
+    /// that they lie along a diagonal from (32, 32) on.
+    ///
+    /// They come on top of the view that is already loaded, n being the height map's width
     /// / 32 rounded down; a narrower height map draws nothing. The camera position is not used. The
     /// vertex and texture-coordinate arrays are off afterwards. OpenGL errors that were pending
     /// before are pending still, and none is added.

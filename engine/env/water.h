@@ -22,6 +22,13 @@ class Camera;
 /// only between ShadowMapping's BindShadowMap() and UnBindShadowMap(); in the main pass it is the
 /// identity, so that the shadow can fall on 0 <= x <= 1 only. That is how the frame is ordered.
 ///
+/// Without shadow mapping this shows as a stripe of half the light at 0 <= x <= 1, z > 0. One line
+/// after InitEngine() takes it away, for as long as nobody else sets texture matrix 0:
+/// `glMatrixMode(GL_TEXTURE), glScalef(1, 1, 0), glMatrixMode(GL_MODELVIEW);`
+///
+/// Until SetSize() the surface counts as in view only where its positive quarter is, from (0, 0) to
+/// (1024, 1024): with that out of view nothing of it is drawn.
+///
 /// Space:   world; +y is up, units are the scene's.
 /// Texture: unit 0 normal map, 1 reflection, 2 refraction, 6 shadow map (bound by ShadowMapping).
 /// Needs:   a current context on which InitEngine() succeeded.

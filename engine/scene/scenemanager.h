@@ -24,6 +24,11 @@ class Water;
 /// Pointers returned here stay valid until then, or until the camera, the water or the sky box they
 /// point to is replaced.
 ///
+/// Files: the registry of loaded files forgets nothing. What a manager has deleted, a mesh, a
+///        picture, is still registered under its path, and to load that path again is to read freed
+///        memory. Two scenes with files in common live side by side, the one that loaded them going
+///        last; a scene that comes after another needs files of other paths.
+///
 /// Needs: a current context on which InitEngine() succeeded, with the screen size final: the scene
 ///        target and the chain of effects take it at construction.
 class SceneManager {
@@ -44,6 +49,9 @@ public:
 
     /// Appends a node with `mesh` at `position`. The mesh is not owned by the node; it must live
     /// as long as the manager.
+    ///
+    /// A mesh takes shadows where its vertices lie without the node: a floor that its node has
+    /// moved into place gets none, or others'.
     SceneNode* AddSceneNode(Mesh* mesh, const vec3& position);
 
     /// Returns the static mesh of that file, loading it when no one has before; a mesh loaded here
@@ -56,14 +64,30 @@ public:
 
     /// Creates the shadow mapping at the first call and configures it at every call: position
     /// and target of the light in world units, side of its depth target in texels, darkness 0..1.
+    ///
+    /// The side must fit the light's distance d. A difference of depth up to 0.0001 d^2 units is no
+    /// shadow, so a light close by needs a large side, or lit ground darkens itself. So large a
+    /// part of it does when it is lit at 45 degrees:
+    ///
+    ///     d      side 512   1024   2048   4096
+    ///     20     100 %      91 %   32 %   0
+    ///     43      85 %      23 %    0     0
+    ///     100      2 %       0      0     0
+    ///
+    /// There is none from d * side = 86,600 on. The light may not stand exactly above its target,
+    /// see ShadowMapping::SetLight(). Terrains neither cast nor take shadows. Where there is no
+    /// node, on the sky and on terrains, the picture is darkened by the clear colour's red times
+    /// the darkness: keep that red at 0.
     ShadowMapping* AddShadowMapping(const vec3& lightPosition, const vec3& lightTarget, int size,
                                     float intensity);
     ShadowMapping* GetShadowMap() const { return shadow; }
 
-    /// Replaces the water by a new one with its defaults.
+    /// Replaces the water by a new one with its defaults. The normal map must be a file that no
+    /// water before had, see Files above.
     Water* AddWater();
 
     /// Replaces the sky box by a new one of six pictures, named after the axis they are seen along.
+    /// The box before is deleted first, so none of its files may be among them, see Files above.
     SkyBox* AddSkyBox(const std::string& xpos, const std::string& xneg, const std::string& ypos,
                       const std::string& yneg, const std::string& zpos, const std::string& zneg);
 
