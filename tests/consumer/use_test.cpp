@@ -1,9 +1,9 @@
 // The engine in a program of somebody else's: docs/use-the-library.md, line by line, in a folder
 // far from this tree.
 
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
 
@@ -63,7 +63,7 @@ class Use : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
         home = std::make_unique<ScratchDir>();
-        display = std::make_unique<VirtualDisplay>();
+        display = std::make_unique<Tools::VirtualDisplay>();
     }
 
     static void TearDownTestSuite() {
@@ -91,18 +91,23 @@ protected:
 
     /// Runs commands as the page gives them, in a home of its own; without optimisation, for the
     /// time that saves.
-    static Outcome Shell(const std::string& commands) {
-        return ProgramRun({"/bin/bash", "-ec", commands}, {{"HOME", home->Path().string()},
-                                                           {"DISPLAY", display->Name()},
-                                                           {"CMAKE_GENERATOR", "Ninja"},
-                                                           {"CMAKE_BUILD_TYPE", "Debug"},
-                                                           {"CXXFLAGS", "-O0"}})
-            .Wait(patience);
+    static Tools::Ending Shell(const std::string& commands) {
+        Tools::Environment around = {{"HOME", home->Path().string()},
+                                     {"DISPLAY", display->Name()},
+                                     {"CMAKE_GENERATOR", "Ninja"},
+                                     {"CMAKE_BUILD_TYPE", "Debug"},
+                                     {"CXXFLAGS", "-O0"}};
+        if (fs::exists("/usr/bin/ccache")) { // then a file is compiled once, and not in every run
+            around["CMAKE_CXX_COMPILER_LAUNCHER"] = "/usr/bin/ccache";
+            around["CCACHE_BASEDIR"] = home->Path().string();
+            around["CCACHE_DIR"] = NIMBREL_BINARY_DIR "/tests/consumer/ccache";
+        }
+        return Tools::Run({.arguments = {"/bin/bash", "-ec", commands}, .added = around}, patience);
     }
 
     static std::string Told(const std::string& commands) {
-        const Outcome end = Shell(commands);
-        EXPECT_EQ(end.exitStatus, 0) << commands << end.output << end.complaint;
+        const Tools::Ending end = Shell(commands);
+        EXPECT_EQ(end.exitStatus, 0) << commands << end.output << end.errors;
         return end.output;
     }
 
@@ -121,11 +126,11 @@ protected:
     }
 
     static std::unique_ptr<ScratchDir> home;
-    static std::unique_ptr<VirtualDisplay> display;
+    static std::unique_ptr<Tools::VirtualDisplay> display;
 };
 
 std::unique_ptr<ScratchDir> Use::home;
-std::unique_ptr<VirtualDisplay> Use::display;
+std::unique_ptr<Tools::VirtualDisplay> Use::display;
 
 } // namespace
 

@@ -1,9 +1,9 @@
 // The engine asks no library for its context: the same scene, drawn in whatever is current, gives
 // the same picture.
 
-#include "tests/support/program_run.h"
 #include "tests/support/scratch.h"
-#include "tests/support/virtual_display.h"
+#include "tools/stage/display.h"
+#include "tools/stage/process.h"
 
 #include <gtest/gtest.h>
 
@@ -28,12 +28,13 @@ struct Window {
 class Windows : public ::testing::TestWithParam<Window> {
 protected:
     /// The program's picture; empty, with a failed test, when it writes none.
-    std::string PictureOf(const std::string& name, const Environment& around,
+    std::string PictureOf(const std::string& name, const Tools::Environment& around,
                           const std::vector<std::string>& removed = {}) {
-        const Outcome end =
-            ProgramRun({Program(name), name + ".ppm"}, around, removed).Wait(patience);
-        EXPECT_EQ(end.exitStatus, 0) << end.complaint;
-        return end.exitStatus == 0 ? ReadFile(name + ".ppm") : "";
+        const Tools::Ending end = Tools::Run(
+            {.arguments = {Program(name), name + ".ppm"}, .added = around, .removed = removed},
+            patience);
+        EXPECT_TRUE(end.InOrder()) << end.InWords();
+        return end.InOrder() ? ReadFile(name + ".ppm") : "";
     }
 
     static std::array<int, 3> PixelOf(const std::string& picture, int x, int y) {
@@ -46,7 +47,7 @@ protected:
     }
 
     ScratchDir scratch;
-    VirtualDisplay display;
+    Tools::VirtualDisplay display;
 };
 
 } // namespace
