@@ -145,6 +145,13 @@ TEST_F(Commands, That_have_a_shorter_form_are_on_a_page_and_have_a_reason) {
     }
 }
 
+TEST_F(Commands, Of_a_block_with_a_name_are_those_of_the_page_that_another_test_follows) {
+    for (const Docs::Page& page : Docs::AllPages(stage->Root())) {
+        const bool another = page.name == "docs/use-the-library.md"; // tests/consumer
+        EXPECT_TRUE(another || page.text.find("\n```sh ") == std::string::npos) << page.name;
+    }
+}
+
 // The checker itself: each of these must be found.
 
 TEST_F(Commands, Are_complained_of_when_they_fail) {

@@ -76,11 +76,12 @@ std::vector<std::string> Astray(const Docs::Page& page) {
 }
 
 /// Whether it is written like the path of something in the tree: blanks, brackets and the like do
-/// not belong there, and what lies under build/ need not be there.
+/// not belong there, and what lies under build/, or where the engine is installed, need not be
+/// there.
 bool LooksLikePath(const std::string& code) {
     static const std::regex form("(\\./)?[A-Za-z0-9_.-]+(/[A-Za-z0-9_.-]+)*/?");
     return code.find('/') != std::string::npos && std::regex_match(code, form) &&
-           !code.starts_with("build/");
+           !code.starts_with("build/") && !code.starts_with("include/");
 }
 
 /// What a heading is called in links: "## What is there?" is "what-is-there".
