@@ -4,11 +4,11 @@
 #include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/ressourcemanager.h"
+#include "engine/render/tokenreader.h"
 #include "engine/render/trust.h"
 
-#include <fstream>
+#include <array>
 #include <new>
-#include <vector>
 
 namespace Vell {
 
@@ -25,34 +25,24 @@ struct Element {
 };
 // A number and what parts it from the one before: a blank, a sign or a point.
 constexpr std::size_t numberText = 2;
-constexpr Element plainVertex = {2 * sizeof(vec3) + 2 * sizeof(vec2), 8 * numberText};
-constexpr Element litVertex = {plainVertex.memory, 10 * numberText};
+constexpr std::size_t plainNumbers = 8; // of a vertex: position, normal, texture coordinates
+constexpr std::size_t litNumbers = 10;  // and light map coordinates
+constexpr Element plainVertex = {2 * sizeof(vec3) + 2 * sizeof(vec2), plainNumbers* numberText};
+constexpr Element litVertex = {plainVertex.memory, litNumbers* numberText};
 // A record, three images and OpenGL's four buffers, without what the images' names take. "a b c 0"
 // is the shortest there is, and the next may follow its count without a blank.
 constexpr Element block = {2048, 7};
 
-// 600,000 numbers stand in the city's file: few large reads instead of many small ones.
-constexpr std::size_t readBufferBytes = static_cast<std::size_t>(1) << 18;
-
 // A count as it stands in the file; a negative one, and one that is no number, is 0.
-int ReadCount(std::istream& in) {
+int ReadCount(TokenReader& in) {
     int count = 0;
     in >> count;
     return count > 0 ? count : 0;
 }
 
-// 0 for what cannot be measured, as a pipe.
-std::size_t BytesLeft(std::istream& in) {
-    std::streambuf& file = *in.rdbuf();
-    const std::streamoff here = file.pubseekoff(0, std::ios::cur, std::ios::in);
-    const std::streamoff end = file.pubseekoff(0, std::ios::end, std::ios::in);
-    file.pubseekpos(here, std::ios::in);
-    return end > here ? static_cast<std::size_t>(end - here) : 0;
-}
-
 // False when so many are more than is taken on trust and more than the rest of the file can hold.
-bool IsCredible(std::size_t count, const Element& element, std::istream& in) {
-    return count <= takenOnTrust / element.memory || count <= BytesLeft(in) / element.text;
+bool IsCredible(std::size_t count, const Element& element, TokenReader& in) {
+    return count <= takenOnTrust / element.memory || count <= in.BytesLeft() / element.text;
 }
 
 // On its own so that a leak report names what is left behind on purpose, see ReleaseSubMeshes():
@@ -181,12 +171,9 @@ void XT3DStatic::Load(const std::string& path) {
     // Sub-meshes of an earlier file are forgotten, not released: other meshes may share them.
     subMeshes = nullptr;
     subMeshCount = 0;
-    std::vector<char> buffer(readBufferBytes);
-    std::ifstream file;
-    file.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    file.open(path);
+    TokenReader file(path);
     // What failed keeps its light map: the registry points at it.
-    const bool complete = file.is_open() && Read(file);
+    const bool complete = file.IsOpen() && Read(file);
     if (!complete)
         ReleaseSubMeshes();
     Log::GetInstance().Write("XT3DStatic", complete ? "LOADED" : "ERROR", name);
@@ -206,9 +193,9 @@ void XT3DStatic::Share(const XT3DStatic& other) {
 }
 
 // False for a file that is no mesh or promises more than there can be. A file that ends early, or
-// has a word where a number belongs, is not noticed, on purpose: the stream then gives nothing
+// has a word where a number belongs, is not noticed, on purpose: the reader then gives nothing
 // more, and everything not read keeps its zeros.
-bool XT3DStatic::Read(std::istream& in) {
+bool XT3DStatic::Read(TokenReader& in) {
     if (!ReadHeader(in))
         return false;
     if (hasLightmap)
@@ -220,7 +207,7 @@ bool XT3DStatic::Read(std::istream& in) {
     return true;
 }
 
-bool XT3DStatic::ReadHeader(std::istream& in) {
+bool XT3DStatic::ReadHeader(TokenReader& in) {
     std::string magic;
     in >> magic;
     if (magic != magicWord)
@@ -243,7 +230,7 @@ void XT3DStatic::LoadLightmap() {
     lightmap->Load(textureDirectory + lightmapFile);
 }
 
-bool XT3DStatic::ReadSubMesh(std::istream& in, XT3DSubMesh& subMesh) {
+bool XT3DStatic::ReadSubMesh(TokenReader& in, XT3DSubMesh& subMesh) {
     subMesh.texture0 = ReadTexture(in);
     subMesh.texture1 = ReadTexture(in);
     subMesh.texture2 = ReadTexture(in);
@@ -262,7 +249,7 @@ bool XT3DStatic::ReadSubMesh(std::istream& in, XT3DSubMesh& subMesh) {
 
 // A name that is not there, because the file ends or reading has failed, is an empty one: no
 // "NULL", so an image of the directory itself, which is none.
-Image* XT3DStatic::ReadTexture(std::istream& in) {
+Image* XT3DStatic::ReadTexture(TokenReader& in) {
     std::string file;
     in >> file;
     if (file == noTexture)
@@ -272,16 +259,15 @@ Image* XT3DStatic::ReadTexture(std::istream& in) {
     return image;
 }
 
-void XT3DStatic::ReadVertices(std::istream& in, XT3DSubMesh& subMesh) {
+void XT3DStatic::ReadVertices(TokenReader& in, XT3DSubMesh& subMesh) {
     for (int i = 0; i < subMesh.vertexCount && in; ++i) {
-        vec3& position = subMesh.positions[i];
-        vec3& normal = subMesh.normals[i];
-        vec2& texcoord = subMesh.texcoords[i];
-        in >> position.x >> position.y >> position.z;
-        in >> normal.x >> normal.y >> normal.z;
-        in >> texcoord.x >> texcoord.y;
+        std::array<float, litNumbers> record{};
+        in >> std::span(record).first(hasLightmap ? litNumbers : plainNumbers);
+        subMesh.positions[i] = vec3(record[0], record[1], record[2]);
+        subMesh.normals[i] = vec3(record[3], record[4], record[5]);
+        subMesh.texcoords[i] = vec2(record[6], record[7]);
         if (hasLightmap)
-            in >> subMesh.lightmapTexcoords[i].x >> subMesh.lightmapTexcoords[i].y;
+            subMesh.lightmapTexcoords[i] = vec2(record[8], record[9]);
     }
 }
 
