@@ -5,7 +5,7 @@
 packages_play="g++ cmake ninja-build pkgconf libsdl1.2-dev libgl-dev libglu1-mesa-dev
     libgl1-mesa-dri libjpeg62-turbo-dev libpng-dev libmpg123-dev libasound2-dev
     libkissfft-dev libx11-dev xvfb"
-packages_tools="nlohmann-json3-dev libssl-dev" # for whatever is configured with NIMBREL_BUILD_TOOLS
+packages_tools="nlohmann-json3-dev libssl-dev libfast-float-dev" # for whatever is configured with NIMBREL_BUILD_TOOLS
 packages_movie="ffmpeg"
 packages_art="libembree-dev libmp3lame-dev libebur128-dev"
 packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git xauth
