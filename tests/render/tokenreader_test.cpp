@@ -13,6 +13,7 @@
 #include <fstream>
 #include <limits>
 #include <sstream>
+#include <vector>
 
 #include <sys/stat.h>
 
@@ -32,13 +33,31 @@ struct Extraction {
 };
 
 template <class In>
-Extraction ExtractFloat(In& in) {
+Extraction ExtractFloat(In& in, bool behindWord) {
+    std::string word;
+    if (behindWord)
+        in >> word;
     float number = untouched;
     in >> number;
     const bool good = static_cast<bool>(in);
     std::string rest;
     in >> rest;
     return {std::bit_cast<std::uint32_t>(number), good, rest};
+}
+
+/// The number at the front, before any of the file is there to be read the quick way, and behind a
+/// word; by the reader and by a stream.
+std::vector<Extraction> Extractions(const std::string& text) {
+    std::vector<Extraction> all;
+    for (const bool behindWord : {false, true}) {
+        const std::string whole = behindWord ? "word " + text : text;
+        const TextFile file(whole);
+        TokenReader reader(file.Path());
+        std::istringstream stream(whole);
+        all.push_back(ExtractFloat(reader, behindWord));
+        all.push_back(ExtractFloat(stream, behindWord));
+    }
+    return all;
 }
 
 } // namespace
@@ -56,10 +75,7 @@ class Float : public ::testing::TestWithParam<FloatCase> {};
 
 TEST_P(Float, Is_what_a_stream_reads) {
     const FloatCase& c = GetParam();
-    const TextFile file(c.text);
-    TokenReader reader(file.Path());
-    std::istringstream stream(c.text);
-    for (const Extraction& got : {ExtractFloat(reader), ExtractFloat(stream)}) {
+    for (const Extraction& got : Extractions(c.text)) {
         EXPECT_EQ(got.bits, std::bit_cast<std::uint32_t>(c.value)) << c.text;
         EXPECT_EQ(got.good, c.good) << c.text;
         EXPECT_EQ(got.rest, c.rest) << c.text;
@@ -115,21 +131,18 @@ TEST(TokenReader, Takes_numbers_of_400_digits) {
                  {"0." + zeros + "1 ", 0.0f, true},
                  {"1" + zeros + "e-500 ", 0.0f, true},
                  {"-0." + zeros + "1e500", -largest, false}};
-    for (const auto& [text, value, good] : cases) {
-        const TextFile file(text);
-        TokenReader reader(file.Path());
-        const Extraction got = ExtractFloat(reader);
-        EXPECT_EQ(got.bits, std::bit_cast<std::uint32_t>(value)) << text;
-        EXPECT_EQ(got.good, good) << text;
-    }
+    for (const auto& [text, value, good] : cases)
+        for (const Extraction& got : Extractions(text)) {
+            EXPECT_EQ(got.bits, std::bit_cast<std::uint32_t>(value)) << text;
+            EXPECT_EQ(got.good, good) << text;
+        }
 }
 
 TEST(TokenReader, Takes_a_zero_byte_for_a_character_like_any_other) {
-    const TextFile file(std::string("1\0 2", 4));
-    TokenReader reader(file.Path());
-    const Extraction got = ExtractFloat(reader);
-    EXPECT_EQ(got.bits, std::bit_cast<std::uint32_t>(1.0f));
-    EXPECT_EQ(got.rest, std::string("\0", 1));
+    for (const Extraction& got : Extractions(std::string("1\0 2", 4))) {
+        EXPECT_EQ(got.bits, std::bit_cast<std::uint32_t>(1.0f));
+        EXPECT_EQ(got.rest, std::string("\0", 1));
+    }
 }
 
 TEST(TokenReader, Reads_whole_numbers_into_their_range) {
