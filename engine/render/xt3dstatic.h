@@ -74,7 +74,8 @@ public:
     /// `takenOnTrust` bytes and the rest of the file could not hold it. A vertex takes 40 bytes and
     /// at least 2 bytes of the file for each of its 8 or 10 numbers; a sub-mesh without its
     /// vertices takes 2 KiB and three times the directory's name, and at least 7 bytes of the file.
-    /// Reading itself takes 64 KiB of the stack and none of the heap, but for names.
+    /// Reading itself takes 64 KiB of the stack and none of the heap, but for names
+    /// and unusual numbers.
     void Load(const std::string& path) override;
 
     /// Draws every sub-mesh, with the material when there is one, cut by texture alpha at 0.5.

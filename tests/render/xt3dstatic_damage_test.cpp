@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <limits>
 
+#include <sys/stat.h>
+
 using namespace Vell;
 
 namespace {
@@ -65,6 +67,12 @@ TEST_F(XT3DStaticDamageTest, Refuses_a_missing_file) {
 TEST_F(XT3DStaticDamageTest, Refuses_a_folder) {
     const std::string name = NewPrefix() + "folder";
     std::filesystem::create_directory(name);
+    ExpectRefused(name);
+}
+
+TEST_F(XT3DStaticDamageTest, Refuses_a_pipe_without_waiting_for_it) {
+    const std::string name = NewPrefix() + "pipe";
+    ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
     ExpectRefused(name);
 }
 
