@@ -1,10 +1,11 @@
-// compare_city A B: whether two meshes are the same city, as far as processors agree about it.
+// Whether two meshes are the same city, as far as processors agree about it.
 //
 // What the eyes see first is measured with rays. Embree refines a reciprocal that the processor
 // estimates, and Intel's and AMD's estimates differ; where a ray just grazes an edge, or meets two
 // faces at one place, the other face may so come first. Some fifteen triangles of nineteen thousand
 // are then left out, or marked for another flight, and the charts of the light map move together.
 #include "art/common/meshlikeness.h"
+#include "art/common/options.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,9 +15,8 @@ namespace {
 constexpr double leastLikeness = 0.997; // what a change of the plan or of a flight does is far less
 
 constexpr int different = 1;
-constexpr int wrongUsage = 2;
 
-bool Read(const char* path, Art::MeshFile& mesh) {
+bool Read(const std::string& path, Art::MeshFile& mesh) {
     std::string error;
     if (Art::ReadMesh(path, mesh, error))
         return true;
@@ -26,14 +26,18 @@ bool Read(const char* path, Art::MeshFile& mesh) {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: compare_city A B\n");
-        return wrongUsage;
-    }
+int main(int count, char** arguments) {
+    int status = 0;
+    const auto meshes = Art::ReadArguments(
+        {.program = "compare_city",
+         .purpose = "Says how many triangles two meshes share; fails when they are not one city.",
+         .operands = {"A", "B"}},
+        count, arguments, status);
+    if (!meshes)
+        return status;
     Art::MeshFile a;
     Art::MeshFile b;
-    if (!Read(argv[1], a) || !Read(argv[2], b))
+    if (!Read(meshes->front(), a) || !Read(meshes->back(), b))
         return different;
     const double likeness = Art::Likeness(a, b);
     std::printf("%.2f %% of the triangles are the same\n", likeness * 100);

@@ -1,34 +1,30 @@
-// make_city FOLDER [--without STEP]...: writes city.xt3dstatic into FOLDER and says what it holds.
 #include "art/city/meshing.h"
 #include "art/city/plan.h"
+#include "art/common/options.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <optional>
 #include <string>
 
 namespace {
 
-struct Order {
-    std::string folder;
-    Art::Steps steps = Art::allSteps;
-};
-
-void PrintUsage() {
-    std::fprintf(stderr, "usage: make_city FOLDER [--without STEP]...\n"
-                         "       make_city --steps    names the steps, one a line\n"
-                         "Steps that make the mesh cheap to draw:\n");
+std::string StepNames() {
+    std::string names;
     for (const Art::StepRow& row : Art::stepRows)
-        std::fprintf(stderr, "  %-8s %s\n", row.name, row.what);
+        names += std::string(names.empty() ? "" : "\n") + row.name;
+    return names;
 }
 
-void PrintSteps() {
+/// What the program does, with the steps that make the mesh cheap to draw.
+std::string Purpose() {
+    std::string text = "Writes city.xt3dstatic into FOLDER and says what it holds. Its steps:\n";
     for (const Art::StepRow& row : Art::stepRows)
-        std::printf("%s\n", row.name);
+        text += "  " + std::string(row.name) + ": " + row.what + "\n";
+    return text;
 }
 
 /// Takes a step away; false when none is called so.
-bool Leave(Art::Steps& steps, const std::string& name) {
+bool Remove(Art::Steps& steps, const std::string& name) {
     const auto row = std::find_if(Art::stepRows.begin(), Art::stepRows.end(),
                                   [&](const Art::StepRow& r) { return r.name == name; });
     if (row == Art::stepRows.end())
@@ -37,28 +33,11 @@ bool Leave(Art::Steps& steps, const std::string& name) {
     return true;
 }
 
-std::optional<Order> Understand(int argc, char** argv) {
-    Order order;
-    for (int i = 1; i < argc; ++i) {
-        const std::string word = argv[i];
-        if (word == "--without") {
-            if (++i == argc || !Leave(order.steps, argv[i]))
-                return std::nullopt;
-        } else if (!order.folder.empty() || word.starts_with("-"))
-            return std::nullopt;
-        else
-            order.folder = word;
-    }
-    if (order.folder.empty())
-        return std::nullopt;
-    return order;
-}
-
-int Make(const Order& order) {
+int Make(const std::string& folder, const Art::Steps& steps) {
     const Art::Builder city = Art::BuildCity(Art::citySeed);
     Art::MeshReport report;
-    const Art::MeshFile mesh = Art::MeshCity(city, Art::MeasureCity(city), report, order.steps);
-    const std::string path = order.folder + "/city.xt3dstatic";
+    const Art::MeshFile mesh = Art::MeshCity(city, Art::MeasureCity(city), report, steps);
+    const std::string path = folder + "/city.xt3dstatic";
     if (!Art::WriteMesh(path, mesh))
         return 1;
     std::printf("%s: %zu buildings, %zu lamps, %zu surfaces (%zu hidden ones dropped), "
@@ -71,15 +50,29 @@ int Make(const Order& order) {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (argc == 2 && argv[1] == std::string("--steps")) {
-        PrintSteps();
+int main(int count, char** arguments) {
+    Art::Steps steps = Art::allSteps;
+    bool namesOnly = false;
+    const std::string purpose = Purpose();
+    const Art::CommandLine line{
+        .program = "make_city",
+        .purpose = purpose.c_str(),
+        .operands = {"[FOLDER]"},
+        .options = {{.name = "--without",
+                     .value = "STEP",
+                     .help = "leaves a step out; may be given several times",
+                     .apply = [&](const std::string& name) { return Remove(steps, name); }},
+                    {.name = "--steps",
+                     .help = "only names the steps, one a line",
+                     .apply = [&](const std::string&) { return namesOnly = true; }}}};
+    int status = 0;
+    const auto operands = Art::ReadArguments(line, count, arguments, status);
+    if (!operands)
+        return status;
+    if (namesOnly) {
+        std::printf("%s\n", StepNames().c_str());
         return 0;
     }
-    const std::optional<Order> order = Understand(argc, argv);
-    if (!order) {
-        PrintUsage();
-        return 2;
-    }
-    return Make(*order);
+    return operands->empty() ? Art::Refuse(line, "FOLDER is missing")
+                             : Make(operands->front(), steps);
 }

@@ -1,6 +1,5 @@
-// make_city_views FOLDER: writes into FOLDER/shader.vert, the city's material, how it knows from
-// which flight it is seen. The rest of the file, which must be there, stays as it is.
 #include "art/city/viewblock.h"
+#include "art/common/options.h"
 
 #include <cstdio>
 #include <fstream>
@@ -21,12 +20,17 @@ bool WriteText(const std::string& path, const std::string& text) {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: make_city_views FOLDER\n");
-        return 2;
-    }
-    const std::string path = std::string(argv[1]) + "/shader.vert";
+int main(int count, char** arguments) {
+    int status = 0;
+    const auto operands = Art::ReadArguments(
+        {.program = "make_city_views",
+         .purpose = "Writes into FOLDER/shader.vert, the city's material, how it knows from which "
+                    "flight it\n"
+                    "is seen. The rest of the file, which must be there, stays as it is."},
+        count, arguments, status);
+    if (!operands)
+        return status;
+    const std::string path = operands->front() + "/shader.vert";
     const auto made = Art::WithViewFunctions(ReadText(path), Art::ViewFunctions(Show::flights));
     if (!made) {
         std::fprintf(stderr, "%s: expected one block of generated lines, found none or several\n",

@@ -1,38 +1,27 @@
-// bake_lightmap FOLDER [--quick] [--threads N]: bakes FOLDER/lightmap.jpg for the city whose
-// mesh and textures lie in FOLDER.
 #include "art/city/plan.h"
+#include "art/common/options.h"
 #include "art/common/palette.h"
 #include "art/lightmap/baker.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace {
 
 using namespace Art;
 
-struct Options {
-    std::string folder;
-    BakeQuality quality;
-};
+/// Fewer rays and one bounce, for a look.
+bool MakeQuick(BakeQuality& quality) {
+    quality.sunRays = 6;
+    quality.bounceRays = 12;
+    quality.finalRays = 28;
+    quality.bounces = 1;
+    return true;
+}
 
-bool ReadOptions(int argc, char** argv, Options& options) {
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--quick") == 0) {
-            options.quality.sunRays = 6;
-            options.quality.bounceRays = 12;
-            options.quality.finalRays = 28;
-            options.quality.bounces = 1;
-        } else if (std::strcmp(argv[i], "--threads") == 0 && i + 1 < argc) {
-            options.quality.threads = std::atoi(argv[++i]);
-        } else if (options.folder.empty() && argv[i][0] != '-') {
-            options.folder = argv[i];
-        } else {
-            return false;
-        }
-    }
-    return !options.folder.empty();
+bool SetThreads(BakeQuality& quality, const std::string& number) {
+    quality.threads = std::atoi(number.c_str());
+    return quality.threads > 0;
 }
 
 /// Small surfaces are enough for light: one texel of them a window or so.
@@ -96,18 +85,28 @@ BakeScene CityScene(const std::string& folder, bool& whole) {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    Options options;
-    if (!ReadOptions(argc, argv, options)) {
-        std::fprintf(stderr, "usage: bake_lightmap FOLDER [--quick] [--threads N]\n");
-        return 2;
-    }
+int main(int count, char** arguments) {
+    BakeQuality quality;
+    int status = 0;
+    const auto operands = ReadArguments(
+        {.program = "bake_lightmap",
+         .purpose = "Bakes FOLDER/lightmap.jpg for the city whose mesh and textures lie in FOLDER.",
+         .options = {{.name = "--quick",
+                      .help = "takes fewer rays, for a look",
+                      .apply = [&](const std::string&) { return MakeQuick(quality); }},
+                     {.name = "--threads",
+                      .value = "N",
+                      .help = "works on N threads (one per core)",
+                      .apply = [&](const std::string& n) { return SetThreads(quality, n); }}}},
+        count, arguments, status);
+    if (!operands)
+        return status;
+    const std::string& folder = operands->front();
     bool whole = false;
-    const BakeScene scene = CityScene(options.folder, whole);
+    const BakeScene scene = CityScene(folder, whole);
     if (!whole)
         return 1;
-    const Picture light = BakeLight(scene, options.quality);
+    const Picture light = BakeLight(scene, quality);
     constexpr int jpegQuality = 93;
-    return WriteEngineJpeg(options.folder + "/lightmap.jpg", EncodeLight(light), jpegQuality) ? 0
-                                                                                              : 1;
+    return WriteEngineJpeg(folder + "/lightmap.jpg", EncodeLight(light), jpegQuality) ? 0 : 1;
 }

@@ -1,17 +1,18 @@
+#include "art/common/options.h"
 #include "art/common/picture.h"
 #include "art/logo/logo.h"
 
-#include <cstdio>
 #include <filesystem>
 
-/// Writes the title picture into the folder given.
 int main(int count, char** arguments) {
     constexpr int jpegQuality = 97; // thin light strokes on dark ground show every artefact
-    if (count != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", arguments[0]);
-        return 2;
-    }
-    const std::filesystem::path folder = arguments[1];
+    int status = 0;
+    const auto operands = Art::ReadArguments(
+        {.program = "make_logo", .purpose = "Writes the title picture into FOLDER."}, count,
+        arguments, status);
+    if (!operands)
+        return status;
+    const std::filesystem::path folder = operands->front();
     std::filesystem::create_directories(folder);
     const std::string path = (folder / "logo.jpg").string();
     return Art::WriteEngineJpeg(path, Art::TitlePicture(), jpegQuality) ? 0 : 1;

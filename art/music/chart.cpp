@@ -1,4 +1,4 @@
-// chart_music SCORE WAV FOLDER: draws the arrangement, the spectrogram and a look at the pulse.
+#include "art/common/options.h"
 #include "art/music/lettering.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
@@ -163,16 +163,20 @@ Picture PulseLook(const Music::Score& score, const Music::Stereo& signal) {
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: chart_music SCORE SOUND.wav FOLDER\n");
-        return 2;
-    }
+int main(int count, char** arguments) {
+    int status = 0;
+    const auto operands =
+        Art::ReadArguments({.program = "chart_music",
+                            .purpose = "Draws the charts of the documentation into FOLDER.",
+                            .operands = {"SCORE", "SOUND.wav", "FOLDER"}},
+                           count, arguments, status);
+    if (!operands)
+        return status;
     Music::Score score;
     Music::Stereo signal;
-    if (!Music::ReadPiece(argv[1], argv[2], score, signal))
+    if (!Music::ReadPiece(operands->at(0), operands->at(1), score, signal))
         return 1;
-    const std::string folder = std::string(argv[3]) + "/";
+    const std::string folder = operands->at(2) + "/";
     const bool written =
         Art::WritePng(folder + "arrangement.png", Arrangement(score), 3, Art::Depth::Rounded) &&
         Art::WritePng(folder + "spectrogram.png", Spectrogram(score, signal), 3,

@@ -1,4 +1,4 @@
-// make_music SCORE WAV [MP3]: plays the score into a WAV file and encodes it.
+#include "art/common/options.h"
 #include "art/common/progress.h"
 #include "art/music/master.h"
 #include "art/music/mixer.h"
@@ -6,20 +6,13 @@
 #include "art/music/soundfile.h"
 
 #include <cstdio>
-#include <cstring>
 
 namespace {
 
 constexpr int kilobits = 256;
 
-int Usage() {
-    std::fprintf(stderr, "usage: make_music [--levels] SCORE OUT.wav [OUT.mp3]\n"
-                         "  --levels  also print how loud every track is in the mix\n");
-    return 2;
-}
-
-int Complain(const char* path, const std::string& message) {
-    std::fprintf(stderr, "%s:%s\n", path, message.c_str());
+int Complain(const std::string& path, const std::string& message) {
+    std::fprintf(stderr, "%s:%s\n", path.c_str(), message.c_str());
     return 1;
 }
 
@@ -58,28 +51,36 @@ Music::Stereo Render(const Music::Score& score, std::string& message,
 
 } // namespace
 
-int main(int argc, char** argv) {
-    const bool wantLevels = argc > 1 && std::strcmp(argv[1], "--levels") == 0;
-    const int first = wantLevels ? 2 : 1;
-    if (argc - first < 2 || argc - first > 3) {
-        return Usage();
-    }
+int main(int count, char** arguments) {
+    bool wantLevels = false;
+    int status = 0;
+    const auto operands = Art::ReadArguments(
+        {.program = "make_music",
+         .purpose = "Plays the score into a WAV file and encodes that.",
+         .operands = {"SCORE", "OUT.wav", "[OUT.mp3]"},
+         .options = {{.name = "--levels",
+                      .help = "also prints how loud every track is in the mix",
+                      .apply = [&](const std::string&) { return wantLevels = true; }}}},
+        count, arguments, status);
+    if (!operands)
+        return status;
+    const std::vector<std::string>& files = *operands;
     Music::Score score;
-    if (!Music::ReadScore(argv[first], score)) {
+    if (!Music::ReadScore(files[0], score)) {
         return 1;
     }
     std::string message;
     std::vector<Music::TrackLevel> levels;
     const Music::Stereo piece = Render(score, message, wantLevels ? &levels : nullptr);
     if (!message.empty()) {
-        return Complain(argv[first], message);
+        return Complain(files[0], message);
     }
     PrintLevels(levels);
-    if (!Music::WriteWav(argv[first + 1], piece)) {
-        return Complain(argv[first + 1], " cannot be written");
+    if (!Music::WriteWav(files[1], piece)) {
+        return Complain(files[1], " cannot be written");
     }
-    if (argc - first == 3 && !Music::WriteMp3(argv[first + 2], piece, kilobits)) {
-        return Complain(argv[first + 2], " cannot be encoded or written");
+    if (files.size() == 3 && !Music::WriteMp3(files[2], piece, kilobits)) {
+        return Complain(files[2], " cannot be encoded or written");
     }
     return 0;
 }

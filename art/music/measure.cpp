@@ -1,4 +1,4 @@
-// measure_music SCORE WAV: what the ear of a meter and the eye of the picture find in a render.
+#include "art/common/options.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
 #include "art/music/powerspectrum.h"
@@ -140,14 +140,18 @@ void PrintPulse(const Music::BeatPulse& pulse, const Music::Stereo& signal, doub
 
 } // namespace
 
-int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: measure_music SCORE SOUND.wav\n");
-        return 2;
-    }
+int main(int count, char** arguments) {
+    int status = 0;
+    const auto operands = Art::ReadArguments(
+        {.program = "measure_music",
+         .purpose = "Prints loudness, octaves and the beats that the picture would see in a piece.",
+         .operands = {"SCORE", "SOUND.wav"}},
+        count, arguments, status);
+    if (!operands)
+        return status;
     Music::Score score;
     Music::Stereo signal;
-    if (!Music::ReadPiece(argv[1], argv[2], score, signal))
+    if (!Music::ReadPiece(operands->at(0), operands->at(1), score, signal))
         return 1;
     const Music::Loudness all = Music::MeasureLoudness(signal);
     std::printf("%zu frames, %.2f LUFS, range %.1f LU, true peak %.2f dBTP\n", signal.Frames(),

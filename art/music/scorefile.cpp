@@ -8,27 +8,28 @@
 
 namespace Music {
 
-bool ReadScore(const char* path, Score& score) {
+bool ReadScore(const std::string& path, Score& score) {
     const std::ifstream file(path);
     if (!file.is_open()) {
-        std::fprintf(stderr, "%s: cannot be read\n", path);
+        std::fprintf(stderr, "%s: cannot be read\n", path.c_str());
         return false;
     }
     std::ostringstream text;
     text << file.rdbuf();
     std::string message;
     if (!ParseScore(text.str(), score, message)) {
-        std::fprintf(stderr, "%s:%s\n", path, message.c_str());
+        std::fprintf(stderr, "%s:%s\n", path.c_str(), message.c_str());
         return false;
     }
     return true;
 }
 
-bool ReadPiece(const char* scorePath, const char* wavPath, Score& score, Stereo& signal) {
+bool ReadPiece(const std::string& scorePath, const std::string& wavPath, Score& score,
+               Stereo& signal) {
     if (!ReadScore(scorePath, score))
         return false;
     if (!ReadWav(wavPath, signal)) {
-        std::fprintf(stderr, "%s: no stereo WAV of 44.1 kHz\n", wavPath);
+        std::fprintf(stderr, "%s: no stereo WAV of 44.1 kHz\n", wavPath.c_str());
         return false;
     }
     return true;

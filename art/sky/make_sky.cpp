@@ -1,22 +1,23 @@
+#include "art/common/options.h"
 #include "art/common/picture.h"
 #include "art/common/progress.h"
 #include "art/sky/dusk.h"
 #include "art/sky/faces.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <string>
 
-/// Paints the six faces of the sky box into the folder given.
 int main(int count, char** arguments) {
     constexpr int faceSize = 512;
     // 97 keeps the dither, which is what hides the steps of the slow gradients.
     constexpr int jpegQuality = 97;
-    if (count != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", arguments[0]);
-        return 2;
-    }
-    const std::filesystem::path folder = arguments[1];
+    int status = 0;
+    const auto operands = Art::ReadArguments(
+        {.program = "make_sky", .purpose = "Paints the six faces of the sky box into FOLDER."},
+        count, arguments, status);
+    if (!operands)
+        return status;
+    const std::filesystem::path folder = operands->front();
     std::filesystem::create_directories(folder);
     Art::Progress progress("sky", static_cast<std::int64_t>(Art::SkyFaces().size()));
     for (const Art::SkyFace& face : Art::SkyFaces()) {

@@ -1,12 +1,12 @@
-// make_textures FOLDER: paints the city's textures into FOLDER.
+#include "art/common/options.h"
 #include "art/textures/textures.h"
 
-#include <cstdio>
-
-int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: make_textures FOLDER\n");
-        return 2;
-    }
-    return Art::WriteTextures(argv[1]) ? 0 : 1;
+int main(int count, char** arguments) {
+    int status = 0;
+    const auto operands = Art::ReadArguments(
+        {.program = "make_textures", .purpose = "Paints the city's textures into FOLDER."}, count,
+        arguments, status);
+    if (!operands)
+        return status;
+    return Art::WriteTextures(operands->front()) ? 0 : 1;
 }

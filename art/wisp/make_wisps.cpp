@@ -1,18 +1,20 @@
 #include "art/common/meshwriter.h"
+#include "art/common/options.h"
 #include "art/common/picture.h"
 #include "art/wisp/wisp.h"
 
-#include <cstdio>
 #include <filesystem>
 
-/// Writes mesh and light of the three wisps into the folder given.
 int main(int count, char** arguments) {
     constexpr int cellPixels = 128;
-    if (count != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", arguments[0]);
-        return 2;
-    }
-    const std::filesystem::path folder = arguments[1];
+    int status = 0;
+    const auto operands =
+        Art::ReadArguments({.program = "make_wisps",
+                            .purpose = "Writes mesh and light of the three wisps into FOLDER."},
+                           count, arguments, status);
+    if (!operands)
+        return status;
+    const std::filesystem::path folder = operands->front();
     std::filesystem::create_directories(folder);
     for (const Art::WispKind& kind : Art::WispKinds()) {
         const std::string base = (folder / kind.name).string();
