@@ -16,16 +16,16 @@ Paint Plain(Material material, vec2 shift) {
     return {material, {shift.x / tile.x, shift.y / tile.y}, {1 / tile.x, 1 / tile.y}};
 }
 
-vec3 Place::Turn(vec3 p) const {
+vec3 Place::Rotated(vec3 p) const {
     return {p.x * x.x - p.z * x.y, p.y, p.x * x.y + p.z * x.x};
 }
 
 vec3 Place::World(vec3 p) const {
-    return origin + Turn(p);
+    return origin + Rotated(p);
 }
 
 Surface& Builder::Open(vec3 origin, vec3 u, vec3 v, const Paint& paint) {
-    surfaces.push_back({place.World(origin), place.Turn(u), place.Turn(v), paint, {}});
+    surfaces.push_back({place.World(origin), place.Rotated(u), place.Rotated(v), paint, {}});
     return surfaces.back();
 }
 

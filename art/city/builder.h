@@ -49,14 +49,14 @@ struct LampLight {
     float power = 1; ///< in ordinary street lamps
 };
 
-/// Where local building coordinates stand in the world: turned about y and moved.
+/// Where local building coordinates stand in the world: rotated about y and moved.
 struct Place {
     vec3 origin{};
     vec2 x{1, 0}; ///< world (x, z) direction of local +x, unit length
 
     vec3 World(vec3 local) const;
-    /// Direction only.
-    vec3 Turn(vec3 local) const;
+    /// A direction, which is rotated only.
+    vec3 Rotated(vec3 local) const;
 };
 
 /// Collects the surfaces and lamps of the city.

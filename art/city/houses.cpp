@@ -15,13 +15,13 @@ Paint RoofPaint(Random& random) {
     return Plain(Material::Roof, {random.Range(0, 6), random.Range(0, 6)});
 }
 
-Material HouseMaterial(int mood, Random& random) {
+Material HouseMaterial(int materials, Random& random) {
     constexpr Material choices[3][4] = {
         {Material::HouseWarm, Material::HouseCool, Material::HouseWarm, Material::Palace},
         {Material::HouseCool, Material::HouseCool, Material::HouseWarm, Material::Palace},
         {Material::Palace, Material::HouseWarm, Material::Palace, Material::HouseCool},
     };
-    return choices[mood % 3][random.Int(0, 3)];
+    return choices[materials % 3][random.Int(0, 3)];
 }
 
 void AddChimney(Builder& b, const Box& body, float rise, Random& random) {
@@ -172,7 +172,7 @@ void AddArcade(Builder& b, float width, float height, Material material, Random&
 }
 
 void AddHouse(Builder& b, float width, float height, const RowStyle& style, Random& random) {
-    const Material material = HouseMaterial(style.mood, random);
+    const Material material = HouseMaterial(style.materials, random);
     const float top = quayHeight + std::round(height / storeyHeight) * storeyHeight;
     const float depth = style.depth * random.Range(0.85f, 1.1f);
     const Box body{{0, width}, {quayHeight, top}, {-depth, 0}};

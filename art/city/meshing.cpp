@@ -177,12 +177,12 @@ std::vector<std::size_t> AsPlanned(const std::vector<Charted>& all) {
     return order;
 }
 
-/// By turn, what hides others first; among equals near first. What the pictures never show
+/// What hides others first; among equals near first. What the pictures never show
 /// comes last.
 std::vector<std::size_t> HidersFirst(const std::vector<Charted>& all) {
     std::vector<std::size_t> order = AsPlanned(all);
     const auto key = [&](std::size_t i) {
-        return all[i].sight.Turn() + 0.002f * all[i].sight.distance;
+        return all[i].sight.DrawingOrder() + 0.002f * all[i].sight.distance;
     };
     std::stable_sort(order.begin(), order.end(),
                      [&](std::size_t a, std::size_t b) { return key(a) < key(b); });
@@ -201,7 +201,7 @@ float AreaOf(const Surface& surface) {
 // every side.
 constexpr float detailArea = 4.5f;
 
-// Sub-meshes are drawn one after the other, so each holds a band of turns.
+// Sub-meshes are drawn one after the other, so each holds a band of this order.
 constexpr int bandCount = 6;
 
 /// The first triangles of the mesh, by which the material keeps the rest out of a picture that

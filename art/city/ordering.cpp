@@ -69,7 +69,7 @@ constexpr int eyesPerFlight = 48;
 
 struct Crossing {
     int surface;
-    float way;
+    float distance;
 };
 
 /// The surfaces that face the eye along a ray, near first, at most this many.
@@ -80,9 +80,9 @@ constexpr std::size_t deepest = 10;
 void FollowRay(const SightLines& lines, const Eye& eye, vec3 direction, std::vector<Crossing>& seen,
                std::vector<Crossing>& mirrored) {
     const auto collect = [](std::vector<Crossing>& found, float start) {
-        return [&found, start](int surface, float way) {
+        return [&found, start](int surface, float distance) {
             if (found.empty() || found.back().surface != surface)
-                found.push_back({surface, start + way});
+                found.push_back({surface, start + distance});
             return found.size() < deepest;
         };
     };
@@ -101,7 +101,7 @@ void NoteRay(const std::vector<Crossing>& crossings, bool first, std::vector<Sig
         Sight& sight = sights[crossings[i].surface];
         if (i == 0 && first) {
             sight.rays += 1;
-            sight.distance += crossings[i].way;
+            sight.distance += crossings[i].distance;
         }
         sight.behind += static_cast<float>(i);
         sight.before += static_cast<float>(crossings.size() - 1 - i);

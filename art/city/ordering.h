@@ -18,7 +18,7 @@ struct Sight {
     float behind = 0;   ///< ... and surfaces it stands behind
 
     /// Where it should be drawn: -1 (first, it hides others) to 1 (last, others hide it).
-    float Turn() const { return (behind - before) / (behind + before + 1); }
+    float DrawingOrder() const { return (behind - before) / (behind + before + 1); }
     float nearest = 1e9f; ///< least distance of any eye to its middle
 };
 

@@ -86,10 +86,10 @@ void AddTaper(Builder& b, std::vector<vec2> outline, vec2 centre, float y0, floa
         AddFloor(b, upper, y1, finish.top);
 }
 
-std::vector<vec2> Ring(vec2 centre, float radius, int sides, float turn) {
+std::vector<vec2> Ring(vec2 centre, float radius, int sides, float rotation) {
     std::vector<vec2> ring;
     for (int i = 0; i < sides; ++i) {
-        const float angle = turn + 2 * pi * static_cast<float>(i) / static_cast<float>(sides);
+        const float angle = rotation + 2 * pi * static_cast<float>(i) / static_cast<float>(sides);
         ring.push_back(centre + vec2{std::cos(angle), std::sin(angle)} * radius);
     }
     return ring;

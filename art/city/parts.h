@@ -44,7 +44,7 @@ void AddTaper(Builder& b, std::vector<vec2> outline, vec2 centre, float y0, floa
               const Finish& finish, bool cap = true);
 
 /// Corners of a regular polygon of `sides` with the given distance to its corners.
-std::vector<vec2> Ring(vec2 centre, float radius, int sides, float turn = 0);
+std::vector<vec2> Ring(vec2 centre, float radius, int sides, float rotation = 0);
 
 /// Pitched roofs over a rectangle at height y, `rise` high, eaves reaching out by `eaves`.
 void AddGableAlongX(Builder& b, const Box& base, float rise, float eaves, const Finish& finish);

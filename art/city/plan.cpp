@@ -41,21 +41,21 @@ struct Row {
 const RowStyle canalStyle{
     .lowest = 3.4f, .highest = 6.4f, .narrowest = 2.3f, .widest = 4.2f, .depth = 4};
 const RowStyle canalCoolStyle{
-    .lowest = 3.6f, .highest = 7.0f, .narrowest = 2.3f, .widest = 4.0f, .depth = 4, .mood = 1};
+    .lowest = 3.6f, .highest = 7.0f, .narrowest = 2.3f, .widest = 4.0f, .depth = 4, .materials = 1};
 const RowStyle canalArcadeStyle{.lowest = 4.5f,
                                 .highest = 6.8f,
                                 .narrowest = 3.0f,
                                 .widest = 5.0f,
                                 .depth = 4.2f,
                                 .arcade = true,
-                                .mood = 2};
+                                .materials = 2};
 const RowStyle basinStyle{.lowest = 4.4f,
                           .highest = 7.5f,
                           .narrowest = 2.6f,
                           .widest = 4.4f,
                           .depth = 4.5f,
                           .arcade = true,
-                          .mood = 2};
+                          .materials = 2};
 const RowStyle basinHighStyle{.lowest = 6.0f,
                               .highest = 9.5f,
                               .narrowest = 2.8f,
@@ -78,21 +78,21 @@ const RowStyle lowFlatStyle{.lowest = 1.8f,
                             .widest = 4.2f,
                             .depth = 3.2f,
                             .flat = true,
-                            .mood = 2};
+                            .materials = 2};
 const RowStyle townStyle{.lowest = 4.0f,
                          .highest = 9.0f,
                          .narrowest = 3.2f,
                          .widest = 5.4f,
                          .depth = 4.6f,
                          .detailed = false,
-                         .mood = 1};
+                         .materials = 1};
 const RowStyle highStyle{.lowest = 5.5f,
                          .highest = 15.0f,
                          .narrowest = 3.6f,
                          .widest = 5.6f,
                          .depth = 5,
                          .detailed = false,
-                         .mood = 1};
+                         .materials = 1};
 const RowStyle highFlatStyle{.lowest = 6.0f,
                              .highest = 16.0f,
                              .narrowest = 3.8f,
@@ -100,7 +100,7 @@ const RowStyle highFlatStyle{.lowest = 6.0f,
                              .depth = 5,
                              .detailed = false,
                              .flat = true,
-                             .mood = 2};
+                             .materials = 2};
 
 const std::vector<Row> houseRows = {
     // The upper canal, left bank, then right bank.
@@ -157,25 +157,29 @@ const std::vector<Row> houseRows = {
 };
 
 const std::vector<Tower> towers = {
-    {.at = {20.0f, -30.0f}, .width = 5.2f, .height = 31, .crown = Crown::Spire, .turn = 0.15f},
+    {.at = {20.0f, -30.0f}, .width = 5.2f, .height = 31, .crown = Crown::Spire, .rotation = 0.15f},
     {.at = {-7.5f, -32.0f}, .width = 5.6f, .height = 26, .crown = Crown::Setbacks},
-    {.at = {36.0f, -31.0f}, .width = 4.4f, .height = 25, .crown = Crown::Spire, .turn = 0.5f},
+    {.at = {36.0f, -31.0f}, .width = 4.4f, .height = 25, .crown = Crown::Spire, .rotation = 0.5f},
     {.at = {57.0f, 4.0f}, .width = 7.0f, .height = 32, .crown = Crown::Setbacks},
-    {.at = {54.5f, 18.5f}, .width = 5.4f, .height = 21, .crown = Crown::Slab, .turn = pi / 2},
-    {.at = {62.0f, -16.0f}, .width = 7.0f, .height = 20, .crown = Crown::Slab, .turn = 0.3f},
+    {.at = {54.5f, 18.5f}, .width = 5.4f, .height = 21, .crown = Crown::Slab, .rotation = pi / 2},
+    {.at = {62.0f, -16.0f}, .width = 7.0f, .height = 20, .crown = Crown::Slab, .rotation = 0.3f},
     {.at = {42.0f, -3.0f}, .width = 4.6f, .height = 17, .crown = Crown::Setbacks},
     {.at = {42.5f, 27.5f}, .width = 5.0f, .height = 19, .crown = Crown::Rotunda},
-    {.at = {7.5f, 29.8f}, .width = 2.8f, .height = 24, .crown = Crown::Campanile, .turn = 0.2f},
-    {.at = {50.0f, 43.0f}, .width = 5.6f, .height = 27, .crown = Crown::Spire, .turn = 0.4f},
+    {.at = {7.5f, 29.8f}, .width = 2.8f, .height = 24, .crown = Crown::Campanile, .rotation = 0.2f},
+    {.at = {50.0f, 43.0f}, .width = 5.6f, .height = 27, .crown = Crown::Spire, .rotation = 0.4f},
     {.at = {64.5f, 12.0f}, .width = 5.0f, .height = 22, .crown = Crown::Rotunda},
     {.at = {31.5f, 29.5f}, .width = 3.0f, .height = 15, .crown = Crown::Campanile},
     {.at = {-2.0f, 47.0f}, .width = 4.4f, .height = 18, .crown = Crown::Setbacks},
-    {.at = {26.0f, -14.5f}, .width = 4.2f, .height = 19, .crown = Crown::Slab, .turn = 0.2f},
-    {.at = {3.0f, -24.0f}, .width = 3.0f, .height = 18, .crown = Crown::Campanile, .turn = 0.1f},
+    {.at = {26.0f, -14.5f}, .width = 4.2f, .height = 19, .crown = Crown::Slab, .rotation = 0.2f},
+    {.at = {3.0f, -24.0f},
+     .width = 3.0f,
+     .height = 18,
+     .crown = Crown::Campanile,
+     .rotation = 0.1f},
     {.at = {11.0f, -15.0f}, .width = 3.4f, .height = 16, .crown = Crown::Spire},
     {.at = {29.5f, -23.5f}, .width = 3.0f, .height = 20, .crown = Crown::Setbacks},
     {.at = {44.5f, -33.5f}, .width = 2.6f, .height = 15, .crown = Crown::Campanile},
-    {.at = {53.0f, -24.0f}, .width = 3.0f, .height = 17, .crown = Crown::Spire, .turn = 0.3f},
+    {.at = {53.0f, -24.0f}, .width = 3.0f, .height = 17, .crown = Crown::Spire, .rotation = 0.3f},
     {.at = {68.0f, 0.0f}, .width = 3.4f, .height = 15, .crown = Crown::Campanile},
     {.at = {51.5f, -8.0f}, .width = 4.0f, .height = 18, .crown = Crown::Setbacks},
     {.at = {36.0f, -14.0f}, .width = 3.2f, .height = 17, .crown = Crown::Campanile},

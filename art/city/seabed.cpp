@@ -17,6 +17,14 @@ constexpr float south = -20;
 const Paint stone = Plain(Material::Stone);
 const Finish stony{stone, stone};
 
+/// Height of the sea bed at a ground point.
+float SeaBedHeight(vec2 p, unsigned seed) {
+    const float hills = Fbm2(p * 0.045f, seed, 3) * 3.2f;
+    const float ridge = (1 - std::abs(Noise2(p * 0.07f, seed + 9))) * 2.2f;
+    const float valley = -2.0f * std::exp(-(p.x - 30) * (p.x - 30) / 90);
+    return -14.5f + hills + ridge * SmoothStep(-100, -45, p.y) + valley;
+}
+
 void AddGround(Builder& b, unsigned seed) {
     const auto corner = [&](int i, int j) {
         const vec2 p{west + cellSize * static_cast<float>(i),
@@ -129,13 +137,6 @@ void AddVault(Builder& b, const std::vector<vec2>& pavement, const std::vector<v
     AddPrism(b, ground, seaFloor, -0.9f, stony);
     // The slab's underside, as one piece over the outline's box from the sea to the ground.
     b.Rect({-12, -0.8f, -41}, {1, 0, 0}, {0, 0, 1}, 58, 22, stone);
-}
-
-float SeaBedHeight(vec2 p, unsigned seed) {
-    const float hills = Fbm2(p * 0.045f, seed, 3) * 3.2f;
-    const float ridge = (1 - std::abs(Noise2(p * 0.07f, seed + 9))) * 2.2f;
-    const float valley = -2.0f * std::exp(-(p.x - 30) * (p.x - 30) / 90);
-    return -14.5f + hills + ridge * SmoothStep(-100, -45, p.y) + valley;
 }
 
 void AddSeaBed(Builder& b, unsigned seed) {

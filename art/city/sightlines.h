@@ -26,21 +26,21 @@ public:
     /// Whether a triangle turns its front to the ray.
     bool Faces(int triangle, vec3 direction) const;
 
-    /// Calls `met(surface, way)` for what faces the ray, near first, until that returns false or
-    /// `reach` is passed. A surface of several triangles may be met more than once.
+    /// Calls `met(surface, distance)` for what faces the ray, near first, until that returns false
+    /// or `reach` is passed. A surface of several triangles may be met more than once.
     template <class Met>
     void Follow(vec3 from, vec3 direction, float reach, const Met& met) const {
         constexpr float step = 0.002f; // over a triangle that was met
-        float way = 0;
+        float distance = 0;
         Hit hit;
-        while (rays.Closest(from + direction * way, direction, reach - way, hit)) {
-            way += hit.distance + step;
-            if (Faces(hit.triangle, direction) && !met(owner[hit.triangle], way))
+        while (rays.Closest(from + direction * distance, direction, reach - distance, hit)) {
+            distance += hit.distance + step;
+            if (Faces(hit.triangle, direction) && !met(owner[hit.triangle], distance))
                 return;
         }
     }
 
-    /// Way along the ray to the water, from above or from below, or sightEnd.
+    /// Distance along the ray to the water, from above or from below, or sightEnd.
     static float ToWater(const Eye& eye, vec3 direction);
 
     /// Follow() along what is left of the ray after the water has thrown it back `toWater` from an

@@ -183,7 +183,7 @@ void AddCampanile(Builder& b, const Tower& t, unsigned seed) {
 } // namespace
 
 void AddTower(Builder& b, const Tower& tower, unsigned seed) {
-    b.SetPlace({{tower.at.x, 0, tower.at.y}, {std::cos(tower.turn), std::sin(tower.turn)}});
+    b.SetPlace({{tower.at.x, 0, tower.at.y}, {std::cos(tower.rotation), std::sin(tower.rotation)}});
     using Make = void (*)(Builder&, const Tower&, unsigned);
     constexpr Make makers[] = {AddSetbacks, AddSpire, AddRotunda, AddSlab, AddCampanile};
     makers[static_cast<int>(tower.crown)](b, tower, seed);

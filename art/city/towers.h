@@ -19,7 +19,7 @@ struct Tower {
     float width;  ///< across the foot
     float height; ///< of its highest point over the water
     Crown crown;
-    float turn = 0; ///< radians about y
+    float rotation = 0; ///< radians about y
 };
 
 void AddTower(Builder& b, const Tower& tower, unsigned seed);

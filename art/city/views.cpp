@@ -42,10 +42,10 @@ int First(const SightLines& lines, const Eye& eye, vec3 direction, float reach) 
 int Mirrored(const SightLines& lines, const Eye& eye, vec3 direction) {
     if (IsBelow(eye))
         return First(lines, eye, direction, SightLines::sightEnd);
-    const float way = SightLines::ToWater(eye, direction);
+    const float distance = SightLines::ToWater(eye, direction);
     int first = -1;
-    if (way < SightLines::sightEnd)
-        lines.FollowMirrored(eye, direction, way, Keep(first));
+    if (distance < SightLines::sightEnd)
+        lines.FollowMirrored(eye, direction, distance, Keep(first));
     return first;
 }
 

@@ -43,7 +43,4 @@ void AddLighthouse(Builder& b, vec2 at, float height);
 /// carries the north front of the city.
 void AddSeaBed(Builder& b, unsigned seed);
 
-/// Height of the sea bed at a ground point.
-float SeaBedHeight(vec2 p, unsigned seed);
-
 } // namespace Art

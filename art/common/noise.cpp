@@ -60,8 +60,8 @@ std::uint32_t Random::Next() {
     const std::uint64_t old = state;
     state = old * 6364136223846793005ULL + 1442695040888963407ULL;
     const auto mixed = static_cast<std::uint32_t>(((old >> 18) ^ old) >> 27);
-    const auto turn = static_cast<std::uint32_t>(old >> 59);
-    return (mixed >> turn) | (mixed << ((32 - turn) & 31));
+    const auto rotation = static_cast<std::uint32_t>(old >> 59);
+    return (mixed >> rotation) | (mixed << ((32 - rotation) & 31));
 }
 
 float Random::Unit() {

@@ -138,14 +138,14 @@ vec3 Bake::Sun(const Texel& texel, vec3 from, vec2 shift) const {
 }
 
 vec3 Bake::Lamp(const Texel& texel, vec3 from, const PointLight& lamp, vec3 jitter) const {
-    const vec3 way = lamp.position - from + jitter * lamp.radius;
-    const float squared = std::max({Dot(way, way), lamp.radius * lamp.radius, 0.01f});
-    const float distance = Length(way);
-    const float facing = Dot(texel.normal, way) / std::max(distance, 1e-6f);
+    const vec3 toLamp = lamp.position - from + jitter * lamp.radius;
+    const float squared = std::max({Dot(toLamp, toLamp), lamp.radius * lamp.radius, 0.01f});
+    const float distance = Length(toLamp);
+    const float facing = Dot(texel.normal, toLamp) / std::max(distance, 1e-6f);
     if (facing <= 0)
         return {};
     // The lamp's own glass and lid stand around its middle and must not shade it.
-    if (rays->Blocked(from, way / distance, distance - 2.8f * lamp.radius))
+    if (rays->Blocked(from, toLamp / distance, distance - 2.8f * lamp.radius))
         return {};
     return lamp.intensity * (facing / squared / pi);
 }

@@ -56,6 +56,14 @@ constexpr float moonElevation = 7.2f * radiansPerDegree;
 // Straight opposite the light it would hardly ever be in the picture.
 constexpr float moonAside = 15 * radiansPerDegree;
 
+/// Where the full moon stands: low and nearly opposite the afterglow, as it does at that hour.
+vec3 MoonDirection() {
+    const vec3 light = LightDirection();
+    const float heading = std::atan2(-light.z, -light.x) + moonAside;
+    const float level = std::cos(moonElevation);
+    return {level * std::cos(heading), std::sin(moonElevation), level * std::sin(heading)};
+}
+
 /// The grey seas of the disc: 1 on open ground, less in them. Coordinates in disc radii.
 float MoonFace(vec2 disc) {
     const float seas = Fbm2(disc * 0.9f + vec2{3.7f, 1.2f}, 311, 4);
@@ -155,13 +163,6 @@ vec3 BelowHorizon(const SkyPoint& point) {
 }
 
 } // namespace
-
-vec3 MoonDirection() {
-    const vec3 light = LightDirection();
-    const float heading = std::atan2(-light.z, -light.x) + moonAside;
-    const float level = std::cos(moonElevation);
-    return {level * std::cos(heading), std::sin(moonElevation), level * std::sin(heading)};
-}
 
 vec3 DuskColour(vec3 direction) {
     const SkyPoint point = MakeSkyPoint(direction);

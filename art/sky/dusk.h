@@ -9,8 +9,4 @@ namespace Art {
 /// clouds and far isles above the horizon, the water seen from within below it.
 vec3 DuskColour(vec3 direction);
 
-/// Where the full moon stands: low and nearly opposite the afterglow, as it does at that hour.
-/// Unit length.
-vec3 MoonDirection();
-
 } // namespace Art

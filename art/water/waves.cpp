@@ -68,11 +68,11 @@ std::vector<Wave> DrawWaves(const Scale& scale, std::uint32_t seed) {
 /// Adds one wave's slopes to one row. The sine is carried from texel to texel by a rotation.
 void AddToRow(const Wave& wave, int size, int t, std::vector<vec2>& row) {
     const double step = 2 * std::numbers::pi / size;
-    const std::complex<double> turn = std::polar(1.0, step * wave.x);
+    const std::complex<double> rotation = std::polar(1.0, step * wave.x);
     std::complex<double> at = std::polar(1.0, step * wave.y * t + static_cast<double>(wave.phase));
     for (vec2& slope : row) {
         slope = slope + wave.slope * static_cast<float>(at.imag());
-        at *= turn;
+        at *= rotation;
     }
 }
 

@@ -13,7 +13,7 @@ struct Layer {
     Shape shape;
     float white;  ///< how far the middle burns towards white, 0..1
     float radius; ///< half the quad's side in world units, for a wisp of size 1
-    float turn;   ///< side of the origin it lies on: +1 turns left, -1 right
+    float side;   ///< of the origin on which it lies: +1 rotates to the left, -1 to the right
 };
 
 // Beyond this share of a quad's half side the light is black, since the shader's pulse makes
@@ -57,10 +57,10 @@ float Core(vec2 p) {
 
 // In the order of the cells, from the lower left.
 constexpr std::array<Layer, 4> layers = {{
-    {.shape = Halo, .white = 0.0f, .radius = 2.6f, .turn = 1},
-    {.shape = Rays, .white = 0.35f, .radius = 2.5f, .turn = -1},
-    {.shape = Sparks, .white = 0.45f, .radius = 1.5f, .turn = 1},
-    {.shape = Core, .white = 1.0f, .radius = 0.80f, .turn = -1},
+    {.shape = Halo, .white = 0.0f, .radius = 2.6f, .side = 1},
+    {.shape = Rays, .white = 0.35f, .radius = 2.5f, .side = -1},
+    {.shape = Sparks, .white = 0.45f, .radius = 1.5f, .side = 1},
+    {.shape = Core, .white = 1.0f, .radius = 0.80f, .side = -1},
 }};
 
 vec3 LightColour(const WispKind& kind, const Layer& layer, float light) {
@@ -90,7 +90,7 @@ MeshVertex Corner(int index, float radius, vec2 side) {
     const int row = index / 2;
     const vec2 cell = {static_cast<float>(column), static_cast<float>(row)};
     const vec2 at = {(cell.x + 0.5f + 0.5f * side.x) / 2, (cell.y + 0.5f + 0.5f * side.y) / 2};
-    const float depth = layers[index].turn * radius;
+    const float depth = layers[index].side * radius;
     return {{side.x * radius, side.y * radius, depth}, {0, 0, 1}, at, {}};
 }
 
