@@ -17,9 +17,9 @@ std::string StepNames() {
 
 /// What the program does, with the steps that make the mesh cheap to draw.
 std::string Purpose() {
-    std::string text = "Writes city.xt3dstatic into FOLDER and says what it holds. Its steps:\n";
+    std::string text = "Writes city.xt3dstatic into FOLDER and says what it holds. Its steps:";
     for (const Art::StepRow& row : Art::stepRows)
-        text += "  " + std::string(row.name) + ": " + row.what + "\n";
+        text += "\n  " + std::string(row.name) + ": " + row.what;
     return text;
 }
 
