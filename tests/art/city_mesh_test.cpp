@@ -152,9 +152,9 @@ TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three
 TEST(Mesh, What_hides_others_tends_to_come_first) {
     const Builder city = BuildCity(citySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
-    std::map<Corner, float> turns;
+    std::map<Corner, float> orders;
     for (std::size_t i = 0; i < city.surfaces.size(); ++i) {
-        turns[CornerOf(city.surfaces[i])] = sights[i].Turn();
+        orders[CornerOf(city.surfaces[i])] = sights[i].DrawingOrder();
     }
     double early = 0;
     double late = 0;
@@ -163,8 +163,8 @@ TEST(Mesh, What_hides_others_tends_to_come_first) {
     for (const SubMesh& sub : City().mesh.subMeshes)
         for (std::size_t i = 0; i < sub.vertices.size(); i += 3, place += 3) {
             const auto found =
-                turns.find(CornerOf(sub.vertices[i].position, sub.vertices[i].normal));
-            if (found == turns.end())
+                orders.find(CornerOf(sub.vertices[i].position, sub.vertices[i].normal));
+            if (found == orders.end())
                 continue;
             const bool first = place < City().report.vertices / 2;
             (first ? early : late) += found->second;

@@ -18,18 +18,19 @@ int allocations = 0;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+// Never inlined: where only one of a pair is, the compiler takes it for a stranger to the other.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     if (void* memory = std::malloc(size))
         return memory;
     throw std::bad_alloc();
 }
 
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
