@@ -9,8 +9,9 @@ namespace {
 
 using Labels = std::map<std::pair<ObjectKind, GLuint>, std::string>;
 
+// Never destroyed: an object that outlives main() takes its label away after all statics are gone.
 Labels& AllLabels() {
-    static Labels labels;
+    static Labels& labels = *new Labels;
     return labels;
 }
 
