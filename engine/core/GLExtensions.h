@@ -195,7 +195,7 @@
 
 /// Every pointer is null until InitGLEXT() has filled it; calling it before that crashes.
 #define VELL_DECLARE_ENTRY_POINT(type, pointer, name) extern VELL_POINTER(type, pointer);
-#define VELL_COUNT_ENTRY_POINT(type, pointer, name) +1
+#define VELL_COUNT_ENTRY_POINT(type, pointer, name) +1 // a term. NOLINT(bugprone-macro-parentheses)
 
 /// Of each group: its pointers; the names asked of the GL, ended by a null pointer; the addresses
 /// of the pointers, in the order of the names and without an end.

@@ -16,8 +16,8 @@ namespace {
 
 int allocations = 0;
 
-// Made before the first label and gone after main(), as an engine user's static objects are: what it
-// takes its label from must still be there, which the sanitizers would tell.
+// Made before the first label and gone after main(), as an engine user's static objects are: what
+// it takes its label from must still be there, which the sanitizers would tell.
 const struct Survivor {
     ~Survivor() { Unlabel(ObjectKind::Texture, 1); }
 } survivor;
