@@ -73,7 +73,7 @@ protected:
 TEST_F(FullRun, Ends_by_itself_with_exit_status_0) {
     EXPECT_FALSE(performance->end.timedOut);
     EXPECT_EQ(performance->end.signal, 0);
-    EXPECT_EQ(performance->end.exitStatus, 0);
+    EXPECT_EQ(StatusOf(performance->end), 0);
 }
 
 TEST_F(FullRun, Says_nothing_on_the_terminal) {

@@ -99,7 +99,7 @@ TEST_F(Probe, Times_every_frame_but_the_first) {
 
 TEST_F(Probe, Counts_frames_and_finds_the_first_error) {
     RunSubject({});
-    EXPECT_EQ(end.exitStatus, 0) << end.output;
+    EXPECT_EQ(StatusOf(end), 0) << end.output;
     EXPECT_EQ(Reported("frames"), 5);
     EXPECT_EQ(Reported("polls"), 5);
     EXPECT_EQ(Reported("errors"), 3);
@@ -183,7 +183,7 @@ TEST_F(Probe, Refuses_two_settings_that_decide_the_time) {
 TEST_F(Probe, Lets_time_pass_as_many_times_as_fast_as_it_is_told) {
     // A billion times: five frames take more than a microsecond and less than a minute.
     RunSubject({{"NIMBREL_PROBE_SPEED", "1e9"}});
-    EXPECT_EQ(end.exitStatus, 0) << end.output;
+    EXPECT_EQ(StatusOf(end), 0) << end.output;
     EXPECT_GT(Reported("last_frame_time"), 1000.0);
     EXPECT_LT(Reported("last_frame_time"), 60e9);
 }
