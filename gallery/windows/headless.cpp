@@ -4,7 +4,6 @@
 #include "gallery/windows/scene.h"
 
 #include <cstdio>
-#include <exception>
 
 #define EGL_NO_X11
 #include <EGL/egl.h>
@@ -40,17 +39,6 @@ bool MakeContext(EGLDisplay display) {
     return eglMakeCurrent(display, buffer, buffer, context) == EGL_TRUE;
 }
 
-int Show(const char* picture) {
-    try {
-        Scene scene;
-        DrawPicture(scene, picture);
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s\n", failure.what());
-        return 1;
-    }
-    return 0;
-}
-
 } // namespace
 
 int main(int count, char** arguments) {
@@ -65,7 +53,7 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "no context: EGL error 0x%x\n", eglGetError());
         return 1;
     }
-    const int status = Show(picture);
+    const int status = WritePicture(picture);
     eglTerminate(display);
     return status;
 }

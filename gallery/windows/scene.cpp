@@ -4,6 +4,7 @@
 #include "engine/env/water.h"
 
 #include <cstdio>
+#include <exception>
 #include <stdexcept>
 #include <vector>
 
@@ -26,6 +27,23 @@ public:
         glColor4f(1, 1, 1, 1);
     }
 };
+
+void DrawPicture(Scene& scene, const std::string& path) {
+    scene.Draw();
+    scene.Draw();
+    Scene::SavePicture(path);
+}
+
+/// The exit status of a program that does only this.
+int StatusOf(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 1;
+    }
+    return 0;
+}
 
 } // namespace
 
@@ -63,8 +81,22 @@ const char* PictureAskedFor(int count, char** arguments) {
     return count > 1 ? arguments[1] : nullptr;
 }
 
-void DrawPicture(Scene& scene, const std::string& path) {
-    scene.Draw();
-    scene.Draw();
-    Scene::SavePicture(path);
+int Show(const char* picture, const std::function<bool()>& askedToEnd,
+         const std::function<void()>& swap) {
+    if (picture != nullptr)
+        return WritePicture(picture);
+    return StatusOf([&] {
+        Scene scene;
+        while (!askedToEnd()) {
+            scene.Draw();
+            swap();
+        }
+    });
+}
+
+int WritePicture(const char* path) {
+    return StatusOf([&] {
+        Scene scene;
+        DrawPicture(scene, path);
+    });
 }

@@ -3,6 +3,7 @@
 #include "engine/scene/mesh.h"
 #include "engine/scene/scenemanager.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -35,6 +36,13 @@ private:
 /// null without one.
 const char* PictureAskedFor(int count, char** arguments);
 
-/// Draws the two frames that it takes until the water mirrors (it is seen first, and mirrored from
-/// then on), and saves the second.
-void DrawPicture(Scene& scene, const std::string& path);
+/// What each program does once its context is current: shows the scene until `askedToEnd`, with a
+/// `swap` after every frame; or writes it into the file `picture`, unless that is null. The scene
+/// is gone again when this returns, so that the context may go. Returns the program's exit status:
+/// 1 after a failure, which standard error then tells.
+int Show(const char* picture, const std::function<bool()>& askedToEnd,
+         const std::function<void()>& swap);
+
+/// The part of Show() that needs no window: draws the two frames that it takes until the water
+/// mirrors (it is seen first, and mirrored from then on), and writes the second.
+int WritePicture(const char* path);

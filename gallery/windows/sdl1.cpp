@@ -4,7 +4,6 @@
 #include "gallery/windows/scene.h"
 
 #include <cstdio>
-#include <exception>
 
 #include <SDL.h>
 
@@ -18,16 +17,6 @@ bool AskedToEnd() {
     return false;
 }
 
-void Run(const char* picture) {
-    Scene scene;
-    if (picture != nullptr)
-        return DrawPicture(scene, picture);
-    while (!AskedToEnd()) {
-        scene.Draw();
-        SDL_GL_SwapBuffers();
-    }
-}
-
 } // namespace
 
 int main(int count, char** arguments) {
@@ -36,13 +25,7 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "no window: %s\n", SDL_GetError());
         return 1;
     }
-    int status = 0;
-    try {
-        Run(PictureAskedFor(count, arguments));
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s\n", failure.what());
-        status = 1;
-    }
+    const int status = Show(PictureAskedFor(count, arguments), AskedToEnd, SDL_GL_SwapBuffers);
     SDL_Quit();
     return status;
 }

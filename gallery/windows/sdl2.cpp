@@ -4,7 +4,6 @@
 #include "gallery/windows/scene.h"
 
 #include <cstdio>
-#include <exception>
 
 #include <SDL.h>
 
@@ -18,31 +17,15 @@ bool AskedToEnd() {
     return false;
 }
 
-void Run(SDL_Window* window, const char* picture) {
-    Scene scene;
-    if (picture != nullptr)
-        return DrawPicture(scene, picture);
-    while (!AskedToEnd()) {
-        scene.Draw();
-        SDL_GL_SwapWindow(window);
-    }
-}
-
 // A context of the default kind has the fixed pipeline that the engine draws with; a core profile,
 // and a context of OpenGL ES, has not.
-int Show(SDL_Window* window, const char* picture) {
+int ShowIn(SDL_Window* window, const char* picture) {
     const SDL_GLContext context = SDL_GL_CreateContext(window);
     if (context == nullptr) {
         std::fprintf(stderr, "no context: %s\n", SDL_GetError());
         return 1;
     }
-    int status = 0;
-    try {
-        Run(window, picture);
-    } catch (const std::exception& failure) {
-        std::fprintf(stderr, "%s\n", failure.what());
-        status = 1;
-    }
+    const int status = Show(picture, AskedToEnd, [&] { SDL_GL_SwapWindow(window); });
     SDL_GL_DeleteContext(context);
     return status;
 }
@@ -56,7 +39,7 @@ int main(int count, char** arguments) {
                          Scene::height, SDL_WINDOW_OPENGL);
     if (window == nullptr)
         std::fprintf(stderr, "no window: %s\n", SDL_GetError());
-    const int status = window == nullptr ? 1 : Show(window, PictureAskedFor(count, arguments));
+    const int status = window == nullptr ? 1 : ShowIn(window, PictureAskedFor(count, arguments));
     SDL_Quit();
     return status;
 }
