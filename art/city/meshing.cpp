@@ -201,9 +201,6 @@ float AreaOf(const Surface& surface) {
 // every side.
 constexpr float detailArea = 4.5f;
 
-// Sub-meshes are drawn one after the other, so each holds a band of this order.
-constexpr int bandCount = 6;
-
 /// The first triangles of the mesh, by which the material keeps the rest out of a picture that
 /// nobody sees: a ceiling and a curtain. They have no size of their own: their normals say to which
 /// corner of the picture the material moves them, and a view mark beyond all others tells them
@@ -233,20 +230,20 @@ std::vector<Charted> ToShow(const std::vector<Surface>& surfaces, const Measures
     return all;
 }
 
-/// The surfaces in this order, cut into bands, one sub-mesh a texture and band.
-void AppendBands(MeshFile& mesh, const std::vector<Charted>& all,
-                 const std::vector<std::size_t>& order, int bands) {
-    std::vector<SubMesh> bins(static_cast<std::size_t>(bands) * materialCount);
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        const Charted& c = all[order[i]];
-        const auto material = static_cast<std::size_t>(c.surface->paint.material);
-        SubMesh& bin = bins[i * bands / order.size() * materialCount + material];
-        bin.textures[0] = FileOf(c.surface->paint.material).texture;
-        AppendSurface(bin.vertices, c);
+/// The surfaces in this order, one sub-mesh a texture: to begin another costs the driver more than
+/// an order across the textures hides.
+void AppendSubMeshes(MeshFile& mesh, const std::vector<Charted>& all,
+                     const std::vector<std::size_t>& order) {
+    std::vector<SubMesh> ofMaterial(materialCount);
+    for (const std::size_t i : order) {
+        const Material material = all[i].surface->paint.material;
+        SubMesh& subMesh = ofMaterial[static_cast<std::size_t>(material)];
+        subMesh.textures[0] = FileOf(material).texture;
+        AppendSurface(subMesh.vertices, all[i]);
     }
-    for (SubMesh& bin : bins)
-        if (!bin.vertices.empty())
-            mesh.subMeshes.push_back(std::move(bin));
+    for (SubMesh& subMesh : ofMaterial)
+        if (!subMesh.vertices.empty())
+            mesh.subMeshes.push_back(std::move(subMesh));
 }
 
 } // namespace
@@ -263,8 +260,7 @@ MeshFile MeshCity(const Builder& city, const Measures& measures, MeshReport& rep
     MeshFile mesh{"Data/Gfx/City/", true, {}};
     if (Takes(steps, Step::Curtain))
         mesh.subMeshes.push_back(Curtain());
-    const bool ordered = Takes(steps, Step::Order);
-    AppendBands(mesh, all, ordered ? HidersFirst(all) : AsPlanned(all), ordered ? bandCount : 1);
+    AppendSubMeshes(mesh, all, Takes(steps, Step::Order) ? HidersFirst(all) : AsPlanned(all));
     report.vertices = VertexCount(mesh);
     return mesh;
 }

@@ -27,8 +27,8 @@ struct Measures {
 Measures MeasureCity(const Builder& city);
 
 /// Turns the city into the mesh that is shipped: hidden surfaces dropped, light-map charts
-/// packed, surfaces near the wisps cut small for their light, and all of it ordered so that
-/// what is usually near comes first, one sub-mesh a texture and band of distance.
+/// packed, surfaces near the wisps cut small for their light, one sub-mesh a texture, in each what
+/// hides others first.
 /// With fewer `steps` than all, it is a mesh to compare with: other surfaces have other charts, and
 /// the published light map does not fit them.
 MeshFile MeshCity(const Builder& city, const Measures& measures, MeshReport& report,

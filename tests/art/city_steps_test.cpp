@@ -74,7 +74,7 @@ TEST(Steps, Without_the_curtain_there_are_surfaces_only) {
     EXPECT_EQ(PlacesOf(mesh), PlacesOf(Whole()));
 }
 
-TEST(Steps, Without_the_order_surfaces_come_as_they_were_planned_in_one_band) {
+TEST(Steps, Without_the_order_surfaces_come_as_they_were_planned) {
     const MeshFile mesh = Without({Step::Order});
     EXPECT_EQ(PlacesOf(mesh), (std::vector<float>{behindWall, frontWall}));
     EXPECT_EQ(mesh.subMeshes.size(), 2u) << "the curtain, and one for the one texture";
