@@ -3,40 +3,16 @@
 #include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
 #include "engine/core/ressourcemanager.h"
-#include "engine/render/trust.h"
+#include "engine/render/jpegfile.h"
+#include "engine/render/pngfile.h"
 
-#include <csetjmp>
 #include <cstdio>
 #include <memory>
 #include <new>
-#include <vector>
-
-#include <jpeglib.h>
-#include <png.h>
-#include <sys/stat.h>
 
 namespace Vell {
 
 namespace {
-
-constexpr int signatureBytes = 8; // a PNG file opens with these
-constexpr int rgbBytes = 3;       // a pixel
-constexpr int rgbaBytes = 4;
-
-// What one byte of a file can stand for at most. JPEG: each block of 8 x 8 samples costs a bit, and
-// no component is coarser than a quarter of the picture in each direction. PNG: deflate needs 2
-// bits for its longest run, 258 bytes.
-constexpr std::size_t mostPixelsAJpegByte = 8192;
-constexpr std::size_t mostBytesAPngByte = 1032;
-
-/// What a decoder makes of a file.
-struct Decoded {
-    ivec2 size;
-    GLenum format = GL_RGB;
-    std::unique_ptr<unsigned char[]> pixels;
-};
-
-enum class Outcome { Decoded, Refused, TooLarge };
 
 void LogError(const std::string& path) {
     Log::GetInstance().Write("Image", "ERROR", path);
@@ -56,84 +32,11 @@ bool FitsTexture(unsigned width, unsigned height) {
            (width <= static_cast<unsigned>(largest) && height <= static_cast<unsigned>(largest));
 }
 
-/// Whether a picture of so many bytes may stand in the file, which would need so many for it at
-/// least. Asked before memory is taken.
-bool IsCredible(FILE* file, std::size_t pictureBytes, std::size_t least) {
-    if (pictureBytes <= takenOnTrust)
-        return true;
-    struct stat status {};
-    const bool measured = fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
-    return !measured || static_cast<std::size_t>(status.st_size) >= least;
-}
-
-/// False when there is no memory for the pixels.
-bool MakeRoom(Decoded& picture, unsigned width, unsigned height, int pixelBytes) {
-    picture.size = ivec2(static_cast<int>(width), static_cast<int>(height));
-    picture.format = pixelBytes == rgbaBytes ? GL_RGBA : GL_RGB;
-    picture.pixels.reset(
-        new (std::nothrow) unsigned char[static_cast<std::size_t>(width) * height * pixelBytes]);
-    return picture.pixels != nullptr;
-}
-
-// ---------------------------------------------------------------------------------------- JPEG
-
-/// libjpeg's standard error manager, which would end the program at a damaged file, with a way
-/// back.
-struct JpegErrors {
-    jpeg_error_mgr manager; // first, so that libjpeg's pointer to it is a pointer to this
-    std::jmp_buf wayBack;
-};
-
-void LeaveDecoder(j_common_ptr jpeg) {
-    std::longjmp(reinterpret_cast<JpegErrors*>(jpeg->err)->wayBack, 1);
-}
-
-/// What there is to say stands in the log; the terminal is not ours to write on.
-void SayNothing(j_common_ptr) {}
-
-/// Decodes top row first. libjpeg may jump back into this function, so nothing in it has a
-/// destructor to skip.
-Outcome DecodeJpeg(FILE* file, jpeg_decompress_struct& jpeg, JpegErrors& errors, Decoded& picture) {
-    if (setjmp(errors.wayBack) != 0)
-        return Outcome::Refused;
-    jpeg_create_decompress(&jpeg);
-    jpeg_stdio_src(&jpeg, file);
-    jpeg_read_header(&jpeg, TRUE);
-    if (jpeg.out_color_space != JCS_RGB) // grey or CMYK
-        return Outcome::Refused;
-    if (!FitsTexture(jpeg.image_width, jpeg.image_height))
-        return Outcome::TooLarge;
-    const std::size_t pixels = static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height;
-    // Arithmetic coding may need next to nothing for any number of flat blocks.
-    if (!jpeg.arith_code && !IsCredible(file, pixels * rgbBytes, pixels / mostPixelsAJpegByte))
-        return Outcome::Refused;
-    if (!MakeRoom(picture, jpeg.image_width, jpeg.image_height, rgbBytes))
-        return Outcome::TooLarge;
-    jpeg_start_decompress(&jpeg);
-    while (jpeg.output_scanline < jpeg.output_height) {
-        JSAMPROW row = picture.pixels.get() + static_cast<std::size_t>(jpeg.output_scanline) *
-                                                  jpeg.output_width * rgbBytes;
-        jpeg_read_scanlines(&jpeg, &row, 1);
-    }
-    jpeg_finish_decompress(&jpeg);
-    return Outcome::Decoded;
-}
-
-Outcome ReadJpeg(FILE* file, Decoded& picture) {
-    jpeg_decompress_struct jpeg{};
-    JpegErrors errors{};
-    jpeg.err = jpeg_std_error(&errors.manager);
-    errors.manager.error_exit = LeaveDecoder;
-    errors.manager.output_message = SayNothing;
-    const Outcome outcome = DecodeJpeg(file, jpeg, errors, picture);
-    jpeg_destroy_decompress(&jpeg);
-    return outcome;
-}
-
 /// The pixels in reverse order, which turns the picture by 180 degrees: flipped for OpenGL, and
 /// mirrored as well. PNG files are only flipped; the difference is intended: the same picture looks
 /// mirrored as a JPEG.
-std::unique_ptr<unsigned char[]> Turned(const Decoded& picture) {
+std::unique_ptr<unsigned char[]> Turned(const DecodedPicture& picture) {
+    constexpr int rgbBytes = DecodedPicture::rgbBytes;
     const std::size_t count =
         static_cast<std::size_t>(picture.size.x) * static_cast<std::size_t>(picture.size.y);
     std::unique_ptr<unsigned char[]> turned(new (std::nothrow) unsigned char[count * rgbBytes]);
@@ -147,109 +50,6 @@ std::unique_ptr<unsigned char[]> Turned(const Decoded& picture) {
         to[2] = from[2];
     }
     return turned;
-}
-
-// ----------------------------------------------------------------------------------------- PNG
-
-bool HasPngSignature(FILE* file) {
-    unsigned char signature[signatureBytes];
-    return std::fread(signature, 1, signatureBytes, file) == signatureBytes &&
-           png_sig_cmp(signature, 0, signatureBytes) == 0;
-}
-
-/// libpng's own handlers, but for what they would print.
-void LeavePngDecoder(png_structp png, png_const_charp) {
-    png_longjmp(png, 1);
-}
-void IgnorePngWarning(png_structp, png_const_charp) {}
-
-/// libpng's two structures, released together.
-struct PngReader {
-    png_structp png =
-        png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeavePngDecoder, IgnorePngWarning);
-    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
-
-    PngReader() = default;
-    ~PngReader() { png_destroy_read_struct(&png, &info, nullptr); }
-    PngReader(const PngReader&) = delete;
-    PngReader& operator=(const PngReader&) = delete;
-};
-
-/// Asks for 8 bits a channel, palettes as colours, and transparent colours as alpha.
-void AskForTransforms(png_structp png, png_infop info) {
-    const int type = png_get_color_type(png, info);
-    const int depth = png_get_bit_depth(png, info);
-    if (type == PNG_COLOR_TYPE_PALETTE)
-        png_set_palette_to_rgb(png);
-    if (type == PNG_COLOR_TYPE_GRAY && depth < 8)
-        png_set_expand_gray_1_2_4_to_8(png);
-    if (png_get_valid(png, info, PNG_INFO_tRNS) != 0)
-        png_set_tRNS_to_alpha(png);
-    if (depth == 16)
-        png_set_strip_16(png);
-    else if (depth < 8)
-        png_set_packing(png);
-    png_set_interlace_handling(png); // libpng wants to know before the update
-    png_read_update_info(png, info);
-}
-
-/// 0 for what is not to become a texture: grey, with or without alpha.
-int PixelBytes(png_structp png, png_infop info) {
-    switch (png_get_color_type(png, info)) {
-    case PNG_COLOR_TYPE_RGB:
-        return rgbBytes;
-    case PNG_COLOR_TYPE_RGB_ALPHA:
-        return rgbaBytes;
-    default:
-        return 0;
-    }
-}
-
-/// Where libpng puts its rows, top row first: into the picture from the last row down, which flips
-/// it for OpenGL.
-void PointAtRows(std::vector<png_bytep>& rows, const Decoded& picture, std::size_t rowBytes) {
-    rows.resize(static_cast<std::size_t>(picture.size.y));
-    for (std::size_t i = 0; i < rows.size(); ++i)
-        rows[i] = picture.pixels.get() + (rows.size() - 1 - i) * rowBytes;
-}
-
-/// Decodes bottom row first. libpng may jump back into this function, so nothing in it has a
-/// destructor to skip; `rows` belongs to the caller for that reason.
-Outcome DecodePng(FILE* file, PngReader& reader, std::vector<png_bytep>& rows, Decoded& picture) {
-    if (setjmp(png_jmpbuf(reader.png)) != 0)
-        return Outcome::Refused;
-    png_init_io(reader.png, file);
-    png_set_sig_bytes(reader.png, signatureBytes);
-    png_read_info(reader.png, reader.info);
-    const std::size_t packedRow =
-        png_get_rowbytes(reader.png, reader.info); // before the transforms
-    AskForTransforms(reader.png, reader.info);
-    const int pixelBytes = PixelBytes(reader.png, reader.info);
-    if (pixelBytes == 0)
-        return Outcome::Refused;
-    const unsigned width = png_get_image_width(reader.png, reader.info);
-    const unsigned height = png_get_image_height(reader.png, reader.info);
-    if (!FitsTexture(width, height))
-        return Outcome::TooLarge;
-    if (!IsCredible(file,
-                    static_cast<std::size_t>(width) * height * static_cast<std::size_t>(pixelBytes),
-                    packedRow * height / mostBytesAPngByte))
-        return Outcome::Refused;
-    if (!MakeRoom(picture, width, height, pixelBytes))
-        return Outcome::TooLarge;
-    PointAtRows(rows, picture,
-                static_cast<std::size_t>(picture.size.x) * static_cast<std::size_t>(pixelBytes));
-    png_read_image(reader.png, rows.data());
-    png_read_end(reader.png, nullptr);
-    return Outcome::Decoded;
-}
-
-Outcome ReadPng(FILE* file, Decoded& picture) {
-    PngReader reader;
-    if (reader.info == nullptr)
-        return Outcome::Refused;
-    std::vector<png_bytep> rows;
-    return DecodePng(file, reader, rows, picture);
 }
 
 } // namespace
@@ -297,9 +97,11 @@ bool Image::LoadByEnding(const std::string& path) {
 
 bool Image::LoadJPG(const std::string& path) {
     const File file(std::fopen(path.c_str(), "rb"));
-    Decoded picture;
-    const bool decoded = file != nullptr && ReadJpeg(file.get(), picture) == Outcome::Decoded;
+    DecodedPicture picture;
+    const bool decoded =
+        file != nullptr && DecodeJpeg(file.get(), FitsTexture, picture) == DecodeOutcome::Decoded;
     std::unique_ptr<unsigned char[]> turned = decoded ? Turned(picture) : nullptr;
+    picture.pixels.reset(); // before the driver takes memory, too
     if (turned == nullptr) {
         LogError(path);
         return false;
@@ -314,11 +116,11 @@ bool Image::LoadPNG(const std::string& path) {
         LogError(path);
         return false;
     }
-    Decoded picture;
-    const Outcome outcome = ReadPng(file.get(), picture);
-    if (outcome == Outcome::TooLarge)
+    DecodedPicture picture;
+    const DecodeOutcome outcome = DecodePng(file.get(), FitsTexture, picture);
+    if (outcome == DecodeOutcome::TooLarge)
         LogError(path);
-    if (outcome != Outcome::Decoded)
+    if (outcome != DecodeOutcome::Decoded)
         return false;
     Adopt(picture.pixels.release(), picture.size, picture.format, path);
     return true;
