@@ -10,6 +10,9 @@
 namespace Vell {
 
 /// What a decoder makes of a picture's file.
+///
+/// While it decodes it takes at most three times the bytes of the pixels, the pixels among them,
+/// and 32 MiB, whatever the file says.
 struct DecodedPicture {
     static constexpr int rgbBytes = 3; // a pixel
     static constexpr int rgbaBytes = 4;

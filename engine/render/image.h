@@ -35,8 +35,12 @@ public:
     /// JPEG, no PNG signature, and a picture wider or higher than the driver's largest texture
     /// (when the driver names one) or too large for the memory; other unsuitable PNG files (grey,
     /// damaged) fail without a row. A JPEG that breaks off behind its header loads as far as it
-    /// goes, unless it promises more than `takenOnTrust` bytes and the file could not hold that:
-    /// such a file counts as damaged.
+    /// goes, unless it promises more than `takenOnTrust` bytes and the file could not hold that (at
+    /// a bit for each block of 8 x 8 samples; in arithmetic coding, never): such a file counts as
+    /// damaged, and so does a JPEG of more than 100 scans.
+    /// Whatever the file says, loading takes at most four times the bytes of the pixels and 64 MiB,
+    /// beside what the driver takes: a PNG is read without its texts, profiles and other chunks
+    /// that do not bear on the pixels.
     bool Load(const std::string& path);
 
     /// What Load calls by ending: decode and upload, without registry or "LOADED" row. The texture

@@ -1,6 +1,7 @@
 #include "engine/render/jpegfile.h"
 
 #include <csetjmp>
+#include <limits>
 
 #include <jpeglib.h>
 
@@ -10,23 +11,48 @@ namespace {
 
 constexpr int rgbBytes = DecodedPicture::rgbBytes;
 
-// Each block of 8 x 8 samples costs a bit, and no component is coarser than a quarter of the
-// picture in each direction.
-constexpr std::size_t mostPixelsAJpegByte = 8192;
+// A few bytes of a scan that has nothing new to say make libjpeg go over all the picture once more;
+// cameras and programs make ten scans or so.
+constexpr int mostScans = 100;
+
+// libjpeg's own memory. It keeps 2 bytes for each sample of a picture of several scans, none of
+// whose three components is finer than the picture; up to 24 MB go into filling it up to whole
+// blocks of 32 pixels at the longest sides there are, 65,500; and there are rows and tables.
+constexpr std::size_t bytesASample = 2;
+constexpr std::size_t extraBytes = static_cast<std::size_t>(32) << 20;
 
 /// libjpeg's standard error manager, which would end the program at a damaged file, with a way
-/// back.
-struct JpegErrors {
+/// back; and what counts the scans.
+struct JpegControl {
     jpeg_error_mgr manager; // first, so that libjpeg's pointer to it is a pointer to this
     std::jmp_buf wayBack;
+    jpeg_progress_mgr progress;
 };
 
 void LeaveDecoder(j_common_ptr jpeg) {
-    std::longjmp(reinterpret_cast<JpegErrors*>(jpeg->err)->wayBack, 1);
+    std::longjmp(reinterpret_cast<JpegControl*>(jpeg->err)->wayBack, 1);
 }
 
 /// What there is to say stands in the log; the terminal is not ours to write on.
 void SayNothing(j_common_ptr) {}
+
+/// libjpeg asks this several times a scan.
+void CountScans(j_common_ptr jpeg) {
+    if (reinterpret_cast<j_decompress_ptr>(jpeg)->input_scan_number > mostScans)
+        LeaveDecoder(jpeg);
+}
+
+/// The least that a file spends on the picture: a bit for each block of 8 x 8 samples. Arithmetic
+/// coding may need next to nothing for any number of flat ones, so there no length is enough.
+std::size_t LeastBytes(const jpeg_decompress_struct& jpeg) {
+    if (jpeg.arith_code)
+        return std::numeric_limits<std::size_t>::max();
+    std::size_t blocks = 0;
+    for (int i = 0; i < jpeg.num_components; ++i)
+        blocks += static_cast<std::size_t>(jpeg.comp_info[i].width_in_blocks) *
+                  jpeg.comp_info[i].height_in_blocks;
+    return blocks / 8;
+}
 
 /// Reads the header and makes room for what it promises.
 DecodeOutcome Begin(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg,
@@ -37,21 +63,23 @@ DecodeOutcome Begin(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg,
         return DecodeOutcome::Refused;
     if (!fits(jpeg.image_width, jpeg.image_height))
         return DecodeOutcome::TooLarge;
-    const std::size_t pixels = static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height;
-    // Arithmetic coding may need next to nothing for any number of flat blocks.
-    if (!jpeg.arith_code && !IsCredible(file, pixels * rgbBytes, pixels / mostPixelsAJpegByte))
+    const std::size_t bytes =
+        static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height * rgbBytes;
+    if (!IsCredible(file, bytes, LeastBytes(jpeg)))
         return DecodeOutcome::Refused;
+    jpeg.mem->max_memory_to_use = static_cast<long>(bytes * bytesASample + extraBytes);
     return picture.MakeRoom(jpeg.image_width, jpeg.image_height, rgbBytes)
                ? DecodeOutcome::Decoded
                : DecodeOutcome::TooLarge;
 }
 
 /// libjpeg may jump back into this function, so nothing in it has a destructor to skip.
-DecodeOutcome Decode(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg, JpegErrors& errors,
+DecodeOutcome Decode(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg, JpegControl& control,
                      DecodedPicture& picture) {
-    if (setjmp(errors.wayBack) != 0)
+    if (setjmp(control.wayBack) != 0)
         return DecodeOutcome::Refused;
     jpeg_create_decompress(&jpeg);
+    jpeg.progress = &control.progress;
     const DecodeOutcome begun = Begin(file, fits, jpeg, picture);
     if (begun != DecodeOutcome::Decoded)
         return begun;
@@ -69,11 +97,12 @@ DecodeOutcome Decode(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg, J
 
 DecodeOutcome DecodeJpeg(FILE* file, FitsCheck fits, DecodedPicture& picture) {
     jpeg_decompress_struct jpeg{};
-    JpegErrors errors{};
-    jpeg.err = jpeg_std_error(&errors.manager);
-    errors.manager.error_exit = LeaveDecoder;
-    errors.manager.output_message = SayNothing;
-    const DecodeOutcome outcome = Decode(file, fits, jpeg, errors, picture);
+    JpegControl control{};
+    jpeg.err = jpeg_std_error(&control.manager);
+    control.manager.error_exit = LeaveDecoder;
+    control.manager.output_message = SayNothing;
+    control.progress.progress_monitor = CountScans;
+    const DecodeOutcome outcome = Decode(file, fits, jpeg, control, picture);
     jpeg_destroy_decompress(&jpeg);
     return outcome;
 }

@@ -16,6 +16,9 @@ constexpr int rgbaBytes = DecodedPicture::rgbaBytes;
 // Deflate needs 2 bits for its longest run, 258 bytes.
 constexpr std::size_t mostBytesAPngByte = 1032;
 
+// For a chunk that is read; the longest, a palette, has 768 bytes. Pixels are read in pieces.
+constexpr png_alloc_size_t mostChunkBytes = 1 << 20;
+
 /// libpng's own handlers, but for what they would print.
 void LeavePngDecoder(png_structp png, png_const_charp) {
     png_longjmp(png, 1);
@@ -33,6 +36,14 @@ struct PngReader {
     PngReader(const PngReader&) = delete;
     PngReader& operator=(const PngReader&) = delete;
 };
+
+/// Steps over every chunk but those of the pixels, the palette and its transparency, whatever there
+/// is in them: libpng would take memory for as much as a chunk says that it holds.
+void SkipOtherChunks(png_structp png) {
+    constexpr int allOthers = -1; // in place of a list
+    png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, allOthers);
+    png_set_chunk_malloc_max(png, mostChunkBytes);
+}
 
 /// Asks for 8 bits a channel, palettes as colours, and transparent colours as alpha.
 void AskForTransforms(png_structp png, png_infop info) {
@@ -81,6 +92,7 @@ DecodeOutcome Decode(FILE* file, FitsCheck fits, PngReader& reader, std::vector<
         return DecodeOutcome::Refused;
     png_init_io(reader.png, file);
     png_set_sig_bytes(reader.png, signatureBytes);
+    SkipOtherChunks(reader.png);
     png_read_info(reader.png, reader.info);
     const std::size_t packedRow =
         png_get_rowbytes(reader.png, reader.info); // before the transforms
