@@ -2,11 +2,11 @@
 
 #include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
+#include "engine/core/regularfile.h"
 #include "engine/core/ressourcemanager.h"
 #include "engine/render/jpegfile.h"
 #include "engine/render/pngfile.h"
 
-#include <cstdio>
 #include <memory>
 #include <new>
 
@@ -17,12 +17,6 @@ namespace {
 void LogError(const std::string& path) {
     Log::GetInstance().Write("Image", "ERROR", path);
 }
-
-/// Closes a file at the end of a block, whichever way the block is left.
-struct FileCloser {
-    void operator()(FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<FILE, FileCloser>;
 
 /// Whether the driver could take such a picture as a texture. One that names no limit is let try.
 bool FitsTexture(unsigned width, unsigned height) {
@@ -96,7 +90,7 @@ bool Image::LoadByEnding(const std::string& path) {
 }
 
 bool Image::LoadJPG(const std::string& path) {
-    const File file(std::fopen(path.c_str(), "rb"));
+    const FileStream file = OpenRegularStream(path);
     DecodedPicture picture;
     const bool decoded =
         file != nullptr && DecodeJpeg(file.get(), FitsTexture, picture) == DecodeOutcome::Decoded;
@@ -111,7 +105,7 @@ bool Image::LoadJPG(const std::string& path) {
 }
 
 bool Image::LoadPNG(const std::string& path) {
-    const File file(std::fopen(path.c_str(), "rb"));
+    const FileStream file = OpenRegularStream(path);
     if (file == nullptr || !HasPngSignature(file.get())) {
         LogError(path);
         return false;

@@ -2,13 +2,13 @@
 
 #include "engine/core/labels.h"
 #include "engine/core/logmanager.h"
+#include "engine/core/regularfile.h"
 #include "engine/core/ressourcemanager.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace Vell {
@@ -17,18 +17,8 @@ namespace {
 
 const char* const memoryName = "Internal"; // stands for both paths of a shader built from memory
 
-// 0 for a file that cannot be opened, below 0 for one that has no size.
-off_t FileSize(const char* path) {
-    const int file = open(path, O_RDONLY);
-    if (file < 0)
-        return 0;
-    const off_t size = lseek(file, 0, SEEK_END);
-    close(file);
-    return size;
-}
-
-// Reads up to `size` bytes and ends them with a NUL. Null when the bytes cannot be had, as with a
-// folder, which opens like a file.
+// Reads up to `size` bytes and ends them with a NUL. Null when there is no memory for them, or they
+// cannot be read.
 char* ReadText(FILE* file, std::size_t size) {
     char* text = static_cast<char*>(std::malloc(size + 1));
     if (text == nullptr)
@@ -102,15 +92,15 @@ void Shader::SetLabel(const std::string& text) {
 }
 
 char* Shader::textFileRead(const char* path) {
-    const off_t size = path != nullptr ? FileSize(path) : 0;
-    FILE* file = path != nullptr ? std::fopen(path, "rt") : nullptr;
-    // A folder opens as well; file systems give it no size, or one that no buffer could have.
-    const bool readable = file != nullptr && size >= 0 && size < std::numeric_limits<int>::max();
-    char* text = readable && size > 0 ? ReadText(file, static_cast<std::size_t>(size)) : nullptr;
+    const FileStream file = path != nullptr ? OpenRegularStream(path) : nullptr;
+    const off_t size = file != nullptr ? lseek(fileno(file.get()), 0, SEEK_END) : -1;
+    const bool readable = size >= 0 && size < std::numeric_limits<int>::max();
+    if (readable)
+        std::rewind(file.get());
+    char* text =
+        readable && size > 0 ? ReadText(file.get(), static_cast<std::size_t>(size)) : nullptr;
     if (!readable || (size > 0 && text == nullptr))
         Log::GetInstance().Write("Shader", "ERROR", path != nullptr ? path : "");
-    if (file != nullptr)
-        std::fclose(file);
     return text;
 }
 

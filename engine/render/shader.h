@@ -50,8 +50,8 @@ public:
     void SetLabel(const std::string& text);
 
     /// Reads a whole text file into a NUL-terminated buffer that the caller releases with free().
-    /// Null for an empty file, and, with an "ERROR" row, for a null path, an unreadable file and
-    /// one of 2 GB or more.
+    /// Null for an empty file, and, with an "ERROR" row, for a null path, a file that is missing,
+    /// may not be read or is no regular one, and one of 2 GB or more.
     static char* textFileRead(const char* path);
 
     /// Makes the program current; program 0, the fixed-function pipeline, after a failure.

@@ -1,12 +1,13 @@
 #include "engine/render/tokenreader.h"
 
+#include "engine/core/regularfile.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <limits>
 #include <string_view>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,16 +19,6 @@ constexpr int nothing = -1; // no character: the file has ended
 
 bool IsDigit(int c) {
     return c >= '0' && c <= '9';
-}
-
-/// Without waiting for the other end of a pipe, which may never come.
-int OpenRegular(const std::string& path) {
-    const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    struct stat status {};
-    if (file < 0 || (fstat(file, &status) == 0 && S_ISREG(status.st_mode)))
-        return file;
-    close(file);
-    return nothing;
 }
 
 /// std::from_chars takes a minus, but no plus.
@@ -71,7 +62,7 @@ Conversion ToFloat(std::string_view number) {
 } // namespace
 
 TokenReader::TokenReader(const std::string& path)
-    : file(OpenRegular(path)), cursor(chunk.data()), end(chunk.data()) {}
+    : file(OpenRegularFile(path)), cursor(chunk.data()), end(chunk.data()) {}
 
 TokenReader::~TokenReader() {
     if (IsOpen())

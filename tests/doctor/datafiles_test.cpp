@@ -14,6 +14,8 @@
 #include <set>
 #include <sstream>
 
+#include <sys/stat.h>
+
 namespace fs = std::filesystem;
 
 using Doctor::Row;
@@ -106,6 +108,18 @@ TEST_F(DataFilesTest, Missing_one_is_named_with_what_the_show_lacks) {
     const Row& row = Find(table, std::string("data:") + waterPicture);
     EXPECT_EQ(row.state, State::Warn);
     EXPECT_EQ(Value(row, "present"), "no");
+}
+
+TEST_F(DataFilesTest, That_is_a_pipe_is_not_waited_for) {
+    PublishTinyData();
+    for (const std::string& file : {std::string(waterPicture), DemoFiles().front()}) {
+        fs::remove(file);
+        ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    }
+    const Table table = Doctor::DataRows();
+    EXPECT_THAT(table[0].finding, HasSubstr("Data/Gfx/water.jpg (cannot be read: water without"));
+    EXPECT_THAT(table[0].finding, HasSubstr("(cannot be read: no city)"));
+    Doctor::FindLargestPicture();
 }
 
 TEST_F(DataFilesTest, One_changed_bit_is_noticed) {

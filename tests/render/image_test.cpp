@@ -9,6 +9,8 @@
 #include <memory>
 #include <type_traits>
 
+#include <sys/stat.h>
+
 using namespace Vell;
 
 namespace {
@@ -120,6 +122,22 @@ TEST_F(ImageTest, Decides_by_the_last_ending) {
     WritePng(name, 1, 1, 3, {1, 2, 3});
     Image image;
     EXPECT_TRUE(image.Load(name));
+}
+
+TEST_F(ImageTest, Logs_a_pipe_or_a_device_without_waiting_for_it) {
+    for (const char* ending : {".png", ".jpg"}) {
+        const std::string pipe = NewName(ending);
+        const std::string device = NewName(ending);
+        ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+        std::filesystem::create_symlink("/dev/zero", device);
+        for (const std::string& name : {pipe, device}) {
+            const LogWatch log;
+            Image image;
+            EXPECT_FALSE(image.Load(name));
+            ExpectEmpty(image);
+            EXPECT_EQ(log.NewRows(), (Rows{{"Image", "ERROR", name}}));
+        }
+    }
 }
 
 TEST_F(ImageTest, Logs_a_file_that_cannot_be_opened_or_is_a_folder) {

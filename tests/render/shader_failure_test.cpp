@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Vell;
@@ -256,6 +257,14 @@ TEST_F(ShaderFailureTest, Reads_nothing_and_says_nothing_when_a_file_is_empty) {
     const LogWatch log;
     EXPECT_EQ(Shader::textFileRead(name.c_str()), nullptr);
     EXPECT_EQ(log.NewRows(), Rows());
+}
+
+TEST_F(ShaderFailureTest, Logs_a_pipe_or_a_device_without_waiting_for_it) {
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    const LogWatch log;
+    EXPECT_EQ(Shader::textFileRead("pipe"), nullptr);
+    EXPECT_EQ(Shader::textFileRead("/dev/zero"), nullptr);
+    EXPECT_EQ(log.NewRows(), (Rows{{"Shader", "ERROR", "pipe"}, {"Shader", "ERROR", "/dev/zero"}}));
 }
 
 TEST_F(ShaderFailureTest, Logs_a_text_that_cannot_be_read) {

@@ -49,13 +49,22 @@ const char* const repairAdvice =
     "bring the files of Data/ back from where you took them (git checkout -- Data), or remake them "
     "with art/make";
 
+/// Only a regular file: a pipe's other end may never come. Another is not open.
+std::ifstream Open(const std::string& path) {
+    std::error_code none;
+    std::ifstream in;
+    if (fs::is_regular_file(path, none))
+        in.open(path, std::ios::binary);
+    return in;
+}
+
 bool Known(const std::vector<DataFile>& files, const std::string& path) {
     return std::any_of(files.begin(), files.end(),
                        [&](const DataFile& file) { return file.path == path; });
 }
 
 void AddTextures(std::vector<DataFile>& files, const std::string& mesh) {
-    std::ifstream in(mesh);
+    std::ifstream in = Open(mesh);
     for (const std::string& texture : MeshTextures(in))
         if (!Known(files, texture))
             files.push_back({texture, withoutTexture});
@@ -87,16 +96,17 @@ void Compare(const std::string& sum, const std::string& published, const DataFil
 Row FileRow(const DataFile& file, const std::string& published) {
     Row row = DetailRow(file);
     std::error_code failed;
-    const std::uintmax_t bytes = fs::file_size(file.path, failed);
-    std::ifstream in(file.path, std::ios::binary);
-    row.values = {{"present", failed ? "no" : "yes"}};
-    if (failed || !in) {
-        row.Set(State::Warn, (failed ? "missing: " : "cannot be read: ") + file.without,
+    const bool present = fs::exists(file.path, failed);
+    std::ifstream in = Open(file.path);
+    row.values = {{"present", present ? "yes" : "no"}};
+    if (!in.is_open()) {
+        row.Set(State::Warn, (present ? "cannot be read: " : "missing: ") + file.without,
                 repairAdvice);
         return row;
     }
     const std::string sum = SumOf(in);
-    row.values.push_back(NumberValue("bytes", static_cast<double>(bytes)));
+    row.values.push_back(
+        NumberValue("bytes", static_cast<double>(fs::file_size(file.path, failed))));
     row.values.push_back({"sha256", sum});
     Compare(sum, published, file, row);
     return row;
@@ -157,7 +167,7 @@ std::map<std::string, std::string> ReadSums(const std::string& path) {
     constexpr std::size_t digits = 64;
     constexpr std::size_t gap = 2; // a blank, and a blank or the star of a binary file
     std::map<std::string, std::string> sums;
-    std::ifstream in(path);
+    std::ifstream in = Open(path);
     for (std::string line; std::getline(in, line);)
         if (line.find_first_not_of("0123456789abcdef") == digits && line.size() > digits + gap)
             sums[line.substr(digits + gap)] = line.substr(0, digits);
@@ -197,8 +207,8 @@ Table DataRows() {
 LargestPicture FindLargestPicture() {
     LargestPicture largest;
     for (const DataFile& file : DataFiles()) {
-        std::ifstream in(file.path, std::ios::binary);
-        const PictureSize size = in ? ReadPictureSize(in) : PictureSize();
+        std::ifstream in = Open(file.path);
+        const PictureSize size = in.is_open() ? ReadPictureSize(in) : PictureSize();
         if (std::max(size.width, size.height) > std::max(largest.width, largest.height))
             largest = {file.path, size.width, size.height};
     }
