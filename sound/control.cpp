@@ -29,7 +29,7 @@ void SetOutputMaker(OutputMaker maker) {
 
 void PlayByHand(std::shared_ptr<const HandTime> time) {
     SetOutputMaker([time = std::move(time)](const std::shared_ptr<const Track>& track) {
-        return std::make_unique<SilentOutput>(track->rate, [time] { return time->Now(); });
+        return std::make_unique<SilentOutput>(track->Rate(), [time] { return time->Now(); });
     });
 }
 

@@ -1,7 +1,7 @@
 #include "sound/fmod.h"
 
 #include "sound/control.h"
-#include "sound/mp3decoder.h"
+#include "sound/mp3file.h"
 #include "sound/player.h"
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 namespace {
 
 using Vell::Sound::Channel;
+using Vell::Sound::Mp3File;
 using Vell::Sound::Player;
-using Vell::Sound::Track;
 
 constexpr int mostChannels = 64;
 constexpr unsigned offeredModes =
@@ -26,7 +26,7 @@ struct FMOD_SYSTEM {
 
 /// Sounds may outlive their system: the player is only remembered in order to be stopped.
 struct FMOD_SOUND {
-    std::shared_ptr<const Track> track;
+    std::shared_ptr<const Mp3File> file;
     std::weak_ptr<Player> player;
 };
 
@@ -53,15 +53,15 @@ FMOD_RESULT Guarded(Call call) {
 }
 
 FMOD_RESULT OpenSound(const FMOD_SYSTEM& system, const char* name, FMOD_SOUND** sound) {
-    Vell::Sound::DecodedMp3 decoded = Vell::Sound::DecodeMp3(name);
-    if (!decoded.track)
+    const std::shared_ptr<const Mp3File> file = Mp3File::Open(name);
+    if (!file)
         return FMOD_FAILED_FILE;
-    *sound = new FMOD_SOUND{std::move(decoded.track), system.player};
-    return decoded.damaged ? FMOD_FAILED_DAMAGED : FMOD_OK;
+    *sound = new FMOD_SOUND{file, system.player};
+    return file->Damaged() ? FMOD_FAILED_DAMAGED : FMOD_OK;
 }
 
 FMOD_RESULT Play(const FMOD_SYSTEM& system, const FMOD_SOUND& sound, FMOD_CHANNEL** channel) {
-    *channel = HandleOf(system.player->Play(sound.track, Vell::Sound::MakeOutput));
+    *channel = HandleOf(system.player->Play(sound.file, Vell::Sound::MakeOutput));
     return *channel ? FMOD_OK : FMOD_FAILED_RESOURCES;
 }
 
@@ -146,7 +146,7 @@ FMOD_RESULT FMOD_Sound_Release(FMOD_SOUND* sound) {
     if (!sound)
         return FMOD_FAILED_ARGUMENT;
     if (const auto player = sound->player.lock())
-        player->Stop(sound->track.get());
+        player->Stop(sound->file.get());
     delete sound;
     return FMOD_OK;
 }

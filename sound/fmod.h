@@ -4,7 +4,8 @@
  * answered with FMOD_FAILED_ARGUMENT.
  *
  * Handles:  owned by the library. A null handle is safe in every call.
- * Threads:  call from one thread. The sound card is fed by a thread of the library's own.
+ * Threads:  call from one thread. Each playing channel has two threads of the library's own: one
+ *           decodes, the other feeds the sound card.
  * Failure:  told by the result alone, never on the terminal. A sound device that is missing, busy
  *           or lost is no failure: the music then plays in silence, at the same speed, and the
  *           spectrum goes on.
@@ -17,7 +18,7 @@ extern "C" {
 #endif
 
 typedef struct FMOD_SYSTEM FMOD_SYSTEM;   /* the sound system and its channels */
-typedef struct FMOD_SOUND FMOD_SOUND;     /* one decoded track */
+typedef struct FMOD_SOUND FMOD_SOUND;     /* one track */
 typedef struct FMOD_CHANNEL FMOD_CHANNEL; /* one playing track; belongs to its system */
 
 /* What a call answers. The failures are this library's own. */
@@ -38,8 +39,8 @@ enum { FMOD_INIT_NORMAL = 0 };
 
 /*
  * How a track is opened. All of these describe what the library does anyway: the track is decoded
- * whole when it is opened and its length is exact; it plays once, through no 3D placement. They
- * may be given in any combination, and change nothing.
+ * by software while it plays, and its length is exact; it plays once, through no 3D placement.
+ * They may be given in any combination, and change nothing.
  */
 enum {
     FMOD_LOOP_OFF = 0x1,
@@ -74,9 +75,13 @@ FMOD_RESULT FMOD_System_Init(FMOD_SYSTEM* system, int channels, unsigned int fla
                              void* extraDriverData);
 
 /*
- * Opens and decodes the MP3 at the path `name`, to 16 bit stereo at its own rate. Sample 0 is the
+ * Opens the MP3 at the path `name`, to be played as 16 bit stereo at its own rate. Sample 0 is the
  * first sample of the music: what the encoder put before and behind it is cut away where the file
  * says how much. `mode` is any combination of the flags above, `extendedInfo` is null.
+ *
+ * The file is read through once for its length and stays open, so that it may be renamed or
+ * removed; a playing channel takes a megabyte of memory, however long the track is. Anything but a
+ * regular file, such as a pipe, is refused.
  *
  * `*sound` becomes the track, or null when nothing can be played. A damaged file answers
  * FMOD_FAILED_DAMAGED and still gives the track as far as it goes. The caller ends it with

@@ -22,9 +22,9 @@ constexpr int mostIdleWrites = 10;
 DeviceOutput::DeviceOutput(std::shared_ptr<const Track> toPlay, std::unique_ptr<Device> onDevice,
                            TimeSource time)
     : track(std::move(toPlay)),
-      position(track->rate, std::move(time)),
+      position(track->Rate(), std::move(time)),
       device(std::move(onDevice)) {
-    if (!device->Open(track->rate)) {
+    if (!device->Open(track->Rate())) {
         position.Start();
         position.RunFree();
         return;
@@ -76,7 +76,9 @@ bool DeviceOutput::TooFarAhead() const {
 
 Device::Answer DeviceOutput::WriteNext() {
     const std::int64_t count = std::min(device->PeriodFrames(), track->Frames() - next);
-    return device->Write(track->samples.data() + next * sides, count);
+    period.resize(static_cast<std::size_t>(count * sides));
+    track->Read(next, period);
+    return device->Write(period.data(), count);
 }
 
 /// Takes note of what a write brought; false when the device is lost.

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace Vell::Sound {
 
@@ -47,9 +48,10 @@ private:
     Position position;
 
     // Used by the thread alone once it runs:
-    std::unique_ptr<Device> device; ///< null once it is lost or played out
-    std::int64_t next = 0;          ///< first frame that the device has not taken
-    int idleWrites = 0;             ///< writes since the device last took anything
+    std::unique_ptr<Device> device;   ///< null once it is lost or played out
+    std::int64_t next = 0;            ///< first frame that the device has not taken
+    std::vector<std::int16_t> period; ///< what it is given next
+    int idleWrites = 0;               ///< writes since the device last took anything
 
     std::mutex mutex;                ///< guards the two below
     bool stop = false;               ///< whether the thread is to end

@@ -1,19 +1,24 @@
 #include "sound/player.h"
 
+#include "sound/streamedtrack.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace Vell::Sound {
 
-void Channel::Play(std::shared_ptr<const Track> piece, const OutputMaker& makeOutput) {
+void Channel::Play(std::shared_ptr<const Mp3File> toPlay, const OutputMaker& makeOutput) {
     Stop();
+    auto piece = std::make_shared<StreamedTrack>(toPlay);
     output = makeOutput(piece);
     track = std::move(piece);
+    file = std::move(toPlay);
 }
 
 void Channel::Stop() {
     output.reset();
     track.reset();
+    file.reset();
 }
 
 bool Channel::IsPlaying() const {
@@ -40,19 +45,19 @@ void Player::Close() {
     offered = 0;
 }
 
-Channel* Player::Play(std::shared_ptr<const Track> track, const OutputMaker& makeOutput) {
+Channel* Player::Play(std::shared_ptr<const Mp3File> file, const OutputMaker& makeOutput) {
     for (std::size_t i = 0; i < offered; ++i) {
         if (channels[i]->IsPlaying())
             continue;
-        channels[i]->Play(std::move(track), makeOutput);
+        channels[i]->Play(std::move(file), makeOutput);
         return channels[i].get();
     }
     return nullptr;
 }
 
-void Player::Stop(const Track* track) {
+void Player::Stop(const Mp3File* file) {
     for (const auto& channel : channels)
-        if (channel->Has(track))
+        if (channel->Has(file))
             channel->Stop();
 }
 

@@ -76,6 +76,7 @@ struct Spectrum::Tables {
           plan(NewPlan(2 * count)),
           weights(Weights(kind, 2 * count)),
           sum(std::accumulate(weights.begin(), weights.end(), 0.0f)),
+          samples(2 * count * static_cast<std::size_t>(sides)),
           block(2 * count),
           bins(count + 1) {}
 
@@ -83,22 +84,19 @@ struct Spectrum::Tables {
 
     Window window;
     Plan plan;
-    std::vector<float> weights;     ///< of each sample
-    float sum;                      ///< of the weights
-    std::vector<float> block;       ///< the weighted samples
-    std::vector<kiss_fft_cpx> bins; ///< one more than there are values: the last is left out
+    std::vector<float> weights;        ///< of each sample
+    float sum;                         ///< of the weights
+    std::vector<std::int16_t> samples; ///< both sides
+    std::vector<float> block;          ///< the weighted samples of one side
+    std::vector<kiss_fft_cpx> bins;    ///< one more than there are values: the last is left out
 };
 
 /// Takes the frames before `heard`, which lies inside the track; before frame 0 there is silence.
 void Spectrum::Tables::Fill(const Track& track, std::int64_t heard, int side) {
-    const auto length = static_cast<std::int64_t>(block.size());
-    const std::int64_t first = heard - length;
-    const std::int64_t silent = std::clamp<std::int64_t>(-first, 0, length);
-    std::fill_n(block.begin(), silent, 0.0f);
-    for (std::int64_t n = silent; n < length; ++n) {
-        const auto sample = track.samples[static_cast<std::size_t>((first + n) * sides + side)];
-        const auto index = static_cast<std::size_t>(n);
-        block[index] = weights[index] * static_cast<float>(sample) / fullScale;
+    track.Read(heard - std::ssize(block), samples);
+    for (std::size_t n = 0; n < block.size(); ++n) {
+        const std::int16_t sample = samples[n * sides + static_cast<std::size_t>(side)];
+        block[n] = weights[n] * static_cast<float>(sample) / fullScale;
     }
 }
 

@@ -1,9 +1,9 @@
 #include "art/music/master.h"
 #include "art/music/mixer.h"
 #include "art/music/soundfile.h"
-#include "sound/mp3decoder.h"
 
 #include "tests/art/music_signal.h"
+#include "tests/sound/whole_track.h"
 #include "tests/support/scratch.h"
 
 #include <gmock/gmock.h>
@@ -86,7 +86,7 @@ TEST(Mp3File, Decodes_to_the_exact_length) {
         signal.left.resize(frames);
         signal.right.resize(frames);
         ASSERT_TRUE(Music::WriteMp3("a.mp3", signal, 192));
-        const auto decoded = Vell::Sound::DecodeMp3("a.mp3");
+        const auto decoded = DecodeMp3("a.mp3");
         ASSERT_NE(decoded.track, nullptr);
         EXPECT_FALSE(decoded.damaged);
         EXPECT_EQ(decoded.track->Frames(), static_cast<std::int64_t>(frames));
@@ -98,7 +98,7 @@ TEST(Mp3File, Lets_the_slowest_movements_through) {
     // A plateau that changes its sign every half second, as the picture's pulse does.
     Music::Stereo signal = Signal::Both(Signal::Sine(1.0, 0.3, 3.0));
     ASSERT_TRUE(Music::WriteMp3("a.mp3", signal, 256));
-    const auto decoded = Vell::Sound::DecodeMp3("a.mp3");
+    const auto decoded = DecodeMp3("a.mp3");
     ASSERT_NE(decoded.track, nullptr);
     const auto sample = [&](double seconds) {
         return decoded.track->samples[2 * Music::FrameAt(seconds)] / 32768.0;

@@ -5,9 +5,9 @@
 #include "art/music/loudness.h"
 #include "sound/control.h"
 #include "sound/fmod.h"
-#include "sound/mp3decoder.h"
 
 #include "tests/art/music_signal.h"
+#include "tests/sound/whole_track.h"
 
 #include <gtest/gtest.h>
 
@@ -28,8 +28,8 @@ constexpr std::array<double, 7> sceneCuts{13.912, 27.824, 41.736, 55.648, 76.516
 const Music::Stereo& Piece() {
     static const Music::Stereo piece = [] {
         Music::Stereo signal;
-        const auto decoded = Vell::Sound::DecodeMp3(trackPath);
-        if (decoded.track && decoded.track->rate == Music::sampleRate) {
+        const auto decoded = DecodeMp3(trackPath);
+        if (decoded.track && decoded.track->Rate() == Music::sampleRate) {
             for (std::size_t i = 0; i + 1 < decoded.track->samples.size(); i += 2) {
                 signal.left.push_back(static_cast<float>(decoded.track->samples[i]) / 32768.0F);
                 signal.right.push_back(static_cast<float>(decoded.track->samples[i + 1]) /

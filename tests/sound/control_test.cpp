@@ -1,6 +1,7 @@
 #include "sound/control.h"
 
 #include "tests/sound/alsa_setup.h"
+#include "tests/sound/whole_track.h"
 #include "tests/support/scratch.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@ protected:
     ~Control() override { SetOutputMaker({}); }
 
     std::shared_ptr<const Track> track =
-        std::make_shared<Track>(Track{44100, std::vector<std::int16_t>(2 * 44100)});
+        std::make_shared<const WholeTrack>(44100, std::vector<std::int16_t>(2 * 44100));
 };
 
 struct FixedOutput : Output {

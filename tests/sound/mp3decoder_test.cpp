@@ -1,16 +1,13 @@
 #include "sound/mp3decoder.h"
 
 #include "tests/sound/mp3_maker.h"
+#include "tests/sound/whole_track.h"
 #include "tests/support/scratch.h"
 
 #include <gmock/gmock.h>
 
 #include <cstdlib>
 #include <random>
-
-using Vell::Sound::DecodedMp3;
-using Vell::Sound::DecodeMp3;
-using Vell::Sound::Track;
 
 namespace {
 
@@ -21,17 +18,17 @@ class Mp3Decoder : public ::testing::Test {
 protected:
     DecodedMp3 Decode(const std::string& mp3) {
         WriteFile("track.mp3", mp3);
-        return DecodeMp3("track.mp3");
+        return ::DecodeMp3("track.mp3");
     }
 
     ScratchDir scratch;
 };
 
-int At(const Track& track, std::size_t frame, int side) {
+int At(const WholeTrack& track, std::size_t frame, int side) {
     return track.samples[2 * frame + static_cast<std::size_t>(side)];
 }
 
-std::size_t LoudestFrame(const Track& track, int side) {
+std::size_t LoudestFrame(const WholeTrack& track, int side) {
     std::size_t loudest = 0;
     for (std::size_t frame = 0; frame < static_cast<std::size_t>(track.Frames()); ++frame)
         if (std::abs(At(track, frame, side)) > std::abs(At(track, loudest, side)))
@@ -41,7 +38,7 @@ std::size_t LoudestFrame(const Track& track, int side) {
 
 /// Sum of the squared differences between the track's left side and the music's first channel,
 /// of which the latter is taken `shift` frames later.
-double Error(const Track& track, const Music& music, int shift) {
+double Error(const WholeTrack& track, const Music& music, int shift) {
     double sum = 0.0;
     const auto last = static_cast<std::size_t>(track.Frames()) - 1;
     const auto step = static_cast<std::size_t>(music.channels);
@@ -89,7 +86,7 @@ TEST_F(Mp3Decoder, Starts_with_the_music_in_every_rate_and_in_mono) {
             const Music music = Sine(20000, 440.0, 16000.0, rate, channels);
             const DecodedMp3 decoded = Decode(EncodeMp3(music));
             ASSERT_TRUE(decoded.track) << rate << ' ' << channels;
-            EXPECT_EQ(decoded.track->rate, rate);
+            EXPECT_EQ(decoded.track->Rate(), rate);
             EXPECT_EQ(decoded.track->Frames(), 20000);
             // One frame too early or too late fits worse than none.
             const double error = Error(*decoded.track, music, 0);
@@ -173,7 +170,7 @@ TEST_F(Mp3Decoder, Ends_where_another_track_of_another_rate_is_glued_on) {
     const DecodedMp3 alone = Decode(first);
     const DecodedMp3 both = Decode(first + second);
     ASSERT_TRUE(alone.track && both.track);
-    EXPECT_EQ(both.track->rate, 44100);
+    EXPECT_EQ(both.track->Rate(), 44100);
     EXPECT_EQ(both.track->Frames(), alone.track->Frames());
 }
 

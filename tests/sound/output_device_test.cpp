@@ -1,6 +1,7 @@
 #include "sound/output_device.h"
 
 #include "sound/control.h"
+#include "tests/sound/whole_track.h"
 
 #include <gmock/gmock.h>
 
@@ -15,7 +16,6 @@ using std::chrono::steady_clock;
 using Vell::Sound::Device;
 using Vell::Sound::DeviceOutput;
 using Vell::Sound::SteadyTime;
-using Vell::Sound::Track;
 using Outcome = Vell::Sound::Device::Outcome;
 
 namespace {
@@ -75,12 +75,11 @@ private:
 };
 
 /// A track in which every sample tells where it stands.
-std::shared_ptr<const Track> NumberedTrack(int frames) {
-    auto track = std::make_shared<Track>();
-    track->rate = rate;
+std::shared_ptr<const WholeTrack> NumberedTrack(int frames) {
+    std::vector<std::int16_t> samples;
     for (int i = 0; i < 2 * frames; ++i)
-        track->samples.push_back(static_cast<std::int16_t>(i % 30'011));
-    return track;
+        samples.push_back(static_cast<std::int16_t>(i % 30'011));
+    return std::make_shared<const WholeTrack>(rate, std::move(samples));
 }
 
 bool Within(milliseconds limit, const std::function<bool()>& condition) {
@@ -104,7 +103,7 @@ protected:
     }
 
     Script script;
-    std::shared_ptr<const Track> track;
+    std::shared_ptr<const WholeTrack> track;
     std::unique_ptr<DeviceOutput> output; // last: its thread uses the script
 };
 

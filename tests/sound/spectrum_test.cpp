@@ -1,6 +1,7 @@
 #include "sound/spectrum.h"
 
 #include "tests/sound/allocations.h"
+#include "tests/sound/whole_track.h"
 
 #include <gmock/gmock.h>
 
@@ -12,7 +13,6 @@ using ::testing::Each;
 using ::testing::FloatNear;
 using ::testing::Pointwise;
 using Vell::Sound::Spectrum;
-using Vell::Sound::Track;
 using Vell::Sound::Window;
 
 namespace {
@@ -28,13 +28,13 @@ constexpr int right = 1;
 constexpr float rounding = 1.0f / 32768.0f;
 
 template <class LeftAt, class RightAt>
-Track MakeTrack(int frames, LeftAt leftAt, RightAt rightAt) {
-    Track track{44100, {}};
+WholeTrack MakeTrack(int frames, LeftAt leftAt, RightAt rightAt) {
+    std::vector<std::int16_t> samples;
     for (int frame = 0; frame < frames; ++frame) {
-        track.samples.push_back(static_cast<std::int16_t>(std::lround(32767.0 * leftAt(frame))));
-        track.samples.push_back(static_cast<std::int16_t>(std::lround(32767.0 * rightAt(frame))));
+        samples.push_back(static_cast<std::int16_t>(std::lround(32767.0 * leftAt(frame))));
+        samples.push_back(static_cast<std::int16_t>(std::lround(32767.0 * rightAt(frame))));
     }
-    return track;
+    return {44100, std::move(samples)};
 }
 
 double Nothing(int) {
@@ -42,12 +42,12 @@ double Nothing(int) {
 }
 
 /// A sine of full scale on the left whose frequency is `bin` bins wide, counted from bin 0.
-Track SineOnBin(double bin, double phase = 0.0) {
+WholeTrack SineOnBin(double bin, double phase = 0.0) {
     return MakeTrack(
         2000, [=](int n) { return std::sin(2.0 * pi * bin * n / blockLength + phase); }, Nothing);
 }
 
-std::vector<float> Measure(const Track& track, std::int64_t heard, int side = left,
+std::vector<float> Measure(const WholeTrack& track, std::int64_t heard, int side = left,
                            int values = count) {
     // Filled beforehand with what no spectrum gives: every value must have been written.
     std::vector<float> spectrum(static_cast<std::size_t>(values), -1.0f);
@@ -75,7 +75,7 @@ TEST(Spectrum, Reads_one_where_a_sine_of_full_scale_meets_a_bin) {
 }
 
 TEST(Spectrum, Is_linear) {
-    const Track quiet = MakeTrack(
+    const WholeTrack quiet = MakeTrack(
         2000, [](int n) { return 0.01 * std::sin(2.0 * pi * 10.0 * n / blockLength); }, Nothing);
     EXPECT_NEAR(Measure(quiet, 1000)[10], 0.01, rounding);
 }
@@ -111,7 +111,7 @@ TEST(Spectrum, Does_not_depend_on_the_phase_of_a_sine_on_a_bin) {
 }
 
 TEST(Spectrum, Reads_a_constant_as_its_level_in_value_0) {
-    const Track constant = MakeTrack(
+    const WholeTrack constant = MakeTrack(
         2000, [](int) { return 0.5; }, Nothing);
     const std::vector<float> spectrum = Measure(constant, 1000);
     EXPECT_NEAR(spectrum[0], 0.5, rounding);
@@ -121,7 +121,7 @@ TEST(Spectrum, Reads_a_constant_as_its_level_in_value_0) {
 }
 
 TEST(Spectrum, Measures_the_side_that_is_asked_for) {
-    const Track track = MakeTrack(
+    const WholeTrack track = MakeTrack(
         2000, [](int n) { return std::sin(2.0 * pi * 8.0 * n / blockLength); },
         [](int n) { return std::sin(2.0 * pi * 40.0 * n / blockLength); });
     EXPECT_NEAR(Measure(track, 1000, left)[8], 1.0, 2.0 * rounding);
@@ -132,7 +132,7 @@ TEST(Spectrum, Measures_the_side_that_is_asked_for) {
 
 TEST(Spectrum, Takes_the_samples_before_the_one_heard_next_and_no_others) {
     // One click of full scale at frame 500: a flat spectrum of 2 w / 64 each, w the weight there.
-    const Track click = MakeTrack(
+    const WholeTrack click = MakeTrack(
         2000, [](int n) { return n == 500 ? 1.0 : 0.0; }, Nothing);
     EXPECT_THAT(Measure(click, 500), Each(0.0f)) << "about to be heard";
     EXPECT_THAT(Measure(click, 500 + blockLength + 1), Each(0.0f)) << "out of the block again";
@@ -144,7 +144,7 @@ TEST(Spectrum, Takes_the_samples_before_the_one_heard_next_and_no_others) {
 }
 
 TEST(Spectrum, Hears_silence_before_the_track_and_after_it) {
-    const Track loud = MakeTrack(
+    const WholeTrack loud = MakeTrack(
         2000, [](int) { return 1.0; }, Nothing);
     for (const std::int64_t heard : {-1'000'000L, -1L, 0L, 2000L, 2001L, 1'000'000L})
         EXPECT_THAT(Measure(loud, heard), Each(0.0f)) << heard;
@@ -155,7 +155,7 @@ TEST(Spectrum, Hears_silence_before_the_track_and_after_it) {
 TEST(Spectrum, Completes_the_block_with_silence_at_the_start) {
     // 32 frames of level 1 fill the last quarter of the block. Their weights are (32 - m) / 64 for
     // m = 0 .. 31 before the end: from 32/64 down to 1/64, together 32 * 33 / 2 / 64 = 8.25.
-    const Track constant = MakeTrack(
+    const WholeTrack constant = MakeTrack(
         2000, [](int) { return 1.0; }, Nothing);
     EXPECT_NEAR(Measure(constant, 32)[0], 8.25 / 64.0, rounding);
 }
@@ -167,7 +167,7 @@ TEST(Spectrum, Reads_a_silent_track_as_exact_zeros) {
 TEST(Spectrum, Agrees_with_the_transform_written_out) {
     // A signal with no pattern, every size from the smallest up.
     const auto signal = [](int n) { return 0.9 * std::sin(0.37 * n * n); };
-    const Track track = MakeTrack(2000, signal, Nothing);
+    const WholeTrack track = MakeTrack(2000, signal, Nothing);
     for (const int values : {2, 4, 8, 64, 256}) {
         std::vector<float> expected;
         for (int k = 0; k < values; ++k) {
@@ -189,7 +189,7 @@ TEST(Spectrum, Agrees_with_the_transform_written_out) {
 }
 
 TEST(Spectrum, Can_change_its_size_from_call_to_call) {
-    const Track track = SineOnBin(16);
+    const WholeTrack track = SineOnBin(16);
     Spectrum spectrum;
     std::vector<float> small(64);
     std::vector<float> large(128);
@@ -202,7 +202,7 @@ TEST(Spectrum, Can_change_its_size_from_call_to_call) {
 }
 
 TEST(Spectrum, Takes_memory_in_the_first_call_only) {
-    const Track track = SineOnBin(16);
+    const WholeTrack track = SineOnBin(16);
     Spectrum spectrum;
     std::vector<float> values(count);
     const int before = Allocations();
@@ -229,7 +229,7 @@ TEST(Spectrum, Reads_one_on_a_bin_through_every_window_and_leaks_as_that_window_
         {Window::Hann, 0.25 / 0.5, 0.0},
         {Window::Blackman, 0.25 / 0.42, 0.04 / 0.42},
     };
-    const Track sine = SineOnBin(16);
+    const WholeTrack sine = SineOnBin(16);
     for (const WindowCase& expected : cases) {
         SCOPED_TRACE(static_cast<int>(expected.window));
         std::vector<float> values(count, -1.0f);
@@ -244,7 +244,7 @@ TEST(Spectrum, Reads_one_on_a_bin_through_every_window_and_leaks_as_that_window_
 }
 
 TEST(Spectrum, Can_change_its_window_from_call_to_call) {
-    const Track sine = SineOnBin(16);
+    const WholeTrack sine = SineOnBin(16);
     Spectrum spectrum;
     std::vector<float> values(count);
     spectrum.Measure(sine, 1000, left, values, Window::Hann);

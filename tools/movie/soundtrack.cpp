@@ -2,12 +2,12 @@
 
 #include "demo/assets.h"
 
-#include "sound/mp3decoder.h"
-#include "sound/track.h"
+#include "sound/streamedtrack.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <span>
 #include <stdexcept>
 #include <vector>
 
@@ -19,9 +19,9 @@ namespace Movie {
 
 namespace {
 
-void WriteAll(int file, const std::vector<std::int16_t>& samples) {
+void WriteAll(int file, std::span<const std::int16_t> samples) {
     const char* from = reinterpret_cast<const char*>(samples.data());
-    std::size_t left = samples.size() * sizeof(std::int16_t);
+    std::size_t left = samples.size_bytes();
     while (left > 0) {
         const ssize_t written = write(file, from, left);
         if (written < 0 && errno != EINTR)
@@ -32,25 +32,39 @@ void WriteAll(int file, const std::vector<std::int16_t>& samples) {
     }
 }
 
+void SetFrames(int file, std::int64_t frames) {
+    if (ftruncate(file, frames * static_cast<off_t>(Vell::Sound::sides * sizeof(std::int16_t))) !=
+        0)
+        throw std::runtime_error(std::string("cannot cut the sound: ") + std::strerror(errno));
+}
+
+/// The frames from `first` up to `last`, which is not among them.
+void WriteMusic(int file, const Vell::Sound::Track& track, std::int64_t first, std::int64_t last) {
+    constexpr std::int64_t framesAtOnce = 16'384;
+    std::vector<std::int16_t> samples;
+    for (; first < last; first += framesAtOnce) {
+        const std::int64_t count = std::min(framesAtOnce, last - first);
+        samples.resize(static_cast<std::size_t>(count * Vell::Sound::sides));
+        track.Read(first, samples);
+        WriteAll(file, samples);
+    }
+}
+
 } // namespace
 
 Soundtrack::Soundtrack(double begin, double end) {
-    const auto track = Vell::Sound::DecodeMp3(Assets::music).track;
-    silent = !track;
-    if (track)
-        rate = track->rate;
-    const auto first = static_cast<std::size_t>(std::llround(begin * rate)) * Vell::Sound::sides;
-    const auto last = static_cast<std::size_t>(std::llround(end * rate)) * Vell::Sound::sides;
-    std::vector<std::int16_t> samples(last - first);
-    if (track && first < track->samples.size())
-        std::copy(track->samples.begin() + static_cast<std::ptrdiff_t>(first),
-                  track->samples.begin() +
-                      static_cast<std::ptrdiff_t>(std::min(last, track->samples.size())),
-                  samples.begin());
+    const auto music = Vell::Sound::Mp3File::Open(Assets::music);
+    silent = !music;
+    if (music)
+        rate = music->Rate();
     file = memfd_create("soundtrack", 0); // inherited by the encoder
     if (file < 0)
         throw std::runtime_error(std::string("no memory for the sound: ") + std::strerror(errno));
-    WriteAll(file, samples);
+    const std::int64_t first = std::llround(begin * rate);
+    const std::int64_t last = std::llround(end * rate);
+    if (music)
+        WriteMusic(file, Vell::Sound::StreamedTrack(music), first, last);
+    SetFrames(file, last - first); // which are zeros where there is no music
 }
 
 Soundtrack::~Soundtrack() {
@@ -62,10 +76,7 @@ std::string Soundtrack::Path() const {
 }
 
 void Soundtrack::CutAfter(double seconds) {
-    const auto frames = static_cast<off_t>(std::llround(seconds * rate));
-    if (ftruncate(file, frames * static_cast<off_t>(Vell::Sound::sides * sizeof(std::int16_t))) !=
-        0)
-        throw std::runtime_error(std::string("cannot cut the sound: ") + std::strerror(errno));
+    SetFrames(file, std::llround(seconds * rate));
 }
 
 } // namespace Movie
