@@ -2,6 +2,7 @@
 
 #include "sound/output_device.h"
 #include "tests/sound/alsa_setup.h"
+#include "tests/sound/whole_track.h"
 #include "tests/support/scratch.h"
 
 #include <gtest/gtest.h>
@@ -69,15 +70,14 @@ protected:
     ScratchDir scratch;
 };
 
-std::shared_ptr<const Track> SineTrack(int rate, int frames) {
-    auto track = std::make_shared<Track>();
-    track->rate = rate;
+std::shared_ptr<const WholeTrack> SineTrack(int rate, int frames) {
+    std::vector<std::int16_t> samples;
     for (int frame = 0; frame < frames; ++frame) {
         const double sample = 10000.0 * std::sin(frame * 0.0628); // about 100 frames to the wave
-        track->samples.push_back(static_cast<std::int16_t>(std::lround(sample)));
-        track->samples.push_back(static_cast<std::int16_t>(std::lround(-0.5 * sample)));
+        samples.push_back(static_cast<std::int16_t>(std::lround(sample)));
+        samples.push_back(static_cast<std::int16_t>(std::lround(-0.5 * sample)));
     }
-    return track;
+    return std::make_shared<WholeTrack>(rate, std::move(samples));
 }
 
 TEST_F(Alsa, Gets_exactly_the_samples_of_the_track) {
