@@ -16,9 +16,32 @@ VELL_EXTENSION_GROUPS(VELL_DEFINE_GROUP)
 #define VELL_GROUP(extension, entryPoints, lists) {extension, lists##Name, lists##Address},
 const ExtensionGroup extensionGroups[] = {VELL_EXTENSION_GROUPS(VELL_GROUP)};
 
+namespace {
+
+/// Whether `name` stands at this place of the list, which may be a shorter one than last time.
+bool StandsAt(std::size_t place, const char* extensions, const char* name) {
+    const std::size_t end = place + std::strlen(name);
+    return strnlen(extensions, end) == end &&
+           std::memcmp(extensions + place, name, end - place) == 0;
+}
+
+} // namespace
+
+// Meshes ask the same for every sub-mesh of every frame, and lists have thousands of characters:
+// what is asked is looked for first where the last name was found. The answer is that of the list
+// as it is now, whoever's it is.
 int CheckForExtension(const char* name) {
+    static std::size_t lastPlace = 0;
     const auto* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
-    return extensions != nullptr && std::strstr(extensions, name) != nullptr ? 1 : 0;
+    if (extensions == nullptr)
+        return 0;
+    if (StandsAt(lastPlace, extensions, name))
+        return 1;
+    const char* const found = std::strstr(extensions, name);
+    if (found == nullptr)
+        return 0;
+    lastPlace = static_cast<std::size_t>(found - extensions);
+    return 1;
 }
 
 int InitializeGLExtension(const char* extension, const char** names, void*** pointers) {

@@ -91,8 +91,8 @@ void PointAtMemory(const XT3DSubMesh& subMesh) {
     glTexCoordPointer(2, GL_FLOAT, 0, subMesh.texcoords);
 }
 
-// Asks the driver again for every sub-mesh, which is intended: many sub-meshes cost many searches
-// through its list of extensions.
+// Asks the driver again for every sub-mesh, which is intended: what it lists now decides, not what
+// it listed when the mesh was loaded.
 void DrawTriangles(const XT3DSubMesh& subMesh, bool withLightmap) {
     if (HasBuffers())
         PointAtBuffers(subMesh, withLightmap);

@@ -163,6 +163,26 @@ TEST_F(CoreCalls, Start_up_asks_for_nothing_of_an_extension_that_is_not_listed) 
     }
 }
 
+TEST_F(CoreCalls, An_extension_is_looked_for_in_the_list_as_it_is_now) {
+    gl.extensions = "GL_EXT_first GL_ARB_vertex_program GL_EXT_last";
+    const char* const place = gl.extensions.data();
+    const auto change = [&](const std::string& list) {
+        std::copy(list.c_str(), list.c_str() + list.size() + 1, gl.extensions.data());
+        ASSERT_EQ(gl.extensions.data(), place) << "another list at the same address";
+    };
+    EXPECT_EQ(CheckForExtension("GL_ARB_vertex_program"), 1);
+    EXPECT_EQ(CheckForExtension("GL_ARB_vertex_program"), 1);
+    EXPECT_EQ(CheckForExtension("GL_ARB_vertex_shader"), 0) << "begins alike at that place";
+    change("GL_EXT_first GL_ARB_vertex");
+    EXPECT_EQ(CheckForExtension("GL_ARB_vertex_program"), 0) << "the list ends within the name";
+    change("GL_EXT_first");
+    EXPECT_EQ(CheckForExtension("GL_ARB_vertex_program"), 0) << "the list ends before that place";
+    change("GL_ARB_vertex_program");
+    EXPECT_EQ(CheckForExtension("GL_ARB_vertex_program"), 1) << "at another place";
+    change("");
+    EXPECT_EQ(CheckForExtension("GL_ARB_vertex_program"), 0);
+}
+
 TEST_F(CoreCalls, Framebuffer_extension_is_found_inside_the_drivers_name_for_it) {
     gl.extensions = "GL_EXT_framebuffer_object";
     EXPECT_EQ(CheckForExtension("EXT_framebuffer_object"), 1);
