@@ -7,9 +7,6 @@
 #include "engine/render/jpegfile.h"
 #include "engine/render/pngfile.h"
 
-#include <memory>
-#include <new>
-
 namespace Vell {
 
 namespace {
@@ -24,26 +21,6 @@ bool FitsTexture(unsigned width, unsigned height) {
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
     return largest <= 0 ||
            (width <= static_cast<unsigned>(largest) && height <= static_cast<unsigned>(largest));
-}
-
-/// The pixels in reverse order, which turns the picture by 180 degrees: flipped for OpenGL, and
-/// mirrored as well. PNG files are only flipped; the difference is intended: the same picture looks
-/// mirrored as a JPEG.
-std::unique_ptr<unsigned char[]> Turned(const DecodedPicture& picture) {
-    constexpr int rgbBytes = DecodedPicture::rgbBytes;
-    const std::size_t count =
-        static_cast<std::size_t>(picture.size.x) * static_cast<std::size_t>(picture.size.y);
-    std::unique_ptr<unsigned char[]> turned(new (std::nothrow) unsigned char[count * rgbBytes]);
-    if (turned == nullptr)
-        return nullptr;
-    const unsigned char* from = picture.pixels.get() + count * rgbBytes;
-    for (unsigned char* to = turned.get(); from != picture.pixels.get(); to += rgbBytes) {
-        from -= rgbBytes;
-        to[0] = from[0];
-        to[1] = from[1];
-        to[2] = from[2];
-    }
-    return turned;
 }
 
 } // namespace
@@ -92,15 +69,11 @@ bool Image::LoadByEnding(const std::string& path) {
 bool Image::LoadJPG(const std::string& path) {
     const FileStream file = OpenRegularStream(path);
     DecodedPicture picture;
-    const bool decoded =
-        file != nullptr && DecodeJpeg(file.get(), FitsTexture, picture) == DecodeOutcome::Decoded;
-    std::unique_ptr<unsigned char[]> turned = decoded ? Turned(picture) : nullptr;
-    picture.pixels.reset(); // before the driver takes memory, too
-    if (turned == nullptr) {
+    if (file == nullptr || DecodeJpeg(file.get(), FitsTexture, picture) != DecodeOutcome::Decoded) {
         LogError(path);
         return false;
     }
-    Adopt(turned.release(), picture.size, picture.format, path);
+    Adopt(picture.pixels.release(), picture.size, picture.format, path);
     return true;
 }
 

@@ -73,7 +73,23 @@ DecodeOutcome Begin(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg,
                : DecodeOutcome::TooLarge;
 }
 
-/// libjpeg may jump back into this function, so nothing in it has a destructor to skip.
+/// Puts a row of the file into the picture in reverse order of its pixels and of the rows, which
+/// turns the picture by 180 degrees.
+void PutTurned(const unsigned char* row, std::size_t number, const DecodedPicture& picture) {
+    const auto width = static_cast<std::size_t>(picture.size.x);
+    const std::size_t rowsLeft = static_cast<std::size_t>(picture.size.y) - number;
+    unsigned char* to = picture.pixels.get() + rowsLeft * width * rgbBytes;
+    for (std::size_t x = 0; x < width; ++x, row += rgbBytes) {
+        to -= rgbBytes;
+        to[0] = row[0];
+        to[1] = row[1];
+        to[2] = row[2];
+    }
+}
+
+/// Puts each row to its place at once: a second pass over all of a large picture would cost more
+/// than the caches hold. libjpeg may jump back into this function, so nothing in it has a
+/// destructor to skip; the row is libjpeg's.
 DecodeOutcome Decode(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg, JpegControl& control,
                      DecodedPicture& picture) {
     if (setjmp(control.wayBack) != 0)
@@ -84,10 +100,12 @@ DecodeOutcome Decode(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg, J
     if (begun != DecodeOutcome::Decoded)
         return begun;
     jpeg_start_decompress(&jpeg);
+    const JSAMPARRAY row = jpeg.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&jpeg),
+                                                  JPOOL_IMAGE, jpeg.output_width * rgbBytes, 1);
     while (jpeg.output_scanline < jpeg.output_height) {
-        JSAMPROW row = picture.pixels.get() + static_cast<std::size_t>(jpeg.output_scanline) *
-                                                  jpeg.output_width * rgbBytes;
-        jpeg_read_scanlines(&jpeg, &row, 1);
+        const std::size_t number = jpeg.output_scanline;
+        jpeg_read_scanlines(&jpeg, row, 1);
+        PutTurned(row[0], number, picture);
     }
     jpeg_finish_decompress(&jpeg);
     return DecodeOutcome::Decoded;
