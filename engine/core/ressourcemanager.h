@@ -5,11 +5,21 @@
 
 namespace Vell {
 
+/// What a registered object is, so that no picture is taken for a mesh.
+enum class RessourceKind {
+    Unknown, ///< registered without a kind: taken for whatever it is looked up as
+    Image,
+    Mesh, ///< an XT3DStatic
+    Shader,
+    Deleted, ///< the object is gone, its name is not
+};
+
 /// Finds resources that are already loaded by the path they were loaded from.
 ///
-/// It owns nothing and never forgets: an entry outlives its object, so whoever deletes a registered
-/// object must see to it that nobody looks the name up again. Names are compared byte by byte; two
-/// spellings of one path are two names.
+/// It owns nothing and never forgets: an entry outlives its object. The loaders of the engine mark
+/// their entries when they end, and load a path afresh whose object is gone; whoever deletes an
+/// object that he registered himself must do so too, or see to it that nobody looks the name up
+/// again. Names are compared byte by byte; two spellings of one path are two names.
 class RessourceManager {
 public:
     /// The one instance, made on first use and destroyed at exit.
@@ -20,8 +30,20 @@ public:
 
     /// Stores `object` under `name`, in place of what stood there. The caller keeps owning it.
     void Register(void* object, const std::string& name);
+    /// The same, for those who look up by kind.
+    void Register(void* object, const std::string& name, RessourceKind kind);
+
+    /// Marks all entries of an object that ends now. Exist() and Get() go on answering as before;
+    /// the pointer that Get() gives then leads nowhere. Does nothing once the registry is
+    /// destroyed: static objects may end after it.
+    static void MarkDeleted(const void* object);
 
     bool Exist(const std::string& name) const;
+
+    /// Whether an object that is not marked as deleted stands under `name`.
+    bool IsTaken(const std::string& name) const;
+    /// Whether that object may be used as one of this kind: it is one, or its kind is unknown.
+    bool IsTakenBy(RessourceKind kind, const std::string& name) const;
 
     /// What was registered under `name`, to be cast to the type it was registered as; null when
     /// there is no such name.
@@ -29,9 +51,14 @@ public:
 
 private:
     RessourceManager() = default;
-    ~RessourceManager() = default;
+    ~RessourceManager();
 
-    std::map<std::string, void*> ressources; ///< by name, not owned
+    struct Entry {
+        void* object = nullptr; ///< not owned
+        RessourceKind kind = RessourceKind::Unknown;
+    };
+
+    std::map<std::string, Entry> ressources; ///< by name
 };
 
 } // namespace Vell

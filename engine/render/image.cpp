@@ -30,6 +30,7 @@ Image::Image()
 
 // A failed image frees nothing, texture 0 and null being nothing, yet still logs that it ends.
 Image::~Image() {
+    RessourceManager::MarkDeleted(this);
     if (shared)
         return;
     delete[] data;
@@ -41,14 +42,18 @@ Image::~Image() {
 
 bool Image::Load(const std::string& path) {
     RessourceManager& registry = RessourceManager::GetInstance();
-    if (registry.Exist(path)) {
+    if (registry.IsTakenBy(RessourceKind::Image, path)) {
         Share(*static_cast<Image*>(registry.Get(path)));
         return texture != 0;
     }
+    name = path;
+    if (registry.IsTaken(path)) { // by a mesh or a shader, whose file is no picture
+        LogError(path);
+        return false;
+    }
     // Before the outcome is known: a failed path stays taken, so that a missing file is tried, and
     // logged, once.
-    name = path;
-    registry.Register(this, path);
+    registry.Register(this, path, RessourceKind::Image);
     if (!LoadByEnding(path))
         return false;
     Log::GetInstance().Write("Image", "LOADED", path);

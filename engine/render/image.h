@@ -11,8 +11,9 @@ namespace Vell {
 ///
 /// Pixels: rows bottom-up without gaps, 3 (RGB) or 4 (RGBA) bytes each. A PNG keeps left and
 /// right; a JPEG is turned by 180 degrees, so it is mirrored as well.
-/// Shared: a path that was loaded before is not read again. The later image points at the texture
-/// and pixels of the first, owns nothing, and must not outlive it.
+/// Shared: a path that was loaded before is not read again as long as the image lives that loaded
+/// it. The later image points at the texture and pixels of the first, owns nothing, and must not
+/// outlive it. Once the first is gone the file is read afresh.
 /// Needs:  a current context on which InitEngine() succeeded.
 class Image {
 public:
@@ -31,16 +32,17 @@ public:
     /// The ending decides the format and is case-sensitive: ".png" or ".jpg", anything else is
     /// refused. Registers the path even when loading fails. Leaves the texture bound.
     /// True when there is a texture afterwards; false, with texture 0 and size (0, 0), otherwise.
-    /// Logs "LOADED", or "ERROR" for a wrong ending, a file that is missing, may not be read or is
-    /// no regular one (a pipe is not waited for), a grey, CMYK or damaged JPEG, no PNG signature,
-    /// and a picture wider or higher than the driver's largest texture (when the driver names one)
-    /// or too large for the memory; other unsuitable PNG files (grey, damaged) fail without a row.
-    /// A JPEG that breaks off behind its header loads as far as it goes, unless it promises more
-    /// than `takenOnTrust` bytes and the file could not hold that (at a bit for each block of 8 x 8
-    /// samples; in arithmetic coding, never): such a file counts as damaged, and so does a JPEG of
-    /// more than 100 scans. Whatever the file says, loading takes at most four times the bytes of
-    /// the pixels and 64 MiB, beside what the driver takes: a PNG is read without its texts,
-    /// profiles and other chunks that do not bear on the pixels.
+    /// Logs "LOADED", or "ERROR" for a path that a mesh or a shader was loaded from, a wrong
+    /// ending, a file that is missing, may not be read or is no regular one (a pipe is not waited
+    /// for), a grey, CMYK or damaged JPEG, no PNG signature, and a picture wider or higher than the
+    /// driver's largest texture (when the driver names one) or too large for the memory; other
+    /// unsuitable PNG files (grey, damaged) fail without a row. A JPEG that breaks off behind its
+    /// header loads as far as it goes, unless it promises more than `takenOnTrust` bytes and the
+    /// file could not hold that (at a bit for each block of 8 x 8 samples; in arithmetic coding,
+    /// never): such a file counts as damaged, and so does a JPEG of more than 100 scans. Whatever
+    /// the file says, loading takes at most four times the bytes of the pixels and 64 MiB, beside
+    /// what the driver takes: a PNG is read without its texts, profiles and other chunks that do
+    /// not bear on the pixels.
     bool Load(const std::string& path);
 
     /// What Load calls by ending: decode and upload, without registry or "LOADED" row. The texture

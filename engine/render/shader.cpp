@@ -45,6 +45,7 @@ Shader::Shader() : vertexObject(0), fragmentObject(0), program(0) {}
 // Attached to a program, an object outlives its deletion for as long as the program does, so every
 // sharer may delete it. One that did not compile is kept until here all the same.
 Shader::~Shader() {
+    RessourceManager::MarkDeleted(this);
     Unlabel(ObjectKind::Program, program);
     Unlabel(ObjectKind::Shader, vertexObject);
     Unlabel(ObjectKind::Shader, fragmentObject);
@@ -59,14 +60,19 @@ Shader::~Shader() {
 
 void Shader::Load(const std::string& vertPath, const std::string& fragPath) {
     RessourceManager& registry = RessourceManager::GetInstance();
-    if (registry.Exist(vertPath) && registry.Exist(fragPath)) {
+    const bool known = registry.IsTaken(vertPath) && registry.Exist(fragPath);
+    if (known && registry.IsTakenBy(RessourceKind::Shader, vertPath)) {
         Share(*static_cast<Shader*>(registry.Get(vertPath)));
         return;
     }
     vertexName = vertPath;
     fragmentName = fragPath;
-    registry.Register(this, vertexName);
-    registry.Register(this, fragmentName);
+    if (known) { // but the first is a picture or a mesh
+        Log::GetInstance().Write("Shader", "ERROR", vertPath);
+        return;
+    }
+    registry.Register(this, vertexName, RessourceKind::Shader);
+    registry.Register(this, fragmentName, RessourceKind::Shader);
 
     CreateObjects();
     char* vertSrc = textFileRead(vertPath.c_str());

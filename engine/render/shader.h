@@ -25,8 +25,8 @@ public:
     /// Handles shared through the registry are deleted by every sharer alike. That is harmless: the
     /// program object itself is never released, so what is left of a pair goes on drawing, and
     /// OpenGL ignores the second deletion of a shader object (when the pair did not compile there
-    /// is no program, and it refuses that deletion without harm). The registry keeps both names, so
-    /// a pair must not be loaded again once the object that compiled it is gone.
+    /// is no program, and it refuses that deletion without harm). Once the
+    /// object that compiled a pair is gone, the pair is compiled afresh when it is loaded again.
     ~Shader();
 
     Shader(const Shader&) = delete;
@@ -36,8 +36,9 @@ public:
     /// When both paths are registered already, the handles of the shader under `vertPath` are
     /// shared instead: no file is read, nothing is bound, nothing is logged. Otherwise this object
     /// is registered under both paths, whether or not it compiles.
-    /// Logs "LOADED", or "ERROR" for a file that cannot be read and for a shader that does not
-    /// compile; the compiler's message follows the row. A link failure is not noticed.
+    /// Logs "LOADED", or "ERROR" for a pair of registered paths of which the first is a mesh's or
+    /// an image's, for a file that cannot be read and for a shader that does not compile; the
+    /// compiler's message follows the row. A link failure is not noticed.
     void Load(const std::string& vertPath, const std::string& fragPath);
 
     /// Builds the program from two NUL-terminated texts and leaves it bound.

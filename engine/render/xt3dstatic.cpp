@@ -141,6 +141,7 @@ XT3DStatic::XT3DStatic()
       blend(false) {}
 
 XT3DStatic::~XT3DStatic() {
+    RessourceManager::MarkDeleted(this);
     if (shared)
         return;
     ReleaseSubMeshes();
@@ -161,13 +162,17 @@ void XT3DStatic::ReleaseSubMeshes() {
 
 void XT3DStatic::Load(const std::string& path) {
     RessourceManager& registry = RessourceManager::GetInstance();
-    if (registry.Exist(path)) {
+    if (registry.IsTakenBy(RessourceKind::Mesh, path)) {
         Share(*static_cast<XT3DStatic*>(registry.Get(path)));
         return;
     }
-    // Before the file is opened: a failed path stays taken, so that a missing file is tried once.
-    registry.Register(this, path);
     name = path;
+    if (registry.IsTaken(path)) { // by a picture or a shader, whose file is no mesh
+        Log::GetInstance().Write("XT3DStatic", "ERROR", name);
+        return;
+    }
+    // Before the file is opened: a failed path stays taken, so that a missing file is tried once.
+    registry.Register(this, path, RessourceKind::Mesh);
     // Sub-meshes of an earlier file are forgotten, not released: other meshes may share them.
     subMeshes = nullptr;
     subMeshCount = 0;

@@ -40,10 +40,11 @@ struct XT3DSubMesh {
 ///
 /// Units:  texture 0 to 2 on texture units 0 to 2, the light map on unit 6; texture coordinate set
 ///         0 carries the textures' coordinates, set 1 the light map's.
-/// Shared: a path that was loaded before is not read again. The later mesh points at the
-/// sub-meshes,
-///         material and light map of the first, owns nothing, and must not outlive it; it has its
-///         own blend flag, and its bounding box stays all zero.
+/// Shared: a path that was loaded before is not read again as long as the mesh lives that loaded
+/// it.
+///         The later mesh points at the sub-meshes, material and light map of the first, owns
+///         nothing, and must not outlive it; it has its own blend flag, and its bounding box stays
+///         all zero. Once the first is gone the file is read afresh.
 /// Needs:  a current context on which InitEngine() succeeded.
 class XT3DStatic : public Mesh {
 public:
@@ -51,8 +52,8 @@ public:
 
     /// Releases buffers, arrays, material and light map and logs "FREE"; a shared mesh does
     /// neither. The sub-meshes' textures stay, for others find them in the registry, and so do,
-    /// without a light map, the unused light map coordinates. The registry keeps the path of the
-    /// light map as well, so no other mesh of that directory may use or load it afterwards.
+    /// without a light map, the unused light map coordinates. A light map is shared like any image:
+    /// other meshes of that directory must not outlive the mesh that loaded it.
     ~XT3DStatic() override;
 
     XT3DStatic(const XT3DStatic&) = delete;
@@ -65,10 +66,11 @@ public:
     ///
     /// Registers the path even when loading fails. Logs "LOADED", or "ERROR" and stays empty when
     /// the file is missing or no regular file (a pipe is never waited for), is none of this format,
-    /// or has a count that is refused (below).
-    /// Anything else wrong further on is forgiven, an early end included: what cannot be read stays
-    /// zero, negative counts are taken as 0, and a texture whose name cannot be read is an image of
-    /// the texture directory itself. That one has no texture; the first of its path logs "ERROR".
+    /// or has a count that is refused (below), or when an image or a shader was loaded from the
+    /// path. Anything else wrong further on is forgiven, an early end included: what cannot be read
+    /// stays zero, negative counts are taken as 0, and a texture whose name cannot be read is an
+    /// image of the texture directory itself. That one has no texture; the first of its path logs
+    /// "ERROR".
     ///
     /// A count is refused when there is no memory for it, and when it would take more than
     /// `takenOnTrust` bytes and the rest of the file could not hold it. A vertex takes 40 bytes and

@@ -67,7 +67,7 @@ SceneNode* SceneManager::AddSceneNode(Mesh* mesh, const vec3& position) {
 
 Mesh* SceneManager::GetMesh(const std::string& path) {
     RessourceManager& registry = RessourceManager::GetInstance();
-    if (registry.Exist(path))
+    if (registry.IsTakenBy(RessourceKind::Mesh, path))
         return static_cast<XT3DStatic*>(registry.Get(path));
     XT3DStatic* mesh = new XT3DStatic;
     mesh->Load(path);

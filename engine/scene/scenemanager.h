@@ -24,10 +24,8 @@ class Water;
 /// Pointers returned here stay valid until then, or until the camera, the water or the sky box they
 /// point to is replaced.
 ///
-/// Files: the registry of loaded files forgets nothing. What a manager has deleted, a mesh, a
-///        picture, is still registered under its path, and to load that path again is to read freed
-///        memory. Two scenes with files in common live side by side, the one that loaded them going
-///        last; a scene that comes after another needs files of other paths.
+/// Files: two scenes with files in common share what was loaded from them, so the one that loaded
+///        them goes last. A scene that comes after another loads the same paths afresh.
 ///
 /// Needs: a current context on which InitEngine() succeeded, with the screen size final: the scene
 ///        target and the chain of effects take it at construction.
@@ -58,8 +56,8 @@ public:
     /// is owned by the manager. A file that fails to load is logged and gives an empty mesh, again
     /// at every later call.
     ///
-    /// The registry of loaded files is untyped: what stands under `path` is returned as a mesh
-    /// unseen, so it must not be a path that an image or a shader was loaded from.
+    /// A path that an image or a shader was loaded from fails likewise, with a new empty mesh at
+    /// every call. What others have put into the registry without its kind is returned unseen.
     Mesh* GetMesh(const std::string& path);
 
     /// Creates the shadow mapping at the first call and configures it at every call: position
@@ -82,12 +80,11 @@ public:
                                     float intensity);
     ShadowMapping* GetShadowMap() const { return shadow; }
 
-    /// Replaces the water by a new one with its defaults. The normal map must be a file that no
-    /// water before had, see Files above.
+    /// Replaces the water by a new one with its defaults, without a normal map.
     Water* AddWater();
 
     /// Replaces the sky box by a new one of six pictures, named after the axis they are seen along.
-    /// The box before is deleted first, so none of its files may be among them, see Files above.
+    /// The box before is deleted first; pictures that both have are loaded afresh.
     SkyBox* AddSkyBox(const std::string& xpos, const std::string& xneg, const std::string& ypos,
                       const std::string& yneg, const std::string& zpos, const std::string& zneg);
 

@@ -8,9 +8,16 @@
 
 #include <gtest/gtest.h>
 
+using Vell::RessourceKind;
 using Vell::RessourceManager;
 
 namespace {
+
+// Made before the registry and gone after it, as an engine user's static objects are: what they
+// tell at their end must not reach into what is gone, which the sanitizers would tell.
+const struct Survivor {
+    ~Survivor() { RessourceManager::MarkDeleted(this); }
+} survivor;
 
 // The registry is one for the process and forgets nothing: every test uses names of its own.
 RessourceManager& registry = RessourceManager::GetInstance();
@@ -76,6 +83,41 @@ TEST(RessourceManager, Keeps_the_entry_of_an_object_that_is_gone) {
     object.reset();
     EXPECT_TRUE(registry.Exist("stale"));
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(registry.Get("stale")), address);
+}
+
+TEST(RessourceManager, Marks_all_names_of_an_object_that_ends_and_no_others) {
+    int object = 0;
+    int other = 0;
+    registry.Register(&object, "ended", RessourceKind::Image);
+    registry.Register(&object, "ended, too");
+    registry.Register(&other, "not ended");
+    RessourceManager::MarkDeleted(&object);
+    for (const char* name : {"ended", "ended, too"}) {
+        EXPECT_FALSE(registry.IsTaken(name));
+        EXPECT_FALSE(registry.IsTakenBy(RessourceKind::Image, name));
+        EXPECT_TRUE(registry.Exist(name)) << "the name stays";
+        EXPECT_EQ(registry.Get(name), &object) << "and its pointer";
+    }
+    EXPECT_TRUE(registry.IsTaken("not ended"));
+    registry.Register(&other, "ended");
+    EXPECT_TRUE(registry.IsTaken("ended")) << "until it is given away anew";
+}
+
+TEST(RessourceManager, Tells_kinds_apart_and_an_unknown_one_from_none) {
+    int object = 0;
+    registry.Register(&object, "image", RessourceKind::Image);
+    registry.Register(&object, "unknown");
+    EXPECT_TRUE(registry.IsTakenBy(RessourceKind::Image, "image"));
+    EXPECT_TRUE(registry.IsTaken("image"));
+    EXPECT_FALSE(registry.IsTakenBy(RessourceKind::Mesh, "image"));
+    EXPECT_FALSE(registry.IsTakenBy(RessourceKind::Shader, "image"));
+    for (const RessourceKind kind :
+         {RessourceKind::Image, RessourceKind::Mesh, RessourceKind::Shader}) {
+        EXPECT_TRUE(registry.IsTakenBy(kind, "unknown"));
+        EXPECT_FALSE(registry.IsTakenBy(kind, "no such name"));
+    }
+    EXPECT_FALSE(registry.IsTaken("no such name"));
+    EXPECT_FALSE(registry.Exist("no such name")) << "asking makes no entry";
 }
 
 } // namespace

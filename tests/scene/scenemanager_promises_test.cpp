@@ -1,7 +1,6 @@
 // What a stranger meets first when he fills a scene, as the headers of the calls tell it.
 #include "engine/core/GLExtensions.h"
 #include "engine/core/core.h"
-#include "engine/core/ressourcemanager.h"
 #include "engine/env/shadowmapping.h"
 #include "engine/env/sky.h"
 #include "engine/env/terrain.h"
@@ -10,6 +9,7 @@
 #include "engine/scene/scenemanager.h"
 #include "engine/scene/scenenode.h"
 #include "tests/support/gl_test.h"
+#include "tests/support/log_page.h"
 #include "tests/support/pixels.h"
 #include "tests/support/shapes.h"
 
@@ -17,7 +17,6 @@
 #include <string>
 #include <vector>
 
-using Vell::RessourceManager;
 using Vell::SceneManager;
 using Vell::vec3;
 
@@ -80,31 +79,48 @@ protected:
     }
 };
 
-TEST_F(ScenePromises, Files_of_a_scene_that_is_gone_stay_registered) {
+TEST_F(ScenePromises, Scene_that_comes_after_another_loads_the_same_files_afresh) {
     const std::string mesh = TriangleFile();
     const std::string face = PictureFile(grey);
     const std::string normals = PictureFile(grey);
-    {
+    const std::string ground = PictureFile(grey);
+    Picture pictures[2];
+    for (Picture& picture : pictures) {
         SceneManager scene;
-        scene.GetMesh(mesh);
+        scene.AddCamera(vec3(0.2f, 0.2f, 2), vec3(0.2f, 0.2f, 0));
+        scene.AddSceneNode(scene.GetMesh(mesh), vec3(0, 0, 0));
         scene.AddSkyBox(face, face, face, face, face, face);
         scene.AddWater()->SetNormalMap(normals);
+        Vell::Terrain* terrain = scene.AddTerrain(ground, 1);
+        terrain->SetTexture(ground, 0);
+        terrain->SetScale(vec3(1, 1, 1));
+        scene.Compute();
+        scene.Compute();
+        picture = ReadTexture(scene.GetFBO()->GetColor());
     }
-    for (const std::string& path : {mesh, face, normals})
-        EXPECT_TRUE(RessourceManager::GetInstance().Exist(path)) << path;
+    EXPECT_TRUE(Near(pictures[0].At(20, 100), grey)) << "the sky";
+    EXPECT_TRUE(Near(pictures[0].At(64, 64), {255, 255, 255, 255})) << "the triangle";
+    EXPECT_TRUE(Matches(pictures[1], pictures[0]));
 }
 
-TEST_F(ScenePromises, Files_of_a_sky_and_a_water_that_were_replaced_stay_registered) {
+TEST_F(ScenePromises, Sky_and_water_that_replace_others_load_the_same_files_afresh) {
     SceneManager scene;
+    scene.AddCamera(vec3(0, 2, 8), vec3(0, 2, 0));
     const std::string face = PictureFile(grey);
     const std::string normals = PictureFile(grey);
-    const std::string other = PictureFile(grey);
-    scene.AddSkyBox(face, face, face, face, face, face);
-    scene.AddSkyBox(other, other, other, other, other, other);
-    scene.AddWater()->SetNormalMap(normals);
-    scene.AddWater();
-    EXPECT_TRUE(RessourceManager::GetInstance().Exist(face));
-    EXPECT_TRUE(RessourceManager::GetInstance().Exist(normals));
+    const LogWatch log;
+    for (int i = 0; i < 2; ++i) {
+        scene.AddSkyBox(face, face, face, face, face, face);
+        scene.AddWater()->SetNormalMap(normals);
+        scene.Compute();
+        EXPECT_TRUE(Near(ReadTexture(scene.GetFBO()->GetColor()).At(64, 100), grey));
+    }
+    const auto rows = [](const std::string& status, const std::string& path) {
+        return LogRow{"Image", status, path};
+    };
+    EXPECT_EQ(log.NewRows(), (std::vector<LogRow>{rows("LOADED", face), rows("LOADED", normals),
+                                                  rows("FREE", face), rows("LOADED", face),
+                                                  rows("FREE", normals), rows("LOADED", normals)}));
 }
 
 TEST_F(ScenePromises, Two_scenes_at_once_share_a_mesh) {

@@ -265,14 +265,12 @@ TEST_F(SceneManagerTest, Mesh_that_another_loaded_is_found_but_not_owned) {
     EXPECT_THAT(log.NewRows(), IsEmpty());
 }
 
-TEST_F(SceneManagerTest, Path_of_something_else_gives_what_stands_there_unseen) {
-    // The table of loaded files knows no types; whoever asks must know what the path is.
-    const std::string path = PictureFile("no_mesh");
-    Vell::Image picture;
-    picture.Load(path);
+TEST_F(SceneManagerTest, What_was_registered_without_a_kind_is_returned_unseen) {
+    Vell::XT3DStatic mesh;
+    Vell::RessourceManager::GetInstance().Register(&mesh, "by hand");
     const LogWatch log;
     SceneManager scene;
-    EXPECT_EQ(static_cast<void*>(scene.GetMesh(path)), static_cast<void*>(&picture));
+    EXPECT_EQ(scene.GetMesh("by hand"), &mesh);
     EXPECT_THAT(log.NewRows(), IsEmpty()) << "nothing is loaded over it";
 }
 

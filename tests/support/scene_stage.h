@@ -80,8 +80,7 @@ struct Loading {
     Vell::vec3 city;         ///< where the city's node stands
 };
 
-/// The demo's scene, loaded once per process: the resource registry never forgets a path, so the
-/// same files cannot be loaded again after a scene was destroyed.
+/// The demo's scene, loaded once per process, which spares the time.
 ///
 /// Every test starts as Load() left it, at demo time 0, with time standing still, a loud spectrum
 /// and Draw() at hand for any time.
