@@ -28,14 +28,16 @@ constexpr double farPlane = 25000.0;
 /// The ratio becomes the integer quotient width / height, which is intended: 1280 x 720 gives 1.0
 /// and only shapes at least twice as wide as high give 2.0 or more. Call SetRatio() afterwards for
 /// the true ratio.
-/// @param size  in pixels. A height of 0 is a division by zero.
+/// @param size  in pixels. A height of 0 is a division by zero. A negative size is stored, but
+///              leaves the viewport as it is and an OpenGL error behind.
 void SetScreen(const ivec2& size);
 
-/// Sets the vertical field of view, in degrees, and rebuilds the projection; 70 before the first
-/// call.
+/// Sets the vertical field of view, in degrees above 0 and below 180, and rebuilds the projection;
+/// 70 before the first call. At 0 the projection becomes the identity.
 void SetFovy(float degrees);
 
-/// Sets width / height of the projection and rebuilds it; holds until the next SetScreen().
+/// Sets width / height of the projection and rebuilds it; holds until the next SetScreen(). At 0
+/// the projection becomes the identity.
 void SetRatio(float ratio);
 
 /// Vertical field of view in degrees.

@@ -29,6 +29,10 @@ public:
 
     /// Gives both textures and the renderbuffer a new size in pixels; their names, filters and wrap
     /// modes stay, their content is lost. Leaves the depth texture bound.
+    ///
+    /// Width and height may be 1 to GL_MAX_TEXTURE_SIZE. Larger or negative, the textures stay as
+    /// they were and an OpenGL error is left behind, though GetSize() answers what was asked for.
+    /// With a width or height of 0 every drawing into the target leaves an OpenGL error behind.
     void SetSize(const ivec2& pixels);
 
     /// Labels the framebuffer with what the target is, "reflection target", and the textures and
@@ -44,7 +48,8 @@ public:
 
     /// Sends drawing into this target: binds it, sets the viewport to all of it and pushes the
     /// current matrix stack. Every Enable() needs its Disable(); whether the target is complete is
-    /// not checked.
+    /// not checked. There may be as many within each other as the stack is deep: 31 on every
+    /// driver while model-view is current.
     void Enable();
 
     /// Sends drawing back to the screen: unbinds, sets the viewport to all of GetScreen() whatever

@@ -38,7 +38,8 @@ public:
     /// target must not lie on one vertical line, along which the up vector leaves no view.
     void SetLight(const vec3& position, const vec3& target);
 
-    /// Side of the light buffer in texels, at least 1. The samples lie one texel apart.
+    /// Side of the light buffer in texels, 1 to GL_MAX_TEXTURE_SIZE; beyond, the buffer stays as it
+    /// was, see FBO::SetSize(). The samples lie one texel apart.
     void SetSize(int size);
 
     /// Width of the softened edge: 8 `count` samples, up to `count` texels away along the cross and

@@ -47,7 +47,7 @@ public:
     /// Sets how far the surface reaches along +x (`extent.x`) and +z (`extent.y`), in units.
     /// The edges at -x and -z stay where construction put them, on purpose: at -1024. The box that
     /// decides about visibility becomes (-extent.x, -0.1, -extent.y) to (2 extent.x, 0.1, 2
-    /// extent.y).
+    /// extent.y). Beyond 16,777,216 units an extent is rounded to the next float.
     void SetSize(const ivec2& extent);
     ivec2 GetSize() const { return size; }
 

@@ -21,11 +21,13 @@ public:
     PostBlur(const PostBlur&) = delete;
     PostBlur& operator=(const PostBlur&) = delete;
 
-    /// Number of double passes: each applies the filter twice. 0 only scales down and up.
+    /// Number of double passes: each applies the filter twice. 0 only scales down and up, and so
+    /// does a negative number.
     void SetPass(int count);
     int GetPass() const { return passes; }
 
-    /// Side of the two square work targets in pixels, at least 1.
+    /// Side of the two square work targets in pixels, at least 1; FBO::SetSize() says what happens
+    /// beyond.
     void SetSizeRTT(int size);
     int GetSizeRTT() const { return SizeRTT; }
 

@@ -50,7 +50,7 @@ public:
     PostProcess& operator=(const PostProcess&) = delete;
 
     /// Appends an effect, which stays the caller's and must not be deleted before the last Draw().
-    /// An effect that is added twice runs twice.
+    /// An effect that is added twice runs twice; there may be any number of them.
     void AddPostEffect(PostEffect* effect);
 
     /// Runs the enabled effects in the order they were added and shows the result over the whole

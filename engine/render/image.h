@@ -30,7 +30,9 @@ public:
     /// once more makes the image share with itself: it then owns nothing, like every sharer, so its
     /// texture and pixels are never released and its end is not logged.
     /// The ending decides the format and is case-sensitive: ".png" or ".jpg", anything else is
-    /// refused. Registers the path even when loading fails. Leaves the texture bound.
+    /// refused. Blanks in a path are part of it; one that is longer than the system takes (4,095
+    /// bytes on Linux) counts as missing. Registers the path even when loading fails. Leaves the
+    /// texture bound.
     /// True when there is a texture afterwards; false, with texture 0 and size (0, 0), otherwise.
     /// Logs "LOADED", or "ERROR" for a path that a mesh or a shader was loaded from, a wrong
     /// ending, a file that is missing, may not be read or is no regular one (a pipe is not waited

@@ -63,6 +63,8 @@ public:
     /// Sets a uniform of the program, which must be current: Send does not bind it.
     /// The name is looked up on every call; one that the program does not use is ignored, and so
     /// is every name while there is no program. An int also gives a sampler its texture unit.
+    /// Elements and members have names of their own, "lights[2]" and "lamp.colour"; a name may be
+    /// of any length.
     void Send(const std::string& name, float value);
     void Send(const std::string& name, int value);
     void Send(const std::string& name, const vec2& value);

@@ -71,6 +71,8 @@ public:
     /// stays zero, negative counts are taken as 0, and a texture whose name cannot be read is an
     /// image of the texture directory itself. That one has no texture; the first of its path logs
     /// "ERROR".
+    /// Names within the file end at a blank, so no texture and no directory may have one; a path
+    /// that is longer than the system takes counts as a missing file.
     ///
     /// A count is refused when there is no memory for it, and when it would take more than
     /// `takenOnTrust` bytes and the rest of the file could not hold it. A vertex takes 40 bytes and

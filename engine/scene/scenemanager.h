@@ -46,7 +46,7 @@ public:
     Camera* GetCamera() const { return camera; }
 
     /// Appends a node with `mesh` at `position`. The mesh is not owned by the node; it must live
-    /// as long as the manager.
+    /// as long as the manager. There may be any number of nodes.
     ///
     /// A mesh takes shadows where its vertices lie without the node: a floor that its node has
     /// moved into place gets none, or others'.
@@ -93,6 +93,8 @@ public:
 
     /// The fog is OpenGL's own fog state, read by the water's and the terrain's shaders; drawing
     /// with the fixed pipeline stays without fog. Density per unit, colour in 0..1.
+    /// OpenGL refuses a negative density with an error and keeps the one before, while
+    /// GetFogDensity() answers what was asked for.
     void SetFogColor(const vec4& colour);
     vec4 GetFogColor() const { return fogColor; }
     void SetFogDensity(float density);
