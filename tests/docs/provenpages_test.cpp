@@ -48,6 +48,13 @@ bool SaysNothing(const std::string& line) {
            line == "| what holds | proven by |";
 }
 
+/// The page without its blocks, and up to the heading that begins so; a test of its own follows
+/// what comes behind.
+std::string Sentences(const std::string& text, const std::string& end) {
+    static const std::regex fence("```[^]*?```|!\\[[^\\]]*\\]\\([^)]*\\)");
+    return std::regex_replace(text.substr(0, text.find(end)), fence, "");
+}
+
 /// The lines behind the first "## " that name no test, or one that is not there.
 std::vector<std::string> Unproven(const std::string& text, const std::set<std::string>& tests) {
     std::vector<std::string> unproven;
@@ -71,6 +78,15 @@ TEST(PageOfConventions, Names_a_test_behind_each_sentence) {
     const std::string text = ReadFile(root / "docs/conventions.md");
     EXPECT_THAT(Unproven(text, AllTests()), IsEmpty());
     EXPECT_GE(TestsOf(text).size(), 60U) << "its tables are not found";
+}
+
+// What stands between the tables of that page leads on to them.
+TEST(PageOfAssets, Names_a_test_behind_each_sentence) {
+    const std::string text = Sentences(ReadFile(root / "docs/assets.md"), "## What is refused");
+    std::vector<std::string> unproven = Unproven(text, AllTests());
+    std::erase_if(unproven, [](const std::string& line) { return !line.starts_with('|'); });
+    EXPECT_THAT(unproven, IsEmpty());
+    EXPECT_GE(TestsOf(text).size(), 35U) << "its tables are not found";
 }
 
 TEST(ProvenPages, Are_complained_of_when_a_sentence_has_no_test_or_one_that_is_not_there) {
