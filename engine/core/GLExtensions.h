@@ -211,8 +211,8 @@ VELL_EXTENSION_GROUPS(VELL_DECLARE_GROUP)
 /// One extension that the engine needs, as InitializeGLExtension() takes it.
 struct ExtensionGroup {
     const char* extension; ///< searched in the driver's list
-    const char** names;
-    void*** pointers;
+    const char** names;    ///< of its entry points, ended by a null pointer
+    void*** pointers;      ///< one address for each name
 };
 
 /// All six, in the order in which InitGLEXT() fetches them.

@@ -38,6 +38,7 @@ public:
     /// destroyed: static objects may end after it.
     static void MarkDeleted(const void* object);
 
+    /// Whether anything was ever registered under exactly this name.
     bool Exist(const std::string& name) const;
 
     /// Whether an object that is not marked as deleted stands under `name`.

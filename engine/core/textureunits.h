@@ -18,11 +18,11 @@ constexpr int ground = 1;          ///< terrain: the ground texture
 constexpr int sceneDepth = 1;      ///< shadow composite: the scene target's depth texture
 
 constexpr int texture0 = surface; ///< static meshes: the textures of a sub-mesh
-constexpr int texture1 = 1;
-constexpr int texture2 = 2;
-constexpr int texture3 = 3;  ///< sent to materials, though no sub-mesh has a fourth texture
-constexpr int lightmap = 6;  ///< static meshes: the baked light map
-constexpr int shadowmap = 6; ///< shadow pass and water: the light's depth texture
+constexpr int texture1 = 1;       ///< likewise
+constexpr int texture2 = 2;       ///< likewise
+constexpr int texture3 = 3;       ///< sent to materials, though no sub-mesh has a fourth texture
+constexpr int lightmap = 6;       ///< static meshes: the baked light map
+constexpr int shadowmap = 6;      ///< shadow pass and water: the light's depth texture
 
 /// Makes `unit` active and switches 2D texturing on for it, ready for a texture to be bound.
 void Enable(int unit);

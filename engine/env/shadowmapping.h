@@ -51,6 +51,8 @@ public:
     void SetIntensity(float darkness);
     float GetIntensity() const { return intensity; }
 
+    /// The two targets, owned by the shadow mapping, and the side of the first as SetSize() was
+    /// told it.
     FBO& GetLightBuffer() { return lightBuffer; }
     FBO& GetShadowBuffer() { return shadowBuffer; }
     int GetSize() { return lightBuffer.GetSize().x; }

@@ -48,6 +48,8 @@ public:
     /// zero component gives the same picture.
     void SetScale(const vec3& factors);
 
+    /// What the setters stored; (1, 0.5, 1) before the first SetScale(). The pictures are owned by
+    /// the terrain, and `i` is 0 to 3.
     vec3 GetScale() const { return scale; }
     Image& GetTexture(int i) { return textures[i]; }
     Image& GetHeightmap() { return heightmap; }

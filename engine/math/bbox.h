@@ -16,6 +16,7 @@ public:
     /// Stores the corners as given, unsorted, and from them the centre and the size.
     void Set(const vec3& corner, const vec3& opposite);
 
+    /// What Set() stored, to read or to change; a change reaches no other of the four.
     vec3& GetMin() { return min; }
     vec3& GetMax() { return max; }
     vec3& GetCenter() { return center; }

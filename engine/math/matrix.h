@@ -16,6 +16,7 @@ public:
     Matrix& operator=(const Matrix&) = default;
     ~Matrix() = default;
 
+    /// Becomes the identity again.
     void Identity();
 
     /// Overwrites the translation column, index 3, 7 and 11; it does not multiply.
@@ -32,6 +33,7 @@ public:
     /// this = this * rotation about z; radians, counter-clockwise looking down the axis from +z.
     void RotateZ(float angle);
 
+    /// Exchanges rows and columns in place; twice is as before.
     void Transpose();
 
     /// A copy of element `i`, 0..15. There is no range check.

@@ -7,8 +7,10 @@ namespace Vell {
 /// Two floats: a texture coordinate, or a position or size on the screen.
 /// The arithmetic is that of VectorOperations.
 struct vec2 : VectorOperations<vec2, float, 2> {
+    /// One after the other in memory.
     float x, y;
 
+    /// All components 0, or the components in their order.
     constexpr vec2() : x(0.0f), y(0.0f) {}
     constexpr vec2(float first, float second) : x(first), y(second) {}
     /// Both components = s.
@@ -38,8 +40,10 @@ constexpr float Cross(const vec2& a, const vec2& b) {
 /// Two 32-bit integers: a size or position in pixels.
 /// The arithmetic is that of VectorOperations.
 struct ivec2 : VectorOperations<ivec2, std::int32_t, 2> {
+    /// One after the other in memory.
     std::int32_t x, y;
 
+    /// All components 0, or the components in their order.
     constexpr ivec2() : x(0), y(0) {}
     constexpr ivec2(std::int32_t first, std::int32_t second) : x(first), y(second) {}
     /// Both components = s.

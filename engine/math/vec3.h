@@ -7,8 +7,10 @@ namespace Vell {
 /// Three floats: a position, a direction, a normal or a colour without alpha.
 /// The arithmetic is that of VectorOperations.
 struct vec3 : VectorOperations<vec3, float, 3> {
+    /// One after the other in memory.
     float x, y, z;
 
+    /// All components 0, or the components in their order.
     constexpr vec3() : x(0.0f), y(0.0f), z(0.0f) {}
     constexpr vec3(float first, float second, float third) : x(first), y(second), z(third) {}
     /// All components = s.
@@ -46,8 +48,10 @@ constexpr vec3 Cross(const vec3& a, const vec3& b) {
 
 /// Three 32-bit integers. The arithmetic is that of VectorOperations.
 struct ivec3 : VectorOperations<ivec3, std::int32_t, 3> {
+    /// One after the other in memory.
     std::int32_t x, y, z;
 
+    /// All components 0, or the components in their order.
     constexpr ivec3() : x(0), y(0), z(0) {}
     constexpr ivec3(std::int32_t first, std::int32_t second, std::int32_t third)
         : x(first), y(second), z(third) {}

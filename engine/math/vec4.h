@@ -7,8 +7,10 @@ namespace Vell {
 /// Four floats: a colour (red, green, blue, alpha in 0..1) or a plane's (normal, d).
 /// The arithmetic is that of VectorOperations.
 struct vec4 : VectorOperations<vec4, float, 4> {
+    /// One after the other in memory.
     float x, y, z, w;
 
+    /// All components 0, or the components in their order.
     constexpr vec4() : x(0.0f), y(0.0f), z(0.0f), w(0.0f) {}
     constexpr vec4(float first, float second, float third, float fourth)
         : x(first), y(second), z(third), w(fourth) {}
@@ -43,8 +45,10 @@ constexpr float Dot(const vec4& a, const vec4& b) {
 
 /// Four 32-bit integers. The arithmetic is that of VectorOperations.
 struct ivec4 : VectorOperations<ivec4, std::int32_t, 4> {
+    /// One after the other in memory.
     std::int32_t x, y, z, w;
 
+    /// All components 0, or the components in their order.
     constexpr ivec4() : x(0), y(0), z(0), w(0) {}
     constexpr ivec4(std::int32_t first, std::int32_t second, std::int32_t third,
                     std::int32_t fourth)

@@ -33,6 +33,7 @@ struct VectorOperations {
         return true;
     }
 
+    /// Sum and difference component by component.
     constexpr T& operator+=(const T& other);
     constexpr T& operator-=(const T& other);
     constexpr T operator+(const T& other) const { return T(Self()) += other; }
@@ -41,6 +42,7 @@ struct VectorOperations {
     /// Every component with its sign changed; the least integer wraps to itself.
     friend constexpr T operator-(const T& v) { return v * S{-1}; }
 
+    /// Every component times `scale`.
     constexpr T& operator*=(S scale);
     constexpr T operator*(S scale) const { return T(Self()) *= scale; }
     friend constexpr T operator*(S scale, const T& v) { return v * scale; }
@@ -73,6 +75,7 @@ protected:
     /// S widened: what a sum of products is returned as.
     using Total = std::conditional_t<std::is_floating_point_v<S>, double, S>;
 
+    /// Sum of the component products.
     static Total SumOfProducts(const T& a, const T& b);
 
     /// a * b - c * d.

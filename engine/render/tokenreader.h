@@ -35,7 +35,9 @@ public:
     /// Bytes from here to the end that the file has now; 0 where it has shrunk to less.
     std::size_t BytesLeft() const;
 
+    /// The next word, up to a blank or the end.
     TokenReader& operator>>(std::string& word);
+    /// The next number.
     TokenReader& operator>>(int& number);
     /// 0 or 1; any other number is true and a failure.
     TokenReader& operator>>(bool& flag);

@@ -17,23 +17,24 @@ class TokenReader;
 /// One part of a static mesh: a plain list of triangles, three vertices each, with its textures.
 /// Plain data; the mesh that loaded it creates and releases everything in it.
 struct XT3DSubMesh {
-    int vertexCount = 0;
+    int vertexCount = 0; ///< three make a triangle
 
-    Image* texture0 = nullptr; // null where the file says "NULL"
+    /// Null where the file says "NULL".
+    Image* texture0 = nullptr;
     Image* texture1 = nullptr;
     Image* texture2 = nullptr;
 
-    // Buffer names; 0 when the driver offers no vertex buffer objects.
+    /// Buffer names; 0 when the driver offers no vertex buffer objects.
     GLuint positionBuffer = 0;
     GLuint texcoordBuffer = 0;
     GLuint lightmapTexcoordBuffer = 0;
     GLuint normalBuffer = 0;
 
-    // vertexCount elements each, kept beside the buffers.
+    /// vertexCount elements each, kept beside the buffers.
     vec3* positions = nullptr;
     vec3* normals = nullptr;
     vec2* texcoords = nullptr;
-    vec2* lightmapTexcoords = nullptr; // all zero without a light map
+    vec2* lightmapTexcoords = nullptr; ///< all zero without a light map
 };
 
 /// A mesh that does not move in itself, read from an ".xt3dstatic" text file.

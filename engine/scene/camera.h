@@ -27,8 +27,8 @@ public:
     virtual void Draw();
 
 protected:
-    vec3 position;
-    vec3 target;
+    vec3 position; ///< of the eye
+    vec3 target;   ///< that it looks at
 };
 
 } // namespace Vell

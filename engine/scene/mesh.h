@@ -38,9 +38,9 @@ protected:
     /// Of the box that SetDebug() adds: blue.
     static constexpr vec4 debugColour{0.0f, 0.0f, 1.0f, 1.0f};
 
-    BoundingBox bbox;
-    bool debug = false;
-    bool show = true;
+    BoundingBox bbox;   ///< to cull by, in the mesh's own space
+    bool debug = false; ///< what SetDebug() stored
+    bool show = true;   ///< what SetShow() stored
 };
 
 } // namespace Vell

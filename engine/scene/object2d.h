@@ -35,9 +35,9 @@ protected:
     /// Multiplies `matrix` onto OpenGL's current matrix.
     void ApplyMatrix();
 
-    Matrix matrix;
-    std::string name;
-    bool debug;
+    Matrix matrix;    ///< the object's transform
+    std::string name; ///< what GetName() answers
+    bool debug;       ///< what ShowDebug() stored
 };
 
 } // namespace Vell
