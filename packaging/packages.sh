@@ -9,7 +9,9 @@ packages_tools="nlohmann-json3-dev libssl-dev libfast-float-dev" # for whatever 
 packages_movie="ffmpeg"
 packages_art="libembree-dev libmp3lame-dev libebur128-dev"
 packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git xauth
-    libsdl2-dev libglfw3-dev libegl-dev" # the last three for what gallery/ shows
+    libsdl2-dev libglfw3-dev libegl-dev doxygen" # SDL 2, GLFW and EGL for what gallery/ shows
+packages_comments="doxygen"
+packages_docs="doxygen graphviz"
 packages_format="clang-format"
 packages_style="shellcheck"
 packages_tidy="clang-tidy"
