@@ -1,4 +1,5 @@
-// Whoever types what README.md and docs/ show gets what they promise: every command there is run.
+// Whoever types what README.md, CONTRIBUTING.md and docs/ show gets what they promise: every
+// command there is run.
 
 #include "tests/docs/pages.h"
 #include "tests/docs/stage.h"
