@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# A display to draw on. Sourced by common.sh.
+# A display to draw on. Sourced by common.sh, and by the launcher of an installed Nimbrel.
 
 virtual_display= # its process, once there is one
 
@@ -42,14 +42,16 @@ stop_display() {
     wait "$virtual_display" 2>/dev/null || true
 }
 
-# Whether an X server listens where DISPLAY says (a socket here, or a host that we cannot probe).
+# display_answers: whether a server takes a connection where DISPLAY says, as it would of an X client:
+# ":7" by the socket's file, which other network namespaces see, or by its abstract name, which other
+# root folders see; "host:7" by its port. Nothing is said on the connection: a server that starts over
+# when its last client leaves does not count this one. Without Perl the name is taken for the display.
 display_answers() {
-    case "$DISPLAY" in
-        :*)
-            local number=${DISPLAY#:}
-            number=${number%%.*}
-            [ -S "/tmp/.X11-unix/X$number" ] && grep -q "@*/tmp/.X11-unix/X$number\$" /proc/net/unix
-            ;;
-        *) true ;;
-    esac
+    command -v perl >/dev/null || return 0
+    perl -MIO::Socket::UNIX -MIO::Socket::IP -e '
+        my ($host, $number) = $ENV{DISPLAY} =~ /^(.*):(\d+)(?:\.\d+)?$/ or exit 1;
+        my $file = "/tmp/.X11-unix/X$number";
+        my @sockets = $host =~ m,^(?:unix)?$|/, ? ($file, "\0$file") : ();
+        exit !(@sockets ? grep { IO::Socket::UNIX->new(Peer => $_) } @sockets
+            : IO::Socket::IP->new(PeerHost => $host, PeerPort => 6000 + $number, Timeout => 5))'
 }
