@@ -9,6 +9,7 @@ start_display() {
     if [ -n "${DISPLAY:-}" ] && display_answers; then
         return 1
     fi
+    need_packages xvfb
     make_scratch
     mkdir "${scratch:?}/display"
     # In a session of its own, since Ctrl-C shall end it only after what draws there; but however

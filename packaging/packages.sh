@@ -1,14 +1,15 @@
 # shellcheck shell=bash disable=SC2034  # the lists are for the scripts
 # What must be installed, on Debian 12. Sourced by common.sh.
 
-# By purpose; a script names those that it needs.
-packages_play="g++ cmake ninja-build pkgconf libsdl1.2-dev libgl-dev libglu1-mesa-dev
-    libgl1-mesa-dri libjpeg62-turbo-dev libpng-dev libmpg123-dev libasound2-dev
-    libkissfft-dev libx11-dev xvfb"
+# By purpose; a script names those that it needs. What a virtual display needs is asked for only
+# where no other answers (display.sh).
+packages_build="g++ cmake ninja-build pkgconf libsdl1.2-dev libgl-dev libglu1-mesa-dev
+    libjpeg62-turbo-dev libpng-dev libmpg123-dev libasound2-dev libkissfft-dev libx11-dev"
+packages_play="$packages_build libgl1-mesa-dri" # and for whatever else draws
 packages_tools="nlohmann-json3-dev libssl-dev libfast-float-dev" # for whatever is configured with NIMBREL_BUILD_TOOLS
-packages_movie="ffmpeg"
+packages_movie="ffmpeg" # for films, not for single pictures
 packages_art="libembree-dev libmp3lame-dev libebur128-dev"
-packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git xauth
+packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git xauth xvfb
     libsdl2-dev libglfw3-dev libegl-dev doxygen" # SDL 2, GLFW and EGL for what gallery/ shows
 packages_comments="doxygen"
 packages_docs="doxygen graphviz"
@@ -27,7 +28,8 @@ as_root() {
     fi
 }
 
-# missing_packages NAME...: prints those that are not installed.
+# missing_packages NAME...: prints those that are not installed. Of dpkg's two letters the first is what
+# was asked for ("h": to stay as it is), the second what there is.
 missing_packages() {
     local name
     local installed
@@ -35,7 +37,7 @@ missing_packages() {
         sed 's/:[a-z0-9]*=/=/g') "
     for name in "$@"; do
         case "$installed" in
-            *" $name=ii "*) ;;
+            *" $name="?"i "*) ;;
             *) printf '%s ' "$name" ;;
         esac
     done

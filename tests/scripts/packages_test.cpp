@@ -3,7 +3,12 @@
 
 #include "tests/scripts/script_stage.h"
 
+#include "tools/stage/display.h"
+
 #include <gmock/gmock.h>
+
+#include <set>
+#include <sstream>
 
 using ::testing::AllOf;
 using ::testing::HasSubstr;
@@ -56,52 +61,72 @@ TEST_F(Packages, Are_not_touched_when_all_are_there) {
 }
 
 TEST_F(Packages, Are_installed_when_they_are_missing_and_no_others) {
-    Missing("xvfb cmake ffmpeg");
+    Missing("libpng-dev cmake ffmpeg");
     const Tools::Ending end = Play();
-    EXPECT_THAT(end.errors, HasSubstr("Installing: cmake xvfb \n"));
-    EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
-                                "apt-get -qq install -y --no-install-recommends cmake xvfb\n");
+    EXPECT_THAT(end.errors, HasSubstr("Installing: cmake libpng-dev \n"));
+    EXPECT_EQ(Calls("apt-get"),
+              "apt-get -qq update\n"
+              "apt-get -qq install -y --no-install-recommends cmake libpng-dev\n");
 }
 
 TEST_F(Packages, Are_missing_when_only_their_settings_are_left) {
     StandIn("dpkg-query",
-            "shift 2; for name; do case $name in xvfb) state=rc ;; *) state=ii ;; esac; "
+            "shift 2; for name; do case $name in cmake) state=rc ;; *) state=ii ;; esac; "
             "printf '%s:amd64=%s  ' $name $state; done");
+    Play();
+    EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
+                                "apt-get -qq install -y --no-install-recommends cmake\n");
+}
+
+TEST_F(Packages, Are_there_whatever_is_asked_of_them_for_later) {
+    // To be held as they are, removed with the next command, purged; nobody ever asked for it.
+    for (const char* asked : {"h", "r", "p", "u"}) {
+        StandIn("dpkg-query", std::string("shift 2; printf '%s:amd64=") + asked + "i  ' \"$@\"");
+        Play();
+        EXPECT_EQ(Calls("apt-get"), "") << asked;
+    }
+}
+
+TEST_F(Packages, Of_a_virtual_display_are_for_machines_where_no_other_answers) {
+    Missing("xvfb");
+    const Tools::VirtualDisplay display;
+    Run("play", {}, {{"DISPLAY", display.Name()}});
+    EXPECT_EQ(Calls("apt-get"), "");
     Play();
     EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
                                 "apt-get -qq install -y --no-install-recommends xvfb\n");
 }
 
 TEST_F(Packages, Wait_for_another_program_that_installs_some) {
-    Missing("xvfb");
+    Missing("cmake");
     HoldLocks();
     const Tools::Ending end = Play();
     const std::string word = "Another program is installing packages: waiting for it to finish.\n";
     EXPECT_THAT(end.errors, AllOf(HasSubstr(word), Not(HasSubstr("E: Could not get lock"))));
     EXPECT_EQ(Calls("apt-get"), "apt-get -qq update\n"
                                 "apt-get -qq update\n"
-                                "apt-get -qq install -y --no-install-recommends xvfb\n"
-                                "apt-get -qq install -y --no-install-recommends xvfb\n");
+                                "apt-get -qq install -y --no-install-recommends cmake\n"
+                                "apt-get -qq install -y --no-install-recommends cmake\n");
     EXPECT_NE(Calls("cmake"), "") << "and then it went on";
 }
 
 TEST_F(Packages, Stop_the_script_when_they_cannot_be_had) {
-    Missing("xvfb");
-    StandIn("apt-get", "echo 'E: Unable to locate package xvfb' >&2; exit 100");
+    Missing("libpng-dev");
+    StandIn("apt-get", "echo 'E: Unable to locate package libpng-dev' >&2; exit 100");
     const Tools::Ending end = Play();
     EXPECT_EQ(end.exitStatus, 1);
-    EXPECT_THAT(end.errors,
-                HasSubstr("E: Unable to locate package xvfb\nCould not install: xvfb \n"));
+    EXPECT_THAT(end.errors, HasSubstr("E: Unable to locate package libpng-dev\n"
+                                      "Could not install: libpng-dev \n"));
     EXPECT_EQ(Calls("cmake"), "");
 }
 
 TEST_F(Packages, Are_installed_by_sudo_for_those_who_are_not_root) {
-    Missing("xvfb");
+    Missing("cmake");
     StandIn("id", "echo 1000");
     StandIn("sudo");
     Play();
     EXPECT_THAT(Calls(), HasSubstr("sudo env LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq "
-                                   "install -y --no-install-recommends xvfb\n"));
+                                   "install -y --no-install-recommends cmake\n"));
 }
 
 TEST_F(Packages, Of_the_format_and_the_style_are_few_and_neither_draws) {
@@ -117,5 +142,76 @@ TEST_F(Packages, Of_the_format_and_the_style_are_few_and_neither_draws) {
         EXPECT_THAT(end.errors, HasSubstr(std::string("Installing: ") + package + " \n"));
         EXPECT_THAT(end.errors, HasSubstr(std::string("== 1/1 ") + part));
         EXPECT_EQ(Calls("Xvfb"), "");
+    }
+}
+
+namespace {
+
+/// A command, and which of the packages below it installs where there is none.
+struct Need {
+    std::string script;
+    std::vector<std::string> arguments;
+    std::set<std::string> packages;
+};
+
+/// One that tells of each purpose: building, drawing, a virtual display, looking at the demo,
+/// films, making Data/, and the parts of ./test.
+const std::set<std::string> telling = {
+    "g++",        "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev",
+    "ffmpeg",     "libembree-dev",   "libgtest-dev", "clang-format",
+    "shellcheck", "clang-tidy",      "gcovr"};
+
+const Need needs[] = {
+    {"play", {}, {"g++", "libgl1-mesa-dri"}},
+    {"movie", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
+    {"movie",
+     {"--join", "a.mp4", "b.mp4"},
+     {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
+    {"movie", {"--sheet", "a.png"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"movie", {"--at", "97", "a.png"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"movie", {"--explain", "97", "a.html"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"movie", {"--verify"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"movie", {"--doctor"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"bench/frames", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"bench/film", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
+    {"bench/city", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libembree-dev"}},
+    {"bench/mesh", {}, {"g++", "nlohmann-json3-dev"}},
+    {"art/make", {"fish"}, {"g++", "libembree-dev"}},
+    {"docs/make-pictures", {"music/pulse.png"}, {"g++", "libembree-dev"}},
+    {"docs/make-pictures", {"rise.png"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"test", {"format"}, {"clang-format"}},
+    {"test", {"style"}, {"shellcheck"}},
+    {"test", {"art"}, {"g++", "libembree-dev"}},
+    {"test", {"coverage"}, {"g++", "gcovr"}},
+    {"test",
+     {"asan"},
+     {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
+      "libgtest-dev"}},
+};
+
+/// Those of the list that begins behind "Installing: " that tell of a purpose.
+std::set<std::string> Telling(const std::string& errors) {
+    const std::string opening = "Installing: ";
+    std::istringstream names(errors.substr(errors.find(opening) + opening.size()));
+    std::string line;
+    std::getline(names, line);
+    std::istringstream words(line);
+    std::set<std::string> found;
+    for (std::string name; words >> name;)
+        if (telling.contains(name))
+            found.insert(name);
+    return found;
+}
+
+} // namespace
+
+TEST_F(Packages, Are_those_that_the_command_needs) {
+    StandIn("dpkg-query");
+    StandIn("apt-get", "exit 100"); // there its work ends
+    for (const auto& [script, arguments, packages] : needs) {
+        const std::string errors = Run(script, arguments).errors;
+        ASSERT_THAT(errors, HasSubstr("Installing: ")) << script;
+        EXPECT_EQ(Telling(errors), packages)
+            << script << ' ' << (arguments.empty() ? "" : arguments.front());
     }
 }
