@@ -11,3 +11,4 @@ called_from=$OLDPWD
 . packaging/display.sh
 . packaging/build.sh
 . packaging/preload.sh
+. packaging/show.sh
