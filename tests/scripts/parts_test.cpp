@@ -131,7 +131,7 @@ TEST_F(Parts, Know_every_test_that_there_is) {
         names({"/bin/sh", "-c", "ctest -N --test-dir '" NIMBREL_BINARY_DIR "' | grep '#'"});
     // These are built only for ./test, and only beside the sound library of this tree.
     for (const char* group : {"art_", "sound_", "stage_", "passes_", "explain_", "verify_",
-                              "movie_", "docs_", "scripts_movie_"}) {
+                              "movie_", "docs_", "scripts_movie_", "scripts_installed_"}) {
         const auto ofGroup = [&](const std::string& name) { return name.starts_with(group); };
         if (std::none_of(built.begin(), built.end(), ofGroup))
             std::erase_if(told, ofGroup);
