@@ -16,6 +16,8 @@ packages_docs="doxygen graphviz"
 packages_format="clang-format"
 packages_style="shellcheck"
 packages_tidy="clang-tidy"
+packages_packaging="dpkg-dev patchelf" # dpkg-dev finds out which packages the demo needs
+packages_checks="lintian appstream desktop-file-utils"
 packages_coverage="g++ gcovr"
 
 as_root() {

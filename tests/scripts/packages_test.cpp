@@ -157,9 +157,9 @@ struct Need {
 /// One that tells of each purpose: building, drawing, a virtual display, looking at the demo,
 /// films, making Data/, and the parts of ./test.
 const std::set<std::string> telling = {
-    "g++",        "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev",
-    "ffmpeg",     "libembree-dev",   "libgtest-dev", "clang-format",
-    "shellcheck", "clang-tidy",      "gcovr"};
+    "g++",           "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev", "ffmpeg",
+    "libembree-dev", "libgtest-dev",    "clang-format", "shellcheck",         "clang-tidy",
+    "gcovr",         "patchelf",        "lintian"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
@@ -183,6 +183,9 @@ const Need needs[] = {
     {"test", {"style"}, {"shellcheck"}},
     {"test", {"art"}, {"g++", "libembree-dev"}},
     {"test", {"coverage"}, {"g++", "gcovr"}},
+    {"test", {"packages"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "patchelf", "lintian"}},
+    {"packaging/make", {}, {"g++", "patchelf"}},
+    {"packaging/make", {"--check"}, {"g++", "patchelf", "lintian"}},
     {"test",
      {"asan"},
      {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",

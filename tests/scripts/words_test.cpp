@@ -70,9 +70,10 @@ INSTANTIATE_TEST_SUITE_P(Scripts, EachScript, ::testing::ValuesIn(AllScripts()),
 TEST_F(Words, Are_all_that_the_scripts_list_shows) {
     // Or a script that is not found would not be tested.
     const std::vector<std::string> scripts = AllScripts();
-    for (const char* script : {"play", "movie", "test", "bench/film", "bench/frames", "bench/mesh",
-                               "art/make", "tools/doctor/sums", "docs/make-pictures", "tests/style",
-                               "tests/coverage", "tests/faults/run"})
+    for (const char* script :
+         {"play", "movie", "test", "bench/film", "bench/frames", "bench/mesh", "art/make",
+          "packaging/make", "tools/doctor/sums", "docs/make-pictures", "tests/style",
+          "tests/coverage", "tests/packages", "tests/faults/run"})
         EXPECT_NE(std::find(scripts.begin(), scripts.end(), script), scripts.end()) << script;
 }
 
