@@ -75,6 +75,10 @@ Mesh* SceneManager::GetMesh(const std::string& path) {
     return mesh;
 }
 
+XT3DStatic* SceneManager::GetStaticMesh(const std::string& path) {
+    return static_cast<XT3DStatic*>(GetMesh(path));
+}
+
 ShadowMapping* SceneManager::AddShadowMapping(const vec3& lightPosition, const vec3& lightTarget,
                                               int size, float intensity) {
     if (shadow == nullptr)
@@ -97,6 +101,12 @@ SkyBox* SceneManager::AddSkyBox(const std::string& xpos, const std::string& xneg
     delete sky;
     sky = new SkyBox(xpos, xneg, ypos, yneg, zpos, zneg);
     return sky;
+}
+
+SkyBox* SceneManager::AddSkyBox(const std::string& folder, const std::string& ending) {
+    const auto face = [&](const char* name) { return folder + name + ending; };
+    return AddSkyBox(face("xpos"), face("xneg"), face("ypos"), face("yneg"), face("zpos"),
+                     face("zneg"));
 }
 
 Terrain* SceneManager::AddTerrain(const std::string& heightMap, int level) {

@@ -17,6 +17,7 @@ class ShadowMapping;
 class SkyBox;
 class Terrain;
 class Water;
+class XT3DStatic;
 
 /// Owns everything that makes up one 3D scene and renders it with one fixed frame pipeline.
 ///
@@ -59,6 +60,8 @@ public:
     /// A path that an image or a shader was loaded from fails likewise, with a new empty mesh at
     /// every call. What others have put into the registry without its kind is returned unseen.
     Mesh* GetMesh(const std::string& path);
+    /// The same mesh as what it is, for those who give it a material. Likewise unseen.
+    XT3DStatic* GetStaticMesh(const std::string& path);
 
     /// Creates the shadow mapping at the first call and configures it at every call: position
     /// and target of the light in world units, side of its depth target in texels, darkness 0..1.
@@ -87,6 +90,9 @@ public:
     /// The box before is deleted first; pictures that both have are loaded afresh.
     SkyBox* AddSkyBox(const std::string& xpos, const std::string& xneg, const std::string& ypos,
                       const std::string& yneg, const std::string& zpos, const std::string& zneg);
+    /// The same of six pictures that lie side by side: `folder`, which ends with "/", then xpos,
+    /// xneg, ypos, yneg, zpos, zneg, and `ending`, ".jpg" or ".png".
+    SkyBox* AddSkyBox(const std::string& folder, const std::string& ending);
 
     /// Appends a terrain and loads its height map; `level` as in Terrain.
     Terrain* AddTerrain(const std::string& heightMap, int level);

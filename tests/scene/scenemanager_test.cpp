@@ -216,6 +216,7 @@ TEST_F(SceneManagerTest, Mesh_is_loaded_once_and_shared_by_path) {
         Vell::Mesh* second = scene.GetMesh(path);
         EXPECT_EQ(first, second);
         EXPECT_NE(dynamic_cast<Vell::XT3DStatic*>(first), nullptr);
+        EXPECT_EQ(scene.GetStaticMesh(path), first);
         EXPECT_EQ(first->GetBBox()->GetMax(), vec3(1, 1, 0));
         EXPECT_THAT(log.NewRows(), ElementsAre(LogRow{"XT3DStatic", "LOADED", path}));
     }
@@ -320,6 +321,16 @@ TEST_F(SceneManagerTest, Second_sky_box_replaces_the_first_and_takes_its_faces_i
         EXPECT_EQ(rows[i].status, "FREE"); // the first goes before the second comes
         EXPECT_EQ(rows[6 + i], (LogRow{"Image", "LOADED", faces[1][i]}));
     }
+}
+
+TEST_F(SceneManagerTest, Sky_box_finds_its_faces_side_by_side_in_a_folder) {
+    SceneManager scene;
+    const LogWatch log; // nothing lies there
+    scene.AddSkyBox("nowhere/", ".png");
+    std::vector<LogRow> rows;
+    for (const char* face : {"xpos", "xneg", "ypos", "yneg", "zpos", "zneg"})
+        rows.push_back({"Image", "ERROR", "nowhere/" + std::string(face) + ".png"});
+    EXPECT_EQ(log.NewRows(), rows);
 }
 
 TEST_F(SceneManagerTest, Terrain_gets_its_level_and_its_height_map) {
