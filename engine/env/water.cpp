@@ -125,6 +125,12 @@ Water::Water() : speed(1.0f, 1.0f), uvrep(1.0f, 1.0f), size(1024, 1024) {
 
 Water::~Water() = default;
 
+void Water::HideShadowStripe() {
+    glMatrixMode(GL_TEXTURE);
+    glScalef(1.0f, 1.0f, 0.0f); // depth 0, before whatever the shadow map holds
+    glMatrixMode(GL_MODELVIEW);
+}
+
 void Water::SetSize(const ivec2& extent) {
     size = extent;
     const float x = static_cast<float>(extent.x);

@@ -22,9 +22,8 @@ class Camera;
 /// only between ShadowMapping's BindShadowMap() and UnBindShadowMap(); in the main pass it is the
 /// identity, so that the shadow can fall on 0 <= x <= 1 only. That is how the frame is ordered.
 ///
-/// Without shadow mapping this shows as a stripe of half the light at 0 <= x <= 1, z > 0. One line
-/// after InitEngine() takes it away, for as long as nobody else sets texture matrix 0:
-/// `glMatrixMode(GL_TEXTURE), glScalef(1, 1, 0), glMatrixMode(GL_MODELVIEW);`
+/// Without shadow mapping this shows as a stripe of half the light at 0 <= x <= 1, z > 0;
+/// HideShadowStripe() takes it away.
 ///
 /// Until SetSize() the surface counts as in view only where its positive quarter is, from (0, 0) to
 /// (1024, 1024): with that out of view nothing of it is drawn.
@@ -50,6 +49,12 @@ public:
     /// extent.y). Beyond 16,777,216 units an extent is rounded to the next float.
     void SetSize(const ivec2& extent);
     ivec2 GetSize() const { return size; }
+
+    /// Takes the stripe of shadow away that water has without shadow mapping: sets texture matrix 0
+    /// so that every place in the shadow map lies before all shadow. Once after InitEngine() is
+    /// enough, with unit 0 active, for as long as nobody else sets that matrix, as ShadowMapping
+    /// does in each frame.
+    static void HideShadowStripe();
 
     /// 0 shows the reflection alone, 1 the refraction alone.
     void SetBlend(float share);

@@ -56,8 +56,7 @@ Scene::Scene() : pyramid(std::make_unique<Pyramid>()) {
     manager->AddCamera(Vell::vec3(3, 1.5f, 4), Vell::vec3(0, 0.5f, 0));
     manager->AddSceneNode(pyramid.get(), Vell::vec3(0, 0.2f, 0));
     manager->AddWater()->SetBlend(0.3f);
-    // Without shadow mapping the water would find a shadow at 0 <= x <= 1, z >= 0, see Water.
-    glMatrixMode(GL_TEXTURE), glScalef(1, 1, 0), glMatrixMode(GL_MODELVIEW);
+    Vell::Water::HideShadowStripe(); // there is no shadow mapping here
 }
 
 void Scene::Draw() {

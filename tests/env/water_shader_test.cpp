@@ -327,6 +327,18 @@ TEST_F(WaterShader, Strip_ends_where_the_map_is_deeper_than_z) {
     EXPECT_TRUE(Near(screen.At(64, 40), {200, 200, 200, 255}, 1));
 }
 
+TEST_F(WaterShader, Strip_can_be_hidden_whatever_the_map_holds) {
+    Vell::Water water;
+    FillImages(water, {200, 100, 50, 255}, {200, 100, 50, 255});
+    Vell::Water::HideShadowStripe();
+    for (const bool bound : {true, false}) { // depth 1 everywhere, and 0
+        const Picture screen = DrawnOnScreen(water);
+        for (const auto& [x, y] : {std::pair{70, 0}, {78, 0}, {64, 30}, {64, 37}})
+            EXPECT_TRUE(Near(screen.At(x, y), {200, 100, 50, 255}, 1)) << bound << x << ',' << y;
+        BindShadowMap(0);
+    }
+}
+
 TEST_F(WaterShader, Shadow_is_looked_up_through_texture_matrix_0) {
     // The matrix moves x = -3..-2 to 0..1 and every z to 0.5: dark where the map says 0.4, lit
     // where it says 0.6. Column 64 + 16 * -2.5 / 4.03 * 4 = 24 is x = -2.5 in row 0.
