@@ -28,6 +28,14 @@ FreeFlyCamera::FreeFlyCamera() {
     target = vec3(0.0f, 10.0f, 0.0f);
 }
 
+void FreeFlyCamera::Place(const vec3& eye, const vec3& point) {
+    const vec3 back = Vell::Normalized(eye - point);
+    azimuth = static_cast<float>(std::atan2(back.x, back.z) / radiansPerDegree);
+    polar = static_cast<float>(std::acos(back.y) / radiansPerDegree);
+    position = eye;
+    target = eye - back;
+}
+
 void FreeFlyCamera::Update(SDL_Event* event, float dt, float floorY) {
     // Eye and target are one unit apart, so this is as long as the way that `dt` takes.
     const vec3 step = (target - position) * (speed * dt);

@@ -22,6 +22,11 @@ public:
     /// target, and that is still 10 units long.
     FreeFlyCamera();
 
+    /// Puts the eye there, aimed at `point`, which must lie elsewhere: where a flight is to begin.
+    /// The target is the point one unit ahead; `point` itself is not kept. Straight up or down the
+    /// next Update() aims a degree beside it.
+    void Place(const Vell::vec3& eye, const Vell::vec3& point);
+
     /// Applies one event, then places the eye. Once a frame, with the frame's event:
     ///
     ///     mouse moved         turns by half a degree a pixel away from (200, 200) and puts the

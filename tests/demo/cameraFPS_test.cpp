@@ -65,6 +65,34 @@ TEST_F(FreeFlight, Draws_as_the_base_does_from_eye_to_target_with_y_up) {
                                            static_cast<double>(eye.z), 1, 2, 3, 0, 1, 0));
 }
 
+// ---------------------------------------------------------------------------- Where it is placed
+
+TEST(FreeFlyCamera, Stands_where_it_is_placed_and_looks_at_the_point) {
+    FreeFlyCamera camera;
+    camera.Place(vec3(3, 4, 5), vec3(3, 10, -3)); // a way of (0, 6, -8), 10 long
+    EXPECT_EQ(camera.GetPosition(), vec3(3, 4, 5));
+    ExpectVector(camera.GetTarget(), 3, 4.6f, 4.2f);
+}
+
+TEST(FreeFlyCamera, Stays_where_it_was_placed_when_nothing_happens) {
+    for (const vec3& way : {vec3(1, 0, 0), vec3(-2, 1, 0.5f), vec3(0.3f, -4, 5), vec3(0, 0, -1)}) {
+        FreeFlyCamera camera;
+        camera.Place(vec3(3, 4, 5), vec3(3, 4, 5) + way);
+        SDL_Event nothing = Event(SDL_NOEVENT);
+        camera.Update(&nothing, 0.02f, noFloor);
+        ExpectVector(camera.GetPosition(), 3, 4, 5);
+    }
+}
+
+TEST(FreeFlyCamera, First_key_after_it_was_placed_moves_by_its_speed) {
+    FreeFlyCamera camera;
+    camera.Place(vec3(0, 10, 0), vec3(20, 10, 0));
+    SDL_Event key = Event(SDL_KEYDOWN);
+    key.key.keysym.sym = SDLK_UP;
+    camera.Update(&key, 0.05f, noFloor); // 10 units a second
+    ExpectVector(camera.GetPosition(), 0.5f, 10, 0);
+}
+
 // ----------------------------------------------------------------------------------- Its angles
 
 TEST(FreeFlyCamera, First_update_places_the_eye_one_unit_from_the_target) {
