@@ -76,20 +76,6 @@ TEST(PassTrace, Can_be_of_a_target_smaller_than_its_grid) {
     EXPECT_EQ(trace.means[0], 0);                       // the others hold none
 }
 
-TEST(Halved, Takes_the_mean_of_two_by_two) {
-    Picture picture(3, 3);
-    const unsigned char red[] = {0, 4, 100, 8, 12, 50, 200, 100, 7};
-    for (int i = 0; i < 9; ++i)
-        picture.At(i % 3, i / 3)[0] = red[i];
-    const Picture half = Halved(picture);
-    ASSERT_EQ(half.width, 2);
-    ASSERT_EQ(half.height, 2);
-    EXPECT_EQ(half.At(0, 0)[0], 6);   // (0 + 4 + 8 + 12) / 4
-    EXPECT_EQ(half.At(1, 0)[0], 75);  // the edge counts twice: (100 + 50) / 2
-    EXPECT_EQ(half.At(0, 1)[0], 150); // (200 + 100) / 2
-    EXPECT_EQ(half.At(1, 1)[0], 7);
-}
-
 TEST(References, Are_read_as_they_were_written) {
     const ScratchDir scratch;
     Picture picture(4, 2);

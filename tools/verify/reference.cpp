@@ -1,5 +1,7 @@
 #include "tools/verify/reference.h"
 
+#include "tools/picture/tiles.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -147,25 +149,10 @@ int Distance(const PassTrace& a, const PassTrace& b) {
 }
 
 Reference ReferenceOf(int frame, const Picture& picture, const std::vector<Passes::Pass>& passes) {
-    Reference reference{frame, Fingerprint(picture.bytes), Halved(picture), {}};
+    Reference reference{frame, Fingerprint(picture.bytes), Tools::Halved(picture), {}};
     for (const Passes::Pass& pass : passes)
         reference.passes.push_back(TraceOf(pass));
     return reference;
-}
-
-Picture Halved(const Picture& picture) {
-    Picture half((picture.width + 1) / 2, (picture.height + 1) / 2);
-    for (int y = 0; y < half.height; ++y)
-        for (int x = 0; x < half.width; ++x)
-            for (int colour = 0; colour < Picture::channels; ++colour) {
-                const int right = std::min(2 * x + 1, picture.width - 1);
-                const int below = std::min(2 * y + 1, picture.height - 1);
-                const int sum = picture.At(2 * x, 2 * y)[colour] +
-                                picture.At(right, 2 * y)[colour] +
-                                picture.At(2 * x, below)[colour] + picture.At(right, below)[colour];
-                half.At(x, y)[colour] = static_cast<unsigned char>((sum + 2) / 4);
-            }
-    return half;
 }
 
 std::vector<Reference> ReadReferences(const std::string& folder) {

@@ -46,10 +46,6 @@ struct Reference {
 
 Reference ReferenceOf(int frame, const Picture& picture, const std::vector<Passes::Pass>& passes);
 
-/// In both directions half as large, odd sizes rounded up; each pixel the mean of those it stands
-/// for.
-Picture Halved(const Picture& picture);
-
 /// Reads "frames.png" and "passes.txt" in `folder`; throws std::runtime_error saying what is wrong.
 std::vector<Reference> ReadReferences(const std::string& folder);
 
