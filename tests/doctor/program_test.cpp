@@ -165,7 +165,7 @@ TEST_F(DoctorProgram, Refuses_a_command_line_that_it_does_not_know) {
         const Tools::Ending outcome = Run(words);
         EXPECT_EQ(outcome.exitStatus, 2) << words.back();
         EXPECT_EQ(outcome.output, "") << words.back();
-        EXPECT_THAT(outcome.errors, StartsWith("nimbrel_doctor [--json]")) << words.back();
+        EXPECT_THAT(outcome.errors, HasSubstr("See ./movie --doctor --help.\n")) << words.back();
     }
 }
 

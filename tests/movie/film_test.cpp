@@ -206,26 +206,38 @@ TEST_F(FilmTest, Says_what_is_wrong_with_its_arguments) {
         std::vector<std::string> words;
         const char* complaint;
     } cases[] = {
-        {{"out.gif"}, "expected a file name that ends in .mp4, .mov, .mkv, found \"out.gif\""},
-        {{".mp4"}, "found \".mp4\""},
-        {{"--fps", "0", "a.mp4"}, "expected a frame rate from 1 to 1000"},
-        {{"--fps"}, "--fps: expected a value"},
-        {{"--scale", "1.5"}, "--scale: expected a whole number, found \"1.5\""},
-        {{"--scale", "9"}, "--scale: expected a number from 1"},
-        {{"--start", "119"}, "--start: expected a number from 0"},
-        {{"--start", "nan"}, "--start: expected a number from 0"},
-        {{"--start", "5", "--end", "5", "a.mp4"}, "there is no frame from"},
-        {{"--at", "1"}, "--at: expected 2 to 2 words, found 1"},
-        {{"--at", "-1", "a.png"}, "--at: expected a number from 0"},
-        {{"--at", "1", "a.jpg"}, "expected a file name that ends in .png"},
+        {{"out.gif"}, "./movie: needs a .mp4, .mov or .mkv file, not \"out.gif\""},
+        {{".mp4"}, ", not \".mp4\""},
+        {{"--fps", "0", "a.mp4"}, "--fps needs a number of frames a second from 1 to 1000, not "},
+        {{"--fps"}, "--fps needs a number of frames a second from 1 to 1000: --fps 60\n"},
+        {{"--scale", "1.5"}, "--scale needs a whole number from 1 to 8, not \"1.5\": --scale 2"},
+        {{"--scale", "9"}, "--scale needs a whole number from 1 to 8, not \"9\""},
+        {{"--start", "119"}, "--start needs a time from 0 to 118.252, not \"119\""},
+        {{"--start", "nan"}, "--start needs a time from 0 to 118.252, not \"nan\""},
+        {{"--at", "1"},
+         "--at needs a time from 0 to 118.25 and a .png file: --at 97 "
+         "frame.png"},
+        {{"--at", "-1", "a.png"}, "--at needs a time from 0 to 118.25, not \"-1\""},
+        {{"--at", "1", "a.jpg"}, "--at needs a .png file, not \"a.jpg\""},
         {{"--at", "--sheet", "a.png"}, "--at and --sheet do not go together"},
-        {{"--sheet", "--lossless", "a.png"}, "--lossless means nothing here"},
-        {{"--faster"}, "unknown option: --faster"},
-        {{"a.mp4", "b.mp4"}, "found 2"},
+        {{"--sheet", "--lossless", "a.png"},
+         "--lossless does not go with --sheet, which takes --fps, --start, --end, --every and "
+         "--jobs"},
+        {{"--faster"}, "there is no option --faster"},
+        {{"a.mp4", "b.mp4"}, "\"b.mp4\" is one word too many: ./movie film.mp4"},
+        {{"--at", "1", "none/a.png"}, "cannot write none/a.png: there is no folder none; "},
+        {{"--join", "a.mp4", "none.mp4"}, "cannot read none.mp4: there is no such file; "},
+        {{"--verify", "--references", "none"}, "cannot read none: there is no such folder; "},
     };
     for (const auto& [words, complaint] : cases) {
         const Tools::Ending end = Film(words);
-        EXPECT_GE(end.exitStatus, 1) << complaint;
+        EXPECT_EQ(end.exitStatus, 2) << complaint;
         EXPECT_THAT(end.errors, HasSubstr(complaint));
     }
+}
+
+TEST_F(FilmTest, Refuses_a_stretch_without_a_frame) {
+    const Tools::Ending end = Film({"--start", "5", "--end", "5", "a.mp4"});
+    EXPECT_EQ(end.exitStatus, 1);
+    EXPECT_THAT(end.errors, HasSubstr("there is no frame from"));
 }

@@ -2,23 +2,37 @@
 
 #include <gmock/gmock.h>
 
-#include <string>
-#include <vector>
-
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Tools::Arguments;
-using Tools::CommandLine;
+using Tools::Program;
 using Tools::WrongUsage;
 
 namespace {
 
 /// A program that looks at files, or counts them.
-CommandLine Looker() {
-    return {
-        .options = {{"--often", "N", "looks N times (1)"}, {"--wide", "", "looks wide,\nand far"}},
-        .modes = {{"look", 0, 1, {"--often", "--wide"}, [](const Arguments&) { return 3; }},
-                  {"--count", 1, 2, {"--wide"}, [](const Arguments&) { return 4; }}}};
+Program Looker() {
+    return {.name = "./look",
+            .purpose = "Looks at a file.",
+            .options = {{.name = "--often",
+                         .value = "N",
+                         .kind = Tools::WholeNumberKind(1, 9),
+                         .example = "2",
+                         .meaning = "looks N times (1)"},
+                        {.name = "--wide", .meaning = "looks wide,\nand far"}},
+            .modes = {{.operands = {{"FILE", Tools::AnyText("a file"), Tools::Count::AtMostOne}},
+                       .example = "a.png",
+                       .options = {"--often", "--wide"},
+                       .run = [](const Arguments&) { return 3; }},
+                      {.name = "--count",
+                       .operands = {{"T", Tools::NumberKind("a time", 0, 2.5)},
+                                    {"FILE", Tools::AnyText("files"), Tools::Count::OneOrMore}},
+                       .example = "1.5 a.png b.png",
+                       .options = {"--wide"},
+                       .run = [](const Arguments&) { return 4; }},
+                      {.name = "--alone",
+                       .run = [](const Arguments&) -> int { throw std::runtime_error("dark"); }}},
+            .remark = "It does no more."};
 }
 
 std::string Refusal(const std::vector<std::string>& given) {
@@ -30,70 +44,108 @@ std::string Refusal(const std::vector<std::string>& given) {
     return "none";
 }
 
-std::string RefusalOf(double least, double most, const std::string& text) {
-    try {
-        Tools::ParseNumber("--often", text, least, most);
-    } catch (const WrongUsage& error) {
-        return error.what();
+/// A run of the program, as main() does it.
+struct LookerRun {
+    int status;
+    std::string output;
+    std::string errors;
+
+    explicit LookerRun(std::vector<std::string> words) {
+        words.insert(words.begin(), "/build/look");
+        std::vector<char*> arguments;
+        for (std::string& word : words)
+            arguments.push_back(word.data());
+        ::testing::internal::CaptureStdout();
+        ::testing::internal::CaptureStderr();
+        status = Looker().Run(static_cast<int>(arguments.size()), arguments.data());
+        output = ::testing::internal::GetCapturedStdout();
+        errors = ::testing::internal::GetCapturedStderr();
     }
-    return "none";
-}
+};
 
 } // namespace
 
-TEST(CommandLine, Sorts_words_and_options_in_any_order) {
+TEST(Program, Sorts_operands_and_options_in_any_order) {
     const Arguments arguments = Looker().Parse({"--often", "2", "here", "--wide"});
-    EXPECT_EQ(arguments.mode, "look") << "the first mode, since none is named";
-    EXPECT_THAT(arguments.words, ElementsAre("here"));
+    EXPECT_EQ(arguments.mode, "") << "the first mode, since none is named";
+    EXPECT_THAT(arguments.operands, ElementsAre("here"));
     EXPECT_TRUE(arguments.Has("--wide"));
     EXPECT_EQ(arguments.Text("--often", "none"), "2");
-    EXPECT_EQ(arguments.WholeNumber("--often", 1, 9, 1), 2);
+    EXPECT_EQ(arguments.WholeNumber("--often", 1), 2);
 }
 
-TEST(CommandLine, Answers_otherwise_for_options_that_were_not_given) {
+TEST(Program, Answers_otherwise_for_options_that_were_not_given) {
     const Arguments arguments = Looker().Parse({});
-    EXPECT_THAT(arguments.words, IsEmpty());
+    EXPECT_THAT(arguments.operands, IsEmpty());
     EXPECT_FALSE(arguments.Has("--wide"));
     EXPECT_EQ(arguments.Text("--often", "none"), "none");
-    EXPECT_EQ(arguments.WholeNumber("--often", 1, 9, 5), 5);
-    EXPECT_EQ(arguments.Number("--often", 1.0, 9.0, 0.5), 0.5) << "which may be out of bounds";
+    EXPECT_EQ(arguments.WholeNumber("--often", 50), 50) << "which may be out of bounds";
+    EXPECT_EQ(arguments.Number("--often", 0.5), 0.5);
 }
 
-TEST(CommandLine, Runs_the_mode_that_is_named) {
-    EXPECT_EQ(Looker().Run({"a"}), 3);
-    EXPECT_EQ(Looker().Run({"a", "--count", "b"}), 4);
+TEST(Program, Keeps_every_value_of_an_option_that_is_repeated) {
+    const Arguments arguments = Looker().Parse({"--often", "4", "--often", "2"});
+    EXPECT_THAT(arguments.Texts("--often"), ElementsAre("4", "2"));
+    EXPECT_EQ(arguments.WholeNumber("--often", 1), 2) << "the last";
 }
 
-TEST(CommandLine, Says_what_is_wrong) {
-    EXPECT_EQ(Refusal({"--fast"}), "unknown option: --fast");
-    EXPECT_EQ(Refusal({"--often"}), "--often: expected a value");
-    EXPECT_EQ(Refusal({"--count", "a", "--count"}), "--count and --count do not go together");
-    EXPECT_EQ(Refusal({"--count", "a", "--often", "2"}), "--often means nothing here");
-    EXPECT_EQ(Refusal({"--count"}), "--count: expected 1 to 2 words, found 0");
-    EXPECT_EQ(Refusal({"a", "b"}), "look: expected 0 to 1 words, found 2");
+TEST(Program, Runs_the_mode_that_is_named) {
+    EXPECT_EQ(LookerRun({"a"}).status, 3);
+    EXPECT_EQ(LookerRun({"1", "--count", "b"}).status, 4);
+}
+
+TEST(Program, Says_what_is_wrong_and_what_would_be_right) {
+    EXPECT_EQ(Refusal({"--fast"}), "there is no option --fast");
+    EXPECT_EQ(Refusal({"-f"}), "there is no option -f");
+    EXPECT_EQ(Refusal({"--often"}), "--often needs a whole number from 1 to 9: --often 2");
+    EXPECT_EQ(Refusal({"--often", "10"}),
+              "--often needs a whole number from 1 to 9, not \"10\": --often 2");
+    EXPECT_EQ(Refusal({"--often", "x"}),
+              "--often needs a whole number from 1 to 9, not \"x\": --often 2");
+    EXPECT_EQ(Refusal({"--count", "1", "a", "--count"}), "--count and --count do not go together");
+    EXPECT_EQ(Refusal({"--count", "1", "a", "--often", "2"}),
+              "--often does not go with --count, which takes --wide");
+    EXPECT_EQ(Refusal({"--alone", "--wide"}),
+              "--wide does not go with --alone, which takes no options");
+    EXPECT_EQ(Refusal({"--count", "1"}),
+              "--count needs a time from 0 to 2.5 and files: --count 1.5 a.png b.png");
+    EXPECT_EQ(Refusal({"--count", "2.6", "a"}),
+              "--count needs a time from 0 to 2.5, not \"2.6\": --count 1.5 a.png b.png");
+    EXPECT_EQ(Refusal({"a", "b"}), "\"b\" is one word too many: ./look a.png");
+    EXPECT_EQ(Refusal({"--alone", "a"}), "\"a\" is one word too many: --alone");
+    EXPECT_EQ(Refusal({""}), "needs a file, not \"\": ./look a.png");
     EXPECT_EQ(Refusal({"-1"}), "none") << "a number below zero is a word";
+    EXPECT_EQ(Refusal({"--count", "1", "a", "b", "c"}), "none") << "as many as there are";
 }
 
-TEST(CommandLine, Takes_numbers_within_bounds_alone) {
-    EXPECT_EQ(Tools::ParseNumber("--often", "2.5", 1.0, 9.0), 2.5);
-    EXPECT_EQ(Tools::ParseNumber("--often", "9", 1.0, 9.0), 9.0);
-    for (const char* text : {"", "0.9", "9.1", "2x", "nan"})
-        EXPECT_EQ(RefusalOf(1.0, 9.0, text),
-                  std::string("--often: expected a number from 1.000000 to 9.000000, found \"") +
-                      text + "\"");
-    EXPECT_THROW(Tools::ParseWholeNumber("--often", "2.5", 1, 9), WrongUsage);
+TEST(Program, Points_to_its_help_when_it_refuses) {
+    const LookerRun run({"--fast"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.output, "");
+    EXPECT_EQ(run.errors, "./look: there is no option --fast\nSee ./look --help.\n");
 }
 
-TEST(CommandLine, Takes_file_names_by_their_ends) {
-    const Arguments arguments = Looker().Parse({"a.png"});
-    EXPECT_EQ(arguments.Path(0, {".jpg", ".png"}), "a.png");
-    EXPECT_THROW(static_cast<void>(arguments.Path(0, {".jpg"})), WrongUsage);
-    EXPECT_THROW(static_cast<void>(Looker().Parse({".png"}).Path(0, {".png"})), WrongUsage)
-        << "an end alone is no name";
+TEST(Program, Says_why_it_failed) {
+    const LookerRun run({"--alone"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errors, "./look: dark\n");
 }
 
-TEST(CommandLine, Help_stands_in_two_columns) {
-    EXPECT_EQ(Looker().Help(), "--often N  looks N times (1)\n"
-                               "--wide     looks wide,\n"
-                               "           and far\n");
+TEST(Program, Answers_help_whatever_else_it_is_told) {
+    for (const char* word : {"-h", "--help"}) {
+        const LookerRun run({"--fast", word});
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.errors, "");
+        EXPECT_EQ(run.output, "./look [--often N] [--wide] [FILE]\n"
+                              "./look --count [--wide] T FILE...\n"
+                              "./look --alone\n"
+                              "\n"
+                              "Looks at a file.\n"
+                              "\n"
+                              "--often N  looks N times (1)\n"
+                              "--wide     looks wide,\n"
+                              "           and far\n"
+                              "\n"
+                              "It does no more.\n");
+    }
 }

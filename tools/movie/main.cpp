@@ -4,11 +4,11 @@
 #include "tools/explain/explain.h"
 #include "tools/movie/film.h"
 #include "tools/options/commandline.h"
+#include "tools/options/places.h"
 #include "tools/verify/verify.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <iostream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -17,113 +17,154 @@
 namespace {
 
 using Tools::Arguments;
+using Tools::NumberKind;
 
 /// Some moment of the last frame at any rate that is not a very low one.
 constexpr double lastMoment = 118.25;
 
-const std::vector<std::string> filmEnds = {".mp4", ".mov", ".mkv"};
+constexpr int mostJobs = 256;
+constexpr const char* referenceFolder = "tools/verify/reference";
 
-double TimeOf(const Arguments& arguments, const std::string& option, double otherwise) {
-    return arguments.Number(option, 0.0, Show::runningTime, otherwise);
+Stage::Rate RateOf(const Arguments& arguments) {
+    return Stage::ParseRate(arguments.Text("--fps", "60"));
 }
 
 /// The moment that stands behind the mode.
 double MomentOf(const Arguments& arguments) {
-    return Tools::ParseNumber(arguments.mode, arguments.words[0], 0.0, lastMoment);
-}
-
-Stage::Rate RateOf(const Arguments& arguments) {
-    return arguments.Has("--fps") ? Stage::ParseRate(arguments.options.at("--fps")) : Stage::Rate{};
+    return Tools::ParseNumber(arguments.operands[0]);
 }
 
 int JobsOf(const Arguments& arguments) {
-    constexpr int most = 256;
-    const int cores = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, most);
-    return arguments.WholeNumber("--jobs", 1, most, cores);
-}
-
-int ScaleOf(const Arguments& arguments) {
-    constexpr int largest = 8;
-    return arguments.WholeNumber("--scale", 1, largest, arguments.Has("--lossless") ? 1 : 2);
+    const int cores = static_cast<int>(std::thread::hardware_concurrency());
+    return arguments.WholeNumber("--jobs", std::clamp(cores, 1, mostJobs));
 }
 
 int RunFilm(const Arguments& arguments) {
-    return Movie::MakeFilm(
-        {.path = arguments.words.empty() ? "nimbrel.mp4" : arguments.Path(0, filmEnds),
-         .format = {.rate = RateOf(arguments),
-                    .scale = ScaleOf(arguments),
-                    .lossless = arguments.Has("--lossless"),
-                    .comment = ""},
-         .begin = TimeOf(arguments, "--start", 0.0),
-         .end = TimeOf(arguments, "--end", Show::runningTime),
-         .jobs = JobsOf(arguments)});
+    const bool lossless = arguments.Has("--lossless");
+    const std::string path = arguments.operands.empty() ? "nimbrel.mp4" : arguments.operands[0];
+    Tools::CheckFileToWrite(path);
+    return Movie::MakeFilm({.path = path,
+                            .format = {.rate = RateOf(arguments),
+                                       .scale = arguments.WholeNumber("--scale", lossless ? 1 : 2),
+                                       .lossless = lossless,
+                                       .comment = ""},
+                            .begin = arguments.Number("--start", 0.0),
+                            .end = arguments.Number("--end", Show::runningTime),
+                            .jobs = JobsOf(arguments)});
 }
 
 int RunSheet(const Arguments& arguments) {
-    const double step = arguments.Number("--every", 0.001, Show::runningTime, 1.0);
-    Movie::MakeContactSheet(RateOf(arguments), TimeOf(arguments, "--start", 0.0),
-                            TimeOf(arguments, "--end", 118.0), step, JobsOf(arguments),
-                            arguments.Path(0, {".png"}));
+    Movie::MakeContactSheet(RateOf(arguments), arguments.Number("--start", 0.0),
+                            arguments.Number("--end", 118.0), arguments.Number("--every", 1.0),
+                            JobsOf(arguments), arguments.operands[0]);
     return EXIT_SUCCESS;
 }
 
 int RunAt(const Arguments& arguments) {
-    Movie::MakePicture(RateOf(arguments), MomentOf(arguments), arguments.Path(1, {".png"}));
+    Movie::MakePicture(RateOf(arguments), MomentOf(arguments), arguments.operands[1]);
     return EXIT_SUCCESS;
 }
 
 int RunExplain(const Arguments& arguments) {
-    Explain::MakePage(RateOf(arguments), MomentOf(arguments), arguments.Path(1, {".html"}),
+    Explain::MakePage(RateOf(arguments), MomentOf(arguments), arguments.operands[1],
                       arguments.Has("--times") ? Explain::Measured::Shown
                                                : Explain::Measured::LeftOut);
     return EXIT_SUCCESS;
 }
 
 int RunVerify(const Arguments& arguments) {
-    const std::string folder = arguments.Text("--references", "tools/verify/reference");
-    const std::string picture = arguments.words.empty() ? "" : arguments.Path(0, {".png"});
-    if (!arguments.Has("--renew"))
+    const std::string folder = arguments.Text("--references", referenceFolder);
+    const std::string picture = arguments.operands.empty() ? "" : arguments.operands[0];
+    if (!arguments.Has("--renew")) {
+        Tools::CheckFolder(folder);
         return Verify::VerifyShow(folder, picture);
+    }
+    Tools::MakeFolder(folder);
     Verify::RenewReferences(folder);
     return EXIT_SUCCESS;
 }
 
 int RunJoin(const Arguments& arguments) {
-    Movie::JoinFilms({arguments.words.begin() + 1, arguments.words.end()},
-                     arguments.Path(0, filmEnds));
+    Movie::JoinFilms({arguments.operands.begin() + 1, arguments.operands.end()},
+                     arguments.operands[0]);
     return EXIT_SUCCESS;
 }
 
-const Tools::CommandLine commandLine = {
-    .options = {{"--fps", "RATE", ""},
-                {"--scale", "N", ""},
-                {"--start", "S", ""},
-                {"--end", "S", ""},
-                {"--jobs", "N", ""},
-                {"--lossless", "", ""},
-                {"--every", "S", ""},
-                {"--references", "D", ""},
-                {"--renew", "", ""},
-                {"--times", "", ""}},
+bool IsRate(const std::string& text) {
+    try {
+        Stage::ParseRate(text);
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+}
+
+const Tools::Kind rate = {
+    .name = "a number of frames a second from 1 to 1000", .fits = IsRate, .prepare = {}};
+const Tools::Kind moment = NumberKind("a time", 0.0, Show::runningTime);
+const Tools::Kind shownMoment = NumberKind("a time", 0.0, lastMoment);
+const Tools::Kind film = Tools::FileToWrite({".mp4", ".mov", ".mkv"});
+const Tools::Kind picture = Tools::FileToWrite({".png"});
+
+// The script's tables are the same: ./movie refuses before it builds this. Its help has the
+// meanings.
+const Tools::Program program = {
+    .name = "./movie",
+    .purpose = "./movie --help says what each is for.",
+    .options =
+        {{.name = "--fps", .value = "RATE", .kind = rate, .example = "60"},
+         {.name = "--scale", .value = "N", .kind = Tools::WholeNumberKind(1, 8), .example = "2"},
+         {.name = "--start", .value = "S", .kind = moment, .example = "97"},
+         {.name = "--end", .value = "S", .kind = moment, .example = "97"},
+         {.name = "--lossless"},
+         {.name = "--jobs",
+          .value = "N",
+          .kind = Tools::WholeNumberKind(1, mostJobs),
+          .example = "2"},
+         {.name = "--every",
+          .value = "S",
+          .kind = NumberKind("a number of seconds", 0.001, Show::runningTime),
+          .example = "5"},
+         {.name = "--references",
+          .value = "D",
+          .kind = Tools::AnyText("a folder"),
+          .example = referenceFolder},
+         {.name = "--renew"},
+         {.name = "--times"}},
     .modes = {
-        {"film", 0, 1, {"--fps", "--scale", "--start", "--end", "--lossless", "--jobs"}, RunFilm},
-        {"--sheet", 1, 1, {"--fps", "--start", "--end", "--every", "--jobs"}, RunSheet},
-        {"--at", 2, 2, {"--fps"}, RunAt},
-        {"--explain", 2, 2, {"--fps", "--times"}, RunExplain},
-        {"--join", 2, 1000, {}, RunJoin},
-        {"--verify", 0, 1, {"--references", "--renew"}, RunVerify},
+        {.operands = {{"OUT.mp4", film, Tools::Count::AtMostOne}},
+         .example = "film.mp4",
+         .options = {"--fps", "--scale", "--start", "--end", "--lossless", "--jobs"},
+         .run = RunFilm},
+        {.name = "--sheet",
+         .operands = {{"OUT.png", picture}},
+         .example = "sheet.png",
+         .options = {"--fps", "--start", "--end", "--every", "--jobs"},
+         .run = RunSheet},
+        {.name = "--at",
+         .operands = {{"T", shownMoment}, {"OUT.png", picture}},
+         .example = "97 frame.png",
+         .options = {"--fps"},
+         .run = RunAt},
+        {.name = "--explain",
+         .operands = {{"T", shownMoment}, {"OUT.html", Tools::FileToWrite({".html"})}},
+         .example = "97 frame.html",
+         .options = {"--fps", "--times"},
+         .run = RunExplain},
+        {.name = "--join",
+         .operands = {{"OUT.mp4", film},
+                      {"PIECE", Tools::FileToRead("the film of a piece"), Tools::Count::OneOrMore}},
+         .example = "film.mp4 a.mp4 b.mp4",
+         .run = RunJoin},
+        {.name = "--verify",
+         .operands = {{"OUT.png", picture, Tools::Count::AtMostOne}},
+         .example = "difference.png",
+         .options = {"--references", "--renew"},
+         .run = RunVerify},
     }};
 
 } // namespace
 
 int main(int count, char** arguments) {
-    try {
-        return commandLine.Run({arguments + 1, arguments + count});
-    } catch (const Tools::WrongUsage& error) {
-        std::cerr << "movie: " << error.what() << "\nSee ./movie --help.\n";
-        return 2;
-    } catch (const std::exception& error) {
-        std::cerr << "movie: " << error.what() << '\n';
-        return EXIT_FAILURE;
-    }
+    return program.Run(count, arguments);
 }

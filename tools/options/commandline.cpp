@@ -1,8 +1,10 @@
 #include "tools/options/commandline.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cctype>
 #include <cstdlib>
+#include <exception>
+#include <iostream>
 #include <sstream>
 
 namespace Tools {
@@ -16,109 +18,209 @@ const Row* Find(const std::vector<Row>& rows, const std::string& name) {
     return found == rows.end() ? nullptr : &*found;
 }
 
+bool Contains(const std::vector<std::string>& texts, const std::string& text) {
+    return std::find(texts.begin(), texts.end(), text) != texts.end();
+}
+
+bool IsOption(const std::string& text) {
+    return text.size() > 1 && text[0] == '-' &&
+           std::isdigit(static_cast<unsigned char>(text[1])) == 0;
+}
+
+/// "a b", or the one of them that is not empty.
+std::string Joined(const std::string& a, const std::string& b) {
+    return a + (a.empty() || b.empty() ? "" : " ") + b;
+}
+
 /// As it is written: "--scale N".
 std::string Written(const Option& option) {
-    return option.value.empty() ? option.name : option.name + ' ' + option.value;
+    return Joined(option.name, option.value);
 }
 
-void CheckWords(const Mode& mode, std::size_t count) {
-    if (count < mode.fewest || count > mode.most)
-        throw WrongUsage(mode.name + ": expected " + std::to_string(mode.fewest) + " to " +
-                         std::to_string(mode.most) + " words, found " + std::to_string(count));
+std::string Written(const Operand& operand) {
+    switch (operand.count) {
+    case Count::AtMostOne:
+        return "[" + operand.name + "]";
+    case Count::OneOrMore:
+        return operand.name + "...";
+    case Count::One:
+        break;
+    }
+    return operand.name;
 }
 
-void CheckOptions(const Mode& mode, const Arguments& arguments) {
+bool Fits(const Kind& kind, const std::string& text) {
+    return kind.fits ? kind.fits(text) : !text.empty();
+}
+
+/// Throws when the option's value, `given` at `index`, is missing or not of its kind.
+void CheckValue(const Option& option, const std::vector<std::string>& given, std::size_t index) {
+    const bool missing = index == given.size();
+    if (missing || !Fits(option.kind, given[index]))
+        throw WrongUsage(option.name + " needs " + option.kind.name +
+                         (missing ? "" : ", not \"" + given[index] + "\"") + ": " +
+                         Joined(option.name, option.example));
+}
+
+/// Throws when the mode takes no such option.
+void CheckOptions(const Program& program, const Mode& mode, const Arguments& arguments) {
+    const std::string caller = mode.name.empty() ? program.name + " without a mode" : mode.name;
     for (const auto& [name, value] : arguments.options)
-        if (std::find(mode.options.begin(), mode.options.end(), name) == mode.options.end())
-            throw WrongUsage(name + " means nothing here");
+        if (program.modes.size() > 1 && !Contains(mode.options, name))
+            throw WrongUsage(name + " does not go with " + caller + ", which takes " +
+                             (mode.options.empty() ? "no options" : Listed(mode.options, "and")));
 }
 
-} // namespace
-
-double ParseNumber(const std::string& name, const std::string& text, double least, double most) {
-    char* end = nullptr;
-    const double number = std::strtod(text.c_str(), &end);
-    if (text.empty() || *end != '\0' || !(number >= least && number <= most))
-        throw WrongUsage(name + ": expected a number from " + std::to_string(least) + " to " +
-                         std::to_string(most) + ", found \"" + text + "\"");
-    return number;
+/// The operand at this place, counted from 0; null when there is none.
+const Operand* OperandAt(const Mode& mode, std::size_t index) {
+    if (index < mode.operands.size())
+        return &mode.operands[index];
+    const bool repeated = !mode.operands.empty() && mode.operands.back().count == Count::OneOrMore;
+    return repeated ? &mode.operands.back() : nullptr;
 }
 
-int ParseWholeNumber(const std::string& name, const std::string& text, int least, int most) {
-    const double number = ParseNumber(name, text, least, most);
-    if (number != std::floor(number))
-        throw WrongUsage(name + ": expected a whole number, found \"" + text + "\"");
-    return static_cast<int>(number);
+std::string NamesOf(const std::vector<Operand>& operands) {
+    std::vector<std::string> names;
+    names.reserve(operands.size());
+    for (const Operand& operand : operands)
+        names.push_back(operand.kind.name);
+    return Listed(names, "and");
 }
 
-std::string Arguments::Text(const std::string& option, const std::string& otherwise) const {
-    return Has(option) ? options.at(option) : otherwise;
-}
-
-double Arguments::Number(const std::string& option, double least, double most,
-                         double otherwise) const {
-    return Has(option) ? ParseNumber(option, options.at(option), least, most) : otherwise;
-}
-
-int Arguments::WholeNumber(const std::string& option, int least, int most, int otherwise) const {
-    return Has(option) ? ParseWholeNumber(option, options.at(option), least, most) : otherwise;
-}
-
-std::string Arguments::Path(std::size_t index, const std::vector<std::string>& ends) const {
-    const std::string& word = words.at(index);
-    std::string list;
-    for (const std::string& end : ends) {
-        if (word.ends_with(end) && word.size() > end.size())
-            return word;
-        list += (list.empty() ? "" : ", ") + end;
+/// Throws when there are too few or too many, or one is not of its kind.
+void CheckOperands(const Program& program, const Mode& mode,
+                   const std::vector<std::string>& operands) {
+    const std::string needs = Joined(mode.name, "needs ");
+    const std::string right =
+        ": " + Joined(mode.name.empty() ? program.name : mode.name, mode.example);
+    for (std::size_t i = 0; i < operands.size(); ++i) {
+        const Operand* const operand = OperandAt(mode, i);
+        if (!operand)
+            throw WrongUsage("\"" + operands[i] + "\" is one word too many" + right);
+        if (!Fits(operand->kind, operands[i]))
+            throw WrongUsage(needs + operand->kind.name + ", not \"" + operands[i] + "\"" + right);
     }
-    throw WrongUsage("expected a file name that ends in " + list + ", found \"" + word + "\"");
+    const Operand* const next =
+        operands.size() < mode.operands.size() ? &mode.operands[operands.size()] : nullptr;
+    if (next && next->count != Count::AtMostOne)
+        throw WrongUsage(needs + NamesOf(mode.operands) + right);
 }
 
-Arguments CommandLine::Parse(const std::vector<std::string>& given) const {
-    Arguments arguments;
-    for (std::size_t i = 0; i < given.size(); ++i) {
-        const std::string& word = given[i];
-        if (!word.starts_with("--")) {
-            arguments.words.push_back(word);
-        } else if (Find(modes, word)) {
-            if (!arguments.mode.empty())
-                throw WrongUsage(arguments.mode + " and " + word + " do not go together");
-            arguments.mode = word;
-        } else if (const Option* option = Find(options, word)) {
-            if (!option->value.empty() && i + 1 == given.size())
-                throw WrongUsage(word + ": expected a value");
-            arguments.options[word] = option->value.empty() ? "" : given[++i];
-        } else {
-            throw WrongUsage("unknown option: " + word);
-        }
+/// What each file and folder that was named has to be.
+void Prepare(const Program& program, const Mode& mode, const Arguments& arguments) {
+    for (const auto& [name, value] : arguments.options)
+        if (const Kind& kind = Find(program.options, name)->kind; kind.prepare)
+            kind.prepare(value);
+    for (std::size_t i = 0; i < arguments.operands.size(); ++i)
+        if (const Kind& kind = OperandAt(mode, i)->kind; kind.prepare)
+            kind.prepare(arguments.operands[i]);
+}
+
+int RunMode(const Program& program, const std::vector<std::string>& given) {
+    if (Contains(given, "-h") || Contains(given, "--help")) {
+        std::cout << program.Help() << std::flush;
+        return EXIT_SUCCESS;
     }
-    if (arguments.mode.empty())
-        arguments.mode = modes.front().name;
-    const Mode& mode = *Find(modes, arguments.mode);
-    CheckWords(mode, arguments.words.size());
-    CheckOptions(mode, arguments);
-    return arguments;
+    const Arguments arguments = program.Parse(given);
+    const Mode& mode = *Find(program.modes, arguments.mode);
+    Prepare(program, mode, arguments);
+    return mode.run(arguments);
 }
 
-int CommandLine::Run(const std::vector<std::string>& given) const {
-    const Arguments arguments = Parse(given);
-    return Find(modes, arguments.mode)->run(arguments);
+/// "./movie --at T OUT.png"
+std::string CallOf(const Program& program, const Mode& mode) {
+    std::string call = Joined(program.name, mode.name);
+    for (const Option& option : program.options)
+        if (program.modes.size() == 1 || Contains(mode.options, option.name))
+            call.append(" [").append(Written(option)).append("]");
+    for (const Operand& operand : mode.operands)
+        call.append(" ").append(Written(operand));
+    return call;
 }
 
-std::string CommandLine::Help() const {
+/// Two columns: each option, and what it means.
+std::string Meanings(const std::vector<Option>& options) {
     constexpr std::size_t gap = 2;
     std::size_t width = 0;
     for (const Option& option : options)
         width = std::max(width, Written(option).size());
-    std::string help;
+    std::string table;
     for (const Option& option : options) {
         std::string left = Written(option);
         std::istringstream lines(option.meaning);
         for (std::string line; std::getline(lines, line); left.clear())
-            help += left + std::string(width + gap - left.size(), ' ') + line + '\n';
+            table += left + std::string(width + gap - left.size(), ' ') + line + '\n';
     }
-    return help;
+    return table;
+}
+
+} // namespace
+
+std::string Arguments::Text(const std::string& option, const std::string& otherwise) const {
+    return Has(option) ? Texts(option).back() : otherwise;
+}
+
+double Arguments::Number(const std::string& option, double otherwise) const {
+    return Has(option) ? ParseNumber(Texts(option).back()) : otherwise;
+}
+
+int Arguments::WholeNumber(const std::string& option, int otherwise) const {
+    return static_cast<int>(Number(option, otherwise));
+}
+
+std::vector<std::string> Arguments::Texts(const std::string& option) const {
+    std::vector<std::string> texts;
+    const auto [begin, end] = options.equal_range(option);
+    for (auto each = begin; each != end; ++each)
+        texts.push_back(each->second);
+    return texts;
+}
+
+Arguments Program::Parse(const std::vector<std::string>& given) const {
+    Arguments arguments;
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const std::string& word = given[i];
+        if (!IsOption(word)) {
+            arguments.operands.push_back(word);
+        } else if (Find(modes, word)) {
+            if (!arguments.mode.empty())
+                throw WrongUsage(arguments.mode + " and " + word + " do not go together");
+            arguments.mode = word;
+        } else if (const Option* option = Find(options, word); !option) {
+            throw WrongUsage("there is no option " + word);
+        } else if (option->value.empty()) {
+            arguments.options.emplace(word, "");
+        } else {
+            CheckValue(*option, given, ++i);
+            arguments.options.emplace(word, given[i]);
+        }
+    }
+    const Mode& mode = *Find(modes, arguments.mode);
+    CheckOptions(*this, mode, arguments);
+    CheckOperands(*this, mode, arguments.operands);
+    return arguments;
+}
+
+std::string Program::Help() const {
+    std::string help;
+    for (const Mode& mode : modes)
+        help += CallOf(*this, mode) + '\n';
+    help += '\n' + purpose + '\n';
+    if (!options.empty())
+        help += '\n' + Meanings(options);
+    return remark.empty() ? help : help + '\n' + remark + '\n';
+}
+
+int Program::Run(int count, char** arguments) const {
+    try {
+        return RunMode(*this, {arguments + 1, arguments + count});
+    } catch (const WrongUsage& error) {
+        std::cerr << name << ": " << error.what() << "\nSee " << name << " --help.\n";
+        return exitWrongUsage;
+    } catch (const std::exception& error) {
+        std::cerr << name << ": " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
 }
 
 } // namespace Tools
