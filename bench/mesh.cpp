@@ -1,12 +1,11 @@
 // How fast the token reader reads meshes, beside formatted extraction and a loop over fast_float.
-//
-//     nimbrel_mesh_bench ROUNDS FILE...     measures
-//     nimbrel_mesh_bench --make N FILE      writes a mesh of N vertices, six decimals a number
+// What it measures with, it makes too: meshes whose numbers have six decimals.
 
 #include "engine/math/vec2.h"
 #include "engine/math/vec3.h"
 #include "engine/render/decimals.h"
 #include "engine/render/tokenreader.h"
+#include "tools/options/commandline.h"
 
 #include <fast_float/fast_float.h>
 
@@ -14,16 +13,22 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace {
+
+constexpr int usualRounds = 21;
+constexpr int mostRounds = 1000;
+constexpr int mostVertices = 10000000;
 
 struct SubMesh {
     std::vector<Vell::vec3> positions;
@@ -194,7 +199,7 @@ bool Measure(const std::string& path, int rounds) {
 }
 
 /// Coordinates of a town two kilometres wide, as an exporter prints them.
-int Make(int vertices, const char* path) {
+bool WriteTown(int vertices, const std::string& path) {
     std::ofstream file(path);
     file << "XT3DSTATIC\n1\ndir/\n1\nNULL\nNULL\nNULL\n" << vertices << "\n";
     unsigned state = 12345;
@@ -209,22 +214,46 @@ int Make(int vertices, const char* path) {
                       between(-1, 1), between(0, 2), between(0, 2), between(0, 1), between(0, 1));
         file << line;
     }
-    return file.flush() ? 0 : 1;
+    return static_cast<bool>(file.flush());
 }
+
+int Make(const Tools::Arguments& arguments) {
+    const std::string& path = arguments.operands[1];
+    if (!WriteTown(static_cast<int>(Tools::ParseNumber(arguments.operands[0])), path))
+        throw std::runtime_error(path + " cannot be written");
+    return EXIT_SUCCESS;
+}
+
+int MeasureAll(const Tools::Arguments& arguments) {
+    std::puts("file                      MB       ms   MB/s   x streams             x fast_float");
+    bool same = true;
+    for (const std::string& path : arguments.operands)
+        same = Measure(path, arguments.WholeNumber("--rounds", usualRounds)) && same;
+    return same ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+const Tools::Program program = {
+    .name = "nimbrel_mesh_bench",
+    .purpose =
+        "Reads each mesh by three readers, and prints how long each takes. With --make, writes a "
+        "mesh of\nN vertices instead.",
+    .options = {{.name = "--rounds",
+                 .value = "N",
+                 .kind = Tools::WholeNumberKind(1, mostRounds),
+                 .example = "21",
+                 .meaning = "reads each N times (21)"}},
+    .modes = {{.operands = {{"FILE", Tools::FileToRead("meshes"), Tools::Count::OneOrMore}},
+               .example = "Data/Gfx/City/city.xt3dstatic",
+               .options = {"--rounds"},
+               .run = MeasureAll},
+              {.name = "--make",
+               .operands = {{"N", Tools::WholeNumberKind(3, mostVertices)},
+                            {"FILE", Tools::FileToWrite({".xt3dstatic"})}},
+               .example = "60000 town.xt3dstatic",
+               .run = Make}}};
 
 } // namespace
 
 int main(int count, char** arguments) {
-    const std::vector<std::string> words(arguments + 1, arguments + count);
-    if (words.size() == 3 && words[0] == "--make")
-        return Make(std::atoi(words[1].c_str()), words[2].c_str());
-    if (words.size() < 2 || std::atoi(words[0].c_str()) < 1) {
-        std::fputs("nimbrel_mesh_bench ROUNDS FILE... | --make N FILE\n", stderr);
-        return 2;
-    }
-    std::puts("file                      MB       ms   MB/s   x streams             x fast_float");
-    bool same = true;
-    for (std::size_t i = 1; i < words.size(); ++i)
-        same = Measure(words[i], std::atoi(words[0].c_str())) && same;
-    return same ? 0 : 1;
+    return program.Run(count, arguments);
 }

@@ -6,6 +6,8 @@
 called_from=$OLDPWD
 
 . packaging/words.sh
+. packaging/options.sh
+. packaging/places.sh
 . packaging/signals.sh
 . packaging/packages.sh
 . packaging/display.sh

@@ -89,7 +89,8 @@ scratch= # a temporary folder that ends with the script, once it is made
 
 # make_scratch: makes it, unless it is there.
 make_scratch() {
-    [ -n "$scratch" ] || scratch=$(mktemp -d)
+    [ -n "$scratch" ] || scratch=$(mktemp -d 2>/dev/null) ||
+        refuse "cannot make a folder for temporary files in ${TMPDIR:-/tmp}; set TMPDIR to one that takes files"
 }
 
 leave_nothing() {

@@ -1,7 +1,12 @@
 # shellcheck shell=bash
-# What is said to the caller, and what he says. Sourced by common.sh.
+# What is said to the caller. Sourced by common.sh.
 
-exit_wrong_usage=2
+exit_wrong_usage=2 # for whatever is refused: nothing was done then
+
+# How the caller would call the script: "./movie", "art/make".
+program=$(cd "${called_from:?}" && realpath -- "$0")
+program=${program#"$PWD/"}
+[[ $program == */* ]] || program=./$program
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -17,33 +22,11 @@ passing() {
     fi
 }
 
-# refuse TEXT...: says what would be right, and what is wrong with how the script was called.
+# refuse TEXT...: says what is wrong with how the script was called, and what would be right.
 refuse() {
-    usage >&2
-    say
-    say "$0: $*"
+    say "$program: $*"
+    say "See $program --help."
     exit "$exit_wrong_usage"
-}
-
-# answer_help WORD...: prints the usage and ends the script if a word asks for it.
-answer_help() {
-    local word
-    for word in "$@"; do
-        case "$word" in
-            -h | --help) usage; exit ;;
-        esac
-    done
-}
-
-# take_no_words WORD...: for scripts that know none but --help.
-take_no_words() {
-    answer_help "$@"
-    [ $# -eq 0 ] || refuse "there is no \"$1\""
-}
-
-# need_value OPTION [VALUE...]: refuses an option at the end of the line.
-need_value() {
-    [ $# -ge 2 ] || refuse "$1 needs a value"
 }
 
 # absolute PATH: a path as the caller meant it.
