@@ -5,10 +5,11 @@
 // faces at one place, the other face may so come first. Some fifteen triangles of nineteen thousand
 // are then left out, or marked for another flight, and the charts of the light map move together.
 #include "art/common/meshlikeness.h"
-#include "art/common/options.h"
+#include "tools/options/commandline.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
 
 namespace {
 
@@ -16,30 +17,29 @@ constexpr double leastLikeness = 0.997; // what a change of the plan or of a fli
 
 constexpr int different = 1;
 
-bool Read(const std::string& path, Art::MeshFile& mesh) {
+Art::MeshFile Read(const std::string& path) {
+    Art::MeshFile mesh;
     std::string error;
-    if (Art::ReadMesh(path, mesh, error))
-        return true;
-    std::fprintf(stderr, "%s\n", error.c_str());
-    return false;
+    if (!Art::ReadMesh(path, mesh, error))
+        throw std::runtime_error(error);
+    return mesh;
 }
+
+int Compare(const Tools::Arguments& arguments) {
+    const double likeness = Art::Likeness(Read(arguments.operands[0]), Read(arguments.operands[1]));
+    std::printf("%.2f %% of the triangles are the same\n", likeness * 100);
+    return likeness >= leastLikeness ? EXIT_SUCCESS : different;
+}
+
+const Tools::Program program = {
+    .name = "compare_city",
+    .purpose = "Says how many triangles two meshes share; fails when they are not one city.",
+    .modes = {{.operands = {{"A", Tools::FileToRead("a mesh")}, {"B", Tools::FileToRead("a mesh")}},
+               .example = "a.xt3dstatic b.xt3dstatic",
+               .run = Compare}}};
 
 } // namespace
 
 int main(int count, char** arguments) {
-    int status = 0;
-    const auto meshes = Art::ReadArguments(
-        {.program = "compare_city",
-         .purpose = "Says how many triangles two meshes share; fails when they are not one city.",
-         .operands = {"A", "B"}},
-        count, arguments, status);
-    if (!meshes)
-        return status;
-    Art::MeshFile a;
-    Art::MeshFile b;
-    if (!Read(meshes->front(), a) || !Read(meshes->back(), b))
-        return different;
-    const double likeness = Art::Likeness(a, b);
-    std::printf("%.2f %% of the triangles are the same\n", likeness * 100);
-    return likeness >= leastLikeness ? EXIT_SUCCESS : different;
+    return program.Run(count, arguments);
 }

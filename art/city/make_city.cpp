@@ -1,17 +1,20 @@
 #include "art/city/meshing.h"
 #include "art/city/plan.h"
-#include "art/common/options.h"
+#include "art/common/foldertofill.h"
+#include "tools/options/commandline.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
+#include <vector>
 
 namespace {
 
-std::string StepNames() {
-    std::string names;
+std::vector<std::string> StepNames() {
+    std::vector<std::string> names;
     for (const Art::StepRow& row : Art::stepRows)
-        names += std::string(names.empty() ? "" : "\n") + row.name;
+        names.emplace_back(row.name);
     return names;
 }
 
@@ -23,56 +26,45 @@ std::string Purpose() {
     return text;
 }
 
-/// Takes a step away; false when none is called so.
-bool Remove(Art::Steps& steps, const std::string& name) {
-    const auto row = std::find_if(Art::stepRows.begin(), Art::stepRows.end(),
-                                  [&](const Art::StepRow& r) { return r.name == name; });
-    if (row == Art::stepRows.end())
-        return false;
-    steps.reset(static_cast<std::size_t>(row - Art::stepRows.begin()));
-    return true;
+/// All steps but those named.
+Art::Steps StepsWithout(const std::vector<std::string>& left) {
+    Art::Steps steps = Art::allSteps;
+    for (std::size_t i = 0; i < Art::stepRows.size(); ++i)
+        if (std::find(left.begin(), left.end(), Art::stepRows[i].name) != left.end())
+            steps.reset(i);
+    return steps;
 }
 
-int Make(const std::string& folder, const Art::Steps& steps) {
+int Make(const Tools::Arguments& arguments) {
+    Art::FolderToFill folder(arguments.operands[0]);
     const Art::Builder city = Art::BuildCity(Art::citySeed);
     Art::MeshReport report;
-    const Art::MeshFile mesh = Art::MeshCity(city, Art::MeasureCity(city), report, steps);
-    const std::string path = folder + "/city.xt3dstatic";
-    if (!Art::WriteMesh(path, mesh))
-        return 1;
-    std::printf("%s: %zu buildings, %zu lamps, %zu surfaces (%zu hidden ones dropped), "
+    const Art::MeshFile mesh = Art::MeshCity(city, Art::MeasureCity(city), report,
+                                             StepsWithout(arguments.Texts("--without")));
+    if (const bool written = Art::WriteMesh(folder.File("city.xt3dstatic"), mesh);
+        const int status = folder.Finish(written))
+        return status;
+    std::printf("%zu buildings, %zu lamps, %zu surfaces (%zu hidden ones dropped), "
                 "%zu sub-meshes, %zu vertices, %.1f light-map texels a unit\n",
-                path.c_str(), city.buildings.size(), city.lamps.size(), report.surfaces,
-                report.hidden, mesh.subMeshes.size(), report.vertices,
-                static_cast<double>(report.density));
-    return 0;
+                city.buildings.size(), city.lamps.size(), report.surfaces, report.hidden,
+                mesh.subMeshes.size(), report.vertices, static_cast<double>(report.density));
+    return EXIT_SUCCESS;
 }
 
 } // namespace
 
 int main(int count, char** arguments) {
-    Art::Steps steps = Art::allSteps;
-    bool namesOnly = false;
-    const std::string purpose = Purpose();
-    const Art::CommandLine line{
-        .program = "make_city",
-        .purpose = purpose.c_str(),
-        .operands = {"[FOLDER]"},
+    const std::vector<std::string> names = StepNames();
+    const Tools::Program program = {
+        .name = "make_city",
+        .purpose = Purpose(),
         .options = {{.name = "--without",
                      .value = "STEP",
-                     .help = "leaves a step out; may be given several times",
-                     .apply = [&](const std::string& name) { return Remove(steps, name); }},
-                    {.name = "--steps",
-                     .help = "only names the steps, one a line",
-                     .apply = [&](const std::string&) { return namesOnly = true; }}}};
-    int status = 0;
-    const auto operands = Art::ReadArguments(line, count, arguments, status);
-    if (!operands)
-        return status;
-    if (namesOnly) {
-        std::printf("%s\n", StepNames().c_str());
-        return 0;
-    }
-    return operands->empty() ? Art::Refuse(line, "FOLDER is missing")
-                             : Make(operands->front(), steps);
+                     .kind = Tools::OneOf("a step (" + Tools::Listed(names, "or") + ")", names),
+                     .example = names.front(),
+                     .meaning = "leaves a step out; may be given several times"}},
+        .modes = {{.operands = {{"FOLDER", Tools::FolderToFill()}},
+                   .example = "Data/Gfx/City",
+                   .run = Make}}};
+    return program.Run(count, arguments);
 }

@@ -1,24 +1,28 @@
+#include "art/common/foldertofill.h"
 #include "art/common/meshwriter.h"
-#include "art/common/options.h"
 #include "art/common/picture.h"
 #include "art/fish/fish.h"
 #include "art/fish/fishskin.h"
+#include "tools/options/commandline.h"
 
-#include <filesystem>
+namespace {
+
+int Make(const Tools::Arguments& arguments) {
+    constexpr int skinHeight = 128;
+    Art::FolderToFill folder(arguments.operands[0]);
+    return folder.Finish(Art::WritePng(folder.File("fish.png"), Art::FishSkin(skinHeight), 3) &&
+                         Art::WriteMesh(folder.File("fish.xt3dstatic"), Art::FishMesh()));
+}
+
+const Tools::Program program = {
+    .name = "make_fish",
+    .purpose = "Writes the school's mesh and the skin of its fish into FOLDER.",
+    .modes = {{.operands = {{"FOLDER", Tools::FolderToFill()}},
+               .example = "Data/Gfx/Fish",
+               .run = Make}}};
+
+} // namespace
 
 int main(int count, char** arguments) {
-    constexpr int skinHeight = 128;
-    int status = 0;
-    const auto operands = Art::ReadArguments(
-        {.program = "make_fish",
-         .purpose = "Writes the school's mesh and the skin of its fish into FOLDER."},
-        count, arguments, status);
-    if (!operands)
-        return status;
-    const std::filesystem::path folder = operands->front();
-    std::filesystem::create_directories(folder);
-    const bool written =
-        Art::WritePng((folder / "fish.png").string(), Art::FishSkin(skinHeight), 3) &&
-        Art::WriteMesh((folder / "fish.xt3dstatic").string(), Art::FishMesh());
-    return written ? 0 : 1;
+    return program.Run(count, arguments);
 }

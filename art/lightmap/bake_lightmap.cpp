@@ -1,7 +1,8 @@
 #include "art/city/plan.h"
-#include "art/common/options.h"
+#include "art/common/foldertofill.h"
 #include "art/common/palette.h"
 #include "art/lightmap/baker.h"
+#include "tools/options/commandline.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -10,18 +11,16 @@ namespace {
 
 using namespace Art;
 
-/// Fewer rays and one bounce, for a look.
-bool MakeQuick(BakeQuality& quality) {
-    quality.sunRays = 6;
-    quality.bounceRays = 12;
-    quality.finalRays = 28;
-    quality.bounces = 1;
-    return true;
-}
-
-bool SetThreads(BakeQuality& quality, const std::string& number) {
-    quality.threads = std::atoi(number.c_str());
-    return quality.threads > 0;
+BakeQuality QualityOf(const Tools::Arguments& arguments) {
+    BakeQuality quality;
+    quality.threads = arguments.WholeNumber("--threads", quality.threads);
+    if (arguments.Has("--quick")) {
+        quality.sunRays = 6;
+        quality.bounceRays = 12;
+        quality.finalRays = 28;
+        quality.bounces = 1;
+    }
+    return quality;
 }
 
 /// Small surfaces are enough for light: one texel of them a window or so.
@@ -83,30 +82,34 @@ BakeScene CityScene(const std::string& folder, bool& whole) {
     return scene;
 }
 
+int Make(const Tools::Arguments& arguments) {
+    constexpr int jpegQuality = 93;
+    FolderToFill folder(arguments.operands[0]);
+    bool whole = false;
+    const BakeScene scene = CityScene(arguments.operands[0], whole);
+    if (!whole)
+        return EXIT_FAILURE;
+    const Picture light = EncodeLight(BakeLight(scene, QualityOf(arguments)));
+    return folder.Finish(WriteEngineJpeg(folder.File("lightmap.jpg"), light, jpegQuality));
+}
+
+constexpr int mostThreads = 1024;
+
+const Tools::Program program = {
+    .name = "bake_lightmap",
+    .purpose = "Bakes FOLDER/lightmap.jpg for the city whose mesh and textures lie in FOLDER.",
+    .options = {{.name = "--quick", .meaning = "takes fewer rays, for a look"},
+                {.name = "--threads",
+                 .value = "N",
+                 .kind = Tools::WholeNumberKind(1, mostThreads),
+                 .example = "2",
+                 .meaning = "works on N threads (one per core)"}},
+    .modes = {{.operands = {{"FOLDER", Tools::FolderToRead()}},
+               .example = "Data/Gfx/City",
+               .run = Make}}};
+
 } // namespace
 
 int main(int count, char** arguments) {
-    BakeQuality quality;
-    int status = 0;
-    const auto operands = ReadArguments(
-        {.program = "bake_lightmap",
-         .purpose = "Bakes FOLDER/lightmap.jpg for the city whose mesh and textures lie in FOLDER.",
-         .options = {{.name = "--quick",
-                      .help = "takes fewer rays, for a look",
-                      .apply = [&](const std::string&) { return MakeQuick(quality); }},
-                     {.name = "--threads",
-                      .value = "N",
-                      .help = "works on N threads (one per core)",
-                      .apply = [&](const std::string& n) { return SetThreads(quality, n); }}}},
-        count, arguments, status);
-    if (!operands)
-        return status;
-    const std::string& folder = operands->front();
-    bool whole = false;
-    const BakeScene scene = CityScene(folder, whole);
-    if (!whole)
-        return 1;
-    const Picture light = BakeLight(scene, quality);
-    constexpr int jpegQuality = 93;
-    return WriteEngineJpeg(folder + "/lightmap.jpg", EncodeLight(light), jpegQuality) ? 0 : 1;
+    return program.Run(count, arguments);
 }

@@ -1,19 +1,25 @@
-#include "art/common/options.h"
+#include "art/common/foldertofill.h"
 #include "art/common/picture.h"
 #include "art/logo/logo.h"
+#include "tools/options/commandline.h"
 
-#include <filesystem>
+namespace {
+
+int Make(const Tools::Arguments& arguments) {
+    constexpr int jpegQuality = 97; // thin light strokes on dark ground show every artefact
+    Art::FolderToFill folder(arguments.operands[0]);
+    return folder.Finish(
+        Art::WriteEngineJpeg(folder.File("logo.jpg"), Art::TitlePicture(), jpegQuality));
+}
+
+const Tools::Program program = {.name = "make_logo",
+                                .purpose = "Writes the title picture into FOLDER.",
+                                .modes = {{.operands = {{"FOLDER", Tools::FolderToFill()}},
+                                           .example = "Data/Gfx/Logo",
+                                           .run = Make}}};
+
+} // namespace
 
 int main(int count, char** arguments) {
-    constexpr int jpegQuality = 97; // thin light strokes on dark ground show every artefact
-    int status = 0;
-    const auto operands = Art::ReadArguments(
-        {.program = "make_logo", .purpose = "Writes the title picture into FOLDER."}, count,
-        arguments, status);
-    if (!operands)
-        return status;
-    const std::filesystem::path folder = operands->front();
-    std::filesystem::create_directories(folder);
-    const std::string path = (folder / "logo.jpg").string();
-    return Art::WriteEngineJpeg(path, Art::TitlePicture(), jpegQuality) ? 0 : 1;
+    return program.Run(count, arguments);
 }

@@ -1,13 +1,15 @@
-#include "art/common/options.h"
+#include "art/common/foldertofill.h"
 #include "art/music/lettering.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
 #include "art/music/powerspectrum.h"
 #include "art/music/scorefile.h"
 #include "art/music/sequencer.h"
+#include "tools/options/commandline.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -161,26 +163,31 @@ Picture PulseLook(const Music::Score& score, const Music::Stereo& signal) {
     return picture;
 }
 
+int Draw(const Tools::Arguments& arguments) {
+    Music::Score score;
+    Music::Stereo signal;
+    if (!Music::ReadPiece(arguments.operands[0], arguments.operands[1], score, signal))
+        return EXIT_FAILURE;
+    Art::FolderToFill folder(arguments.operands[2]);
+    const auto write = [&](const char* name, const Picture& picture) {
+        return Art::WritePng(folder.File(name), picture, 3, Art::Depth::Rounded);
+    };
+    return folder.Finish(write("arrangement.png", Arrangement(score)) &&
+                         write("spectrogram.png", Spectrogram(score, signal)) &&
+                         write("pulse.png", PulseLook(score, signal)));
+}
+
+const Tools::Program program = {
+    .name = "chart_music",
+    .purpose = "Draws the charts of the documentation into FOLDER.",
+    .modes = {{.operands = {{"SCORE", Tools::FileToRead("a score")},
+                            {"SOUND.wav", Tools::FileToRead("a sound")},
+                            {"FOLDER", Tools::FolderToFill()}},
+               .example = "art/music/quorrel.score music.wav docs/music",
+               .run = Draw}}};
+
 } // namespace
 
 int main(int count, char** arguments) {
-    int status = 0;
-    const auto operands =
-        Art::ReadArguments({.program = "chart_music",
-                            .purpose = "Draws the charts of the documentation into FOLDER.",
-                            .operands = {"SCORE", "SOUND.wav", "FOLDER"}},
-                           count, arguments, status);
-    if (!operands)
-        return status;
-    Music::Score score;
-    Music::Stereo signal;
-    if (!Music::ReadPiece(operands->at(0), operands->at(1), score, signal))
-        return 1;
-    const std::string folder = operands->at(2) + "/";
-    const bool written =
-        Art::WritePng(folder + "arrangement.png", Arrangement(score), 3, Art::Depth::Rounded) &&
-        Art::WritePng(folder + "spectrogram.png", Spectrogram(score, signal), 3,
-                      Art::Depth::Rounded) &&
-        Art::WritePng(folder + "pulse.png", PulseLook(score, signal), 3, Art::Depth::Rounded);
-    return written ? 0 : 1;
+    return program.Run(count, arguments);
 }

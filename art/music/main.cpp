@@ -1,20 +1,17 @@
-#include "art/common/options.h"
 #include "art/common/progress.h"
 #include "art/music/master.h"
 #include "art/music/mixer.h"
 #include "art/music/scorefile.h"
 #include "art/music/soundfile.h"
+#include "tools/options/commandline.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
 
 namespace {
 
 constexpr int kilobits = 256;
-
-int Complain(const std::string& path, const std::string& message) {
-    std::fprintf(stderr, "%s:%s\n", path.c_str(), message.c_str());
-    return 1;
-}
 
 void PrintLevels(const std::vector<Music::TrackLevel>& levels) {
     for (const Music::TrackLevel& level : levels) {
@@ -49,38 +46,41 @@ Music::Stereo Render(const Music::Score& score, std::string& message,
     return piece;
 }
 
+int Make(const Tools::Arguments& arguments) {
+    const std::vector<std::string>& files = arguments.operands;
+    Music::Score score;
+    if (!Music::ReadScore(files[0], score))
+        return EXIT_FAILURE;
+    std::string message;
+    std::vector<Music::TrackLevel> levels;
+    const Music::Stereo piece =
+        Render(score, message, arguments.Has("--levels") ? &levels : nullptr);
+    if (!message.empty())
+        throw std::runtime_error(files[0] + ":" + message);
+    PrintLevels(levels);
+    if (!Music::WriteWav(files[1], piece))
+        throw std::runtime_error(files[1] + ": cannot be written");
+    std::printf("%s\n", files[1].c_str());
+    if (files.size() < 3)
+        return EXIT_SUCCESS;
+    if (!Music::WriteMp3(files[2], piece, kilobits))
+        throw std::runtime_error(files[2] + ": cannot be encoded or written");
+    std::printf("%s\n", files[2].c_str());
+    return EXIT_SUCCESS;
+}
+
+const Tools::Program program = {
+    .name = "make_music",
+    .purpose = "Plays the score into a WAV file and encodes that.",
+    .options = {{.name = "--levels", .meaning = "also prints how loud every track is in the mix"}},
+    .modes = {{.operands = {{"SCORE", Tools::FileToRead("a score")},
+                            {"OUT.wav", Tools::FileToWrite({".wav"})},
+                            {"OUT.mp3", Tools::FileToWrite({".mp3"}), Tools::Count::AtMostOne}},
+               .example = "art/music/quorrel.score music.wav music.mp3",
+               .run = Make}}};
+
 } // namespace
 
 int main(int count, char** arguments) {
-    bool wantLevels = false;
-    int status = 0;
-    const auto operands = Art::ReadArguments(
-        {.program = "make_music",
-         .purpose = "Plays the score into a WAV file and encodes that.",
-         .operands = {"SCORE", "OUT.wav", "[OUT.mp3]"},
-         .options = {{.name = "--levels",
-                      .help = "also prints how loud every track is in the mix",
-                      .apply = [&](const std::string&) { return wantLevels = true; }}}},
-        count, arguments, status);
-    if (!operands)
-        return status;
-    const std::vector<std::string>& files = *operands;
-    Music::Score score;
-    if (!Music::ReadScore(files[0], score)) {
-        return 1;
-    }
-    std::string message;
-    std::vector<Music::TrackLevel> levels;
-    const Music::Stereo piece = Render(score, message, wantLevels ? &levels : nullptr);
-    if (!message.empty()) {
-        return Complain(files[0], message);
-    }
-    PrintLevels(levels);
-    if (!Music::WriteWav(files[1], piece)) {
-        return Complain(files[1], " cannot be written");
-    }
-    if (files.size() == 3 && !Music::WriteMp3(files[2], piece, kilobits)) {
-        return Complain(files[2], " cannot be encoded or written");
-    }
-    return 0;
+    return program.Run(count, arguments);
 }

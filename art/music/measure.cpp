@@ -1,11 +1,12 @@
-#include "art/common/options.h"
 #include "art/music/loudness.h"
 #include "art/music/mixer.h"
 #include "art/music/powerspectrum.h"
 #include "art/music/scorefile.h"
+#include "tools/options/commandline.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -138,21 +139,11 @@ void PrintPulse(const Music::BeatPulse& pulse, const Music::Stereo& signal, doub
                 closest);
 }
 
-} // namespace
-
-int main(int count, char** arguments) {
-    int status = 0;
-    const auto operands = Art::ReadArguments(
-        {.program = "measure_music",
-         .purpose = "Prints loudness, octaves and the beats that the picture would see in a piece.",
-         .operands = {"SCORE", "SOUND.wav"}},
-        count, arguments, status);
-    if (!operands)
-        return status;
+int Measure(const Tools::Arguments& arguments) {
     Music::Score score;
     Music::Stereo signal;
-    if (!Music::ReadPiece(operands->at(0), operands->at(1), score, signal))
-        return 1;
+    if (!Music::ReadPiece(arguments.operands[0], arguments.operands[1], score, signal))
+        return EXIT_FAILURE;
     const Music::Loudness all = Music::MeasureLoudness(signal);
     std::printf("%zu frames, %.2f LUFS, range %.1f LU, true peak %.2f dBTP\n", signal.Frames(),
                 all.integrated, all.range, all.truePeak);
@@ -162,8 +153,21 @@ int main(int count, char** arguments) {
     PrintSections(score, signal);
     std::string message;
     const Music::BeatPulse pulse = Music::PulseOf(score, message);
-    for (double phase : {0.0, 0.25, 0.5, 0.75}) {
+    for (double phase : {0.0, 0.25, 0.5, 0.75})
         PrintPulse(pulse, signal, phase);
-    }
-    return 0;
+    return EXIT_SUCCESS;
+}
+
+const Tools::Program program = {
+    .name = "measure_music",
+    .purpose = "Prints loudness, octaves and the beats that the picture would see in a piece.",
+    .modes = {{.operands = {{"SCORE", Tools::FileToRead("a score")},
+                            {"SOUND.wav", Tools::FileToRead("a sound")}},
+               .example = "art/music/quorrel.score music.wav",
+               .run = Measure}}};
+
+} // namespace
+
+int main(int count, char** arguments) {
+    return program.Run(count, arguments);
 }

@@ -1,12 +1,21 @@
-#include "art/common/options.h"
 #include "art/textures/textures.h"
+#include "tools/options/commandline.h"
+
+namespace {
+
+int Make(const Tools::Arguments& arguments) {
+    Art::FolderToFill folder(arguments.operands[0]);
+    return folder.Finish(Art::WriteTextures(folder));
+}
+
+const Tools::Program program = {.name = "make_textures",
+                                .purpose = "Paints the city's textures into FOLDER.",
+                                .modes = {{.operands = {{"FOLDER", Tools::FolderToFill()}},
+                                           .example = "Data/Gfx/City",
+                                           .run = Make}}};
+
+} // namespace
 
 int main(int count, char** arguments) {
-    int status = 0;
-    const auto operands = Art::ReadArguments(
-        {.program = "make_textures", .purpose = "Paints the city's textures into FOLDER."}, count,
-        arguments, status);
-    if (!operands)
-        return status;
-    return Art::WriteTextures(operands->front()) ? 0 : 1;
+    return program.Run(count, arguments);
 }

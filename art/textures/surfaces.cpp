@@ -98,18 +98,17 @@ Picture PaintLamp() {
     });
 }
 
-bool WriteTextures(const std::string& folder) {
+bool WriteTextures(FolderToFill& folder) {
     constexpr int jpegQuality = 92;
-    const std::string to = folder + "/";
-    return WritePng(to + "tower.png", PaintTower(), 4) &&
-           WritePng(to + "house_warm.png", PaintHouse({0.68f, 0.53f, 0.42f}, 41), 4) &&
-           WritePng(to + "house_cool.png", PaintHouse({0.60f, 0.58f, 0.58f}, 42), 4) &&
-           WritePng(to + "palace.png", PaintPalace(), 4) &&
-           WritePng(to + "lamp.png", PaintLamp(), 4, Depth::Rounded) &&
-           WriteEngineJpeg(to + "stone.jpg", PaintStone(), jpegQuality) &&
-           WriteEngineJpeg(to + "trim.jpg", PaintTrim(), jpegQuality) &&
-           WriteEngineJpeg(to + "roof.jpg", PaintRoof(), jpegQuality) &&
-           WriteEngineJpeg(to + "seabed.jpg", PaintSeaBed(), jpegQuality);
+    return WritePng(folder.File("tower.png"), PaintTower(), 4) &&
+           WritePng(folder.File("house_warm.png"), PaintHouse({0.68f, 0.53f, 0.42f}, 41), 4) &&
+           WritePng(folder.File("house_cool.png"), PaintHouse({0.60f, 0.58f, 0.58f}, 42), 4) &&
+           WritePng(folder.File("palace.png"), PaintPalace(), 4) &&
+           WritePng(folder.File("lamp.png"), PaintLamp(), 4, Depth::Rounded) &&
+           WriteEngineJpeg(folder.File("stone.jpg"), PaintStone(), jpegQuality) &&
+           WriteEngineJpeg(folder.File("trim.jpg"), PaintTrim(), jpegQuality) &&
+           WriteEngineJpeg(folder.File("roof.jpg"), PaintRoof(), jpegQuality) &&
+           WriteEngineJpeg(folder.File("seabed.jpg"), PaintSeaBed(), jpegQuality);
 }
 
 } // namespace Art

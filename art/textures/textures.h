@@ -1,5 +1,6 @@
 #pragma once
 
+#include "art/common/foldertofill.h"
 #include "art/common/picture.h"
 
 /// The city's surfaces, painted by program at their final size. All of them repeat without a
@@ -23,7 +24,7 @@ Picture PaintSeaBed();
 /// The glass of a lamp.
 Picture PaintLamp();
 
-/// Paints all of them into a folder; false when one cannot be written.
-bool WriteTextures(const std::string& folder);
+/// Paints all of them into the folder; false, having said so, when one cannot be written.
+bool WriteTextures(FolderToFill& folder);
 
 } // namespace Art

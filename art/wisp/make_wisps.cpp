@@ -1,26 +1,34 @@
+#include "art/common/foldertofill.h"
 #include "art/common/meshwriter.h"
-#include "art/common/options.h"
 #include "art/common/picture.h"
 #include "art/wisp/wisp.h"
+#include "tools/options/commandline.h"
 
-#include <filesystem>
+#include <string>
+
+namespace {
+
+int Make(const Tools::Arguments& arguments) {
+    constexpr int cellPixels = 128;
+    Art::FolderToFill folder(arguments.operands[0]);
+    bool written = true;
+    for (const Art::WispKind& kind : Art::WispKinds()) {
+        const std::string name = kind.name;
+        written = written &&
+                  Art::WritePng(folder.File(name + ".png"), Art::WispLight(kind, cellPixels), 3) &&
+                  Art::WriteMesh(folder.File(name + ".xt3dstatic"), Art::WispMesh(kind));
+    }
+    return folder.Finish(written);
+}
+
+const Tools::Program program = {.name = "make_wisps",
+                                .purpose = "Writes mesh and light of the three wisps into FOLDER.",
+                                .modes = {{.operands = {{"FOLDER", Tools::FolderToFill()}},
+                                           .example = "Data/Gfx/Wisp",
+                                           .run = Make}}};
+
+} // namespace
 
 int main(int count, char** arguments) {
-    constexpr int cellPixels = 128;
-    int status = 0;
-    const auto operands =
-        Art::ReadArguments({.program = "make_wisps",
-                            .purpose = "Writes mesh and light of the three wisps into FOLDER."},
-                           count, arguments, status);
-    if (!operands)
-        return status;
-    const std::filesystem::path folder = operands->front();
-    std::filesystem::create_directories(folder);
-    for (const Art::WispKind& kind : Art::WispKinds()) {
-        const std::string base = (folder / kind.name).string();
-        if (!Art::WritePng(base + ".png", Art::WispLight(kind, cellPixels), 3) ||
-            !Art::WriteMesh(base + ".xt3dstatic", Art::WispMesh(kind)))
-            return 1;
-    }
-    return 0;
+    return program.Run(count, arguments);
 }

@@ -18,8 +18,10 @@ add_test(NAME art_music_make_refuses
 set_tests_properties(art_music_make_refuses PROPERTIES LABELS art
     PASS_REGULAR_EXPRESSION "clang-format:1: unknown word 'BasedOnStyle:'")
 add_test(NAME art_music_measure_refuses
-    COMMAND measure_music ${PROJECT_SOURCE_DIR}/art/music/quorrel.score missing.wav)
+    COMMAND measure_music ${PROJECT_SOURCE_DIR}/art/music/quorrel.score
+        ${PROJECT_SOURCE_DIR}/.clang-format)
 add_test(NAME art_music_chart_refuses
-    COMMAND chart_music ${PROJECT_SOURCE_DIR}/art/music/quorrel.score missing.wav .)
+    COMMAND chart_music ${PROJECT_SOURCE_DIR}/art/music/quorrel.score
+        ${PROJECT_SOURCE_DIR}/.clang-format .)
 set_tests_properties(art_music_measure_refuses art_music_chart_refuses PROPERTIES LABELS art
-    PASS_REGULAR_EXPRESSION "missing.wav.*no stereo WAV")
+    PASS_REGULAR_EXPRESSION "clang-format: no stereo WAV")
