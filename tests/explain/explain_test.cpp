@@ -204,6 +204,7 @@ TEST(Explain, Refuses_times_that_the_show_has_no_frame_at) {
 TEST(Explain, Refuses_a_path_that_cannot_be_written_before_it_plays) {
     const ScratchDir scratch;
     EXPECT_EQ(WhatItSays(1.0, "missing/page.html"),
-              "cannot write \"missing/page.html\": No such file or directory");
+              "cannot write missing/page.html: there is no folder missing; make it first, or name "
+              "another");
     EXPECT_TRUE(std::filesystem::is_empty("."));
 }

@@ -113,7 +113,9 @@ TEST_F(FilmTest, Joins_pieces_into_what_one_run_makes) {
     make("70.51", "71", "b's.mp4");
     make("71", "71.2", "c.mp4");
     make("70", "71.2", "whole.mp4");
-    MustFilm({"--join", "joined.mp4", "a.mp4", "b's.mp4", "c.mp4"});
+    const Tools::Ending end = Film({"--join", "joined.mp4", "a.mp4", "b's.mp4", "c.mp4"});
+    EXPECT_EQ(end.exitStatus, 0);
+    EXPECT_THAT(end.errors, HasSubstr("joined.mp4: 1.2 s, "));
     EXPECT_EQ(FrameHashes("joined.mp4"), FrameHashes("whole.mp4"));
     EXPECT_EQ(ShowTimes("joined.mp4"), ShowTimes("whole.mp4"));
     EXPECT_EQ(Samples("joined.mp4"), Samples("whole.mp4"));
@@ -191,14 +193,43 @@ TEST_F(FilmTest, Leaves_the_viewers_log_and_no_folders_behind) {
     EXPECT_TRUE(std::filesystem::is_empty("temporary"));
 }
 
+// A damaged picture and a missing mesh; each look at the show says so, and where its own file is.
+TEST_F(FilmTest, Names_what_could_not_be_loaded_and_what_was_written) {
+    MakeDemoData();
+    WriteFile("Data/Gfx/Logo/logo.jpg", "no picture");
+    std::filesystem::remove("Data/Gfx/Fish/fish.xt3dstatic");
+    const struct {
+        std::vector<std::string> words;
+        const char* written;
+    } looks[] = {
+        {{"--fps", "10", "--end", "0.2", "out.mp4"}, "out.mp4: 0.2 s, 0.0 MB\n"},
+        {{"--at", "0", "--fps", "10", "out.png"}, "out.png: the frame of 0 s\n"},
+        {{"--sheet", "--fps", "10", "--end", "0.1", "--every", "0.1", "sheet.png"},
+         "sheet.png: 2 frames\n"},
+        {{"--explain", "0", "out.html"}, "out.html: how the frame of 0 s came about\n"},
+    };
+    for (const auto& [words, written] : looks) {
+        const Tools::Ending end = Film(words);
+        EXPECT_EQ(end.exitStatus, 0) << end.errors;
+        EXPECT_THAT(end.errors, HasSubstr("The demo's log says ERROR: "));
+        EXPECT_THAT(end.errors, HasSubstr("XT3DStatic Data/Gfx/Fish/fish.xt3dstatic"));
+        EXPECT_THAT(end.errors, HasSubstr("Image Data/Gfx/Logo/logo.jpg"));
+        EXPECT_THAT(end.errors, HasSubstr(written));
+    }
+}
+
 // These play in the program's own process, at whose end the demo's log gets its foot.
 TEST_F(FilmTest, Leaves_the_viewers_log_when_it_explains_and_verifies) {
     MakeDemoData();
     WriteFile("Vell_log.html", "the viewer's");
     MustFilm({"--explain", "0", "out.html"});
     EXPECT_EQ(ReadFile("Vell_log.html"), "the viewer's");
-    MustFilm({"--verify", "--renew", "--references", "reference"});
+    std::filesystem::remove("Data/Gfx/Fish/fish.xt3dstatic");
+    const Tools::Ending end = Film({"--verify", "--renew", "--references", "reference"});
     EXPECT_EQ(ReadFile("Vell_log.html"), "the viewer's");
+    EXPECT_EQ(end.exitStatus, 0);
+    EXPECT_THAT(end.errors, HasSubstr("XT3DStatic Data/Gfx/Fish/fish.xt3dstatic"));
+    EXPECT_THAT(end.errors, HasSubstr("/reference: 60 frames to compare with\n"));
 }
 
 TEST_F(FilmTest, Says_what_is_wrong_with_its_arguments) {

@@ -19,7 +19,8 @@ struct Place {
 };
 
 const char* const noWindow = "./movie: cannot open a window with OpenGL: ";
-const char* const lacking = "./movie: this OpenGL lacks what the show needs (see ./movie --doctor)\n";
+const char* const lacking =
+    "./movie: this OpenGL lacks what the show needs (see ./movie --doctor)\n";
 
 const Place places[] = {
     {"No_display", {}, {}, {"DISPLAY"}, noWindow},

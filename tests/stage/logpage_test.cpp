@@ -76,6 +76,14 @@ TEST(LogPage, Is_read_row_by_row) {
     EXPECT_THAT(page.Errors(), ElementsAre(secondRow));
 }
 
+TEST(LogPage, Has_its_errors_told_each_once) {
+    const std::string third = Row(light, "XT3DStatic", red, "ERROR", "b.xt3dstatic");
+    EXPECT_EQ(Tools::ErrorsInWords(ParseLogPage(header + second + first + third + second + footer)),
+              "The demo's log says ERROR: Image Data/Gfx/a b.png; XT3DStatic b.xt3dstatic (see "
+              "./movie --doctor)\n");
+    EXPECT_EQ(Tools::ErrorsInWords(ParseLogPage(header + first + footer)), "");
+}
+
 TEST(LogPage, Of_the_engine_itself_is_read) {
     const ScratchDir scratch;
     EXPECT_EXIT(

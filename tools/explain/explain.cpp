@@ -2,6 +2,8 @@
 
 #include "demo/show.h"
 #include "tools/explain/page.h"
+#include "tools/options/places.h"
+#include "tools/stage/logpage.h"
 #include "tools/stage/newfile.h"
 #include "tools/stage/scratch.h"
 
@@ -9,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <stdexcept>
 
 namespace Explain {
@@ -37,22 +40,17 @@ void WritePage(const std::string& path, const std::string& text) {
     file.Complete();
 }
 
-/// Before the work, so that a wrong path is told at once. Nothing stays behind: a library may end
-/// the program in between.
-void CheckPath(const std::string& path) {
-    const Stage::NewFile file(path);
-    if (!std::ofstream(file.Path()))
-        RefusePath(path);
-}
-
 } // namespace
 
 void MakePage(const Stage::Rate& rate, double time, const std::string& outPath, Measured measured) {
     CheckTime(time);
-    CheckPath(outPath);
+    Tools::CheckFileToWrite(outPath); // before the work, so that a wrong path is told at once
     const std::filesystem::path path = std::filesystem::absolute(outPath);
     Tools::EnterDemoFolder();
-    WritePage(path, PageOf(RecordFrame(rate, rate.FrameAt(time)), measured));
+    const FrameRecord record = RecordFrame(rate, rate.FrameAt(time));
+    std::cerr << Tools::ErrorsInWords(Tools::ReadLogPage());
+    WritePage(path, PageOf(record, measured));
+    std::cerr << outPath << ": how the frame of " << record.time << " s came about\n";
 }
 
 } // namespace Explain

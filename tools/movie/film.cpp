@@ -4,6 +4,7 @@
 #include "tools/movie/progress.h"
 #include "tools/movie/soundtrack.h"
 #include "tools/picture/sheet.h"
+#include "tools/stage/logpage.h"
 #include "tools/stage/newfile.h"
 #include "tools/stage/show.h"
 
@@ -12,7 +13,6 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
-#include <filesystem>
 #include <iostream>
 #include <numeric>
 #include <stdexcept>
@@ -84,28 +84,23 @@ private:
 
 std::vector<SheetEntry> DrawEntries(const Stage::Rate& rate, std::vector<int> frames, int jobs) {
     ToEntries entries(rate);
-    Stage::DrawFrames({rate, std::move(frames), jobs}, entries);
+    std::string log;
+    Stage::DrawFrames({rate, std::move(frames), jobs}, entries, &log);
+    std::cerr << Tools::ErrorsInWords(Tools::ParseLogPage(log));
     return entries.Entries();
+}
+
+/// Whatever goes wrong, an older picture stays.
+void WriteWhole(const Tools::Picture& picture, const std::string& path) {
+    const Stage::NewFile file(path);
+    WritePng(picture, file.Path());
+    file.Complete();
 }
 
 double ProcessSeconds() {
     timespec now{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-/// Whether the demo's log tells of something missing.
-bool HasError(const std::string& log) {
-    return log.find("ERROR") != std::string::npos;
-}
-
-/// "nimbrel.mp4: 118.3 s, 61.2 MB"
-void TellResult(const std::string& path, double seconds) {
-    constexpr double megabyte = 1e6;
-    char text[64];
-    std::snprintf(text, sizeof text, ": %.1f s, %.1f MB\n", seconds,
-                  static_cast<double>(std::filesystem::file_size(path)) / megabyte);
-    std::cerr << path << text;
 }
 
 /// `giving`: seconds that this process has spent on taking frames and giving them to ffmpeg.
@@ -151,18 +146,18 @@ int MakeFilm(const FilmRequest& request) {
         sound.CutAfter(request.format.rate.Seconds(piece.first + count) - piece.Begin());
     encoder.Finish();
     file.Complete();
-    TellResult(request.path, static_cast<double>(count) * static_cast<double>(piece.rate.seconds) /
-                                 static_cast<double>(piece.rate.frames));
+    TellFilm(request.path, {piece.rate, piece.first, count});
     TellCost(cost, giving, count);
-    if (HasError(log))
-        std::cerr << "The demo's log tells of missing or damaged files: see ./movie --doctor\n";
+    std::cerr << Tools::ErrorsInWords(Tools::ParseLogPage(log));
     if (count < piece.count)
         std::cerr << "Interrupted: " << request.path << " plays up to there.\n";
     return count < piece.count ? 130 : 0; // as shells say of a program ended by Ctrl-C
 }
 
 void MakePicture(const Stage::Rate& rate, double time, const std::string& path) {
-    WritePng(DrawEntries(rate, {rate.FrameAt(time)}, 1).front().picture, path);
+    const int frame = rate.FrameAt(time);
+    WriteWhole(DrawEntries(rate, {frame}, 1).front().picture, path);
+    std::cerr << path << ": the frame of " << rate.Seconds(frame) << " s\n";
 }
 
 void MakeContactSheet(const Stage::Rate& rate, double begin, double end, double step, int jobs,
@@ -172,7 +167,9 @@ void MakeContactSheet(const Stage::Rate& rate, double begin, double end, double 
         frames.push_back(rate.FrameAt(begin + i * step));
     frames.erase(std::unique(frames.begin(), frames.end()), frames.end());
     constexpr std::size_t longColumn = 60;
-    WritePng(MakeSheet(DrawEntries(rate, frames, jobs), frames.size() > longColumn ? 2 : 1), path);
+    WriteWhole(MakeSheet(DrawEntries(rate, frames, jobs), frames.size() > longColumn ? 2 : 1),
+               path);
+    std::cerr << path << ": " << frames.size() << " frames\n";
 }
 
 } // namespace Movie

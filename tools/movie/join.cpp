@@ -111,6 +111,7 @@ void JoinFilms(const std::vector<std::string>& paths, const std::string& path) {
     ffmpeg.Write(List(pieces));
     ffmpeg.Finish();
     file.Complete();
+    TellFilm(path, whole);
 }
 
 } // namespace Movie

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <iostream>
 #include <stdexcept>
 
 namespace Movie {
@@ -29,6 +31,17 @@ Piece PieceOf(const FilmRequest& request) {
         throw std::runtime_error("there is no frame from " + std::to_string(request.begin) +
                                  " to " + std::to_string(request.end) + " seconds");
     return {rate, first, end - first};
+}
+
+void TellFilm(const std::string& path, const Piece& piece) {
+    constexpr double megabyte = 1e6;
+    const double seconds = static_cast<double>(piece.count) *
+                           static_cast<double>(piece.rate.seconds) /
+                           static_cast<double>(piece.rate.frames);
+    char text[64];
+    std::snprintf(text, sizeof text, ": %.1f s, %.1f MB\n", seconds,
+                  static_cast<double>(std::filesystem::file_size(path)) / megabyte);
+    std::cerr << path << text;
 }
 
 std::optional<Piece> ParsePiece(const std::string& comment) {

@@ -266,6 +266,19 @@ std::vector<LogRow> LogPage::Errors() const {
     return errors;
 }
 
+std::string ErrorsInWords(const LogPage& page) {
+    std::vector<std::string> told;
+    std::string list;
+    for (const LogRow& row : page.Errors()) {
+        const std::string text = row.section + ' ' + row.file;
+        if (std::find(told.begin(), told.end(), text) != told.end())
+            continue;
+        told.push_back(text);
+        list += (list.empty() ? "" : "; ") + text;
+    }
+    return list.empty() ? "" : "The demo's log says ERROR: " + list + " (see ./movie --doctor)\n";
+}
+
 LogPage ParseLogPage(std::string_view page) {
     return Reader(page).Read();
 }

@@ -51,6 +51,11 @@ constexpr std::size_t mostLogRows = 50000;
 /// The longest row, in bytes: the engine writes no longer one.
 constexpr std::size_t mostLogRowBytes = 2048;
 
+/// What a user has to know of the rows that say "ERROR", each once: "The demo's log says ERROR:
+/// Image Data/a.png; XT3DStatic Data/b.xt3dstatic (see ./movie --doctor)", and a line feed; empty
+/// when there are none.
+std::string ErrorsInWords(const LogPage& page);
+
 /// Reads a page, whatever its bytes are. A row is one only if it stands there as the engine writes
 /// it, to the byte: its three cells of one colour, its status of the colour that belongs to it (or
 /// to the word that it was before the engine cut the row), and no control character (bytes 0 to 31,

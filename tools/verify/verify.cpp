@@ -2,6 +2,7 @@
 
 #include "demo/show.h"
 #include "tools/passes/passes.h"
+#include "tools/stage/logpage.h"
 #include "tools/stage/scratch.h"
 #include "tools/stage/show.h"
 #include "tools/verify/reference.h"
@@ -72,6 +73,7 @@ std::vector<Reference> DrawMoments(std::vector<int> frames) {
     const int last = frames.back();
     Keeper keeper(std::move(frames));
     Stage::PlayShow({}, last, keeper);
+    std::cerr << Tools::ErrorsInWords(Tools::ReadLogPage());
     return keeper.references;
 }
 
@@ -157,6 +159,11 @@ Picture Contrast(const Picture& expected, const Picture& found) {
     return all;
 }
 
+void WriteContrast(const Picture& expected, const Picture& found, const std::string& path) {
+    WritePng(Contrast(expected, found), path);
+    std::cerr << path << ": the reference, what was drawn, and eight times their difference\n";
+}
+
 void TellDifference(const Reference& expected, const Reference& found, const Difference& off) {
     char line[240];
     std::snprintf(line, sizeof line,
@@ -214,7 +221,7 @@ int VerifyShow(const std::string& folder, const std::string& pictureName) {
         if (!off.Tolerable()) {
             TellDifference(expected[i], found[i], off);
             if (!picturePath.empty())
-                WritePng(Contrast(expected[i].half, found[i].half), picturePath);
+                WriteContrast(expected[i].half, found[i].half, picturePath);
             return EXIT_FAILURE;
         }
         largest.mean = std::max(largest.mean, off.mean);
@@ -227,6 +234,7 @@ int VerifyShow(const std::string& folder, const std::string& pictureName) {
 void RenewReferences(const std::string& folder) {
     const fs::path target = fs::absolute(folder);
     WriteReferences(DrawMoments(Moments({})), target);
+    std::cerr << target.string() << ": " << momentCount << " frames to compare with\n";
 }
 
 } // namespace Verify
