@@ -13,6 +13,7 @@ namespace {
 
 std::vector<std::string> StepNames() {
     std::vector<std::string> names;
+    names.reserve(Art::stepRows.size());
     for (const Art::StepRow& row : Art::stepRows)
         names.emplace_back(row.name);
     return names;

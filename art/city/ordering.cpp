@@ -3,7 +3,7 @@
 #include "art/city/flights.h"
 #include "art/city/sightlines.h"
 #include "art/common/noise.h"
-#include "art/common/progress.h"
+#include "tools/progress/progress.h"
 
 namespace Art {
 
@@ -136,7 +136,8 @@ std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
     std::vector<Crossing> seen;
     std::vector<Crossing> mirrored;
     std::vector<Sight> sights(surfaces.size());
-    Progress progress("what the flights see", static_cast<int>(Show::flightCount) * eyesPerFlight);
+    Tools::Progress progress("views along the flights, for the order",
+                             static_cast<int>(Show::flightCount) * eyesPerFlight);
     unsigned pixel = 0;
     for (const Show::Flight& flight : Show::flights) {
         for (int e = 0; e < eyesPerFlight; ++e) {
@@ -153,7 +154,7 @@ std::vector<Sight> MeasureSights(const std::vector<Surface>& surfaces) {
                 NoteRay(seen, true, sights);
                 NoteRay(mirrored, seen.empty(), sights);
             }
-            progress.Add(1);
+            progress.Add();
         }
     }
     for (Sight& sight : sights)

@@ -3,7 +3,8 @@
 #include "art/city/flights.h"
 #include "art/city/sightlines.h"
 #include "art/common/noise.h"
-#include "art/common/progress.h"
+#include "art/common/parallel.h"
+#include "tools/progress/progress.h"
 
 namespace Art {
 
@@ -101,7 +102,7 @@ std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
     const SightLines lines(surfaces);
     const int eyes = static_cast<int>(Show::flightCount) * eyesPerFlight;
     std::vector<Views> ofEyes(static_cast<std::size_t>(eyes));
-    Progress progress("what each flight shows", eyes);
+    Tools::Progress progress("views along the flights, for the marks", eyes);
     ForEachIndex(eyes, 0, [&](int i) {
         const auto flight = static_cast<std::size_t>(i / eyesPerFlight);
         // The first and the last eye are those of the flight's ends.
@@ -109,7 +110,7 @@ std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces) {
         ofEyes[static_cast<std::size_t>(i)] =
             ViewsOfEye(lines, EyeAt(Show::flights[flight], t), flightViews[flight],
                        static_cast<unsigned>(i), surfaces.size());
-        progress.Add(1);
+        progress.Add();
     });
     Views all(surfaces.size());
     for (const Views& views : ofEyes)

@@ -2,9 +2,10 @@
 
 #include "art/common/noise.h"
 #include "art/common/palette.h"
-#include "art/common/progress.h"
+#include "art/common/parallel.h"
 #include "art/lightmap/raytracer.h"
 #include "art/lightmap/texels.h"
+#include "tools/progress/progress.h"
 
 #include <cstdint>
 
@@ -224,7 +225,7 @@ void Bake::Pass(const char* title,
     std::vector<vec3> result(total.size());
     std::vector<std::uint8_t> valid(total.size());
     {
-        Progress progress(title, chunks);
+        Tools::Progress progress("parts of the " + std::string(title), chunks);
         ForEachIndex(chunks, quality.threads, [&](int chunk) {
             const std::size_t end =
                 std::min(texels.size(), static_cast<std::size_t>(chunk + 1) * chunkSize);
@@ -233,7 +234,7 @@ void Bake::Pass(const char* title,
                 valid[at] = 1;
                 result[at] = texelLight(texels[i], valid[at]) * scene.veil(texels[i].position);
             }
-            progress.Add(1);
+            progress.Add();
         });
     }
     total = std::move(result);

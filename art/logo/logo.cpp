@@ -1,7 +1,7 @@
 #include "art/logo/logo.h"
 
 #include "art/common/noise.h"
-#include "art/common/progress.h"
+#include "art/common/parallel.h"
 #include "art/logo/letters.h"
 #include "art/sky/dusk.h"
 

@@ -1,9 +1,9 @@
-#include "art/common/progress.h"
 #include "art/music/master.h"
 #include "art/music/mixer.h"
 #include "art/music/scorefile.h"
 #include "art/music/soundfile.h"
 #include "tools/options/commandline.h"
+#include "tools/progress/progress.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -30,9 +30,9 @@ Music::Stereo Render(const Music::Score& score, std::string& message,
     const std::size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
     // The master takes about as long as a dozen tracks.
     constexpr int masterSteps = 12;
-    Art::Progress bar("music", static_cast<int>(score.tracks.size()) + masterSteps);
+    Tools::Progress bar("steps of the mix", static_cast<int>(score.tracks.size()) + masterSteps);
     Music::Mix mix = PlayTracks(
-        score, pulse, frames, [&](int, int) { bar.Add(1); }, message, levels);
+        score, pulse, frames, [&](int, int) { bar.Add(); }, message, levels);
     if (!message.empty()) {
         return {};
     }

@@ -1,6 +1,6 @@
 #include "art/sky/faces.h"
 
-#include "art/common/progress.h"
+#include "art/common/parallel.h"
 
 namespace Art {
 

@@ -1,9 +1,9 @@
 #include "art/common/foldertofill.h"
 #include "art/common/picture.h"
-#include "art/common/progress.h"
 #include "art/sky/dusk.h"
 #include "art/sky/faces.h"
 #include "tools/options/commandline.h"
+#include "tools/progress/progress.h"
 
 namespace {
 
@@ -13,12 +13,12 @@ int Make(const Tools::Arguments& arguments) {
     constexpr int jpegQuality = 97;
     Art::FolderToFill folder(arguments.operands[0]);
     bool written = true;
-    Art::Progress progress("sky", static_cast<std::int64_t>(Art::SkyFaces().size()));
+    Tools::Progress progress("faces of the sky", static_cast<std::int64_t>(Art::SkyFaces().size()));
     for (const Art::SkyFace& face : Art::SkyFaces()) {
         written = written && Art::WriteEngineJpeg(folder.File(face.file),
                                                   Art::PaintFace(face, faceSize, Art::DuskColour),
                                                   jpegQuality);
-        progress.Add(1);
+        progress.Add();
     }
     return folder.Finish(written);
 }

@@ -1,7 +1,7 @@
 #include "art/water/waves.h"
 
 #include "art/common/noise.h"
-#include "art/common/progress.h"
+#include "art/common/parallel.h"
 
 #include <complex>
 #include <numbers>

@@ -1,5 +1,5 @@
 #include "art/common/noise.h"
-#include "art/common/progress.h"
+#include "art/common/parallel.h"
 
 #include <atomic>
 #include <vector>
@@ -40,18 +40,13 @@ TEST(Random, Repeats_with_its_seed_and_stays_in_range) {
     EXPECT_LT(same, 400) << "another seed must give another sequence";
 }
 
-TEST(Progress, Every_index_is_done_once_on_any_number_of_threads) {
+TEST(ForEachIndex, Every_index_is_done_once_on_any_number_of_threads) {
     for (const int threads : {1, 2, 5}) {
         std::vector<std::atomic<int>> done(101);
         ForEachIndex(101, threads, [&](int i) { ++done[static_cast<std::size_t>(i)]; });
         for (const auto& count : done)
             EXPECT_EQ(count.load(), 1);
     }
-}
-
-TEST(Progress, Says_how_long_in_words) {
-    EXPECT_EQ(DurationText(12.34), "12.3 s");
-    EXPECT_EQ(DurationText(125.4), "2 min 05 s");
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "tools/movie/film.h"
 
 #include "tools/movie/piece.h"
-#include "tools/movie/progress.h"
 #include "tools/movie/soundtrack.h"
 #include "tools/picture/sheet.h"
+#include "tools/progress/progress.h"
 #include "tools/stage/logpage.h"
 #include "tools/stage/newfile.h"
 #include "tools/stage/show.h"
@@ -47,13 +47,13 @@ private:
 
 class ToEncoder : public Stage::FrameSink {
 public:
-    ToEncoder(Encoder& target, Progress& bar) : encoder(target), progress(bar) {}
+    ToEncoder(Encoder& target, Tools::Progress& bar) : encoder(target), progress(bar) {}
 
     bool Stopped() override { return interrupted != 0; }
 
     void Put(int, Stage::FramePixels pixels) override {
         encoder.Write(pixels);
-        progress.Step();
+        progress.Add();
         ++count;
     }
 
@@ -61,7 +61,7 @@ public:
 
 private:
     Encoder& encoder;
-    Progress& progress;
+    Tools::Progress& progress;
     int count = 0;
 };
 
@@ -132,7 +132,10 @@ int MakeFilm(const FilmRequest& request) {
     double giving = ProcessSeconds();
     int count = 0;
     {
-        Progress progress(piece.count, request.format.rate);
+        const Stage::Rate& rate = piece.rate;
+        Tools::Progress progress("frames", piece.count,
+                                 static_cast<double>(rate.frames) /
+                                     static_cast<double>(rate.seconds));
         ToEncoder sink(encoder, progress);
         std::vector<int> frames(static_cast<std::size_t>(piece.count));
         std::iota(frames.begin(), frames.end(), piece.first);
