@@ -13,13 +13,13 @@ declare -A example_of=()  # [MODE]="WORD...": operands that would be right
 
 # A KIND may be followed by bounds: "count:1:8". What it looks like, and how refusals call it:
 declare -A look_of=(
-    [film]='.+\.(mp4|mov|mkv)' [png]='.+\.png' [html]='.+\.html' [piece]='.+' [file]='.+'
+    [film]='.+\.(mp4|mov|mkv)' [png]='.+\.png' [ppm]='.+\.ppm' [html]='.+\.html' [piece]='.+' [file]='.+'
     [folder]='.+' [fill]='.+' [path]='.+'
     [seconds]='[0-9]+\.?[0-9]*|\.[0-9]+' [time]='[0-9]+\.?[0-9]*|\.[0-9]+' [count]='[0-9]+'
     [rate]='[0-9]+(\.[0-9]{0,6}|/0*[1-9][0-9]*)?'
 )
 declare -A name_of=(
-    [film]="a .mp4, .mov or .mkv file" [png]="a .png file"
+    [film]="a .mp4, .mov or .mkv file" [png]="a .png file" [ppm]="a .ppm file"
     [html]="a .html file" [piece]="the film of a piece" [file]="a file"
     [folder]="a folder" [fill]="a folder" [path]="a folder"
     [seconds]="a number of seconds" [time]="a time" [count]="a whole number"
@@ -40,7 +40,7 @@ value() { printf '%s' "${given[$1]-$2}"; }
 # need_place KIND PATH: that the file or folder can be there, before anything is built for it.
 need_place() {
     case "$1" in
-        film | png | html) need_file_to_write "$2" ;;
+        film | png | ppm | html) need_file_to_write "$2" ;;
         piece | file) need_file_to_read "$2" ;;
         folder) need_folder "$2" ;;
         fill) make_folder "$2" ;;
@@ -83,7 +83,7 @@ fits() {
 # meant KIND TEXT: names of files and folders are meant as seen from where the caller stands.
 meant() {
     case "$1" in
-        film | png | html | piece | file | folder | fill | path) absolute "$2" ;;
+        film | png | ppm | html | piece | file | folder | fill | path) absolute "$2" ;;
         *) printf '%s' "$2" ;;
     esac
 }
