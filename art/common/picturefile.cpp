@@ -51,7 +51,20 @@ void OnJpegError(j_common_ptr info) {
     std::longjmp(reinterpret_cast<JpegErrors*>(info->err)->back, 1);
 }
 
-bool EncodePng(FILE* file, const Picture& picture, int channels, std::uint8_t* bytes) {
+enum class Packing { Small, None };
+
+/// With Packing::None every row is stored as it is: neither filtered nor compressed.
+void ChoosePacking(png_structp png, Packing packing) {
+    constexpr std::size_t pieceBytes = 1 << 20; // of a chunk: few chunks are quickly gone through
+    if (packing == Packing::None) {
+        png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
+        png_set_compression_buffer_size(png, pieceBytes);
+    }
+    png_set_compression_level(png, packing == Packing::None ? 0 : 9);
+}
+
+bool EncodePng(FILE* file, const Picture& picture, int channels, Packing packing,
+               std::uint8_t* bytes) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
     if (info == nullptr || setjmp(png_jmpbuf(png)) != 0) {
@@ -63,7 +76,7 @@ bool EncodePng(FILE* file, const Picture& picture, int channels, std::uint8_t* b
                  static_cast<png_uint_32>(picture.Height()), 8,
                  channels == 4 ? PNG_COLOR_TYPE_RGBA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-    png_set_compression_level(png, 9);
+    ChoosePacking(png, packing);
     png_write_info(png, info);
     for (int y = 0; y < picture.Height(); ++y)
         png_write_row(png, bytes + static_cast<std::size_t>(y) * picture.Width() * channels);
@@ -166,6 +179,16 @@ Picture MirroredLeftRight(const Picture& p) {
     return result;
 }
 
+bool WritePacked(const std::string& path, const Picture& picture, int channels, Packing packing,
+                 Depth depth) {
+    if (picture.Width() == 0 || (channels != 3 && channels != 4))
+        return Complain(path, "expected a picture of 3 or 4 channels");
+    std::vector<std::uint8_t> bytes = Bytes(picture, channels, depth);
+    return WriteBeside(path, [&](FILE* file) {
+        return EncodePng(file, picture, channels, packing, bytes.data());
+    });
+}
+
 } // namespace
 
 bool WriteJpeg(const std::string& path, const Picture& picture, int quality, Depth depth) {
@@ -183,11 +206,11 @@ bool WriteEngineJpeg(const std::string& path, const Picture& picture, int qualit
 }
 
 bool WritePng(const std::string& path, const Picture& picture, int channels, Depth depth) {
-    if (picture.Width() == 0 || (channels != 3 && channels != 4))
-        return Complain(path, "expected a picture of 3 or 4 channels");
-    std::vector<std::uint8_t> bytes = Bytes(picture, channels, depth);
-    return WriteBeside(
-        path, [&](FILE* file) { return EncodePng(file, picture, channels, bytes.data()); });
+    return WritePacked(path, picture, channels, Packing::Small, depth);
+}
+
+bool WriteEnginePng(const std::string& path, const Picture& picture, int channels, Depth depth) {
+    return WritePacked(path, picture, channels, Packing::None, depth);
 }
 
 Picture ReadPicture(const std::string& path) {

@@ -10,8 +10,9 @@ namespace {
 int Make(const Tools::Arguments& arguments) {
     constexpr int skinHeight = 128;
     Art::FolderToFill folder(arguments.operands[0]);
-    return folder.Finish(Art::WritePng(folder.File("fish.png"), Art::FishSkin(skinHeight), 3) &&
-                         Art::WriteMesh(folder.File("fish.xt3dstatic"), Art::FishMesh()));
+    return folder.Finish(
+        Art::WriteEnginePng(folder.File("fish.png"), Art::FishSkin(skinHeight), 3) &&
+        Art::WriteMesh(folder.File("fish.xt3dstatic"), Art::FishMesh()));
 }
 
 const Tools::Program program = {

@@ -206,4 +206,14 @@ Picture TitlePicture() {
     return picture;
 }
 
+Picture TitleTexture() {
+    const Picture title = TitlePicture();
+    Picture texture(logoTextureWidth, logoTextureHeight);
+    constexpr int above = logoTextureHeight - logoHeight;
+    for (int y = 0; y < logoTextureHeight; ++y)
+        for (int x = 0; x < logoTextureWidth; ++x)
+            texture.At(x, y) = title.At(std::min(x, logoWidth - 1), std::max(y - above, 0));
+    return texture;
+}
+
 } // namespace Art

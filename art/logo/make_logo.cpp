@@ -9,7 +9,7 @@ int Make(const Tools::Arguments& arguments) {
     constexpr int jpegQuality = 97; // thin light strokes on dark ground show every artefact
     Art::FolderToFill folder(arguments.operands[0]);
     return folder.Finish(
-        Art::WriteEngineJpeg(folder.File("logo.jpg"), Art::TitlePicture(), jpegQuality));
+        Art::WriteEngineJpeg(folder.File("logo.jpg"), Art::TitleTexture(), jpegQuality));
 }
 
 const Tools::Program program = {.name = "make_logo",

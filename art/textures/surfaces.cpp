@@ -100,11 +100,13 @@ Picture PaintLamp() {
 
 bool WriteTextures(FolderToFill& folder) {
     constexpr int jpegQuality = 92;
-    return WritePng(folder.File("tower.png"), PaintTower(), 4) &&
-           WritePng(folder.File("house_warm.png"), PaintHouse({0.68f, 0.53f, 0.42f}, 41), 4) &&
-           WritePng(folder.File("house_cool.png"), PaintHouse({0.60f, 0.58f, 0.58f}, 42), 4) &&
-           WritePng(folder.File("palace.png"), PaintPalace(), 4) &&
-           WritePng(folder.File("lamp.png"), PaintLamp(), 4, Depth::Rounded) &&
+    return WriteEnginePng(folder.File("tower.png"), PaintTower(), 4) &&
+           WriteEnginePng(folder.File("house_warm.png"), PaintHouse({0.68f, 0.53f, 0.42f}, 41),
+                          4) &&
+           WriteEnginePng(folder.File("house_cool.png"), PaintHouse({0.60f, 0.58f, 0.58f}, 42),
+                          4) &&
+           WriteEnginePng(folder.File("palace.png"), PaintPalace(), 4) &&
+           WriteEnginePng(folder.File("lamp.png"), PaintLamp(), 4, Depth::Rounded) &&
            WriteEngineJpeg(folder.File("stone.jpg"), PaintStone(), jpegQuality) &&
            WriteEngineJpeg(folder.File("trim.jpg"), PaintTrim(), jpegQuality) &&
            WriteEngineJpeg(folder.File("roof.jpg"), PaintRoof(), jpegQuality) &&

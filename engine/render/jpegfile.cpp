@@ -1,6 +1,9 @@
 #include "engine/render/jpegfile.h"
 
+#include <algorithm>
 #include <csetjmp>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include <jpeglib.h>
@@ -73,22 +76,29 @@ DecodeOutcome Begin(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg,
                : DecodeOutcome::TooLarge;
 }
 
-/// Puts a row of the file into the picture in reverse order of its pixels and of the rows, which
-/// turns the picture by 180 degrees.
-void PutTurned(const unsigned char* row, std::size_t number, const DecodedPicture& picture) {
-    const auto width = static_cast<std::size_t>(picture.size.x);
-    const std::size_t rowsLeft = static_cast<std::size_t>(picture.size.y) - number;
-    unsigned char* to = picture.pixels.get() + rowsLeft * width * rgbBytes;
-    for (std::size_t x = 0; x < width; ++x, row += rgbBytes) {
-        to -= rgbBytes;
-        to[0] = row[0];
-        to[1] = row[1];
-        to[2] = row[2];
+/// Writes these bytes in reverse order, eight at a time: the last one to `to`.
+void Reverse(const unsigned char* from, std::size_t count, unsigned char* to) {
+    std::uint64_t piece = 0;
+    for (; count >= sizeof piece; count -= sizeof piece, from += sizeof piece) {
+        std::memcpy(&piece, from, sizeof piece);
+        piece = __builtin_bswap64(piece);
+        std::memcpy(to + count - sizeof piece, &piece, sizeof piece);
     }
+    std::reverse_copy(from, from + count, to);
 }
 
-/// Puts each row to its place at once: a second pass over all of a large picture would cost more
-/// than the caches hold. libjpeg may jump back into this function, so nothing in it has a
+/// Puts a row of the file into the picture in reverse order of its pixels and of the rows, which
+/// turns the picture by 180 degrees: flipped for OpenGL, and mirrored as well. PNG files are only
+/// flipped; the difference is intended: the same picture looks mirrored as a JPEG. The row's
+/// pixels are blue, green, red, so that with the order of all its bytes theirs is reversed too.
+void PutTurned(const unsigned char* row, std::size_t number, const DecodedPicture& picture) {
+    const std::size_t rowBytes = static_cast<std::size_t>(picture.size.x) * rgbBytes;
+    const std::size_t rowsBelow = static_cast<std::size_t>(picture.size.y) - 1 - number;
+    Reverse(row, rowBytes, picture.pixels.get() + rowsBelow * rowBytes);
+}
+
+/// Puts each row to its place at once, for a second pass over a large picture would take it through
+/// the caches twice more. libjpeg may jump back into this function, so nothing in it has a
 /// destructor to skip; the row is libjpeg's.
 DecodeOutcome Decode(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg, JpegControl& control,
                      DecodedPicture& picture) {
@@ -99,6 +109,7 @@ DecodeOutcome Decode(FILE* file, FitsCheck fits, jpeg_decompress_struct& jpeg, J
     const DecodeOutcome begun = Begin(file, fits, jpeg, picture);
     if (begun != DecodeOutcome::Decoded)
         return begun;
+    jpeg.out_color_space = JCS_EXT_BGR;
     jpeg_start_decompress(&jpeg);
     const JSAMPARRAY row = jpeg.mem->alloc_sarray(reinterpret_cast<j_common_ptr>(&jpeg),
                                                   JPOOL_IMAGE, jpeg.output_width * rgbBytes, 1);

@@ -89,8 +89,9 @@ TEST_F(NatureLogoSprite, Reads_from_left_to_right_over_the_whole_window) {
     target.Enable();
     Vell::Sprite logo;
     logo.SetTexture(logoFile);
-    EXPECT_EQ(logo.GetSize().x, 1.0f);
-    EXPECT_EQ(logo.GetSize().y, 1.0f);
+    // The window and what lies beyond its upper and right edges, pixel for pixel.
+    EXPECT_EQ(logo.GetSize().x, 1024.0f / 960.0f);
+    EXPECT_EQ(logo.GetSize().y, 128.0f / 89.0f);
     UseUnitOrtho();
     glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
     logo.Draw();
