@@ -30,7 +30,9 @@ constexpr Rgba Lerp(Rgba p, Rgba q, float t) {
     return p + (q - p) * t;
 }
 
-/// A float picture, rows from the top down as a viewer sees them.
+/// A picture in floats, rows from the top down as a viewer sees them. Painting mixes, filters and
+/// bakes with more than 8 bits and beyond 0..1; what files hold (tools/picture) is made of it,
+/// dithered, at the very end.
 ///
 /// Seen as a texture, pixel (x, y) lies at u = (x + 0.5) / width and
 /// v = 1 - (y + 0.5) / height: v grows upwards.

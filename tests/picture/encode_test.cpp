@@ -46,6 +46,22 @@ TEST_F(Encode, A_png_in_memory_is_what_lies_in_the_file) {
     EXPECT_EQ(ReadFile("a.png"), std::string(bytes.begin(), bytes.end()));
 }
 
+TEST_F(Encode, A_png_says_that_it_is_srgb_unless_told_otherwise) {
+    const unsigned char pixel[] = {1, 2, 3, 4};
+    const auto isMarked = [](const std::vector<unsigned char>& png) {
+        return std::string(png.begin(), png.end()).find("sRGB") != std::string::npos;
+    };
+    EXPECT_TRUE(isMarked(Tools::PngOf({1, 1, 4, pixel})));
+    EXPECT_FALSE(isMarked(Tools::PngOf({1, 1, 4, pixel}, {.level = 9, .marked = false})));
+}
+
+TEST_F(Encode, A_png_is_as_small_as_it_is_told_to_be) {
+    const std::vector<unsigned char> grey(10000, 100);
+    const Tools::Pixels pixels{100, 100, 1, grey.data()};
+    EXPECT_GT(Tools::PngOf(pixels, {.level = 0}).size(), 10000U);
+    EXPECT_LT(Tools::PngOf(pixels, {.level = 9}).size(), 1000U);
+}
+
 TEST_F(Encode, A_png_of_nothing_is_refused_with_the_reason) {
     EXPECT_THAT([] { Tools::PngOf(Tools::Picture()); },
                 ::testing::ThrowsMessage<std::runtime_error>(HasSubstr("cannot make a PNG: ")));

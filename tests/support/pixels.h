@@ -22,6 +22,8 @@ struct Rgba {
 void PrintTo(const Rgba& colour, std::ostream* out);
 
 /// RGBA bytes, rows bottom-up as glReadPixels delivers them: At(0, 0) is the lower left pixel.
+/// Other than a picture of the tools it has OpenGL's origin and an alpha, which passes are tested
+/// for.
 class Picture {
 public:
     Picture() = default;

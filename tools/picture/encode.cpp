@@ -12,8 +12,51 @@ namespace Tools {
 namespace {
 
 // By the number of channels.
-constexpr png_uint_32 pngFormats[] = {0, PNG_FORMAT_GRAY, PNG_FORMAT_GA, PNG_FORMAT_RGB,
-                                      PNG_FORMAT_RGBA};
+constexpr int colourTypes[] = {0, PNG_COLOR_TYPE_GRAY, PNG_COLOR_TYPE_GRAY_ALPHA,
+                               PNG_COLOR_TYPE_RGB, PNG_COLOR_TYPE_RGB_ALPHA};
+
+/// What libpng has written and what it complained of.
+struct PngFile {
+    std::vector<unsigned char> bytes;
+    std::string complaint;
+};
+
+void TakePng(png_structp png, png_bytep bytes, png_size_t count) {
+    std::vector<unsigned char>& file = static_cast<PngFile*>(png_get_io_ptr(png))->bytes;
+    file.insert(file.end(), bytes, bytes + count);
+}
+
+/// libpng's default handler says it on standard error; this one keeps it for the caller.
+void OnPngError(png_structp png, png_const_charp complaint) {
+    static_cast<PngFile*>(png_get_error_ptr(png))->complaint = complaint;
+    png_longjmp(png, 1);
+}
+
+void IgnorePngWarning(png_structp, png_const_charp) {}
+
+void ChoosePacking(png_structp png, int level) {
+    constexpr std::size_t pieceBytes = 1 << 20; // of a chunk: few chunks are quickly gone through
+    if (level == 0) {
+        png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
+        png_set_compression_buffer_size(png, pieceBytes);
+    }
+    png_set_compression_level(png, level);
+}
+
+void WriteRows(png_structp png, png_infop info, const Pixels& pixels, const PngStyle& style) {
+    png_set_IHDR(png, info, static_cast<png_uint_32>(pixels.width),
+                 static_cast<png_uint_32>(pixels.height), 8, colourTypes[pixels.channels],
+                 PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    ChoosePacking(png, style.level);
+    if (style.marked)
+        png_set_sRGB(png, info, PNG_sRGB_INTENT_PERCEPTUAL);
+    png_write_info(png, info);
+    const auto rowBytes =
+        static_cast<std::size_t>(pixels.width) * static_cast<std::size_t>(pixels.channels);
+    for (int y = 0; y < pixels.height; ++y)
+        png_write_row(png, pixels.bytes + static_cast<std::size_t>(y) * rowBytes);
+    png_write_end(png, info);
+}
 
 /// libjpeg's default handler ends the program; this one comes back to the caller.
 struct JpegErrors {
@@ -40,18 +83,19 @@ void Describe(jpeg_compress_struct& info, const Pixels& pixels, int quality) {
 
 } // namespace
 
-std::vector<unsigned char> PngOf(const Pixels& pixels) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = png_uint_32(pixels.width);
-    image.height = png_uint_32(pixels.height);
-    image.format = pngFormats[pixels.channels];
-    png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
-    std::vector<unsigned char> bytes(size);
-    if (!png_image_write_to_memory(&image, bytes.data(), &size, 0, pixels.bytes, 0, nullptr))
-        throw std::runtime_error(std::string("cannot make a PNG: ") + image.message);
-    bytes.resize(size);
-    return bytes;
+std::vector<unsigned char> PngOf(const Pixels& pixels, const PngStyle& style) {
+    PngFile file;
+    png_structp png =
+        png_create_write_struct(PNG_LIBPNG_VER_STRING, &file, OnPngError, IgnorePngWarning);
+    png_infop info = png != nullptr ? png_create_info_struct(png) : nullptr;
+    if (info == nullptr || setjmp(png_jmpbuf(png)) != 0) {
+        png_destroy_write_struct(&png, &info);
+        throw std::runtime_error("cannot make a PNG: " + file.complaint);
+    }
+    png_set_write_fn(png, &file, TakePng, nullptr);
+    WriteRows(png, info, pixels, style);
+    png_destroy_write_struct(&png, &info);
+    return file.bytes;
 }
 
 bool WriteJpeg(FILE* file, const Pixels& pixels, int quality) {

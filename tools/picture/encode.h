@@ -13,8 +13,15 @@ struct Pixels {
     const unsigned char* bytes = nullptr;
 };
 
-/// The bytes of a PNG file, marked as sRGB; throws std::runtime_error saying what libpng refuses.
-std::vector<unsigned char> PngOf(const Pixels& pixels);
+/// How a PNG file is made.
+struct PngStyle {
+    int level = 6; ///< of compression, 1 to 9; 0: rows are stored as they are, unfiltered, which
+                   ///< makes a large file that is read in a sixth of the time
+    bool marked = true; ///< whether it says that its colours are sRGB
+};
+
+/// The bytes of a PNG file; throws std::runtime_error saying what libpng refuses.
+std::vector<unsigned char> PngOf(const Pixels& pixels, const PngStyle& style = {});
 
 /// Writes a JPEG of 1 or 3 channels without chroma subsampling; `quality` 1..100. The file stays
 /// open. False when libjpeg refuses: a side of more than 65500 pixels, or what cannot be written.

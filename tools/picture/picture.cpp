@@ -1,11 +1,11 @@
 #include "tools/picture/picture.h"
 
+#include "tools/picture/decode.h"
 #include "tools/picture/encode.h"
-
-#include <png.h>
 
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 namespace Tools {
 
@@ -35,14 +35,11 @@ Picture ReadPpm(const std::string& path) {
 }
 
 Picture ReadPng(const std::string& path) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_file(&image, path.c_str()))
-        throw std::runtime_error("cannot read " + path + ": " + image.message);
-    image.format = PNG_FORMAT_RGB;
-    Picture picture(static_cast<int>(image.width), static_cast<int>(image.height));
-    if (!png_image_finish_read(&image, nullptr, picture.bytes.data(), 0, nullptr))
-        throw std::runtime_error("cannot read " + path + ": " + image.message);
+    DecodedPicture read = DecodePng(path, Picture::channels);
+    Picture picture;
+    picture.width = read.width;
+    picture.height = read.height;
+    picture.bytes = std::move(read.bytes);
     return picture;
 }
 
