@@ -56,9 +56,8 @@ inline float Flushed(float value) {
 class Random {
 public:
     explicit Random(std::uint32_t seed) : state(seed * 2654435761U + 88172645U) {
-        if (state == 0) {
+        if (state == 0)
             state = 88172645U; // all zero bits would stay zero for ever
-        }
     }
 
     /// Evenly distributed in -1..1.

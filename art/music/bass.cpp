@@ -62,9 +62,8 @@ public:
         const std::size_t begin = FrameAt(note.start);
         const std::size_t end =
             std::min(out.Frames(), begin + FrameAt(note.length + longestRelease));
-        for (std::size_t i = begin; i < end && !voice.Done(); ++i) {
+        for (std::size_t i = begin; i < end && !voice.Done(); ++i)
             voice.Next(i - begin, out.left[i], out.right[i]);
-        }
     }
 
 private:
@@ -91,9 +90,8 @@ private:
         void Next(std::size_t frame, float& left, float& right) {
             const float bright = brightness.Next();
             const float open = sweep.Next();
-            if (frame % controlInterval == 0) {
+            if (frame % controlInterval == 0)
                 Control(static_cast<double>(frame) / sampleRate, bright, open);
-            }
             const float level = amplitude.Next() * gain;
             const float low = pulse.Next() * level;
             left += low + level * Grain(0);
@@ -119,7 +117,7 @@ private:
         /// The driven saw of one side, without the low end that belongs to the pulses.
         float Grain(int side) {
             lowPass[side].Process(saws[side].Next());
-            highPass[side].Process(SoftBend(lowPass[side].Low(), drive));
+            highPass[side].Process(SoftClip(lowPass[side].Low(), drive));
             return sawLevel * highPass[side].High();
         }
 
@@ -131,8 +129,8 @@ private:
         Envelope sweep;
         RoundedPulse pulse;
         Oscillator saws[2];
-        StateFilter lowPass[2];
-        StateFilter highPass[2];
+        StateVariableFilter lowPass[2];
+        StateVariableFilter highPass[2];
         float sawLevel;
         float drive;
         float gain;

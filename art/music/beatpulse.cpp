@@ -36,9 +36,8 @@ const std::vector<float>& LowPassTaps() {
         }
         std::vector<float> scaled;
         scaled.reserve(exact.size());
-        for (double tap : exact) {
+        for (double tap : exact)
             scaled.push_back(static_cast<float>(tap / sum));
-        }
         return scaled;
     }();
     return taps;
@@ -71,21 +70,18 @@ std::vector<float> BoxMean(const std::vector<float>& values, int length, int bef
         const std::ptrdiff_t leave = enter - length;
         sum += enter < count ? values[static_cast<std::size_t>(enter)] : 0.0F;
         sum -= leave >= 0 ? values[static_cast<std::size_t>(leave)] : 0.0F;
-        if (i >= 0) {
+        if (i >= 0)
             means[static_cast<std::size_t>(i)] = static_cast<float>(sum / length);
-        }
     }
     return means;
 }
 
 std::vector<float> SlidingMaximum(std::vector<float> values, std::size_t reach) {
-    for (float& value : values) {
+    for (float& value : values)
         value = -value;
-    }
     values = SlidingMinimum(values, reach);
-    for (float& value : values) {
+    for (float& value : values)
         value = -value;
-    }
     return values;
 }
 
@@ -145,11 +141,10 @@ void BeatPulse::OpenSceneGaps(Stereo& kick) const {
     }
 }
 
-void BeatPulse::FollowSide(Stereo& signal) const {
+void BeatPulse::FollowPolarity(Stereo& signal) const {
     for (int beat = 0; beat < beats; ++beat) {
-        if (Side(beat) > 0) {
+        if (Polarity(beat) > 0)
             continue;
-        }
         // Turned from the middle of this beat's gap to the middle of the next one's.
         const Gap in = GapOf(beat);
         const Gap out = GapOf(beat + 1);
@@ -172,20 +167,18 @@ void BeatPulse::AddCarrier(Stereo& signal) const {
     for (int beat = 0; beat < beats; ++beat) {
         const std::size_t begin = FrameAt(TimeOf(beat));
         const std::size_t end = std::min(FrameAt(TimeOf(beat + 1)), signal.Frames());
-        if (begin >= end) {
+        if (begin >= end)
             return;
-        }
         const std::size_t first = FrameAt(TimeOf(beat) + freeAfter) - begin;
         const std::size_t last = FrameAt(TimeOf(beat + 1) - freeBefore) - begin;
         std::vector<float> needed(end - begin, 0.0F);
-        for (std::size_t i = first; i < std::min(last, needed.size()); ++i) {
-            needed[i] = std::max(0.0F, margin - Side(beat) * mean[begin + i]);
-        }
+        for (std::size_t i = first; i < std::min(last, needed.size()); ++i)
+            needed[i] = std::max(0.0F, margin - Polarity(beat) * mean[begin + i]);
         const std::size_t reach = FrameAt(carrierReach);
         const std::vector<float> carrier = HannSmoothed(SlidingMaximum(needed, reach), reach);
         for (std::size_t i = 0; i < carrier.size(); ++i) {
-            signal.left[begin + i] += Side(beat) * carrier[i];
-            signal.right[begin + i] += Side(beat) * carrier[i];
+            signal.left[begin + i] += Polarity(beat) * carrier[i];
+            signal.right[begin + i] += Polarity(beat) * carrier[i];
         }
     }
 }

@@ -33,7 +33,7 @@ struct BeatPulse {
     /// The same at the scene beats alone: for the kick, which elsewhere begins after the gap.
     void OpenSceneGaps(Stereo& kick) const;
     /// Turns the polarity of a low-end track with the side the carrier is on.
-    void FollowSide(Stereo& signal) const;
+    void FollowPolarity(Stereo& signal) const;
     /// Adds the carrier that `signal` needs, to both channels alike.
     void AddCarrier(Stereo& signal) const;
 
@@ -46,7 +46,7 @@ private:
     Gap GapOf(int beat) const;
     bool OpensScene(int beat) const;
     void OpenGap(std::vector<float>& channel, const Gap& gap) const;
-    float Side(int beat) const { return beat % 2 == 0 ? 1.0F : -1.0F; }
+    float Polarity(int beat) const { return beat % 2 == 0 ? 1.0F : -1.0F; }
 };
 
 /// Mean of the waveform around each sample as the lowest band of a 128-sample spectrum with a

@@ -85,9 +85,8 @@ double RowLevel(const std::vector<double>& power, double from, double to, int si
     const auto first = static_cast<std::size_t>(std::max(1.0, std::floor(from * binsPerHertz)));
     const auto last = std::min(power.size() - 1, static_cast<std::size_t>(to * binsPerHertz) + 1);
     double most = 1e-12;
-    for (std::size_t k = first; k < last; ++k) {
+    for (std::size_t k = first; k < last; ++k)
         most = std::max(most, power[k]);
-    }
     return 10.0 * std::log10(most);
 }
 
@@ -104,9 +103,8 @@ Picture Spectrogram(const Music::Score& score, const Music::Stereo& signal) {
     for (int x = leftMargin; x < BarX(score.bars + 1); ++x) {
         const double bar = 1 + (x - leftMargin) / static_cast<double>(pixelsPerBar);
         const std::size_t at = Music::FrameAt(score.TimeOfBar(bar));
-        if (at + fftSize > signal.Frames()) {
+        if (at + fftSize > signal.Frames())
             break;
-        }
         const auto power = Music::PowerSpectrum(signal.left.data() + at, fftSize);
         for (int row = 0; row < plotHeight; ++row) {
             // 3 dB an octave up: pink noise is even.

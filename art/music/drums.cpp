@@ -50,7 +50,7 @@ public:
             const auto tone = static_cast<float>(std::sin(2.0 * pi * phase));
             const auto snap =
                 static_cast<float>(set["click"] * edge.Process(random.Bipolar()) * click.Next());
-            const float value = gain * (SoftBend(tone * level, drive) + snap);
+            const float value = gain * (SoftClip(tone * level, drive) + snap);
             out.left[begin + i] += value;
             out.right[begin + i] += value;
         }
@@ -109,7 +109,7 @@ public:
         const auto hits = static_cast<std::size_t>(set["hits"]);
         const std::size_t gap = std::max<std::size_t>(1, FrameAt(set["gap"]));
         Random random(note.seed);
-        StateFilter filters[2];
+        StateVariableFilter filters[2];
         filters[0].Set(set["center"], set["resonance"]);
         filters[1].Set(set["center"] * 1.08, set["resonance"]);
         const std::size_t begin = FrameAt(note.start);
@@ -181,7 +181,7 @@ public:
     void Render(const Note& note, Stereo& out) const override {
         Random random(note.seed * 31 + 5);
         Envelope envelope(AmplitudeTimes(set), note.length);
-        StateFilter filters[2];
+        StateVariableFilter filters[2];
         Oscillator tones[2] = {Oscillator(Wave::Saw, 0.0), Oscillator(Wave::Saw, 0.5)};
         const auto tone = static_cast<float>(set["tone"]);
         const float gain = FromDb(static_cast<float>(set["level"])) * note.velocity;
@@ -189,9 +189,8 @@ public:
         for (std::size_t i = begin; i < out.Frames() && !envelope.Done(); ++i) {
             const double part =
                 std::min(1.0, static_cast<double>(i - begin) / (note.length * sampleRate));
-            if ((i - begin) % 16 == 0) {
+            if ((i - begin) % 16 == 0)
                 Move(part, note.midi, filters, tones);
-            }
             // A swell grows by `swell` dB over the note.
             const float swell = FromDb(static_cast<float>(set["swell"] * (part - 1.0)));
             const float level = gain * swell * envelope.Next();
@@ -201,7 +200,7 @@ public:
     }
 
 private:
-    void Move(double part, double midi, StateFilter* filters, Oscillator* tones) const {
+    void Move(double part, double midi, StateVariableFilter* filters, Oscillator* tones) const {
         const double ratio = set["to"] / set["from"];
         const double way = std::pow(part, set["curve"]);
         const double centre = set["from"] * std::pow(ratio, way);
@@ -213,7 +212,7 @@ private:
         tones[1].SetFrequency(pitch * 1.003);
     }
 
-    float Filtered(StateFilter& filter, float value) const {
+    float Filtered(StateVariableFilter& filter, float value) const {
         filter.Process(value);
         const double mode = set["mode"];
         return mode == 0 ? filter.Low() : (mode == 1 ? filter.Band() : filter.High());

@@ -29,9 +29,8 @@ std::array<std::array<float, tapsPerPhase>, phaseCount> InterpolatorTaps() {
 
 float KneeGain(float over, float ratio, float knee) {
     const float slope = 1.0F / ratio - 1.0F;
-    if (over <= -knee / 2) {
+    if (over <= -knee / 2)
         return 0.0F;
-    }
     if (over < knee / 2) {
         const float inside = over + knee / 2;
         return slope * inside * inside / (2.0F * knee);
@@ -94,14 +93,12 @@ std::vector<float> SlidingMinimum(const std::vector<float>& values, std::size_t 
     std::size_t added = 0;
     for (std::size_t i = 0; i < values.size(); ++i) {
         for (; added < values.size() && added <= i + reach; ++added) {
-            while (!rising.empty() && values[rising.back()] >= values[added]) {
+            while (!rising.empty() && values[rising.back()] >= values[added])
                 rising.pop_back();
-            }
             rising.push_back(added);
         }
-        while (rising.front() + reach < i) {
+        while (rising.front() + reach < i)
             rising.pop_front();
-        }
         result[i] = values[rising.front()];
     }
     return result;
@@ -148,9 +145,8 @@ float Limiter::Apply(Stereo& signal) const {
     const std::vector<float> leftPeaks = TruePeaks(signal.left);
     const std::vector<float> rightPeaks = TruePeaks(signal.right);
     std::vector<float> gain(signal.Frames());
-    for (std::size_t i = 0; i < gain.size(); ++i) {
+    for (std::size_t i = 0; i < gain.size(); ++i)
         gain[i] = std::min(1.0F, top / std::max({leftPeaks[i], rightPeaks[i], 1e-9F}));
-    }
     // The minimum reaches as far as the smoothing, so the smoothed gain is never above the
     // wanted one.
     const std::size_t reach = FrameAt(lookAhead);

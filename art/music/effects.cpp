@@ -132,15 +132,14 @@ Stereo Reverb::Process(const Stereo& input) const {
     Stereo hall(input.Frames());
     constexpr std::size_t controlInterval = 16; // samples between moves of the delay lengths
     for (std::size_t i = 0; i < input.Frames(); ++i) {
-        if (i % controlInterval == 0) {
+        if (i % controlInterval == 0)
             network.Wander(static_cast<double>(i) / sampleRate);
-        }
         network.Next(sent.left[i], sent.right[i], hall.left[i], hall.right[i]);
     }
     return hall;
 }
 
-float SoftBend(float value, float drive) {
+float SoftClip(float value, float drive) {
     const float x = std::clamp(value * drive, -1.5F, 1.5F);
     return x - x * x * x * (4.0F / 27.0F);
 }

@@ -62,6 +62,6 @@ struct Reverb {
 
 /// A soft, cubic bend: slope 1 at zero, flat at +-1.5. Of a tone it makes the third harmonic
 /// only, so nothing below 7 kHz can alias. `drive` >= 1 is the gain before it.
-float SoftBend(float value, float drive);
+float SoftClip(float value, float drive);
 
 } // namespace Music

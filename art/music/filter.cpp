@@ -28,14 +28,14 @@ double ResonanceToQ(double resonance) {
     return 0.5 * std::pow(40.0, std::clamp(resonance, 0.0, 1.0));
 }
 
-void StateFilter::Set(double cutoff, double resonance) {
+void StateVariableFilter::Set(double cutoff, double resonance) {
     const double limited = std::clamp(cutoff, 10.0, 20000.0);
     g = static_cast<float>(std::tan(pi * limited / sampleRate));
     k = static_cast<float>(1.0 / ResonanceToQ(resonance));
     scale = 1.0F / (1.0F + g * (g + k));
 }
 
-void StateFilter::Process(float input) {
+void StateVariableFilter::Process(float input) {
     high = (input - (g + k) * state1 - state2) * scale;
     band = g * high + state1;
     low = g * band + state2;
@@ -94,12 +94,11 @@ Biquad Biquad::Peak(double frequency, double q, double gainDb) {
 
 void Biquad::Apply(std::vector<float>& samples) const {
     Biquad filter = *this;
-    for (float& sample : samples) {
+    for (float& sample : samples)
         sample = Flushed(static_cast<float>(filter.Process(sample)));
-    }
 }
 
-void Biquad::ApplyBothWays(std::vector<float>& samples) const {
+void Biquad::ApplyZeroPhase(std::vector<float>& samples) const {
     Apply(samples);
     std::reverse(samples.begin(), samples.end());
     Apply(samples);

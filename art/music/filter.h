@@ -6,7 +6,7 @@ namespace Music {
 
 /// A state-variable filter of the second order (12 dB an octave), solved without delay in its
 /// loop, so that the cut-off may be modulated at any speed and stays in tune up to 20 kHz.
-class StateFilter {
+class StateVariableFilter {
 public:
     /// `cutoff` in Hz (kept within 10..20000), `resonance` 0 (Q = 0.5) .. 1 (Q = 20).
     /// 0.094 (Q = 0.7071) is the flat Butterworth response.
@@ -29,7 +29,7 @@ private:
     float high = 0.0F;
 };
 
-/// The Q that `resonance` 0..1 of a StateFilter stands for.
+/// The Q that `resonance` 0..1 of a StateVariableFilter stands for.
 double ResonanceToQ(double resonance);
 
 /// A filter of the second order with fixed coefficients, in double precision.
@@ -50,16 +50,15 @@ public:
         const double output = b0 * input + z1;
         z1 = b1 * input - a1 * output + z2;
         z2 = b2 * input - a2 * output;
-        if (std::fabs(z1) + std::fabs(z2) < 1e-30) {
+        if (std::fabs(z1) + std::fabs(z2) < 1e-30)
             z1 = z2 = 0; // long before the state turns into denormal numbers
-        }
         return output;
     }
 
     /// Runs the whole of `samples` through a fresh copy of the filter, in place.
     void Apply(std::vector<float>& samples) const;
     /// The same forwards and then backwards: twice the slope and no phase shift.
-    void ApplyBothWays(std::vector<float>& samples) const;
+    void ApplyZeroPhase(std::vector<float>& samples) const;
 
 private:
     double b0 = 1, b1 = 0, b2 = 0, a1 = 0, a2 = 0;

@@ -11,9 +11,9 @@ namespace {
 constexpr double highestPartial = 19000.0;
 
 /// A carrier with its modulator.
-class Pair {
+class OperatorPair {
 public:
-    Pair(double carrier, double modulator, double index, double decay)
+    OperatorPair(double carrier, double modulator, double index, double decay)
         : carrierStep(carrier / sampleRate),
           modulatorStep(modulator / sampleRate),
           depth(Bounded(carrier, modulator, index)),
@@ -54,9 +54,11 @@ public:
         const double pitch = NoteFrequency(note.midi);
         const double apart = std::exp2(set["detune"] / 2400.0);
         // A little brighter when played louder, as everything struck is.
-        const double force = 0.5 + 0.6 * note.velocity;
-        Pair first[2] = {FirstPair(pitch / apart, force), FirstPair(pitch * apart, force)};
-        Pair second[2] = {SecondPair(pitch * apart, force), SecondPair(pitch / apart, force)};
+        const double brightness = 0.5 + 0.6 * note.velocity;
+        OperatorPair first[2] = {FirstPair(pitch / apart, brightness),
+                                 FirstPair(pitch * apart, brightness)};
+        OperatorPair second[2] = {SecondPair(pitch * apart, brightness),
+                                  SecondPair(pitch / apart, brightness)};
         Envelope envelope(AmplitudeTimes(set), note.length);
         const float gain = 0.5F * FromDb(static_cast<float>(set["level"])) * note.velocity;
         const auto level2 = static_cast<float>(set["level2"]);
@@ -66,26 +68,25 @@ public:
             const float level = envelope.Next() * gain;
             out.left[i] += level * (first[0].Next(bent) + level2 * second[0].Next(bent));
             out.right[i] += level * (first[1].Next(bent) + level2 * second[1].Next(bent));
-            if (envelope.Done() || envelope.Silent()) {
+            if (envelope.Done() || envelope.Silent())
                 return;
-            }
         }
     }
 
 private:
-    Pair FirstPair(double pitch, double force) const {
-        return {pitch * set["ratio"], pitch * set["mod"], set["index"] * force, set["index_decay"]};
+    OperatorPair FirstPair(double pitch, double brightness) const {
+        return {pitch * set["ratio"], pitch * set["mod"], set["index"] * brightness,
+                set["index_decay"]};
     }
-    Pair SecondPair(double pitch, double force) const {
-        return {pitch * set["ratio2"], pitch * set["mod2"], set["index2"] * force,
+    OperatorPair SecondPair(double pitch, double brightness) const {
+        return {pitch * set["ratio2"], pitch * set["mod2"], set["index2"] * brightness,
                 set["index2_decay"]};
     }
 
     /// Vibrato and the bend from `bend` semitones away to the note.
     double PitchFactor(double seconds) const {
-        if (set["vibrato"] == 0 && set["bend"] == 0) {
+        if (set["vibrato"] == 0 && set["bend"] == 0)
             return 1.0;
-        }
         const double semitones = set["bend"] * std::exp(-seconds / set["bend_time"]) +
                                  set["vibrato"] / 100.0 *
                                      std::sin(2.0 * pi * set["vibrato_rate"] * seconds) *

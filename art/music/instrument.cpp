@@ -100,9 +100,8 @@ const std::array<Kind, 9> kinds{{{"synth", synthDefaults, MakeSynth},
 
 /// A number, a wave's or a note's name.
 bool ReadValue(const std::string& text, double& value) {
-    if (ParseNumber(text, value)) {
+    if (ParseNumber(text, value))
         return true;
-    }
     Wave wave = Wave::Sine;
     int midi = 0;
     if (FindWave(text, wave)) {
@@ -120,9 +119,8 @@ bool ReadValue(const std::string& text, double& value) {
 
 Settings::Settings(const std::vector<SettingDefault>& defaults,
                    const std::vector<SettingText>& texts, std::string& message) {
-    for (const SettingDefault& entry : defaults) {
+    for (const SettingDefault& entry : defaults)
         values[entry.name] = entry.value;
-    }
     for (const SettingText& text : texts) {
         const auto found = values.find(text.name);
         if (found == values.end()) {
@@ -146,9 +144,8 @@ std::unique_ptr<Instrument> MakeInstrument(const InstrumentText& text, std::stri
         if (text.kind == kind.name) {
             std::string problem;
             const Settings settings(kind.defaults, text.settings, problem);
-            if (problem.empty()) {
+            if (problem.empty())
                 return kind.make(settings);
-            }
             message = problem;
             return nullptr;
         }

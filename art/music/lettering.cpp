@@ -7,11 +7,9 @@
 namespace Music {
 
 void FillBox(Art::Picture& picture, int x, int y, int width, int height, Art::Rgba colour) {
-    for (int row = std::max(y, 0); row < std::min(y + height, picture.Height()); ++row) {
-        for (int column = std::max(x, 0); column < std::min(x + width, picture.Width()); ++column) {
+    for (int row = std::max(y, 0); row < std::min(y + height, picture.Height()); ++row)
+        for (int column = std::max(x, 0); column < std::min(x + width, picture.Width()); ++column)
             picture.At(column, row) = colour;
-        }
-    }
 }
 
 void WriteText(Art::Picture& picture, int x, int y, const std::string& text, Art::Rgba colour,

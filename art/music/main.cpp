@@ -24,18 +24,16 @@ void PrintLevels(const std::vector<Music::TrackLevel>& levels) {
 Music::Stereo Render(const Music::Score& score, std::string& message,
                      std::vector<Music::TrackLevel>* levels) {
     const Music::BeatPulse pulse = Music::PulseOf(score, message);
-    if (!message.empty()) {
+    if (!message.empty())
         return {};
-    }
     const std::size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
     // The master takes about as long as a dozen tracks.
     constexpr int masterSteps = 12;
     Tools::Progress bar("steps of the mix", static_cast<int>(score.tracks.size()) + masterSteps);
     Music::Mix mix = PlayTracks(
         score, pulse, frames, [&](int, int) { bar.Add(); }, message, levels);
-    if (!message.empty()) {
+    if (!message.empty())
         return {};
-    }
     Music::MasterReport report;
     Music::Stereo piece = Master(score, pulse, std::move(mix), report);
     bar.Add(masterSteps);

@@ -12,11 +12,10 @@ namespace {
 /// Takes the difference of the sides away below `frequency`: the bass is the same on both.
 void CentreBass(Stereo& signal, double frequency) {
     std::vector<float> side(signal.Frames());
-    for (std::size_t i = 0; i < side.size(); ++i) {
+    for (std::size_t i = 0; i < side.size(); ++i)
         side[i] = 0.5F * (signal.left[i] - signal.right[i]);
-    }
     std::vector<float> high = side;
-    Biquad::HighPass(frequency, 0.5).ApplyBothWays(high);
+    Biquad::HighPass(frequency, 0.5).ApplyZeroPhase(high);
     for (std::size_t i = 0; i < side.size(); ++i) {
         signal.left[i] += high[i] - side[i];
         signal.right[i] -= high[i] - side[i];
@@ -88,9 +87,8 @@ Stereo Master(const Score& score, const BeatPulse& pulse, Mix mix, MasterReport&
                           .release = 0.2,
                           .knee = 8.0F};
     ApplyGainDb(sum, glue.GainDb(sum), 1.0F);
-    if (set["fade_to"] > 0) {
+    if (set["fade_to"] > 0)
         FadeOut(sum, set["fade_from"], set["fade_to"]);
-    }
     // The limiter takes some of the loudness it is given, so the gain is found in a few rounds.
     report.gainDb = static_cast<float>(set["loudness"] - MeasureLoudness(sum).integrated);
     Stereo result;
@@ -102,9 +100,8 @@ Stereo Master(const Score& score, const BeatPulse& pulse, Mix mix, MasterReport&
         const Limiter limiter{static_cast<float>(set["ceiling"]), 0.003, 0.09};
         report.limitedDb = limiter.Apply(result);
         report.loudness = MeasureLoudness(result);
-        if (round + 1 < rounds) {
+        if (round + 1 < rounds)
             report.gainDb += static_cast<float>(set["loudness"] - report.loudness.integrated);
-        }
     }
     return result;
 }

@@ -23,15 +23,13 @@ std::vector<double> OctaveLevels(const Music::Stereo& signal, double from, doubl
             for (std::size_t bin = 1; bin < power.size(); ++bin) {
                 const double hertz = static_cast<double>(bin) * Music::sampleRate / fftSize;
                 const auto octave = std::lround(std::log2(hertz / 31.5));
-                if (octave >= 0 && octave < 10) {
+                if (octave >= 0 && octave < 10)
                     octaves[static_cast<std::size_t>(octave)] += power[bin];
-                }
             }
         }
     }
-    for (double& level : octaves) {
+    for (double& level : octaves)
         level = 10.0 * std::log10(level / std::max(blocks, 1));
-    }
     return octaves;
 }
 
@@ -74,11 +72,9 @@ double Correlation(const Music::Stereo& signal) {
 
 float GreatestStep(const Music::Stereo& signal) {
     float step = 0;
-    for (const std::vector<float>* channel : {&signal.left, &signal.right}) {
-        for (std::size_t i = 1; i < channel->size(); ++i) {
+    for (const std::vector<float>* channel : {&signal.left, &signal.right})
+        for (std::size_t i = 1; i < channel->size(); ++i)
             step = std::max(step, std::fabs((*channel)[i] - (*channel)[i - 1]));
-        }
-    }
     return step;
 }
 
@@ -95,9 +91,8 @@ void PrintSections(const Music::Score& score, const Music::Stereo& signal) {
         std::printf("%-22s %6.1f %6.1f %5.2f |", score.sections[i].second.c_str(),
                     loudness.integrated, loudness.truePeak, Correlation(part));
         const std::vector<double> octaves = OctaveLevels(signal, from, to);
-        for (double level : octaves) {
+        for (double level : octaves)
             std::printf(" %4.0f", level);
-        }
         std::printf("  slope %.1f step %.2f\n", Slope(octaves), GreatestStep(part));
     }
 }
@@ -119,9 +114,8 @@ void PrintPulse(const Music::BeatPulse& pulse, const Music::Stereo& signal, doub
         const int beat =
             static_cast<int>(std::lround((time - pulse.firstBeat) / pulse.secondsPerBeat));
         const bool near = std::fabs(time - pulse.TimeOf(beat)) <= nearBeat;
-        if (time < pulse.firstBeat - 0.003) {
+        if (time < pulse.firstBeat - 0.003)
             continue; // the picture's stretch begins 3 ms before its first beat
-        }
         // Heard through either scale: the gap by the one that reads double.
         if (2 * reading < threshold && near) {
             hit[static_cast<std::size_t>(std::max(beat, 0))] = true;

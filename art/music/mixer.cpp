@@ -40,19 +40,16 @@ public:
                double otherwise)
         : score(piece), constant(otherwise), hertz(name == "lowpass" || name == "highpass") {
         const auto found = all.find(name);
-        if (found != all.end()) {
+        if (found != all.end())
             curve = found->second;
-        }
         // A cut-off moves by equal intervals, not by equal numbers of Hz.
-        for (auto& point : curve.points) {
+        for (auto& point : curve.points)
             point.second = hertz ? std::log2(std::max(point.second, 1.0)) : point.second;
-        }
     }
 
     double At(std::size_t frame) const {
-        if (!Moves()) {
+        if (!Moves())
             return constant;
-        }
         const double seconds = static_cast<double>(frame) / sampleRate;
         const double value = curve.At(1.0 + seconds * score.tempo / 240.0);
         return hertz ? std::exp2(value) : value;
@@ -70,13 +67,12 @@ private:
 enum class Pass { Low, High };
 
 /// A 24 dB filter whose cut-off follows an automation; 0 Hz leaves the sound alone.
-void Sweep(Stereo& signal, const Automation& cutoff, double resonance, Pass pass) {
-    if (!cutoff.Moves() && cutoff.At(0) <= 0) {
+void AutomateFilter(Stereo& signal, const Automation& cutoff, double resonance, Pass pass) {
+    if (!cutoff.Moves() && cutoff.At(0) <= 0)
         return;
-    }
     for (std::vector<float>* channel : {&signal.left, &signal.right}) {
-        StateFilter first;
-        StateFilter second;
+        StateVariableFilter first;
+        StateVariableFilter second;
         for (std::size_t i = 0; i < channel->size(); ++i) {
             if (i % controlInterval == 0) {
                 const double off = pass == Pass::Low ? 20000.0 : 10.0;
@@ -92,7 +88,7 @@ void Sweep(Stereo& signal, const Automation& cutoff, double resonance, Pass pass
 }
 
 /// Places the sound: width, then pan with constant power, turning if it orbits.
-void Place(Stereo& signal, const Automation& pan, const Automation& gain, const Settings& set) {
+void Pan(Stereo& signal, const Automation& pan, const Automation& gain, const Settings& set) {
     const auto width = static_cast<float>(set["width"]);
     float left = 1.0F;
     float right = 1.0F;
@@ -113,22 +109,20 @@ void Place(Stereo& signal, const Automation& pan, const Automation& gain, const 
     }
 }
 
-void AddSent(Stereo& bus, const Stereo& signal, const Automation& level) {
-    if (!level.Moves() && level.At(0) <= -90.0) {
+void AddSend(Stereo& bus, const Stereo& signal, const Automation& level) {
+    if (!level.Moves() && level.At(0) <= -90.0)
         return;
-    }
     float gain = 0.0F;
     for (std::size_t i = 0; i < bus.Frames(); ++i) {
-        if (i % controlInterval == 0) {
+        if (i % controlInterval == 0)
             gain = level.At(i) <= -90.0 ? 0.0F : FromDb(static_cast<float>(level.At(i)));
-        }
         bus.left[i] += signal.left[i] * gain;
         bus.right[i] += signal.right[i] * gain;
     }
 }
 
 /// Turns the whole mix up and down along a curve in dB.
-void Breathe(Stereo& signal, const Automation& gainDb) {
+void AutomateGain(Stereo& signal, const Automation& gainDb) {
     for (std::size_t i = 0; gainDb.Moves() && i < signal.Frames(); ++i) {
         const float gain = FromDb(static_cast<float>(gainDb.At(i)));
         signal.left[i] *= gain;
@@ -136,59 +130,57 @@ void Breathe(Stereo& signal, const Automation& gainDb) {
     }
 }
 
-/// All buses of the desk while the tracks are played.
-class Desk {
+/// All buses while the tracks are played.
+class Mixer {
 public:
-    Desk(const Score& piece, const BeatPulse& pictureBeat, std::size_t frames,
-         std::vector<TrackLevel>* measured)
+    Mixer(const Score& piece, const BeatPulse& pictureBeat, std::size_t frames,
+          std::vector<TrackLevel>* measured)
         : score(piece),
           pulse(pictureBeat),
           levels(measured),
           track(frames),
-          toReverb(frames),
-          toDelay(frames) {
+          reverbBus(frames),
+          delayBus(frames) {
         mix.body = Stereo(frames);
         mix.kick = Stereo(frames);
     }
 
     bool Play(const TrackText& text, std::string& message) {
         const Settings set(trackDefaults, text.settings, message);
-        if (!message.empty()) {
+        if (!message.empty())
             return false;
-        }
         const auto instrument = MakeInstrument(score.instruments.at(text.instrument), message);
-        if (!instrument) {
+        if (!instrument)
             return false;
-        }
-        const PlayStyle style{static_cast<int>(set["lowest"]), set["gate"], set["strum"],
-                              set["root"] > 0};
+        const PlayStyle style{.lowest = static_cast<int>(set["lowest"]),
+                              .gate = set["gate"],
+                              .strum = set["strum"],
+                              .rootOnly = set["root"] > 0};
         track.Clear();
-        for (const Note& note : NotesOf(score, text, style)) {
+        for (const Note& note : NotesOf(score, text, style))
             instrument->Render(note, track);
-        }
         Process(text, set);
         return true;
     }
 
     /// Hall and echoes are added last; both breathe with the kick.
-    Mix Finished(const Settings& master) {
+    Mix MixDown(const Settings& master) {
         PingPong echoes;
         echoes.time = std::min(master["delay_beats"] * score.SecondsPerBeat(), longestEcho);
         echoes.feedback = static_cast<float>(master["delay_feedback"]);
-        const Stereo repeats = echoes.Process(toDelay);
-        toReverb.Add(repeats, 0.35F);
+        const Stereo repeats = echoes.Process(delayBus);
+        reverbBus.Add(repeats, 0.35F);
         Reverb hall;
         hall.time = master["reverb_time"];
         hall.damping = master["reverb_damping"];
-        Stereo room = hall.Process(toReverb);
+        Stereo room = hall.Process(reverbBus);
         room.Add(repeats, 1.0F);
-        if (!duckDb.empty()) {
+        if (!duckDb.empty())
             ApplyGainDb(room, duckDb, static_cast<float>(master["room_duck"]));
-        }
         mix.body.Add(room, 1.0F);
-        Sweep(mix.body, MasterCurve("lowpass"), 0.3, Pass::Low);
-        Sweep(mix.body, MasterCurve("highpass"), 0.3, Pass::High);
-        Breathe(mix.body, MasterCurve("gain"));
+        AutomateFilter(mix.body, MasterCurve("lowpass"), 0.3, Pass::Low);
+        AutomateFilter(mix.body, MasterCurve("highpass"), 0.3, Pass::High);
+        AutomateGain(mix.body, MasterCurve("gain"));
         return std::move(mix);
     }
 
@@ -201,14 +193,14 @@ private:
         const auto curve = [&](const char* name) {
             return Automation(score, text.curves, name, set[name]);
         };
-        Sweep(track, curve("highpass"), 0.3, Pass::High);
-        Sweep(track, curve("lowpass"), set["resonance"], Pass::Low);
+        AutomateFilter(track, curve("highpass"), 0.3, Pass::High);
+        AutomateFilter(track, curve("lowpass"), set["resonance"], Pass::Low);
         if (set["chorus"] > 0) {
             Chorus chorus;
             chorus.mix = static_cast<float>(set["chorus"]);
             chorus.Apply(track);
         }
-        Place(track, curve("pan"), curve("gain"), set);
+        Pan(track, curve("pan"), curve("gain"), set);
         if (set["key"] > 0) {
             duckDb = Compressor{.threshold = -26.0F,
                                 .ratio = 8.0F,
@@ -219,15 +211,13 @@ private:
         } else if (set["duck"] > 0 && !duckDb.empty()) {
             ApplyGainDb(track, duckDb, static_cast<float>(set["duck"]));
         }
-        if (set["flip"] > 0) {
-            pulse.FollowSide(track);
-        }
-        AddSent(toReverb, track, curve("reverb"));
-        AddSent(toDelay, track, curve("delay"));
+        if (set["flip"] > 0)
+            pulse.FollowPolarity(track);
+        AddSend(reverbBus, track, curve("reverb"));
+        AddSend(delayBus, track, curve("delay"));
         (set["key"] > 0 ? mix.kick : mix.body).Add(track, 1.0F);
-        if (levels != nullptr) {
+        if (levels != nullptr)
             levels->push_back({text.name, MeasureLoudness(track)});
-        }
     }
 
     const Score& score;
@@ -235,8 +225,8 @@ private:
     std::vector<TrackLevel>* levels;
     Mix mix;
     Stereo track;
-    Stereo toReverb;
-    Stereo toDelay;
+    Stereo reverbBus;
+    Stereo delayBus;
     std::vector<float> duckDb; // of the side-chain, once the kick has been played
 };
 
@@ -248,9 +238,8 @@ bool IsKey(const TrackText& track) {
 /// The kick first, because the others breathe with it.
 std::vector<const TrackText*> InOrder(const Score& score) {
     std::vector<const TrackText*> order;
-    for (const TrackText& track : score.tracks) {
+    for (const TrackText& track : score.tracks)
         order.push_back(&track);
-    }
     std::stable_partition(order.begin(), order.end(),
                           [](const TrackText* track) { return IsKey(*track); });
     return order;
@@ -274,15 +263,14 @@ BeatPulse PulseOf(const Score& score, std::string& message) {
 Mix PlayTracks(const Score& score, const BeatPulse& pulse, std::size_t frames,
                const MixProgress& progress, std::string& message, std::vector<TrackLevel>* levels) {
     const Settings master(MasterDefaults(), score.masterSettings, message);
-    Desk desk(score, pulse, frames, levels);
+    Mixer mixer(score, pulse, frames, levels);
     int done = 0;
     for (const TrackText* track : InOrder(score)) {
-        if (!message.empty() || !desk.Play(*track, message)) {
+        if (!message.empty() || !mixer.Play(*track, message))
             return {};
-        }
         progress(++done, static_cast<int>(score.tracks.size()));
     }
-    return desk.Finished(master);
+    return mixer.MixDown(master);
 }
 
 } // namespace Music

@@ -20,9 +20,8 @@ std::vector<double> PowerSpectrum(const float* samples, int size) {
     // The Hann window sums to size/2; a sine of amplitude 1 puts half of that into its bin.
     const double scale = 4.0 / size;
     std::vector<double> power(static_cast<std::size_t>(size) / 2 + 1);
-    for (std::size_t k = 0; k < power.size(); ++k) {
+    for (std::size_t k = 0; k < power.size(); ++k)
         power[k] = std::norm(bins[k] * scale);
-    }
     return power;
 }
 

@@ -29,12 +29,10 @@ public:
             row = row.substr(0, row.find(';'));
             const bool indented = !row.empty() && (row[0] == ' ' || row[0] == '\t');
             Words words = Split(row);
-            if (words.empty()) {
+            if (words.empty())
                 continue;
-            }
-            if (!(indented ? ReadIndented(words) : ReadHead(words))) {
+            if (!(indented ? ReadIndented(words) : ReadHead(words)))
                 return false;
-            }
         }
         return Complete();
     }
@@ -46,11 +44,9 @@ private:
         std::istringstream stream(row);
         Words words;
         std::string word;
-        while (stream >> word) {
-            if (word != "|") { // bar lines are for the eye
+        while (stream >> word)
+            if (word != "|") // bar lines are for the eye
                 words.push_back(word);
-            }
-        }
         return words;
     }
 
@@ -69,18 +65,14 @@ private:
             }
             return Fail("'" + head + "' needs a value");
         }
-        if (head == "tempo" || head == "bars") {
+        if (head == "tempo" || head == "bars")
             return ReadGlobal(words);
-        }
-        if (head == "harmony" || head == "section") {
+        if (head == "harmony" || head == "section")
             return head == "harmony" ? BeginHarmony(words) : ReadSection(words);
-        }
-        if (head == "steps" || head == "line" || head == "tune") {
+        if (head == "steps" || head == "line" || head == "tune")
             return BeginPattern(words);
-        }
-        if (head == "instrument") {
+        if (head == "instrument")
             return BeginInstrument(words);
-        }
         return head == "track" ? BeginTrack(words) : Fail("unknown word '" + head + "'");
     }
 
@@ -106,34 +98,29 @@ private:
         const double least = words[0] == "tempo" ? slowest : 1.0;
         const double most = words[0] == "tempo" ? fastest : mostBars;
         double value = 0;
-        if (!ParseNumber(words[1], value) || value < least || value > most) {
+        if (!ParseNumber(words[1], value) || value < least || value > most)
             return Fail("'" + words[0] + "' cannot be '" + words[1] + "'");
-        }
-        if (words[0] == "tempo") {
+        if (words[0] == "tempo")
             score.tempo = value;
-        } else {
+        else
             score.bars = static_cast<int>(value);
-        }
         return true;
     }
 
     bool ReadSection(const Words& words) {
         double bar = 0;
-        if (!ParseNumber(words[1], bar) || words.size() < 3) {
+        if (!ParseNumber(words[1], bar) || words.size() < 3)
             return Fail("expected 'section BAR TITLE'");
-        }
         std::string title = words[2];
-        for (std::size_t i = 3; i < words.size(); ++i) {
+        for (std::size_t i = 3; i < words.size(); ++i)
             title += " " + words[i];
-        }
         score.sections.emplace_back(static_cast<int>(bar), title);
         return true;
     }
 
     bool BeginHarmony(const Words& words) {
-        if (!ParseNumber(words[1], nextChordBar)) {
+        if (!ParseNumber(words[1], nextChordBar))
             return Fail("expected a bar number after 'harmony', found '" + words[1] + "'");
-        }
         block = Block::Harmony;
         return AddChords(words, 2);
     }
@@ -145,9 +132,8 @@ private:
             ChordChange change;
             change.bar = nextChordBar;
             if (!ParseChord(words[i].substr(0, colon), change.chord) ||
-                (colon != std::string::npos && !ParseNumber(words[i].substr(colon + 1), bars))) {
+                (colon != std::string::npos && !ParseNumber(words[i].substr(colon + 1), bars)))
                 return Fail("'" + words[i] + "' is no chord");
-            }
             score.harmony.push_back(change);
             nextChordBar += bars;
         }
@@ -156,9 +142,8 @@ private:
 
     bool BeginPattern(const Words& words) {
         current = words[1];
-        if (score.patterns.count(current) != 0) {
+        if (score.patterns.count(current) != 0)
             return Fail("pattern '" + current + "' stands twice");
-        }
         Pattern pattern;
         pattern.kind = words[0] == "steps"  ? PatternKind::Steps
                        : words[0] == "line" ? PatternKind::Line
@@ -174,40 +159,34 @@ private:
         for (std::size_t i = first; i < words.size(); ++i) {
             const bool good = pattern.kind == PatternKind::Tune ? AddTuneNote(words[i], pattern)
                                                                 : AddSteps(words[i], pattern);
-            if (!good) {
+            if (!good)
                 return Fail("pattern '" + current + "': cannot read '" + words[i] + "'");
-            }
         }
         return true;
     }
 
     bool BeginInstrument(const Words& words) {
-        if (words.size() < 3) {
+        if (words.size() < 3)
             return Fail("expected 'instrument NAME KIND'");
-        }
         current = words[1];
-        if (score.instruments.count(current) != 0) {
+        if (score.instruments.count(current) != 0)
             return Fail("instrument '" + current + "' stands twice");
-        }
         score.instruments[current] = {words[2], {}, line};
         block = Block::Instrument;
         return true;
     }
 
     bool AddSettings(const Words& words, std::vector<SettingText>& settings) {
-        if (words.size() % 2 != 0) {
+        if (words.size() % 2 != 0)
             return Fail("settings are pairs of name and value");
-        }
-        for (std::size_t i = 0; i < words.size(); i += 2) {
+        for (std::size_t i = 0; i < words.size(); i += 2)
             settings.push_back({words[i], words[i + 1], line});
-        }
         return true;
     }
 
     bool BeginTrack(const Words& words) {
-        if (words.size() < 3) {
+        if (words.size() < 3)
             return Fail("expected 'track NAME INSTRUMENT'");
-        }
         TrackText track;
         track.name = words[1];
         track.instrument = words[2];
@@ -219,9 +198,8 @@ private:
 
     bool ReadTrackLine(const Words& words) {
         TrackText& track = score.tracks.back();
-        if (words[0] == "play") {
+        if (words[0] == "play")
             return ReadPlay(words, track);
-        }
         return words[0] == "curve" ? ReadCurve(words, track.curves)
                                    : AddSettings(words, track.settings);
     }
@@ -232,9 +210,8 @@ private:
     }
 
     bool ReadCurve(const Words& words, std::map<std::string, Curve>& curves) {
-        if (words.size() < 4 || words.size() % 2 != 0) {
+        if (words.size() < 4 || words.size() % 2 != 0)
             return Fail("expected 'curve NAME BAR VALUE BAR VALUE ...'");
-        }
         Curve& curve = curves[words[1]];
         for (std::size_t i = 2; i < words.size(); i += 2) {
             double bar = 0;
@@ -243,9 +220,8 @@ private:
                 return Fail("curve '" + words[1] + "': '" + words[i] + " " + words[i + 1] +
                             "' is no point");
             }
-            if (!curve.points.empty() && bar < curve.points.back().first) {
+            if (!curve.points.empty() && bar < curve.points.back().first)
                 return Fail("curve '" + words[1] + "' goes back to bar " + words[i]);
-            }
             curve.points.emplace_back(bar, value);
         }
         return true;
@@ -253,20 +229,18 @@ private:
 
     bool ReadPlay(const Words& words, TrackText& track) {
         Play play;
-        if (words.size() < 3 || words.size() % 2 == 0 || !ReadBars(words[1], play)) {
+        if (words.size() < 3 || words.size() % 2 == 0 || !ReadBars(words[1], play))
             return Fail("expected 'play FIRST-LAST PATTERN [up N] [at NOTE] [velocity V]'");
-        }
         play.pattern = words[2];
         for (std::size_t i = 3; i < words.size(); i += 2) {
             double value = 0;
             const bool number = ParseNumber(words[i + 1], value);
-            if (words[i] == "up" && number) {
+            if (words[i] == "up" && number)
                 play.transpose = static_cast<int>(value);
-            } else if (words[i] == "velocity" && number) {
+            else if (words[i] == "velocity" && number)
                 play.velocity = static_cast<float>(value);
-            } else if (words[i] != "at" || !ParseNote(words[i + 1], play.pitch)) {
+            else if (words[i] != "at" || !ParseNote(words[i + 1], play.pitch))
                 return Fail("play: cannot read '" + words[i] + " " + words[i + 1] + "'");
-            }
         }
         playLines.push_back(line);
         track.plays.push_back(play);
@@ -278,13 +252,11 @@ private:
         const std::size_t dash = text.find('-');
         double first = 0;
         double last = 0;
-        if (!ParseNumber(text.substr(0, dash), first)) {
+        if (!ParseNumber(text.substr(0, dash), first))
             return false;
-        }
         last = first;
-        if (dash != std::string::npos && !ParseNumber(text.substr(dash + 1), last)) {
+        if (dash != std::string::npos && !ParseNumber(text.substr(dash + 1), last))
             return false;
-        }
         play.firstBar = static_cast<int>(first);
         play.lastBar = static_cast<int>(last);
         return play.firstBar >= 1 && play.lastBar >= play.firstBar;
@@ -292,23 +264,19 @@ private:
 
     /// What can only be told at the end: every name used must stand somewhere.
     bool Complete() {
-        if (score.bars < 1 || score.harmony.empty() || score.harmony.front().bar > 1.0) {
+        if (score.bars < 1 || score.harmony.empty() || score.harmony.front().bar > 1.0)
             return Fail("the score needs 'bars' and a harmony from bar 1");
-        }
         std::size_t play = 0;
         for (const TrackText& track : score.tracks) {
             line = track.line;
-            if (score.instruments.count(track.instrument) == 0) {
+            if (score.instruments.count(track.instrument) == 0)
                 return Fail("no instrument '" + track.instrument + "'");
-            }
             for (const Play& part : track.plays) {
                 line = playLines[play++];
-                if (score.patterns.count(part.pattern) == 0) {
+                if (score.patterns.count(part.pattern) == 0)
                     return Fail("no pattern '" + part.pattern + "'");
-                }
-                if (part.lastBar > score.bars || score.patterns[part.pattern].length == 0) {
+                if (part.lastBar > score.bars || score.patterns[part.pattern].length == 0)
                     return Fail("'" + part.pattern + "' is empty or runs behind the last bar");
-                }
             }
         }
         return true;
@@ -326,18 +294,15 @@ private:
 } // namespace
 
 double Curve::At(double bar) const {
-    if (points.empty()) {
+    if (points.empty())
         return 0.0;
-    }
-    if (bar <= points.front().first) {
+    if (bar <= points.front().first)
         return points.front().second;
-    }
     for (std::size_t i = 1; i < points.size(); ++i) {
         const auto& [bar0, value0] = points[i - 1];
         const auto& [bar1, value1] = points[i];
-        if (bar < bar1) {
+        if (bar < bar1)
             return value0 + (value1 - value0) * (bar - bar0) / (bar1 - bar0);
-        }
     }
     return points.back().second;
 }

@@ -11,18 +11,16 @@ constexpr int stepsPerBar = 16;
 /// The pitches that one event sounds.
 std::vector<int> PitchesOf(const Score& score, const Pattern& pattern, const PatternEvent& event,
                            const Play& play, const PlayStyle& style, double bar) {
-    if (pattern.kind == PatternKind::Tune) {
+    if (pattern.kind == PatternKind::Tune)
         return {event.midi};
-    }
     const Chord& chord = score.ChordAt(bar);
     if (pattern.kind == PatternKind::Line) {
         int midi = 0;
         DegreeNote(chord, event.degree, style.lowest, midi);
         return {midi};
     }
-    if (play.pitch >= 0) {
+    if (play.pitch >= 0)
         return {play.pitch};
-    }
     return style.rootOnly ? std::vector<int>{PitchAtOrAbove(chord.bass, style.lowest)}
                           : CloseVoicing(chord, style.lowest);
 }
@@ -37,9 +35,8 @@ public:
         for (int round = 0; round < total; round += pattern.length) {
             for (const PatternEvent& event : pattern.events) {
                 const int step = round + event.start;
-                if (step < total) {
+                if (step < total)
                     AddEvent(play, pattern, event, step, std::min(event.length, total - step));
-                }
             }
         }
     }
@@ -82,9 +79,8 @@ private:
 
 std::vector<Note> NotesOf(const Score& score, const TrackText& track, const PlayStyle& style) {
     Sequencer sequencer(score, style);
-    for (const Play& play : track.plays) {
+    for (const Play& play : track.plays)
         sequencer.AddPlay(play);
-    }
     return sequencer.Finished();
 }
 

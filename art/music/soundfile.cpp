@@ -20,9 +20,8 @@ constexpr int bytesPerSample = 3;
 using Bytes = std::vector<unsigned char>;
 
 void Put(Bytes& bytes, std::uint32_t value, int count) {
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i)
         bytes.push_back(static_cast<unsigned char>(value >> (8 * i)));
-    }
 }
 
 void PutText(Bytes& bytes, const char* text) {
@@ -31,9 +30,8 @@ void PutText(Bytes& bytes, const char* text) {
 
 std::uint32_t Get(const Bytes& bytes, std::size_t at, int count) {
     std::uint32_t value = 0;
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i)
         value |= static_cast<std::uint32_t>(bytes[at + static_cast<std::size_t>(i)]) << (8 * i);
-    }
     return value;
 }
 
@@ -85,15 +83,13 @@ bool Encode(lame_global_flags* flags, const Stereo& signal, Bytes& bytes) {
         const int written = lame_encode_buffer_ieee_float(
             flags, signal.left.data() + at, signal.right.data() + at, static_cast<int>(count),
             buffer.data(), static_cast<int>(buffer.size()));
-        if (written < 0) {
+        if (written < 0)
             return false;
-        }
         bytes.insert(bytes.end(), buffer.begin(), buffer.begin() + written);
     }
     const int rest = lame_encode_flush(flags, buffer.data(), static_cast<int>(buffer.size()));
-    if (rest < 0) {
+    if (rest < 0)
         return false;
-    }
     bytes.insert(bytes.end(), buffer.begin(), buffer.begin() + rest);
     return true;
 }
@@ -130,17 +126,14 @@ bool ReadWav(const std::string& path, Stereo& signal) {
     std::ifstream file(path, std::ios::binary);
     const Bytes bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     if (bytes.size() < headerBytes || std::memcmp(bytes.data(), "RIFF", 4) != 0 ||
-        Get(bytes, 22, 2) != channelCount || Get(bytes, 24, 4) != sampleRate) {
+        Get(bytes, 22, 2) != channelCount || Get(bytes, 24, 4) != sampleRate)
         return false;
-    }
     const int size = static_cast<int>(Get(bytes, 34, 2) / 8);
     std::size_t at = 12;
-    while (at + 8 <= bytes.size() && std::memcmp(bytes.data() + at, "data", 4) != 0) {
+    while (at + 8 <= bytes.size() && std::memcmp(bytes.data() + at, "data", 4) != 0)
         at += 8 + Get(bytes, at + 4, 4);
-    }
-    if (at + 8 > bytes.size() || (size != 2 && size != 3)) {
+    if (at + 8 > bytes.size() || (size != 2 && size != 3))
         return false;
-    }
     const std::size_t step = channelCount * static_cast<std::size_t>(size);
     const std::size_t length = std::min<std::size_t>(Get(bytes, at + 4, 4), bytes.size() - at - 8);
     for (std::size_t sample = at + 8; sample + step <= at + 8 + length; sample += step) {
@@ -153,14 +146,12 @@ bool ReadWav(const std::string& path, Stereo& signal) {
 bool WriteMp3(const std::string& path, const Stereo& signal, int kilobits) {
     const Encoder encoder = MakeEncoder(signal.Frames(), kilobits);
     Bytes bytes;
-    if (!encoder || !Encode(encoder.get(), signal, bytes)) {
+    if (!encoder || !Encode(encoder.get(), signal, bytes))
         return false;
-    }
     // LAME left room for the tag in the first frame; it is known only now.
     const std::size_t tag = lame_get_lametag_frame(encoder.get(), nullptr, 0);
-    if (tag == 0 || tag > bytes.size()) {
+    if (tag == 0 || tag > bytes.size())
         return false;
-    }
     lame_get_lametag_frame(encoder.get(), bytes.data(), tag);
     return WriteBytes(path, bytes);
 }

@@ -30,9 +30,8 @@ public:
         const std::size_t first = FrameAt(note.start);
         const std::size_t last =
             std::min(out.Frames(), first + FrameAt(note.length + longestRelease));
-        for (std::size_t i = first; i < last && !voice.Done(); ++i) {
+        for (std::size_t i = first; i < last && !voice.Done(); ++i)
             voice.Next(i - first, out.left[i], out.right[i]);
-        }
     }
 
 private:
@@ -69,9 +68,8 @@ private:
 
         void Next(std::size_t frame, float& left, float& right) {
             const float bright = sweep.Next();
-            if (frame % controlInterval == 0) {
+            if (frame % controlInterval == 0)
                 Control(static_cast<double>(frame) / sampleRate, bright);
-            }
             float sumLeft = 0.0F;
             float sumRight = 0.0F;
             for (UnisonVoice& voice : unison) {
@@ -120,9 +118,8 @@ private:
                                    std::sin(2.0 * pi * set["vibrato_rate"] * seconds);
             const double pitch =
                 NoteFrequency(note.midi + (note.fromMidi - note.midi) * away + vibrato);
-            for (UnisonVoice& voice : unison) {
+            for (UnisonVoice& voice : unison)
                 voice.oscillator.SetFrequency(pitch * voice.ratio);
-            }
             sub.SetFrequency(pitch * 0.5);
             above.SetFrequency(pitch * 2.0);
             width = std::clamp(set["pulse_width"] +
@@ -137,11 +134,10 @@ private:
             }
         }
 
-        float Filter(StateFilter& one, StateFilter& two, float value) const {
+        float Filter(StateVariableFilter& one, StateVariableFilter& two, float value) const {
             one.Process(value);
-            if (!fourPoles) {
+            if (!fourPoles)
                 return one.Low();
-            }
             two.Process(one.Low());
             return two.Low();
         }
@@ -165,8 +161,8 @@ private:
         std::vector<UnisonVoice> unison;
         Oscillator sub;
         Oscillator above;
-        StateFilter first[2];
-        StateFilter second[2];
+        StateVariableFilter first[2];
+        StateVariableFilter second[2];
     };
 
     Settings set;

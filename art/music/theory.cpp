@@ -27,23 +27,19 @@ const std::vector<Quality>& Qualities() {
 /// Reads a letter and an accidental at `at`, moving `at` behind them.
 bool ParsePitchClass(const std::string& text, std::size_t& at, int& pitchClass) {
     static constexpr std::array<int, 7> letters{9, 11, 0, 2, 4, 5, 7}; // A..G
-    if (at >= text.size() || text[at] < 'A' || text[at] > 'G') {
+    if (at >= text.size() || text[at] < 'A' || text[at] > 'G')
         return false;
-    }
     pitchClass = letters.at(static_cast<std::size_t>(text[at++] - 'A'));
-    if (at < text.size() && (text[at] == '#' || text[at] == 'b')) {
+    if (at < text.size() && (text[at] == '#' || text[at] == 'b'))
         pitchClass += text[at++] == '#' ? 1 : -1;
-    }
     return true;
 }
 
 /// The first interval of the chord among the wanted ones, or `otherwise`.
 int IntervalOf(const Chord& chord, std::initializer_list<int> wanted, int otherwise) {
-    for (int interval : chord.intervals) {
-        if (std::find(wanted.begin(), wanted.end(), interval) != wanted.end()) {
+    for (int interval : chord.intervals)
+        if (std::find(wanted.begin(), wanted.end(), interval) != wanted.end())
             return interval;
-        }
-    }
     return otherwise;
 }
 
@@ -53,9 +49,8 @@ bool ParseNote(const std::string& text, int& midi) {
     std::size_t at = 0;
     int pitchClass = 0;
     if (!ParsePitchClass(text, at, pitchClass) || at + 1 != text.size() ||
-        std::isdigit(static_cast<unsigned char>(text[at])) == 0) {
+        std::isdigit(static_cast<unsigned char>(text[at])) == 0)
         return false;
-    }
     midi = (text[at] - '0' + 1) * 12 + pitchClass;
     return true;
 }
@@ -63,23 +58,20 @@ bool ParseNote(const std::string& text, int& midi) {
 bool ParseChord(const std::string& text, Chord& chord) {
     std::size_t at = 0;
     Chord parsed;
-    if (!ParsePitchClass(text, at, parsed.root)) {
+    if (!ParsePitchClass(text, at, parsed.root))
         return false;
-    }
     const std::size_t slash = text.find('/', at);
     const std::string name = text.substr(at, slash == std::string::npos ? slash : slash - at);
     const auto found = std::find_if(Qualities().begin(), Qualities().end(),
                                     [&](const Quality& quality) { return name == quality.name; });
-    if (found == Qualities().end()) {
+    if (found == Qualities().end())
         return false;
-    }
     parsed.intervals = found->intervals;
     parsed.bass = parsed.root;
     if (slash != std::string::npos) {
         at = slash + 1;
-        if (!ParsePitchClass(text, at, parsed.bass) || at != text.size()) {
+        if (!ParsePitchClass(text, at, parsed.bass) || at != text.size())
             return false;
-        }
     }
     parsed.root = (parsed.root + 12) % 12;
     parsed.bass = (parsed.bass + 12) % 12;

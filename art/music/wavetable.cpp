@@ -156,17 +156,15 @@ void Oscillator::SetFrequency(double frequency) {
 float Oscillator::Next() {
     const float value = WaveTable::Read(version, phase);
     phase += step;
-    if (phase >= 1.0) {
+    if (phase >= 1.0)
         phase -= 1.0;
-    }
     return value;
 }
 
 float Oscillator::NextPulse(double width) {
     double shifted = phase + width;
-    if (shifted >= 1.0) {
+    if (shifted >= 1.0)
         shifted -= 1.0;
-    }
     const float inverse = WaveTable::Read(version, shifted);
     return Next() - inverse;
 }

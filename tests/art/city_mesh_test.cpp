@@ -153,9 +153,8 @@ TEST(Mesh, What_hides_others_tends_to_come_first_in_each_sub_mesh) {
     const Builder city = BuildCity(citySeed);
     const std::vector<Sight> sights = MeasureSights(city.surfaces);
     std::map<Corner, float> orders;
-    for (std::size_t i = 0; i < city.surfaces.size(); ++i) {
+    for (std::size_t i = 0; i < city.surfaces.size(); ++i)
         orders[CornerOf(city.surfaces[i])] = sights[i].DrawingOrder();
-    }
     double early = 0;
     double late = 0;
     std::size_t counts[2] = {};

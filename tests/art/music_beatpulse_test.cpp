@@ -23,13 +23,11 @@ Music::Stereo Music6s() {
     std::vector<float> sum = Signal::Sine(45, 0.3, 6.0);
     for (double frequency : {220.0, 277.0, 330.0}) {
         const auto tone = Signal::Sine(frequency, 0.07, 6.0);
-        for (std::size_t i = 0; i < sum.size(); ++i) {
+        for (std::size_t i = 0; i < sum.size(); ++i)
             sum[i] += tone[i];
-        }
     }
-    for (float& sample : sum) {
+    for (float& sample : sum)
         sample += 0.05F * random.Bipolar();
-    }
     return Signal::Both(sum);
 }
 
@@ -49,9 +47,8 @@ TEST(LowestBand, Reads_a_constant_as_it_is_and_hides_the_zeros_of_its_window) {
 TEST(LowestBand, Agrees_with_the_running_mean) {
     const auto samples = Signal::Sine(60, 0.5, 0.2);
     const auto means = Music::LowestBandMean(samples);
-    for (std::size_t i = 1000; i < 5000; i += 37) {
+    for (std::size_t i = 1000; i < 5000; i += 37)
         EXPECT_NEAR(std::fabs(means[i + 63]), Music::LowestBand(samples, i), 0.003) << i;
-    }
 }
 
 TEST(BeatPulse, Silences_the_low_end_before_every_beat) {
@@ -71,9 +68,8 @@ TEST(BeatPulse, Silences_the_low_end_behind_a_beat_that_opens_a_scene) {
     const BeatPulse pulse = Eight();
     Music::Stereo signal = Music6s();
     pulse.OpenGaps(signal);
-    for (double at = -0.008; at <= 0.0125; at += 0.0005) {
+    for (double at = -0.008; at <= 0.0125; at += 0.0005)
         EXPECT_LT(ReadingAt(signal, pulse.TimeOf(4) + at), 0.015F) << at;
-    }
 }
 
 TEST(BeatPulse, Leaves_the_high_end_and_the_time_between_beats_untouched_by_the_gaps) {
@@ -85,9 +81,8 @@ TEST(BeatPulse, Leaves_the_high_end_and_the_time_between_beats_untouched_by_the_
     const Music::Stereo before = Music6s();
     Music::Stereo after = before;
     pulse.OpenGaps(after);
-    for (std::size_t i = Music::FrameAt(1.02); i < Music::FrameAt(1.46); ++i) {
+    for (std::size_t i = Music::FrameAt(1.02); i < Music::FrameAt(1.46); ++i)
         ASSERT_EQ(after.left[i], before.left[i]);
-    }
 }
 
 TEST(BeatPulse, Holds_the_low_end_on_one_side_between_beats_and_changes_it_at_each) {
@@ -125,7 +120,7 @@ TEST(BeatPulse, Adds_the_same_slow_carrier_to_both_channels) {
 TEST(BeatPulse, Turns_the_polarity_of_a_track_with_the_side) {
     const BeatPulse pulse = Eight();
     Music::Stereo signal = Signal::Both(std::vector<float>(6 * 44100, 1.0F));
-    pulse.FollowSide(signal);
+    pulse.FollowPolarity(signal);
     EXPECT_EQ(signal.left[Music::FrameAt(0.5)], 1.0F);
     EXPECT_EQ(signal.left[Music::FrameAt(1.25)], 1.0F);
     EXPECT_EQ(signal.left[Music::FrameAt(1.75)], -1.0F);
@@ -138,6 +133,6 @@ TEST(BeatPulse, Does_nothing_without_beats) {
     Music::Stereo after = before;
     BeatPulse none;
     none.AddCarrier(after);
-    none.FollowSide(after);
+    none.FollowPolarity(after);
     EXPECT_EQ(after.left, before.left);
 }

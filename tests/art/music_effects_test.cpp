@@ -17,9 +17,8 @@ Stereo Click(double seconds) {
 
 std::size_t LoudestAt(const std::vector<float>& samples, std::size_t from, std::size_t to) {
     std::size_t best = from;
-    for (std::size_t i = from; i < to; ++i) {
+    for (std::size_t i = from; i < to; ++i)
         best = std::fabs(samples[i]) > std::fabs(samples[best]) ? i : best;
-    }
     return best;
 }
 
@@ -72,19 +71,17 @@ TEST(Chorus, Widens_a_centred_sound_and_keeps_its_level) {
     Stereo signal = Signal::Both(Signal::Sine(440, 0.5, 2.0));
     Music::Chorus().Apply(signal);
     double side = 0;
-    for (std::size_t i = 44100; i < signal.Frames(); ++i) {
+    for (std::size_t i = 44100; i < signal.Frames(); ++i)
         side = std::max<double>(side, std::fabs(signal.left[i] - signal.right[i]));
-    }
     EXPECT_GT(side, 0.05);
     EXPECT_LT(Signal::Peak(signal.left), 0.5 * (1.0 + 0.4 * 1.5) + 0.01);
 }
 
-TEST(SoftBend, Makes_the_third_harmonic_and_no_higher_one) {
+TEST(SoftClip, Makes_the_third_harmonic_and_no_higher_one) {
     constexpr int fftSize = 4096;
     std::vector<float> samples = Signal::Sine(64 * Signal::rate / fftSize, 0.9, 0.2);
-    for (float& sample : samples) {
-        sample = Music::SoftBend(sample, 1.5F);
-    }
+    for (float& sample : samples)
+        sample = Music::SoftClip(sample, 1.5F);
     const auto power = Music::PowerSpectrum(samples.data(), fftSize);
     // x - 4/27 x^3 of 1.35 sin: the third harmonic has 4/27 * 1.35^3 / 4 = 0.0911.
     EXPECT_NEAR(std::sqrt(power[3 * 64]), 0.0911, 0.001);
@@ -149,9 +146,8 @@ TEST(Limiter, Does_nothing_to_what_is_already_below) {
     Stereo signal = Signal::Both(Signal::Sine(100, 0.5, 0.5));
     const Stereo before = signal;
     EXPECT_NEAR(Music::Limiter().Apply(signal), 0.0F, 1e-4F);
-    for (std::size_t i = 0; i < signal.Frames(); ++i) {
+    for (std::size_t i = 0; i < signal.Frames(); ++i)
         ASSERT_NEAR(signal.left[i], before.left[i], 1e-5);
-    }
 }
 
 TEST(SlidingMinimum, Takes_the_least_of_the_neighbourhood) {

@@ -13,9 +13,8 @@ namespace {
 
 Music::Stereo Song(const char* text, std::string& message) {
     Music::Score score;
-    if (!Music::ParseScore(text, score, message)) {
+    if (!Music::ParseScore(text, score, message))
         return {};
-    }
     const Music::BeatPulse pulse = Music::PulseOf(score, message);
     const std::size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
     Music::Mix mix = Music::PlayTracks(

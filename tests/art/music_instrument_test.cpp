@@ -137,9 +137,8 @@ TEST(Fm, Keeps_its_side_bands_below_half_the_rate) {
     const auto out = Play(*Make("fm", wild), NoteAt(0, 2, 108), 1.0);
     const auto power = Music::PowerSpectrum(out.left.data() + 8820, 8192);
     double low = 0; // everything an octave and more below the note
-    for (std::size_t k = 4; k * 5.383 < 2000; ++k) {
+    for (std::size_t k = 4; k * 5.383 < 2000; ++k)
         low = std::max(low, power[k]);
-    }
     EXPECT_LT(10 * std::log10(low), -60.0);
 }
 

@@ -90,15 +90,13 @@ Triggers FindTriggers(double phase, double framesPerSecond) {
     const int first = static_cast<int>(std::ceil(pulseBegins * framesPerSecond - phase));
     for (int frame = first; (frame + phase) / framesPerSecond < pulseEnds; ++frame) {
         const double seconds = (frame + phase) / framesPerSecond;
-        if (listener.LowestAt(seconds) >= threshold) {
+        if (listener.LowestAt(seconds) >= threshold)
             continue;
-        }
         const int beat = static_cast<int>(std::lround(seconds / secondsPerBeat));
-        if (std::fabs(seconds - beat * secondsPerBeat) <= nearBeat) {
+        if (std::fabs(seconds - beat * secondsPerBeat) <= nearBeat)
             found.beats[beat] = true;
-        } else {
+        else
             ++found.strays[beat / 32];
-        }
     }
     return found;
 }
@@ -130,14 +128,12 @@ TEST_P(PiecePulse, Falls_below_the_threshold_on_the_beats_and_nowhere_else) {
     const int first = static_cast<int>(std::lround(pulseBegins / secondsPerBeat)); // 96
     for (int start = first; start + 32 <= first + 80; start += 16) {
         int hits = 0;
-        for (int beat = start; beat < start + 32; ++beat) {
+        for (int beat = start; beat < start + 32; ++beat)
             hits += static_cast<int>(found.beats.count(beat));
-        }
         EXPECT_GE(hits, 30) << "from beat " << start;
     }
-    for (const auto& [phrase, strays] : found.strays) {
+    for (const auto& [phrase, strays] : found.strays)
         EXPECT_LE(strays, 2) << "in phrase " << phrase;
-    }
 }
 
 TEST_P(PiecePulse, Opens_both_scenes_with_a_jump) {
@@ -175,8 +171,8 @@ TEST(Piece, Keeps_its_bass_in_the_middle) {
         side.push_back(Piece().left[i] - Piece().right[i]);
     }
     const Music::Biquad low = Music::Biquad::LowPass(100, 0.7);
-    low.ApplyBothWays(middle);
-    low.ApplyBothWays(side);
+    low.ApplyZeroPhase(middle);
+    low.ApplyZeroPhase(side);
     const double apart =
         Signal::Db(Signal::Rms(middle, 0, middle.size()) / Signal::Rms(side, 0, side.size()));
     EXPECT_GT(apart, 20.0);
@@ -193,9 +189,8 @@ TEST(Piece, Never_steps_further_than_its_treble_explains) {
     // even for noise, and a click between two samples would be more.
     for (const auto* channel : {&Piece().left, &Piece().right}) {
         std::vector<float> steps(channel->size(), 0.0F);
-        for (std::size_t i = 1; i < channel->size(); ++i) {
+        for (std::size_t i = 1; i < channel->size(); ++i)
             steps[i] = (*channel)[i] - (*channel)[i - 1];
-        }
         constexpr std::size_t blockSize = 4410;
         for (std::size_t at = 0; at + blockSize <= steps.size(); at += blockSize) {
             const double typical = Signal::Rms(steps, at, at + blockSize);

@@ -34,9 +34,8 @@ std::vector<Music::Note> Notes(const std::string& rest, const Music::PlayStyle& 
 
 std::vector<double> Pitches(const std::vector<Music::Note>& notes) {
     std::vector<double> pitches;
-    for (const Music::Note& note : notes) {
+    for (const Music::Note& note : notes)
         pitches.push_back(note.midi);
-    }
     return pitches;
 }
 
@@ -56,9 +55,8 @@ TEST(Theory, Reads_note_names) {
     EXPECT_EQ(midi, 54);
     EXPECT_TRUE(Music::ParseNote("Bb1", midi));
     EXPECT_EQ(midi, 34);
-    for (const char* wrong : {"", "H2", "C", "C#", "4", "C44", "c4", "C-1"}) {
+    for (const char* wrong : {"", "H2", "C", "C#", "4", "C44", "c4", "C-1"})
         EXPECT_FALSE(Music::ParseNote(wrong, midi)) << wrong;
-    }
     EXPECT_EQ(midi, 34);
 }
 
@@ -69,9 +67,8 @@ TEST(Theory, Reads_chord_names) {
     EXPECT_EQ(ChordOf("B/D#").root, 11);
     EXPECT_EQ(ChordOf("B/D#").bass, 3);
     Music::Chord chord;
-    for (const char* wrong : {"", "X", "Emaj", "E/", "E/H", "Em/Gx"}) {
+    for (const char* wrong : {"", "X", "Emaj", "E/", "E/H", "Em/Gx"})
         EXPECT_FALSE(Music::ParseChord(wrong, chord)) << wrong;
-    }
 }
 
 TEST(Theory, Voices_chords_within_an_octave_and_ninths_on_top) {

@@ -15,9 +15,8 @@ std::vector<float> Play(Wave wave, double frequency, std::size_t count) {
     Oscillator oscillator(wave, 0.1);
     oscillator.SetFrequency(frequency);
     std::vector<float> samples;
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < count; ++i)
         samples.push_back(oscillator.Next());
-    }
     return samples;
 }
 
@@ -29,9 +28,8 @@ double BinFrequency(int bin) {
 /// Power of a bin with its neighbours, which the Hann window lights up too (1/4 each beside it).
 double Around(const std::vector<double>& power, int bin) {
     double sum = 0;
-    for (int k = bin - 1; k <= bin + 1; ++k) {
+    for (int k = bin - 1; k <= bin + 1; ++k)
         sum += power[static_cast<std::size_t>(k)];
-    }
     return sum;
 }
 
@@ -41,9 +39,8 @@ double WorstAlias(const std::vector<double>& power, int bin) {
     for (int k = 1; k < fftSize / 2; ++k) {
         const int away =
             std::abs(k - bin * static_cast<int>(std::lround(static_cast<double>(k) / bin)));
-        if (away > 2 || k < bin - 2) {
+        if (away > 2 || k < bin - 2)
             worst = std::max(worst, power[static_cast<std::size_t>(k)]);
-        }
     }
     return 10.0 * std::log10(worst / power[static_cast<std::size_t>(bin)]);
 }
@@ -83,9 +80,8 @@ TEST(WaveTable, Leaves_even_harmonics_out_of_a_pulse_of_half_width) {
     Oscillator oscillator(Wave::Saw, 0.0);
     oscillator.SetFrequency(BinFrequency(bin));
     std::vector<float> samples;
-    for (int i = 0; i < fftSize; ++i) {
+    for (int i = 0; i < fftSize; ++i)
         samples.push_back(oscillator.NextPulse(0.5));
-    }
     const auto power = Music::PowerSpectrum(samples.data(), fftSize);
     EXPECT_LT(Around(power, 2 * bin), 1e-6 * Around(power, bin));
     EXPECT_GT(Around(power, 3 * bin), 0.05 * Around(power, bin)); // (1/3)^2 = 0.11
