@@ -1,10 +1,11 @@
 #!/bin/bash
 # Plays an installed Nimbrel, from whatever folder it is called in and wherever it was unpacked: this
 # file lies in bin/ of the prefix.
-# shellcheck disable=SC2154,SC2317  # what the parts set and call
+# shellcheck disable=SC2034,SC2154,SC2317  # what the parts read, set and call
 set -euo pipefail
 prefix=$(dirname "$(dirname "$(realpath "$0")")")
-for part in words signals display preload show; do
+called_from=$PWD
+for part in words options signals display preload show; do
     # shellcheck source=/dev/null
     . "$prefix/share/nimbrel/$part.sh"
 done
@@ -25,7 +26,7 @@ need_packages() {
         die "No display answers here, and there is no Xvfb for a virtual one (Debian: $*)."
 }
 
-take_no_words "$@"
+understand "$@"
 play_apart "$prefix/share/nimbrel/Data"
 present "$prefix/lib/nimbrel/nimbrel_escape" exec "$prefix/lib/nimbrel/nimbrel"
 all_is_well || say "Something is wrong here; that page has what the demo knows of it."
