@@ -211,6 +211,7 @@ std::set<std::string> Telling(const std::string& errors) {
 TEST_F(Packages, Are_those_that_the_command_needs) {
     StandIn("dpkg-query");
     StandIn("apt-get", "exit 100"); // there its work ends
+    WriteFile("b.mp4", "");         // the piece to be joined
     for (const auto& [script, arguments, packages] : needs) {
         const std::string errors = Run(script, arguments).errors;
         ASSERT_THAT(errors, HasSubstr("Installing: ")) << script;
