@@ -70,16 +70,17 @@ all_is_well() {
     [ "$status" -eq 0 ] && page_is_new && [ -z "$(error_rows)" ] && grep -q '^</html>' "$page"
 }
 
-# play_show ESCAPE COMMAND...: COMMAND becomes the demo (exec PROGRAM); ESCAPE is the program that presses
+# play_show ESCAPE DEMO [LIBRARY]: with the library under the demo; ESCAPE is the program that presses
 # Escape in its window.
 play_show() {
     local from
     local escape=$1
-    shift
+    local how=(exec)
+    [ $# -lt 3 ] || how=(preloaded "$3")
     from=$(date +%s.%N)
     page_before=$(page_state)
     on_signals press_escape
-    start_job inside "$show_folder" "$@"
+    start_job inside "$show_folder" "${how[@]}" "$2"
     end_of_job || status=$?
     on_signals end_by
     awk -v from="$from" -v to="$(date +%s.%N)" -v status="$status" 'BEGIN {
@@ -98,7 +99,7 @@ tell_errors() {
     fi
 }
 
-# present ESCAPE COMMAND...: plays the show on the display at hand, or a virtual one, and says how it went.
+# present ESCAPE DEMO [LIBRARY]: plays the show on the display at hand, or a virtual one, and says how it went.
 # A show that a signal ended ends the script too.
 present() {
     if start_display; then

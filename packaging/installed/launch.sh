@@ -12,7 +12,9 @@ done
 
 usage() {
     cat <<'TEXT'
-nimbrel    plays Nimbrel, two minutes of picture and music
+nimbrel [--big]    plays Nimbrel, two minutes of picture and music
+
+--big  shows the same picture as wide as the screen, every pixel a hard-edged square
 
 Escape, pressed in its window, ends the show early; so does Ctrl-C in the terminal. The log page,
 Vell_log.html, goes to nimbrel/ in $XDG_STATE_HOME or in ~/.local/state. The exit status is that of the
@@ -26,8 +28,12 @@ need_packages() {
         die "No display answers here, and there is no Xvfb for a virtual one (Debian: $*)."
 }
 
+options_of=([main]="--big")
+value_of=([--big]="")
 understand "$@"
+big= # the library that enlarges the picture, when that is asked for
+if has --big; then big=$prefix/lib/nimbrel/libnimbrel_big.so; fi
 play_apart "$prefix/share/nimbrel/Data"
-present "$prefix/lib/nimbrel/nimbrel_escape" exec "$prefix/lib/nimbrel/nimbrel"
+present "$prefix/lib/nimbrel/nimbrel_escape" "$prefix/lib/nimbrel/nimbrel" ${big:+"$big"}
 all_is_well || say "Something is wrong here; that page has what the demo knows of it."
 exit "$status"

@@ -67,7 +67,8 @@ protected:
     static void Watch(const fs::path& program) {
         fs::rename(program, program.string() + ".real");
         WriteScript(program, "exec 9<'" NIMBREL_BINARY_DIR "/tools/probe/libnimbrel_probe.so'\n"
-                             "export LD_PRELOAD=/proc/self/fd/9 NIMBREL_PROBE_SHOT_DIR=$SHOTS\n"
+                             "export LD_PRELOAD=\"/proc/self/fd/9 ${LD_PRELOAD-}\"\n"
+                             "export NIMBREL_PROBE_SHOT_DIR=$SHOTS\n"
                              "export NIMBREL_PROBE_TIMES=0," +
                                  std::string(moment) + " NIMBREL_PROBE_SHOTS=" + moment +
                                  "\nexec \"$0.real\"");
@@ -81,8 +82,10 @@ protected:
                 {"ALSA_CONFIG_PATH", "/dev/null"}};
     }
 
-    static Tools::Ending Play(const fs::path& launcher, const std::string& displayName) {
-        return Tools::Run({.arguments = {launcher}, .added = Around(displayName)}, patience);
+    static Tools::Ending Play(const fs::path& launcher, const std::string& displayName,
+                              std::vector<std::string> arguments = {}) {
+        arguments.insert(arguments.begin(), launcher);
+        return Tools::Run({.arguments = arguments, .added = Around(displayName)}, patience);
     }
 
     /// The frame that the demo of the build folder shows at that moment.
@@ -142,6 +145,13 @@ TEST_F(Installed, Launcher_plays_by_another_name_and_without_a_display) {
     EXPECT_EQ(end.exitStatus, 0) << end.errors;
     EXPECT_THAT(end.errors, HasSubstr("No display here: playing on a virtual one"));
     EXPECT_THAT(end.output, EndsWith(": no row says ERROR.\n"));
+}
+
+TEST_F(Installed, Launcher_shows_the_picture_as_wide_as_the_screen_when_asked) {
+    const Tools::Ending end = Play(prefix / "bin/nimbrel", display->Name(), {"--big"});
+    EXPECT_EQ(end.exitStatus, 0) << end.errors;
+    // The screen is 1280 wide, and 89 * 1280 / 960 = 118.67.
+    EXPECT_THAT(ReadFile(frameFile), StartsWith("P6\n1280 119\n"));
 }
 
 TEST_F(Installed, Launcher_says_that_something_is_wrong_and_gives_the_demos_status) {

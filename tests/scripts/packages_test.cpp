@@ -159,10 +159,11 @@ struct Need {
 const std::set<std::string> telling = {
     "g++",           "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev", "ffmpeg",
     "libembree-dev", "libgtest-dev",    "clang-format", "shellcheck",         "clang-tidy",
-    "gcovr",         "patchelf",        "lintian"};
+    "gcovr",         "patchelf",        "lintian",      "libxrandr-dev"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
+    {"play", {"--big"}, {"g++", "libgl1-mesa-dri", "libxrandr-dev"}},
     {"movie", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
     {"movie",
      {"--join", "a.mp4", "b.mp4"},
@@ -183,13 +184,15 @@ const Need needs[] = {
     {"test", {"style"}, {"shellcheck"}},
     {"test", {"art"}, {"g++", "libembree-dev"}},
     {"test", {"coverage"}, {"g++", "gcovr"}},
-    {"test", {"packages"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "patchelf", "lintian"}},
-    {"packaging/make", {}, {"g++", "patchelf"}},
-    {"packaging/make", {"--check"}, {"g++", "patchelf", "lintian"}},
+    {"test",
+     {"packages"},
+     {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "patchelf", "lintian", "libxrandr-dev"}},
+    {"packaging/make", {}, {"g++", "patchelf", "libxrandr-dev"}},
+    {"packaging/make", {"--check"}, {"g++", "patchelf", "lintian", "libxrandr-dev"}},
     {"test",
      {"asan"},
      {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
-      "libgtest-dev"}},
+      "libgtest-dev", "libxrandr-dev"}},
 };
 
 /// Those of the list that begins behind "Installing: " that tell of a purpose.
