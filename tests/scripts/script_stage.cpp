@@ -39,6 +39,7 @@ std::vector<std::string> AllScripts() {
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(source / folder))
             if (IsScript(entry) && entry.path().extension() != ".sh") // those are tests themselves
                 scripts.push_back(fs::relative(entry.path(), source));
+    std::erase(scripts, "docs/api/filter"); // which Doxygen calls
     std::sort(scripts.begin(), scripts.end());
     return scripts;
 }
@@ -48,7 +49,8 @@ ScriptStage::ScriptStage(const std::string& root)
     fs::create_directory(root);
     fs::current_path(root);
     CopyInto(".", "packaging");
-    CopyInto(".", "art/city/steps.h"); // which bench/city reads
+    for (const char* table : {"art/city/steps.h", "gallery/programs"}) // which scripts read
+        CopyInto(".", table);
     for (const std::string& script : AllScripts())
         CopyInto(".", script);
     StandIn("cmake");
