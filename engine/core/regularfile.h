@@ -13,7 +13,9 @@ namespace Vell {
 /// regular file (a folder, a pipe, a socket, a device).
 int OpenRegularFile(const std::string& path);
 
+/// Closes a stream that FileStream owns.
 struct FileCloser {
+    /// `file` is never null.
     void operator()(FILE* file) const { std::fclose(file); }
 };
 using FileStream = std::unique_ptr<FILE, FileCloser>;

@@ -14,7 +14,8 @@ namespace Vell {
 /// While it decodes it takes at most three times the bytes of the pixels, the pixels among them,
 /// and 32 MiB, whatever the file says.
 struct DecodedPicture {
-    static constexpr int rgbBytes = 3; // a pixel
+    /// Bytes of a pixel.
+    static constexpr int rgbBytes = 3;
     static constexpr int rgbaBytes = 4;
 
     ivec2 size;                              ///< pixels

@@ -23,6 +23,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 
 using namespace Vell;
@@ -166,11 +168,19 @@ std::string GreyPng() {
     return path;
 }
 
+/// A pipe that nobody writes into.
+std::string Pipe(const std::string& ending) {
+    std::string path = FreshName("pipe", ending);
+    EXPECT_EQ(mkfifo(path.c_str(), 0600), 0);
+    return path;
+}
+
 /// Loads a file such as a row of the page tells of; what is left of it.
 const std::map<std::string, std::function<std::string()>>& Loaders() {
     static const std::string unlit = "XT3DSTATIC 1 ./ 0\nNULL NULL NULL ";
     static const std::map<std::string, std::function<std::string()>> loaders = {
         {"a picture that is not there", [] { return LoadImage("ghost.png"); }},
+        {"a pipe in the place of a picture", [] { return LoadImage(Pipe(".png")); }},
         {"a picture with another ending", [] { return LoadImage(File(".PNG", Png())); }},
         {"a grey JPEG", [] { return LoadImage(GreyJpeg()); }},
         {"a grey PNG", [] { return LoadImage(GreyPng()); }},
@@ -181,6 +191,7 @@ const std::map<std::string, std::function<std::string()>>& Loaders() {
          [] { return LoadImage(File(".jpg", Jpeg().substr(0, Jpeg().size() - 20))); }},
         {"a mesh whose path is then loaded as a picture", LoadAsPictureWhatIsAMesh},
         {"a mesh that is not there", [] { return LoadMesh("ghost.xt3dstatic"); }},
+        {"a pipe in the place of a mesh", [] { return LoadMesh(Pipe(".xt3dstatic")); }},
         {"a mesh without its first word",
          [] { return LoadMesh(File(".xt3dstatic", Mesh("NULL").substr(11))); }},
         {"a mesh with a count that the file cannot hold",
