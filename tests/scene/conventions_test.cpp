@@ -97,11 +97,11 @@ TEST_F(Conventions, Triangles_show_from_both_sides) {
 }
 
 TEST_F(Conventions, Engine_lights_nothing_by_itself) {
-    for (const std::string normal : {" 0 0 1 ", " 0 0 -1 ", " 0 0 0 "}) {
-        const std::string rest = normal + " 0 0\n";
-        const std::string path =
-            MeshFile("NULL", "3\n-3 -1 -5" + rest + "3 -1 -5" + rest + "0 2 -5" + rest);
-        EXPECT_TRUE(Near(SeenAlongMinusZ(path).At(64, 64), white)) << normal;
+    for (const char* normal : {" 0 0 1", " 0 0 -1", " 0 0 0"}) {
+        std::string records = "3\n";
+        for (const char* corner : {"-3 -1 -5", "3 -1 -5", "0 2 -5"})
+            records.append(corner).append(normal).append(" 0 0\n");
+        EXPECT_TRUE(Near(SeenAlongMinusZ(MeshFile("NULL", records)).At(64, 64), white)) << normal;
     }
 }
 
