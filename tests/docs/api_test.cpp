@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <regex>
 
 namespace fs = std::filesystem;
 
@@ -64,6 +65,17 @@ TEST_F(ApiPages, Are_refused_when_a_declaration_has_no_comment) {
     EXPECT_NE(end.exitStatus, 0);
     EXPECT_THAT(end.errors, HasSubstr("engine/core/clock.h"));
     EXPECT_THAT(end.errors, HasSubstr("Member Forget() (function) of class Vell::Clock"));
+}
+
+TEST_F(ApiPages, Leave_out_the_headers_that_are_not_installed) {
+    static const std::regex pattern("PATTERN \"(\\w+\\.h)\" EXCLUDE");
+    const std::string installed = ReadFile(source / "engine/package/install.cmake");
+    const std::string options = ReadFile(source / "docs/api/Doxyfile.in");
+    int count = 0;
+    for (std::sregex_iterator match(installed.begin(), installed.end(), pattern), end; match != end;
+         ++match, ++count)
+        EXPECT_THAT(options, HasSubstr("/" + (*match)[1].str()));
+    EXPECT_GT(count, 0);
 }
 
 TEST_F(ApiPages, Take_one_comment_for_all_declarations_up_to_an_empty_line) {
