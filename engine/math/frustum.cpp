@@ -34,19 +34,6 @@ Matrix ReadClipMatrix() {
     return modelView * projection;
 }
 
-/// Corner 0..7 of a box; x alternates fastest, then y, then z.
-vec3 Corner(const vec3& min, const vec3& max, int i) {
-    return vec3((i & 1) != 0 ? max.x : min.x, (i & 2) != 0 ? max.y : min.y,
-                (i & 4) != 0 ? max.z : min.z);
-}
-
-bool AnyCornerIn(const Plane& plane, const vec3& min, const vec3& max) {
-    for (int i = 0; i < 8; ++i)
-        if (plane.PointIn(Corner(min, max, i)))
-            return true;
-    return false;
-}
-
 } // namespace
 
 Frustum& Frustum::GetInstance() {
@@ -75,7 +62,7 @@ bool Frustum::PointIn(const vec3& p) const {
 
 bool Frustum::BBoxIn(const vec3& min, const vec3& max) const {
     for (const Plane& plane : planes)
-        if (!AnyCornerIn(plane, min, max))
+        if (!plane.AnyCornerIn(min, max))
             return false;
     return true;
 }

@@ -94,14 +94,13 @@ void Matrix::operator*=(const Matrix& b) {
 }
 
 vec3 Matrix::operator*(const vec3& v) const {
-    vec3 result;
-    for (int row = 0; row < 3; ++row) {
-        const float* const r = m + 4 * row;
-        result[row] =
-            static_cast<float>(static_cast<double>(r[0]) * v.x + static_cast<double>(r[1]) * v.y +
-                               static_cast<double>(r[2]) * v.z + r[3]);
-    }
-    return result;
+    const double x = v.x;
+    const double y = v.y;
+    const double z = v.z;
+    const auto component = [&](const float* row) {
+        return static_cast<float>(row[0] * x + row[1] * y + row[2] * z + row[3]);
+    };
+    return vec3(component(m), component(m + 4), component(m + 8));
 }
 
 } // namespace Vell

@@ -2,6 +2,17 @@
 
 namespace Vell {
 
+namespace {
+
+/// The greater one of two products; one that is no number gives way to the other.
+double Further(double along, float a, float b) {
+    const double first = along * a;
+    const double second = along * b;
+    return first >= second || second != second ? first : second;
+}
+
+} // namespace
+
 Plane::Plane(const vec3& direction, float distance) : normal(direction), d(distance) {}
 
 void Plane::Set(float a, float b, float c, float distance) {
@@ -33,6 +44,16 @@ vec4 Plane::Get() const {
 
 bool Plane::PointIn(const vec3& p) const {
     return normal.DotProduct(p) + d > 0.0;
+}
+
+// One corner in the place of eight: the furthest along the normal, axis by axis. Its sum, with its
+// roundings, is the largest of all, since rounding never changes an order; so the answer is that of
+// the eight.
+bool Plane::AnyCornerIn(const vec3& corner, const vec3& opposite) const {
+    const double sum = Further(normal.x, corner.x, opposite.x) +
+                       Further(normal.y, corner.y, opposite.y) +
+                       Further(normal.z, corner.z, opposite.z);
+    return sum + d > 0.0;
 }
 
 } // namespace Vell

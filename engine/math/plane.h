@@ -29,6 +29,9 @@ public:
     vec4 Get() const;
     /// Whether `p` lies strictly inside; a point on the plane is outside.
     bool PointIn(const vec3& p) const;
+    /// Whether PointIn() holds for any of the eight corners of the box from `corner` to `opposite`,
+    /// in any order and of any numbers.
+    bool AnyCornerIn(const vec3& corner, const vec3& opposite) const;
 
 private:
     vec3 normal;

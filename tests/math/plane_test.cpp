@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
+#include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -115,6 +117,40 @@ TEST(Plane, Has_a_zero_normal_for_a_triangle_that_the_in_place_product_makes_van
     Plane plane(vec3(1, 1, 1), 1);
     plane.SetFromTri(vec3(2, 2, 2), vec3(2, 3, 2), vec3(3, 2, 2));
     EXPECT_EQ(plane.Get(), vec4(0, 0, 0, 0));
+}
+
+/// The answer in so many words.
+bool AnyOfEightIn(const Plane& plane, const vec3& a, const vec3& b) {
+    for (int i = 0; i < 8; ++i)
+        if (plane.PointIn(
+                vec3((i & 1) != 0 ? b.x : a.x, (i & 2) != 0 ? b.y : a.y, (i & 4) != 0 ? b.z : a.z)))
+            return true;
+    return false;
+}
+
+TEST(Plane, Sees_a_box_by_any_one_of_its_corners) {
+    // Its planes pass within a rounding of a corner as a rule; some numbers are none, or endless.
+    constexpr float none = std::numeric_limits<float>::quiet_NaN();
+    constexpr float endless = std::numeric_limits<float>::infinity();
+    constexpr float special[] = {0.0f, -0.0f, 1.0f, none, endless, -endless, 1e-40f, 3e38f};
+    std::mt19937 random(1);
+    const auto number = [&] {
+        return random() % 16 == 0 ? special[random() % 8]
+                                  : static_cast<float>(random() % 2001) / 1000.0f - 1.0f;
+    };
+    int seen = 0;
+    for (int i = 0; i < 100'000; ++i) {
+        const vec3 normal(number(), number(), number());
+        const vec3 a(number(), number(), number());
+        const vec3 b(number(), number(), number());
+        const float d = random() % 2 == 0 ? static_cast<float>(-normal.DotProduct(a)) : number();
+        const Plane plane(normal, d);
+        const bool expected = AnyOfEightIn(plane, a, b);
+        ASSERT_EQ(plane.AnyCornerIn(a, b), expected) << i;
+        seen += expected ? 1 : 0;
+    }
+    EXPECT_GT(seen, 30'000);
+    EXPECT_LT(seen, 90'000);
 }
 
 } // namespace
