@@ -72,3 +72,20 @@ TEST(Piece, Is_not_read_from_other_comments) {
           "Nimbrel, frames 0 to 8 at 60"})
         EXPECT_FALSE(ParsePiece(comment).has_value()) << comment;
 }
+
+// Such a file would ask for the sound of years.
+TEST(Piece, Is_not_read_from_a_comment_that_tells_of_frames_beyond_the_show) {
+    EXPECT_TRUE(ParsePiece("Nimbrel, frames 0 to 7095 at 60/1 a second").has_value());
+    for (const char* comment : {"Nimbrel, frames 0 to 7096 at 60/1 a second",
+                                "Nimbrel, frames 0 to 2147483647 at 60/1 a second",
+                                "Nimbrel, frames 2147483646 to 2147483647 at 1000/1 a second"})
+        EXPECT_FALSE(ParsePiece(comment).has_value()) << comment;
+}
+
+// Their products do not fit into 64 bits.
+TEST(Piece, Is_not_read_from_a_comment_with_a_rate_that_no_film_has) {
+    for (const char* comment : {"Nimbrel, frames 0 to 8 at 2555505540049119/1 a second",
+                                "Nimbrel, frames 0 to 0 at 60/9223372036854775807 a second",
+                                "Nimbrel, frames 0 to 0 at -60/-1 a second"})
+        EXPECT_FALSE(ParsePiece(comment).has_value()) << comment;
+}

@@ -3,6 +3,7 @@
 #include "demo/show.h"
 
 #include <algorithm>
+#include <cinttypes>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
@@ -47,13 +48,11 @@ void TellFilm(const std::string& path, const Piece& piece) {
 std::optional<Piece> ParsePiece(const std::string& comment) {
     Piece piece;
     int last = 0;
-    long frames = 0;
-    long seconds = 0;
-    if (std::sscanf(comment.c_str(), "Nimbrel, frames %d to %d at %ld/%ld a second", &piece.first,
-                    &last, &frames, &seconds) != 4 ||
-        piece.first < 0 || last < piece.first || frames < 1 || seconds < 1)
+    if (std::sscanf(comment.c_str(), "Nimbrel, frames %d to %d at %" SCNd64 "/%" SCNd64 " a second",
+                    &piece.first, &last, &piece.rate.frames, &piece.rate.seconds) != 4 ||
+        !piece.rate.Usable() || piece.first < 0 || last < piece.first ||
+        last >= piece.rate.FrameFrom(Show::runningTime))
         return std::nullopt;
-    piece.rate = {frames, seconds};
     piece.count = last - piece.first + 1;
     return piece;
 }

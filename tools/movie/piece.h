@@ -28,7 +28,8 @@ Piece PieceOf(const FilmRequest& request);
 /// Says on standard error what was written: "nimbrel.mp4: 118.3 s, 61.2 MB".
 void TellFilm(const std::string& path, const Piece& piece);
 
-/// Reads such a comment; nothing when it is another text.
+/// Reads such a comment; nothing when it is another text, or tells of frames that the show does not
+/// have.
 std::optional<Piece> ParsePiece(const std::string& comment);
 
 } // namespace Movie

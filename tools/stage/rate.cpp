@@ -48,6 +48,12 @@ Rate FromFraction(const std::string& text, std::size_t slash) {
 
 } // namespace
 
+bool Rate::Usable() const {
+    constexpr std::int64_t largest = 1000000000; // keeps every product within 64 bits
+    return seconds >= 1 && seconds <= largest && frames <= largest && frames >= slowest * seconds &&
+           frames <= fastest * seconds;
+}
+
 std::int64_t Rate::Microseconds(int number) const {
     const std::int64_t dividend = number * seconds * microsecondsPerSecond;
     return (dividend + frames / 2) / frames;
@@ -84,9 +90,7 @@ Rate ParseRate(const std::string& text) {
         rate = FromDecimal(text, point);
     else
         rate.frames = Whole(text, text);
-    constexpr std::int64_t largest = 1000000000; // keeps every product within 64 bits
-    if (rate.seconds < 1 || rate.seconds > largest || rate.frames > largest ||
-        rate.frames < slowest * rate.seconds || rate.frames > fastest * rate.seconds)
+    if (!rate.Usable())
         Refuse(text);
     return rate;
 }

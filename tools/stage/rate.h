@@ -10,6 +10,10 @@ struct Rate {
     std::int64_t frames = 60;
     std::int64_t seconds = 1;
 
+    /// Whether it is 1 to 1000 frames a second, in numbers whose products stay within 64 bits; the
+    /// others are only for such a rate.
+    bool Usable() const;
+
     /// Demo time of frame `number`, in microseconds, rounded to the nearest.
     std::int64_t Microseconds(int number) const;
 
