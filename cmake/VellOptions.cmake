@@ -1,8 +1,23 @@
-# How every target of this tree is compiled: warnings, sanitizers, coverage.
+# How every target of this tree is compiled: warnings, hardening, sanitizers, coverage.
 
 add_library(vell_options INTERFACE)
 target_compile_options(vell_options INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wshadow>)
+
+# What makes a fault in a program that reads other people's files end it, rather than obey them:
+# canaries on the stack, the C library's checks of lengths, addresses that differ from run to run, and
+# tables of functions that are complete before main() and cannot be written afterwards.
+set(VELL_HARDENED $<CONFIG:Release>)
+set(VELL_MOVABLE $<AND:${VELL_HARDENED},$<NOT:$<BOOL:$<TARGET_PROPERTY:POSITION_INDEPENDENT_CODE>>>>)
+set(VELL_PROGRAM $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
+set(VELL_LIBRARY $<IN_LIST:$<TARGET_PROPERTY:TYPE>,STATIC_LIBRARY$<SEMICOLON>OBJECT_LIBRARY>)
+target_compile_options(vell_options INTERFACE
+    $<${VELL_HARDENED}:-fstack-protector-strong>
+    "$<${VELL_HARDENED}:SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>"
+    $<$<AND:${VELL_MOVABLE},$<OR:${VELL_PROGRAM},${VELL_LIBRARY}>>:-fPIE>)
+target_link_options(vell_options INTERFACE
+    $<${VELL_HARDENED}:LINKER:-z,relro,-z,now>
+    $<$<AND:${VELL_HARDENED},${VELL_PROGRAM}>:-pie>)
 
 if(VELL_SANITIZE)
     target_compile_options(vell_options INTERFACE
