@@ -14,6 +14,7 @@ TEST(Kinds, Numbers_are_decimals_within_bounds_alone) {
 TEST(Kinds, Whole_numbers_have_no_point) {
     const Tools::Kind kind = Tools::WholeNumberKind(1, 9);
     EXPECT_EQ(kind.name, "a whole number from 1 to 9");
+    EXPECT_EQ(Tools::WholeNumberKind(1, 2147483647).name, "a whole number from 1 to 2147483647");
     EXPECT_TRUE(kind.fits("9"));
     for (const char* text : {"0", "10", "2.5", "2.0"})
         EXPECT_FALSE(kind.fits(text)) << text;

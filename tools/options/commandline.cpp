@@ -62,13 +62,18 @@ void CheckValue(const Option& option, const std::vector<std::string>& given, std
                          Joined(option.name, option.example));
 }
 
+[[noreturn]] void RefuseOption(const Program& program, const Mode& mode, const std::string& name) {
+    throw WrongUsage(name + " does not go with " +
+                     (mode.name.empty() ? program.name + " without a mode" : mode.name) +
+                     ", which takes " +
+                     (mode.options.empty() ? "no options" : Listed(mode.options, "and")));
+}
+
 /// Throws when the mode takes no such option.
 void CheckOptions(const Program& program, const Mode& mode, const Arguments& arguments) {
-    const std::string caller = mode.name.empty() ? program.name + " without a mode" : mode.name;
     for (const auto& [name, value] : arguments.options)
         if (program.modes.size() > 1 && !Contains(mode.options, name))
-            throw WrongUsage(name + " does not go with " + caller + ", which takes " +
-                             (mode.options.empty() ? "no options" : Listed(mode.options, "and")));
+            RefuseOption(program, mode, name);
 }
 
 /// The operand at this place, counted from 0; null when there is none.
@@ -87,23 +92,28 @@ std::string NamesOf(const std::vector<Operand>& operands) {
     return Listed(names, "and");
 }
 
+/// Throws when the operand is one too many, or not of its kind.
+void CheckOperand(const Mode& mode, std::size_t index, const std::string& text,
+                  const std::string& right) {
+    const Operand* const operand = OperandAt(mode, index);
+    if (!operand)
+        throw WrongUsage("\"" + text + "\" is one word too many" + right);
+    if (!Fits(operand->kind, text))
+        throw WrongUsage(Joined(mode.name, "needs ") + operand->kind.name + ", not \"" + text +
+                         "\"" + right);
+}
+
 /// Throws when there are too few or too many, or one is not of its kind.
 void CheckOperands(const Program& program, const Mode& mode,
                    const std::vector<std::string>& operands) {
-    const std::string needs = Joined(mode.name, "needs ");
     const std::string right =
         ": " + Joined(mode.name.empty() ? program.name : mode.name, mode.example);
-    for (std::size_t i = 0; i < operands.size(); ++i) {
-        const Operand* const operand = OperandAt(mode, i);
-        if (!operand)
-            throw WrongUsage("\"" + operands[i] + "\" is one word too many" + right);
-        if (!Fits(operand->kind, operands[i]))
-            throw WrongUsage(needs + operand->kind.name + ", not \"" + operands[i] + "\"" + right);
-    }
+    for (std::size_t i = 0; i < operands.size(); ++i)
+        CheckOperand(mode, i, operands[i], right);
     const Operand* const next =
         operands.size() < mode.operands.size() ? &mode.operands[operands.size()] : nullptr;
     if (next && next->count != Count::AtMostOne)
-        throw WrongUsage(needs + NamesOf(mode.operands) + right);
+        throw WrongUsage(Joined(mode.name, "needs ") + NamesOf(mode.operands) + right);
 }
 
 /// What each file and folder that was named has to be.
@@ -149,7 +159,7 @@ std::string Meanings(const std::vector<Option>& options) {
         std::string left = Written(option);
         std::istringstream lines(option.meaning);
         for (std::string line; std::getline(lines, line); left.clear())
-            table += left + std::string(width + gap - left.size(), ' ') + line + '\n';
+            table.append(left).append(width + gap - left.size(), ' ').append(line).append("\n");
     }
     return table;
 }

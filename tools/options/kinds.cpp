@@ -14,7 +14,9 @@ namespace {
 
 /// " from 0.1 to 600"
 std::string Range(double least, double most) {
+    constexpr int digits = 12; // that whole numbers of 32 bits have no exponent
     std::ostringstream text;
+    text.precision(digits);
     text << " from " << least << " to " << most;
     return text.str();
 }
@@ -29,10 +31,11 @@ double ParseNumber(const std::string& text) {
 }
 
 std::string Listed(const std::vector<std::string>& texts, const std::string& last) {
+    const std::string beforeLast = ' ' + last + ' ';
     std::string list;
     for (std::size_t i = 0; i < texts.size(); ++i) {
         if (i > 0)
-            list += i + 1 == texts.size() ? ' ' + last + ' ' : ", ";
+            list += i + 1 == texts.size() ? beforeLast : ", ";
         list += texts[i];
     }
     return list;
