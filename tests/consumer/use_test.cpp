@@ -1,11 +1,15 @@
-// The engine in a program of somebody else's: docs/use-the-library.md, line by line, in a folder
-// far from this tree.
+// The engine in a program of somebody else's: docs/use-the-library.md and
+// docs/make-your-own-scene.md, line by line, in folders far from this tree.
 
+#include "tests/support/pixels.h"
 #include "tests/support/scratch.h"
+#include "tests/support/x11_events.h"
 #include "tools/stage/display.h"
 #include "tools/stage/process.h"
 
 #include <gmock/gmock.h>
+
+#include <X11/keysym.h>
 
 #include <filesystem>
 #include <set>
@@ -22,19 +26,28 @@ namespace {
 
 constexpr double patience = 240.0; // seconds, on a machine that has other things to do
 
-std::string Page() {
-    return ReadFile(fs::path(NIMBREL_SOURCE_DIR) / "docs/use-the-library.md");
+/// What a page of docs/ has in the blocks that are opened by "```" and this label, one below the
+/// other.
+std::string Blocks(const std::string& page, const std::string& label) {
+    const std::string text = ReadFile(fs::path(NIMBREL_SOURCE_DIR) / "docs" / page);
+    const std::string opening = "```" + label + "\n";
+    std::string blocks;
+    for (std::size_t at = text.find(opening); at != std::string::npos;
+         at = text.find(opening, at)) {
+        at += opening.size();
+        blocks += text.substr(at, text.find("```", at) - at);
+    }
+    if (blocks.empty())
+        throw std::runtime_error(page + " has no block " + label);
+    return blocks;
 }
 
-/// The block of the page that is opened by "```" and this label.
 std::string Block(const std::string& label) {
-    static const std::string page = Page();
-    const std::string opening = "```" + label + "\n";
-    const std::size_t start = page.find(opening);
-    if (start == std::string::npos)
-        throw std::runtime_error("the page has no block " + label);
-    const std::size_t first = start + opening.size();
-    return page.substr(first, page.find("```", first) - first);
+    return Blocks("use-the-library.md", label);
+}
+
+std::string OfScene(const std::string& label) {
+    return Blocks("make-your-own-scene.md", label);
 }
 
 /// What the program of the page shows, without its head: 200 x 200 pixels of (0.2, 0.4, 0.6) * 255
@@ -79,6 +92,18 @@ protected:
         fs::current_path(home->Path() / name);
         fs::create_directory_symlink(NIMBREL_SOURCE_DIR, "nimbrel");
         WriteFile("main.cpp", Block("cpp main.cpp"));
+    }
+
+    /// Follows the other page, once, up to its program.
+    static void BuildScene() {
+        if (fs::exists(home->Path() / "scene"))
+            return fs::current_path(home->Path() / "scene");
+        Install();
+        Begin("scene");
+        for (const std::string file :
+             {"text crystal.xt3dstatic", "cpp main.cpp", "cmake CMakeLists.txt"})
+            WriteFile(file.substr(file.find(' ') + 1), OfScene(file));
+        Told(OfScene("sh build"));
     }
 
     /// The page's CMakeLists.txt, the engine brought in by `way`.
@@ -134,13 +159,15 @@ std::unique_ptr<Tools::VirtualDisplay> Use::display;
 
 } // namespace
 
-TEST_F(Use, Page_names_packages_that_the_scripts_install_too) {
+TEST_F(Use, Pages_name_packages_that_the_scripts_install_too) {
     const std::string known = ReadFile(fs::path(NIMBREL_SOURCE_DIR) / "packaging/packages.sh");
-    std::istringstream in(Block("sh packages"));
-    std::string name;
-    in >> name >> name;
-    while (in >> name)
-        EXPECT_THAT(known, HasSubstr(name));
+    for (const std::string& packages : {Block("sh packages"), OfScene("sh packages")}) {
+        std::istringstream in(packages);
+        std::string name;
+        in >> name >> name;
+        while (in >> name)
+            EXPECT_THAT(known, HasSubstr(name));
+    }
 }
 
 TEST_F(Use, Folder_of_the_project_draws_the_picture) {
@@ -179,6 +206,29 @@ TEST_F(Use, Installed_library_draws_the_picture_by_pkg_config) {
     Begin("pkg-config");
     Told(Block("sh pkg-config"));
     ExpectThePicture("./show");
+}
+
+TEST_F(Use, Page_of_a_scene_leads_from_an_empty_folder_to_its_picture) {
+    EXPECT_EQ(OfScene("sh install"), Block("sh install"));
+    BuildScene();
+    EXPECT_EQ(Lines(ReadFile("crystal.xt3dstatic")).size(), 12U);
+    Told("g++ -shared -fPIC nimbrel/tests/consumer/still_time.cpp -o still.so\n"
+         "LD_PRELOAD=./still.so " +
+         OfScene("sh picture"));
+    EXPECT_THAT(ReadFile("Vell_log.html"), Not(HasSubstr("ERROR")));
+    const std::string shown = NIMBREL_SOURCE_DIR "/docs/make-your-own-scene.png";
+    // Another processor rounds otherwise, which moves an edge here and there.
+    EXPECT_TRUE(Matches(BottomUp(Tools::ReadPpm("picture.ppm")), BottomUp(Tools::ReadPng(shown)),
+                        {.max = 8.0, .mean = 0.5, .failing = 0.01}))
+        << "docs/make-pictures make-your-own-scene.png makes it anew";
+}
+
+TEST_F(Use, Scene_of_the_page_ends_by_escape) {
+    BuildScene();
+    Tools::Process scene({.arguments = {"build/scene"}, .added = {{"DISPLAY", display->Name()}}});
+    ForeignWindow window(display->Name(), "Three crystals", 10.0);
+    window.PressKey(XK_Escape);
+    EXPECT_TRUE(scene.Wait(10.0).InOrder());
 }
 
 TEST_F(Use, Installed_headers_need_no_other_headers_of_the_tree) {

@@ -69,13 +69,8 @@ std::vector<std::string> Complaints(const Names& committed, const Names& shown, 
     return complaints;
 }
 
-/// As the tests' own pictures have it: bottom row first.
 Picture Read(const fs::path& file) {
-    const Tools::Picture read = Tools::ReadPng(file);
-    return MakePicture(read.width, read.height, [&](int x, int y) {
-        const unsigned char* pixel = read.At(x, read.height - 1 - y);
-        return Rgba{pixel[0], pixel[1], pixel[2], 255};
-    });
+    return BottomUp(Tools::ReadPng(file));
 }
 
 class Pictures : public ::testing::Test {
@@ -107,8 +102,9 @@ TEST_F(Pictures, Are_each_on_a_page_and_made_by_a_command) {
 TEST_F(Pictures, Of_the_show_are_what_their_commands_make) {
     std::string names;
     for (const auto& [name, maker] : Makers(stage))
-        // The music would take minutes; gallery_programs_test looks at the gallery.
-        if (name.ends_with(".png") && maker != "music" && maker != "gallery")
+        // The music would take minutes; the gallery and the scene have tests of their own,
+        // gallery_programs_test and consumer_use_test.
+        if (name.ends_with(".png") && maker != "music" && maker != "gallery" && maker != "scene")
             names += " " + name;
     const Tools::Ending end = stage.Run("docs/make-pictures --into made" + names, patience);
     ASSERT_EQ(end.exitStatus, 0) << end.errors;

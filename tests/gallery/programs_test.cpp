@@ -89,14 +89,6 @@ std::string SumOf(const std::string& file) {
     return end.output.substr(0, end.output.find(' '));
 }
 
-/// As the tests' own pictures have it: bottom row first.
-Picture Turned(const Tools::Picture& picture) {
-    return MakePicture(picture.width, picture.height, [&](int x, int y) {
-        const unsigned char* pixel = picture.At(x, picture.height - 1 - y);
-        return Rgba{pixel[0], pixel[1], pixel[2], 255};
-    });
-}
-
 class Gallery : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { display = std::make_unique<Tools::VirtualDisplay>(); }
@@ -134,7 +126,7 @@ class EachProgram : public Gallery, public ::testing::WithParamInterface<Program
 protected:
     static Picture Expected(const Tools::Picture& half) {
         static const Tools::Picture sheet = Tools::ReadPng(root / "docs/gallery.png");
-        return Turned(Tools::TileOf(sheet, columns, GetParam().number, half.width, half.height));
+        return BottomUp(Tools::TileOf(sheet, columns, GetParam().number, half.width, half.height));
     }
 };
 
@@ -146,7 +138,7 @@ TEST_P(EachProgram, Draws_its_picture_of_the_sheet) {
     const bool same = Draw(GetParam(), file, GetParam().moment) == sums.driver;
     EXPECT_THAT(ReadFile("Vell_log.html"), testing::Not(testing::HasSubstr("ERROR")));
     const Tools::Picture half = Tools::Halved(Tools::ReadPpm(file));
-    EXPECT_TRUE(Matches(Turned(half), Expected(half), same ? Thresholds{} : otherDrivers))
+    EXPECT_TRUE(Matches(BottomUp(half), Expected(half), same ? Thresholds{} : otherDrivers))
         << "gallery/run --renew takes it as it is now";
     if (same) {
         EXPECT_EQ(SumOf(file), sums.ofFile.at(file)) << "not the same in full size";

@@ -132,6 +132,13 @@ Picture MakePicture(int width, int height, const std::function<Rgba(int x, int y
     return picture;
 }
 
+Picture BottomUp(const Tools::Picture& picture) {
+    return MakePicture(picture.width, picture.height, [&](int x, int y) {
+        const unsigned char* pixel = picture.At(x, picture.height - 1 - y);
+        return Rgba{pixel[0], pixel[1], pixel[2], 255};
+    });
+}
+
 Picture ReadScreen(int width, int height) {
     Picture picture(width, height);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);

@@ -2,6 +2,7 @@
 
 #include "engine/core/GLExtensions.h"
 #include "engine/core/fbo.h"
+#include "tools/picture/picture.h"
 
 #include <functional>
 #include <iosfwd>
@@ -48,6 +49,9 @@ private:
 
 /// A picture whose pixel (x, y), counted from the lower left, is `colour(x, y)`.
 Picture MakePicture(int width, int height, const std::function<Rgba(int x, int y)>& colour);
+
+/// The same picture, its bottom row first, and opaque.
+Picture BottomUp(const Tools::Picture& picture);
 
 /// The lower left part of whatever framebuffer is bound for reading.
 Picture ReadScreen(int width, int height);
