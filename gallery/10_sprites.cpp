@@ -60,17 +60,16 @@ int main() {
     Vell::SetFovy(50);
 
     Vell::SceneManager scene;
-    scene.AddCamera(vec3(0, 2, 0), vec3(-4, 6.6f, -10));
+    scene.AddCamera(vec3(0, 2, 0), vec3(-4, 6.2f, -10));
     scene.AddSkyBox("Data/Gfx/City/sky/", ".jpg");
     scene.AddSceneNode(scene.GetMesh("gallery/data/balloon.xt3dstatic"), vec3(-4.4f, 5.2f, -5));
     scene.AddSceneNode(scene.GetMesh("gallery/data/balloon.xt3dstatic"), vec3(1, 14, -22));
 
     Vell::Sprite flake;
     flake.SetTexture("gallery/data/flake.png");
-    Vell::Sprite title; // as wide as its picture: 960 pixels, one and a half times the window
+    Vell::Sprite title; // as large as its picture, of which 960 pixels belong into the window
     title.SetTexture(Assets::logo);
-    title.SetScale(vec2(1 / title.GetSize().x, 1 / title.GetSize().x));
-    title.SetPosition(vec2(0, 0.06f));
+    title.SetScale(vec2(Gallery::Window::width / 960.0f));
 
     while (window.NextFrame()) {
         scene.Draw();
