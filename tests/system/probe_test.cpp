@@ -88,13 +88,22 @@ TEST_F(Probe, Times_every_frame_but_the_first) {
     for (const double expected : {0.5, 1.0, 1.5, 2.0}) {
         double demoTime = -1.0;
         double milliseconds = -1.0;
-        ASSERT_TRUE(lines >> demoTime >> milliseconds) << expected;
+        double processor = -1.0;
+        ASSERT_TRUE(lines >> demoTime >> milliseconds >> processor) << expected;
         EXPECT_EQ(demoTime, expected);
         EXPECT_GT(milliseconds, 0.0);
         EXPECT_LT(milliseconds, 60000.0) << "the subject may run for a minute at most";
+        EXPECT_GT(processor, 0.0);
+        EXPECT_LT(processor, 60000.0);
     }
     std::string more;
     EXPECT_FALSE(lines >> more) << more;
+}
+
+TEST_F(Probe, Tells_the_processors_time_up_to_the_first_frame) {
+    RunSubject({});
+    EXPECT_GT(Reported("start_processor_ms"), 0);
+    EXPECT_LT(Reported("start_processor_ms"), 60000);
 }
 
 TEST_F(Probe, Counts_frames_and_finds_the_first_error) {

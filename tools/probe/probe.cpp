@@ -30,11 +30,20 @@ namespace {
 
 using Probe::Settings;
 
+double SecondsOf(clockid_t clock) {
+    timespec now{};
+    clock_gettime(clock, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
 /// Of the steady clock, for durations.
 double Seconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+    return SecondsOf(CLOCK_MONOTONIC);
+}
+
+/// That all threads of the program have spent since it began; programs beside it count little.
+double ProcessorSeconds() {
+    return SecondsOf(CLOCK_PROCESS_CPUTIME_ID);
 }
 
 /// The function of this name that the program would have called without the probe.
@@ -125,7 +134,7 @@ private:
 
 // --- Durations --------------------------------------------------------------------------------
 
-/// How long each frame took, up to the moment when all of it was drawn.
+/// How long each frame took, and the processor for it, up to the moment when all of it was drawn.
 class Durations {
 public:
     explicit Durations(const Settings& settings) : path(settings.frames) {}
@@ -135,7 +144,7 @@ public:
             return;
         std::ofstream file(path);
         for (const Duration& frame : frames)
-            file << frame.demoTime << ' ' << frame.milliseconds << '\n';
+            file << frame.demoTime << ' ' << frame.milliseconds << ' ' << frame.processor << '\n';
     }
 
     void EndFrame(double demoTime) {
@@ -143,20 +152,24 @@ public:
             return;
         glFinish(); // or the next frame would pay for what this one ordered
         const double now = Seconds();
+        const double processor = ProcessorSeconds();
         if (last > 0.0)
-            frames.push_back({demoTime, (now - last) * 1000.0});
+            frames.push_back({demoTime, (now - last) * 1000.0, (processor - spent) * 1000.0});
         last = now;
+        spent = processor;
     }
 
 private:
     struct Duration {
         double demoTime;
         double milliseconds;
+        double processor; ///< milliseconds
     };
 
     std::string path;
     std::vector<Duration> frames;
-    double last = 0.0;
+    double last = 0.0;  ///< when the last frame was drawn
+    double spent = 0.0; ///< seconds of the processor then
 };
 
 // --- Report -----------------------------------------------------------------------------------
@@ -187,8 +200,10 @@ public:
         lastSwap = now;
         lastFrameTime = demoTime;
         LookAtWindow();
-        if (frames == 1)
+        if (frames == 1) {
+            start = ProcessorSeconds() * 1000.0;
             Write(); // whoever waits for the demo to play sees that it does
+        }
     }
 
     void Quit(double demoTime) { quitTime = demoTime; }
@@ -223,9 +238,10 @@ private:
              << "\nfirst_error 0x" << std::hex << firstError << std::dec << "\nfirst_error_frame "
              << firstErrorFrame << "\nlast_frame_time " << lastFrameTime << "\nquit_time "
              << quitTime << "\nmedian_ms " << Milliseconds(0.5) << "\nslow_ms "
-             << Milliseconds(0.95) << "\nlongest_ms " << Milliseconds(1.0) << "\nwidth " << width
-             << "\nheight " << height << "\nfull_screen " << fullScreen << "\ncursor_shown "
-             << cursorShown << "\ncaption " << caption << '\n';
+             << Milliseconds(0.95) << "\nlongest_ms " << Milliseconds(1.0)
+             << "\nstart_processor_ms " << start << "\nwidth " << width << "\nheight " << height
+             << "\nfull_screen " << fullScreen << "\ncursor_shown " << cursorShown << "\ncaption "
+             << caption << '\n';
     }
 
     std::string path;
@@ -237,6 +253,7 @@ private:
     double lastFrameTime = 0.0;
     double quitTime = 0.0;
     double lastSwap = 0.0;
+    double start = 0.0; ///< milliseconds of the processor up to the first frame's end
     std::vector<double> milliseconds;
     int width = 0;
     int height = 0;
