@@ -173,7 +173,7 @@ const Need needs[] = {
     {"movie", {"--explain", "97", "a.html"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"movie", {"--verify"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"movie", {"--doctor"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
-    {"bench/frames", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"bench/run", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"bench/film", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
     {"bench/city", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libembree-dev"}},
     {"bench/mesh", {}, {"g++", "nlohmann-json3-dev"}},

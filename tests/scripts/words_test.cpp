@@ -70,14 +70,14 @@ TEST_F(Words, Are_all_that_the_scripts_list_shows) {
     // Or a script that is not found would not be tested.
     const std::vector<std::string> scripts = AllScripts();
     for (const char* script :
-         {"play", "movie", "test", "bench/film", "bench/frames", "bench/mesh", "art/make",
+         {"play", "movie", "test", "bench/film", "bench/mesh", "bench/run", "art/make",
           "gallery/run", "packaging/make", "tools/doctor/sums", "docs/make-pictures", "tests/style",
           "tests/coverage", "tests/packages", "tests/faults/run"})
         EXPECT_NE(std::find(scripts.begin(), scripts.end(), script), scripts.end()) << script;
 }
 
 TEST_F(Words, Of_scripts_that_take_none_are_one_too_many) {
-    for (const char* script : {"./play", "bench/film", "bench/frames", "bench/mesh"})
+    for (const char* script : {"./play", "bench/film", "bench/run", "bench/mesh"})
         ExpectRefused(script, {"moon"}, std::string("\"moon\" is one word too many: ") + script);
 }
 
@@ -193,8 +193,7 @@ TEST_F(Words, Name_folders_that_can_be_made_before_anything_is_built) {
 }
 
 TEST_F(Words, Need_a_place_for_temporary_files) {
-    for (const char* script :
-         {"bench/city", "bench/film", "bench/frames", "bench/mesh", "art/make"}) {
+    for (const char* script : {"bench/city", "bench/film", "bench/run", "bench/mesh", "art/make"}) {
         const Tools::Ending end = Run(script, {}, {{"TMPDIR", Path("none")}});
         EXPECT_EQ(end.exitStatus, wrongUsage);
         EXPECT_EQ(end.errors, std::string(script) +
