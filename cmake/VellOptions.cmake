@@ -25,6 +25,10 @@ if(VELL_SANITIZE)
     target_link_options(vell_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(VELL_FUZZ) # libFuzzer sees which ways through the code an attempt takes
+    target_compile_options(vell_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # Only the engine and the demo are measured, so this is a library of its own.
 add_library(vell_coverage INTERFACE)
 if(VELL_COVERAGE)

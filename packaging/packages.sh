@@ -18,6 +18,7 @@ packages_docs="doxygen graphviz"
 packages_format="clang-format"
 packages_style="shellcheck"
 packages_tidy="clang-tidy"
+packages_fuzz="clang libclang-rt-14-dev" # which brings libFuzzer
 packages_packaging="dpkg-dev patchelf" # dpkg-dev finds out which packages the demo needs
 packages_checks="lintian appstream desktop-file-utils"
 packages_coverage="g++ gcovr"

@@ -159,7 +159,7 @@ struct Need {
 const std::set<std::string> telling = {
     "g++",           "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev", "ffmpeg",
     "libembree-dev", "libgtest-dev",    "clang-format", "shellcheck",         "clang-tidy",
-    "gcovr",         "patchelf",        "lintian",      "libxrandr-dev"};
+    "gcovr",         "patchelf",        "lintian",      "libxrandr-dev",      "clang"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
@@ -184,6 +184,7 @@ const Need needs[] = {
     {"test", {"style"}, {"shellcheck"}},
     {"test", {"art"}, {"g++", "libembree-dev"}},
     {"test", {"coverage"}, {"g++", "gcovr"}},
+    {"test", {"fuzz"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "clang"}},
     {"test",
      {"packages"},
      {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "patchelf", "lintian", "libxrandr-dev"}},
