@@ -94,15 +94,13 @@ TEST_P(MissingFile, Is_named_in_the_log_and_the_show_goes_on) {
 INSTANTIATE_TEST_SUITE_P(EachOf, MissingFile, ::testing::ValuesIn(DataFiles()), TestName);
 
 TEST_F(Missing, Files_that_are_pipes_are_named_in_the_log_and_not_waited_for) {
-    std::vector<std::string> pipes = DemoFiles();
-    std::erase(pipes, musicTrack);
-    for (const std::string& file : pipes) {
+    for (const std::string& file : DemoFiles()) {
         fs::create_directories(fs::path(file).parent_path());
         ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     }
     ExpectPlaysToTheEnd();
-    for (const std::string& file : pipes)
-        EXPECT_TRUE(IsReported(file)) << file;
+    for (const std::string& file : DemoFiles())
+        EXPECT_EQ(IsReported(file), file != musicTrack) << file;
 }
 
 TEST_F(Missing, Data_folder_is_no_reason_to_stop) {

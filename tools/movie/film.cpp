@@ -145,11 +145,14 @@ int MakeFilm(const FilmRequest& request) {
     giving = ProcessSeconds() - giving;
     if (count == 0)
         throw std::runtime_error("interrupted before the first frame: no film was made");
-    if (count < piece.count)
-        sound.CutAfter(request.format.rate.Seconds(piece.first + count) - piece.Begin());
+    const Piece drawn = {piece.rate, piece.first, count};
     encoder.Finish();
+    if (count < piece.count) {
+        sound.CutAfter(drawn.End() - drawn.Begin());
+        EndWithPictures(file.Path(), drawn, format, sound);
+    }
     file.Complete();
-    TellFilm(request.path, {piece.rate, piece.first, count});
+    TellFilm(request.path, drawn);
     TellCost(cost, giving, count);
     std::cerr << Tools::ErrorsInWords(Tools::ParseLogPage(log));
     if (count < piece.count)

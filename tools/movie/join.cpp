@@ -91,7 +91,25 @@ std::string List(const std::vector<JoinedPiece>& pieces) {
     return list;
 }
 
+/// The pictures of the pieces as they are, with this sound. Takes the path when it is complete.
+void PutTogether(const std::vector<JoinedPiece>& pieces, const FilmFormat& format,
+                 const Soundtrack& sound, const std::string& path) {
+    const Stage::NewFile file(path);
+    Tools::Process ffmpeg(
+        FfmpegCommand(JoinCommand(file.Path(), format, sound.Path(), sound.Rate())));
+    ffmpeg.Write(List(pieces));
+    ffmpeg.Finish();
+    file.Complete();
+}
+
 } // namespace
+
+void EndWithPictures(const std::string& path, const Piece& piece, const FilmFormat& format,
+                     const Soundtrack& sound) {
+    FilmFormat whole = format;
+    whole.comment = piece.Comment();
+    PutTogether({{fs::absolute(path), {}, piece}}, whole, sound, path);
+}
 
 void JoinFilms(const std::vector<std::string>& paths, const std::string& path) {
     std::vector<JoinedPiece> pieces;
@@ -103,14 +121,9 @@ void JoinFilms(const std::vector<std::string>& paths, const std::string& path) {
     Piece whole = pieces.front().piece;
     whole.count = pieces.back().piece.first + pieces.back().piece.count - whole.first;
 
-    const Stage::NewFile file(path);
-    const Soundtrack sound(whole.Begin(), whole.End());
     const bool lossless = pieces.front().facts.at("pix_fmt") == losslessPixels;
-    Tools::Process ffmpeg(FfmpegCommand(JoinCommand(
-        file.Path(), {whole.rate, 1, lossless, whole.Comment()}, sound.Path(), sound.Rate())));
-    ffmpeg.Write(List(pieces));
-    ffmpeg.Finish();
-    file.Complete();
+    PutTogether(pieces, {whole.rate, 1, lossless, whole.Comment()},
+                Soundtrack(whole.Begin(), whole.End()), path);
     TellFilm(path, whole);
 }
 

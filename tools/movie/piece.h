@@ -25,6 +25,13 @@ struct Piece {
 /// are none.
 Piece PieceOf(const FilmRequest& request);
 
+class Soundtrack;
+
+/// Gives the film at `path`, which was ended early and holds the pictures of `piece`, this sound
+/// and the comment of `piece`: its encoder had read the sound ahead of the pictures.
+void EndWithPictures(const std::string& path, const Piece& piece, const FilmFormat& format,
+                     const Soundtrack& sound);
+
 /// Says on standard error what was written: "nimbrel.mp4: 118.3 s, 61.2 MB".
 void TellFilm(const std::string& path, const Piece& piece);
 
