@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include <gmock/gmock.h>
+#include <sched.h>
 
 using ::testing::HasSubstr;
 
@@ -52,6 +53,26 @@ const std::vector<Place> places = {
     Without("No_vertex_buffers", "GL_ARB_vertex_buffer_object"),
     Without("No_point_sprites", "GL_ARB_point_sprite"),
     Without("No_framebuffer_objects", "GL_EXT_framebuffer_object"),
+};
+
+/// What this process starts has one processor, as long as the object lives.
+class SingleProcessor {
+public:
+    SingleProcessor() {
+        sched_getaffinity(0, sizeof all, &all);
+        cpu_set_t one;
+        CPU_ZERO(&one);
+        for (int i = 0; i < CPU_SETSIZE && CPU_COUNT(&one) == 0; ++i)
+            if (CPU_ISSET(i, &all))
+                CPU_SET(i, &one);
+        sched_setaffinity(0, sizeof one, &one);
+    }
+    ~SingleProcessor() { sched_setaffinity(0, sizeof all, &all); }
+    SingleProcessor(const SingleProcessor&) = delete;
+    SingleProcessor& operator=(const SingleProcessor&) = delete;
+
+private:
+    cpu_set_t all{};
 };
 
 class Surroundings : public NimbrelTest {
@@ -182,3 +203,13 @@ TEST_P(EndedBelow, Demo_ends_with_the_librarys_words_and_status) {
 
 INSTANTIATE_TEST_SUITE_P(Place, EndedBelow, ::testing::ValuesIn(endings),
                          [](const auto& place) { return std::string(place.param.name); });
+
+// Nothing of it waits for a thread that would need another one.
+TEST_F(Surroundings, With_a_single_processor_are_enough) {
+    const SingleProcessor processor;
+    constexpr double step = 10.0; // seconds a frame
+    StartStepped(step);
+    WaitForOrderlyEnd(60.0);
+    EXPECT_GT(Reported("last_frame_time"), runningTime - step);
+    EXPECT_EQ(Reported("errors"), 0) << report["first_error"];
+}
