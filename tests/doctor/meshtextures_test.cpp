@@ -46,3 +46,10 @@ TEST(MeshTextures, Of_a_mesh_that_breaks_off_are_those_before_the_break) {
     EXPECT_THAT(TexturesOf("XT3DSTATIC 2000000000 Data/X/ 0 a.png NULL NULL -7 b.png NULL NULL 1"),
                 ElementsAre("Data/X/a.png", "Data/X/b.png"));
 }
+
+// 2^61: times the eight numbers of a vertex it is 2^64, which 64 bits hold as none at all.
+TEST(MeshTextures, Of_a_mesh_with_more_vertices_than_can_be_are_those_before_them) {
+    EXPECT_THAT(TexturesOf("XT3DSTATIC 2 Data/X/ 0 a.png NULL NULL 2305843009213693952 "
+                           "b.png NULL NULL 0"),
+                ElementsAre("Data/X/a.png"));
+}

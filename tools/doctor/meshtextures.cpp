@@ -35,9 +35,10 @@ std::vector<std::string> MeshTextures(std::istream& in) {
         for (int i = 0; i < texturesPerPart && in >> file; ++i)
             if (file != "NULL")
                 textures.push_back(folder + file);
-        long long vertices = 0;
+        int vertices = 0; // as the engine reads it: a larger number ends the reading
         in >> vertices;
-        Skip(in, vertices * (lightmap ? numbersWithLightmap : numbersPerVertex));
+        Skip(in, static_cast<long long>(vertices) *
+                     (lightmap ? numbersWithLightmap : numbersPerVertex));
     }
     return textures;
 }
