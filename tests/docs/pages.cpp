@@ -113,7 +113,7 @@ Page ReadPage(const std::string& name, const std::string& text) {
 }
 
 std::vector<Page> AllPages(const fs::path& root) {
-    std::vector<std::string> names = {"CONTRIBUTING.md", "README.md"};
+    std::vector<std::string> names = {"CONTRIBUTING.md", "README.md", "SECURITY.md"};
     for (const fs::directory_entry& entry : fs::directory_iterator(root / "docs"))
         if (entry.path().extension() == ".md")
             names.push_back("docs/" + entry.path().filename().string());

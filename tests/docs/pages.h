@@ -30,8 +30,8 @@ struct Page {
 /// Takes a page apart.
 Page ReadPage(const std::string& name, const std::string& text);
 
-/// README.md, CONTRIBUTING.md and every page of docs/ of the tree with this root, in the order of
-/// their names.
+/// README.md, CONTRIBUTING.md, SECURITY.md and every page of docs/ of the tree with this root, in
+/// the order of their names.
 std::vector<Page> AllPages(const std::filesystem::path& root);
 
 /// Where a link of the page leads, from the tree's root and without its "#..."; empty when it leads
