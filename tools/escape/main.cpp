@@ -1,18 +1,14 @@
 // Ends the demo as its viewer would: by Escape, pressed in its window and nowhere else. The demo
 // takes no other word for its end: SDL turns SIGINT and SIGTERM into a request to close the window,
 // which the demo ignores.
-//
-//   nimbrel_escape PROCESS
-//
-// The window is the one on DISPLAY that says it belongs to the process of this number. While the
-// demo loads the key waits in its queue of events; before it has a window, it is waited for. Exit
-// status: 0 the process has ended, 1 it still runs after ten seconds or the display cannot be
-// reached, 2 wrong usage.
+
+#include "tools/options/commandline.h"
 
 #include <chrono>
 #include <cstdlib>
-#include <iostream>
+#include <limits>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 
 #include <X11/Xatom.h>
@@ -23,8 +19,6 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-constexpr int exitWrongUsage = 2;
 
 constexpr auto patience = std::chrono::seconds(10);
 constexpr auto pressInterval = std::chrono::milliseconds(50);
@@ -105,21 +99,32 @@ bool End(Display* display, pid_t process) {
     return !Runs(process);
 }
 
+int EndOne(const Tools::Arguments& arguments) {
+    Display* display = XOpenDisplay(nullptr);
+    if (!display)
+        throw std::runtime_error("the display does not answer");
+    XSetErrorHandler(IgnoreError);
+    const bool ended = End(display, static_cast<pid_t>(Tools::ParseNumber(arguments.operands[0])));
+    XCloseDisplay(display);
+    return ended ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+const Tools::Program program = {
+    .name = "nimbrel_escape",
+    .purpose =
+        "Ends the demo of this number, as its viewer would: by Escape, in the window on DISPLAY "
+        "that says\nit belongs to the process. While the demo loads the key waits in its queue "
+        "of events; before it\nhas a window, it is waited for.",
+    .modes = {{.operands = {{"PROCESS",
+                             Tools::WholeNumberKind(1, std::numeric_limits<pid_t>::max())}},
+               .example = "1234",
+               .run = EndOne}},
+    .remark =
+        "Exit status: 0 the process has ended, 1 it still runs after ten seconds or the display\n"
+        "cannot be reached, 2 wrong usage."};
+
 } // namespace
 
 int main(int count, char** arguments) {
-    const pid_t process = count == 2 ? std::atoi(arguments[1]) : 0;
-    if (process <= 0) {
-        std::cerr << "usage: nimbrel_escape PROCESS\n";
-        return exitWrongUsage;
-    }
-    Display* display = XOpenDisplay(nullptr);
-    if (!display) {
-        std::cerr << "nimbrel_escape: the display does not answer\n";
-        return EXIT_FAILURE;
-    }
-    XSetErrorHandler(IgnoreError);
-    const bool ended = End(display, process);
-    XCloseDisplay(display);
-    return ended ? EXIT_SUCCESS : EXIT_FAILURE;
+    return program.Run(count, arguments);
 }

@@ -1,10 +1,9 @@
 // Draws the six faces of a sky box with their names, unfolded as an eye inside the box sees them.
+#include "tools/options/commandline.h"
 #include "tools/picture/font.h"
 #include "tools/picture/picture.h"
 
-#include <cstdio>
-#include <cstring>
-#include <exception>
+#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -92,17 +91,19 @@ Tools::Picture Cross() {
     return picture;
 }
 
+int DrawCross(const Tools::Arguments& arguments) {
+    Tools::WritePng(Cross(), arguments.operands[0]);
+    return EXIT_SUCCESS;
+}
+
+const Tools::Program program = {.name = "nimbrel_skyfaces",
+                                .purpose = "Draws the faces of a sky box unfolded.",
+                                .modes = {{.operands = {{"OUT.png", Tools::FileToWrite({".png"})}},
+                                           .example = "sky.png",
+                                           .run = DrawCross}}};
+
 } // namespace
 
 int main(int count, char** arguments) {
-    if (count != 2 || std::strcmp(arguments[1], "--help") == 0) {
-        std::printf("nimbrel_skyfaces FILE.png\n\nDraws the faces of a sky box unfolded.\n");
-        return count == 2 ? 0 : 2;
-    }
-    try {
-        Tools::WritePng(Cross(), arguments[1]);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return 1;
-    }
+    return program.Run(count, arguments);
 }
