@@ -24,11 +24,12 @@ constexpr float gap = 5.0f;
 
 std::vector<vec3> Places() {
     std::vector<vec3> places;
-    for (int i = 0; i < side * side; ++i) {
-        const auto x = static_cast<float>(i % side) - (side - 1) / 2.0f;
-        const auto z = static_cast<float>(i / side) - (side - 1) / 2.0f;
-        places.emplace_back(x * gap, 1.5f * std::sin(x * 1.3f) * std::cos(z * 1.1f), z * gap);
-    }
+    for (int row = 0; row < side; ++row)
+        for (int column = 0; column < side; ++column) {
+            const auto x = static_cast<float>(column) - (side - 1) / 2.0f;
+            const auto z = static_cast<float>(row) - (side - 1) / 2.0f;
+            places.emplace_back(x * gap, 1.5f * std::sin(x * 1.3f) * std::cos(z * 1.1f), z * gap);
+        }
     return places;
 }
 

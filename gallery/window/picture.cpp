@@ -72,6 +72,7 @@ void SavePicture(int width, int height) {
 
 // The linker sends the program's own calls of gettimeofday() here, and with them every Vell::Clock,
 // but not those of other libraries.
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
 extern "C" {
 
 int __real_gettimeofday(timeval* time, void* zone);
@@ -84,3 +85,4 @@ int __wrap_gettimeofday(timeval* time, void* zone) {
     return 0;
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
