@@ -48,6 +48,7 @@ TEST_F(PostShaderTest, Leaves_the_state_and_the_fixed_pipeline_as_they_were) {
     PostShader effect(swapSource);
     EXPECT_EQ(glGetHandle(GL_PROGRAM_OBJECT_ARB), 0u) << "bound by making it";
     EXPECT_EQ(StateLeft(effect, Sample()), "");
+    EXPECT_EQ(glGetHandle(GL_PROGRAM_OBJECT_ARB), 0u) << "bound by running it";
 }
 
 TEST_F(PostShaderTest, Leaves_the_picture_when_its_program_does_not_compile) {
