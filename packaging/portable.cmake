@@ -2,7 +2,7 @@
 # distribution has in these versions lie beside the program, with their licences, and are looked for
 # there. Run by cpack for the archive.
 set(root $ENV{DESTDIR}${CMAKE_INSTALL_PREFIX})
-set(programs ${root}/lib/nimbrel)
+set(programs ${root}/libexec/nimbrel)
 set(licences ${root}/share/doc/nimbrel/libraries)
 
 # Left to the machine is what something else of the machine's own is loaded into, beside, or below: a

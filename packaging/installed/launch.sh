@@ -32,8 +32,8 @@ options_of=([main]="--big")
 value_of=([--big]="")
 understand "$@"
 big= # the library that enlarges the picture, when that is asked for
-if has --big; then big=$prefix/lib/nimbrel/libnimbrel_big.so; fi
+if has --big; then big=$prefix/libexec/nimbrel/libnimbrel_big.so; fi
 play_apart "$prefix/share/nimbrel/Data"
-present "$prefix/lib/nimbrel/nimbrel_escape" "$prefix/lib/nimbrel/nimbrel" ${big:+"$big"}
+present "$prefix/libexec/nimbrel/nimbrel_escape" "$prefix/libexec/nimbrel/nimbrel" ${big:+"$big"}
 all_is_well || say "Something is wrong here; that page has what the demo knows of it."
 exit "$status"

@@ -51,7 +51,7 @@ protected:
                                       "Demo", "--prefix", prefix}},
                        patience);
         ASSERT_EQ(end.exitStatus, 0) << end.errors;
-        Watch(prefix / "lib/nimbrel/nimbrel");
+        Watch(prefix / "libexec/nimbrel/nimbrel");
     }
 
     static void TearDownTestSuite() {
@@ -162,14 +162,15 @@ TEST_F(Installed, Launcher_says_that_something_is_wrong_and_gives_the_demos_stat
     EXPECT_EQ(end.exitStatus, 0);
     EXPECT_THAT(end.output, EndsWith(": rows that say ERROR: Image Data/Gfx/water.jpg\n"));
     EXPECT_THAT(end.errors, HasSubstr("Something is wrong here"));
-    WriteScript("other/lib/nimbrel/nimbrel", "exit 3");
+    WriteScript("other/libexec/nimbrel/nimbrel", "exit 3");
     EXPECT_EQ(Play(fs::absolute("other/bin/nimbrel"), display->Name()).exitStatus, 3);
 }
 
 TEST_F(Installed, Launcher_presses_Escape_for_a_signal) {
     fs::create_directory("another");
     fs::copy(prefix, "another", fs::copy_options::recursive);
-    fs::rename("another/lib/nimbrel/nimbrel.real", "another/lib/nimbrel/nimbrel"); // in real time
+    fs::rename("another/libexec/nimbrel/nimbrel.real",
+               "another/libexec/nimbrel/nimbrel"); // in real time
     Tools::Process run(
         {.arguments = {fs::absolute("another/bin/nimbrel")}, .added = Around(display->Name())});
     const fs::path page = home / ".local/state/nimbrel/Vell_log.html";
@@ -202,7 +203,7 @@ TEST_F(Installed, Files_have_all_of_the_data_and_programs_only_where_they_belong
     }
     for (const std::string& file : files)
         EXPECT_EQ(ReadFile(prefix / file).starts_with(ELFMAG),
-                  file.starts_with("lib/nimbrel/") && file != "lib/nimbrel/nimbrel")
+                  file.starts_with("libexec/nimbrel/") && file != "libexec/nimbrel/nimbrel")
             << file;
 }
 
