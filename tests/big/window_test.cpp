@@ -96,12 +96,11 @@ protected:
         return Tools::ReadPpm(std::string("as ever/") + frameFile);
     }
 
-    /// Starts it with the library under it, on this display. Time stands still at the moment: a
-    /// microsecond a frame.
+    /// Starts it with the library under it, on this display. Time stands still at the moment.
     void StartBig(const std::string& name, const Tools::Environment& more = {}) {
         std::string times = "0";
         for (int frame = 0; frame < 5000; ++frame)
-            times += "," + std::to_string(moment + frame * 1e-6);
+            times += "," + std::to_string(moment);
         Tools::Environment surroundings = {
             {"DISPLAY", name},
             {"LD_PRELOAD",
@@ -124,7 +123,7 @@ protected:
         return most;
     }
 
-    /// Frames a few microseconds apart may round a colour differently.
+    /// What a frame leaves for the next one may round a colour differently.
     static constexpr int sameMoment = 2;
 };
 
