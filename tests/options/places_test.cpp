@@ -86,3 +86,12 @@ TEST_F(Places, To_fill_are_made) {
                 StartsWith("cannot make the folder /proc/new ("));
     EXPECT_THAT(Refusal(Tools::MakeFolder, "/proc"), StartsWith("cannot write /proc: the folder "));
 }
+
+TEST_F(Places, To_fill_later_are_left_as_they_were) {
+    EXPECT_EQ(Refusal(Tools::CheckFolderToFill, "later/inner/"), "none");
+    EXPECT_FALSE(fs::exists("later"));
+    EXPECT_EQ(Refusal(Tools::CheckFolderToFill, "folder"), "none");
+    EXPECT_TRUE(fs::exists("folder"));
+    EXPECT_THAT(Refusal(Tools::CheckFolderToFill, "/proc/new"),
+                StartsWith("cannot make the folder /proc/new ("));
+}

@@ -47,6 +47,10 @@ TEST_F(FilmTest, Names_the_moment_and_the_pass_in_which_the_show_differs_first) 
 TEST_F(FilmTest, Says_when_there_is_nothing_to_compare_with) {
     MakeDemoData();
     const Tools::Ending end = Film({"--verify", "--references", "nowhere"});
-    EXPECT_EQ(end.exitStatus, 1);
-    EXPECT_THAT(end.errors, HasSubstr("cannot read nowhere/passes.txt"));
+    EXPECT_EQ(end.exitStatus, 2) << "refused before the show is played";
+    EXPECT_THAT(end.errors, HasSubstr("cannot read nowhere: there is no such folder"));
+    std::filesystem::create_directory("empty");
+    const Tools::Ending late = Film({"--verify", "--references", "empty"});
+    EXPECT_EQ(late.exitStatus, 1);
+    EXPECT_THAT(late.errors, HasSubstr("cannot read empty/passes.txt"));
 }

@@ -79,7 +79,7 @@ int RunVerify(const Arguments& arguments) {
         Tools::CheckFolder(folder);
         return Verify::VerifyShow(folder, picture);
     }
-    Tools::MakeFolder(folder);
+    Tools::CheckFolderToFill(folder);
     Verify::RenewReferences(folder);
     return EXIT_SUCCESS;
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include <unistd.h>
 
@@ -83,6 +84,17 @@ void MakeFolder(const std::string& path) {
         throw WrongUsage("cannot make the folder " + path + " (" + error.message() +
                          "); name another");
     CheckOpen(path, path);
+}
+
+void CheckFolderToFill(const std::string& path) {
+    std::error_code error;
+    std::vector<fs::path> missing;
+    for (fs::path folder = path; !folder.empty() && !fs::exists(folder, error);
+         folder = folder.parent_path())
+        missing.push_back(folder);
+    MakeFolder(path);
+    for (const fs::path& folder : missing)
+        fs::remove(folder, error);
 }
 
 } // namespace Tools

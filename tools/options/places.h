@@ -20,4 +20,7 @@ void CheckFolder(const std::string& path);
 /// The folder takes new files. It is made, with those that it lies in, if it is not there.
 void MakeFolder(const std::string& path);
 
+/// The same, but what was made for the answer is gone afterwards.
+void CheckFolderToFill(const std::string& path);
+
 } // namespace Tools
