@@ -60,7 +60,7 @@ TEST_F(FreeFlight, Sideways_and_a_floor_at_the_same_height_leave_a_negative_zero
 
 TEST_F(FreeFlight, Shift_and_the_like_make_no_difference) {
     SDL_Event forward = KeyDown(SDLK_z);
-    forward.key.keysym.mod = SDLMod(KMOD_SHIFT | KMOD_CAPS);
+    forward.key.keysym.mod = static_cast<SDLMod>(KMOD_SHIFT | KMOD_CAPS);
     Update(forward, 0.4f);
     ExpectVector(camera.GetTarget(), -root3, 8, -3);
 }
@@ -70,7 +70,7 @@ TEST_F(FreeFlight, Every_other_key_moves_nothing) {
         const auto isKey = [&](const Step& step) { return step.key == key; };
         if (std::any_of(std::begin(steps), std::end(steps), isKey))
             continue;
-        Update(KeyDown(SDLKey(key)), 0.4f);
+        Update(KeyDown(static_cast<SDLKey>(key)), 0.4f);
         ASSERT_EQ(camera.GetTarget(), vec3(0, 10, 0)) << key;
     }
 }

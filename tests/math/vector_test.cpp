@@ -76,7 +76,7 @@ TYPED_TEST(Vector, Is_copied_by_value) {
 TYPED_TEST(Vector, Gives_references_to_its_components_by_index) {
     TypeParam v;
     for (int i = 0; i < widthOf<TypeParam>; ++i) {
-        v[i] = ScalarOf<TypeParam>(i + 1);
+        v[i] = static_cast<ScalarOf<TypeParam>>(i + 1);
         EXPECT_EQ(&v(i), &v[i]);
     }
     EXPECT_EQ(v, Take<TypeParam>(1, 2, 3, 4));

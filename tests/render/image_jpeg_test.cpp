@@ -56,7 +56,7 @@ std::string ChosenJpeg(int side, J_COLOR_SPACE space, Choice choose) {
     jpeg.err = jpeg_std_error(&errors);
     jpeg_create_compress(&jpeg);
     jpeg_stdio_dest(&jpeg, file);
-    jpeg.image_width = jpeg.image_height = JDIMENSION(side);
+    jpeg.image_width = jpeg.image_height = static_cast<JDIMENSION>(side);
     jpeg.input_components = space == JCS_CMYK ? 4 : 3;
     jpeg.in_color_space = space;
     jpeg_set_defaults(&jpeg); // colours at half the resolution

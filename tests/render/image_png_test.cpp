@@ -28,9 +28,9 @@ void Write(const std::string& name, const PngFile& picture) {
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png_create_info_struct(png);
     png_init_io(png, file);
-    png_set_IHDR(png, info, png_uint_32(picture.width), png_uint_32(picture.height), picture.depth,
-                 picture.type, picture.interlace, PNG_COMPRESSION_TYPE_DEFAULT,
-                 PNG_FILTER_TYPE_DEFAULT);
+    png_set_IHDR(png, info, static_cast<png_uint_32>(picture.width),
+                 static_cast<png_uint_32>(picture.height), picture.depth, picture.type,
+                 picture.interlace, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     if (picture.more)
         picture.more(png, info);
     png_write_info(png, info);
@@ -63,7 +63,8 @@ void MendChecksums(std::string& file) {
     while (at + 12 <= file.size() && BigEndian(file, at) <= file.size() - at - 12) {
         const std::size_t covered = 4 + static_cast<std::size_t>(BigEndian(file, at));
         const auto* bytes = reinterpret_cast<const Bytef*>(file.data() + at + 4);
-        SetBigEndian(file, at + 4 + covered, static_cast<uint32_t>(crc32(0, bytes, uInt(covered))));
+        SetBigEndian(file, at + 4 + covered,
+                     static_cast<uint32_t>(crc32(0, bytes, static_cast<uInt>(covered))));
         at += 8 + covered;
     }
 }

@@ -246,7 +246,7 @@ TEST_F(ShaderFailureTest, Ends_a_text_where_its_bytes_end_when_it_is_shorter_tha
 
 TEST_F(ShaderFailureTest, Logs_a_text_too_large_to_be_one) {
     const std::string name = NewFile(".txt", "");
-    std::filesystem::resize_file(name, std::uintmax_t(1) << 31); // a hole: no disk is used
+    std::filesystem::resize_file(name, std::uintmax_t{1} << 31); // a hole: no disk is used
     const LogWatch log;
     EXPECT_EQ(Shader::textFileRead(name.c_str()), nullptr);
     EXPECT_EQ(log.NewRows(), (Rows{{"Shader", "ERROR", name}}));

@@ -277,8 +277,8 @@ TEST(Process, That_has_to_succeed_is_quoted_when_it_does_not) {
     EXPECT_EQ(Refusal([&] { fine.Finish(); }), "");
     Process bad(Shell("echo what; echo why >&2; echo; exit 1"));
     EXPECT_EQ(Refusal([&] { bad.Finish(); }), "sh failed: what\n\nwhy");
-    Process long_(Shell("head -c 5000 /dev/zero | tr '\\0' x; exit 1"));
-    EXPECT_EQ(Refusal([&] { long_.Finish(); }), "sh failed: " + std::string(4096, 'x'));
+    Process talkative(Shell("head -c 5000 /dev/zero | tr '\\0' x; exit 1"));
+    EXPECT_EQ(Refusal([&] { talkative.Finish(); }), "sh failed: " + std::string(4096, 'x'));
 }
 
 TEST(Terminal, Is_all_three_streams) {

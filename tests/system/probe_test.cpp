@@ -158,9 +158,8 @@ TEST_F(Probe, Takes_each_picture_at_the_first_frame_that_is_due) {
     ASSERT_EQ(first.size(), header.size() + static_cast<std::size_t>(width * height * 3));
     ASSERT_EQ(first.substr(0, header.size()), header);
     const auto green = [&](const std::string& file, int x, int row) {
-        return static_cast<int>(
-            (unsigned char)
-                file[header.size() + static_cast<std::size_t>((row * width + x) * 3 + 1)]);
+        const auto pixel = static_cast<std::size_t>(row * width + x);
+        return static_cast<int>(static_cast<unsigned char>(file[header.size() + pixel * 3 + 1]));
     };
     EXPECT_NEAR(green(first, 4, 2), 26, 1); // a tenth of 255
     EXPECT_NEAR(green(later, 4, 2), 77, 1); // three tenths
