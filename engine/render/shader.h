@@ -25,8 +25,8 @@ public:
     /// Handles shared through the registry are deleted by every sharer alike. That is harmless: the
     /// program object itself is never released, so what is left of a pair goes on drawing, and
     /// OpenGL ignores the second deletion of a shader object (when the pair did not compile there
-    /// is no program, and it refuses that deletion without harm). Once the
-    /// object that compiled a pair is gone, the pair is compiled afresh when it is loaded again.
+    /// is no program, and it refuses that deletion without harm). Once the object that compiled a
+    /// pair is gone, the pair is compiled afresh when it is loaded again.
     ~Shader();
 
     Shader(const Shader&) = delete;

@@ -41,11 +41,10 @@ struct XT3DSubMesh {
 ///
 /// Units:  texture 0 to 2 on texture units 0 to 2, the light map on unit 6; texture coordinate set
 ///         0 carries the textures' coordinates, set 1 the light map's.
-/// Shared: a path that was loaded before is not read again as long as the mesh lives that loaded
-/// it.
-///         The later mesh points at the sub-meshes, material and light map of the first, owns
-///         nothing, and must not outlive it; it has its own blend flag, and its bounding box stays
-///         all zero. Once the first is gone the file is read afresh.
+/// Shared: a path is not read again as long as the mesh that loaded it lives. The later mesh points
+///         at the sub-meshes, material and light map of the first, owns nothing, and must not
+///         outlive it; it has its own blend flag, and its bounding box stays all zero. Once the
+///         first is gone the file is read afresh.
 /// Needs:  a current context on which InitEngine() succeeded.
 class XT3DStatic : public Mesh {
 public:

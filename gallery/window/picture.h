@@ -17,7 +17,7 @@ void GoToMoment();
 /// with status 1, and a line on standard error, when it cannot.
 void SavePicture(int width, int height);
 
-/// Who else keeps time, and is is to be told of the moment, in seconds, when it is gone to; empty
+/// Who else keeps time, and is to be told of the moment, in seconds, when it is gone to; empty
 /// at first.
 std::function<void(double)>& MomentListener();
 
