@@ -157,9 +157,10 @@ struct Need {
 /// One that tells of each purpose: building, drawing, a virtual display, looking at the demo,
 /// films, making Data/, and the parts of ./test.
 const std::set<std::string> telling = {
-    "g++",           "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev", "ffmpeg",
-    "libembree-dev", "libgtest-dev",    "clang-format", "shellcheck",         "clang-tidy",
-    "gcovr",         "patchelf",        "lintian",      "libxrandr-dev",      "clang"};
+    "g++",        "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev",
+    "ffmpeg",     "libembree-dev",   "libgtest-dev", "clang-format",
+    "shellcheck", "clang-tidy",      "gcovr",        "patchelf",
+    "lintian",    "libxrandr-dev",   "clang",        "libbenchmark-dev"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
@@ -173,10 +174,10 @@ const Need needs[] = {
     {"movie", {"--explain", "97", "a.html"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"movie", {"--verify"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"movie", {"--doctor"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
-    {"bench/run", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"bench/run", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libbenchmark-dev"}},
     {"bench/film", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
     {"bench/city", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libembree-dev"}},
-    {"bench/mesh", {}, {"g++", "nlohmann-json3-dev"}},
+    {"bench/mesh", {}, {"g++", "nlohmann-json3-dev", "libbenchmark-dev"}},
     {"art/make", {"fish"}, {"g++", "libembree-dev"}},
     {"docs/make-pictures", {"music/pulse.png"}, {"g++", "libembree-dev"}},
     {"docs/make-pictures", {"rise.png"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
@@ -193,7 +194,7 @@ const Need needs[] = {
     {"test",
      {"asan"},
      {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
-      "libgtest-dev", "libxrandr-dev"}},
+      "libgtest-dev", "libxrandr-dev", "libbenchmark-dev"}},
 };
 
 /// Those of the list that begins behind "Installing: " that tell of a purpose.
