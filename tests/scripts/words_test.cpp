@@ -72,7 +72,7 @@ TEST_F(Words, Are_all_that_the_scripts_list_shows) {
     for (const char* script :
          {"play", "movie", "test", "bench/film", "bench/mesh", "bench/run", "art/make",
           "gallery/run", "packaging/make", "tools/doctor/sums", "docs/make-pictures", "tests/style",
-          "tests/coverage", "tests/packages", "tests/faults/run"})
+          "tests/coverage", "tests/packages", "tests/faults/run", "tests/fuzz/run"})
         EXPECT_NE(std::find(scripts.begin(), scripts.end(), script), scripts.end()) << script;
 }
 
