@@ -2,18 +2,22 @@
 
 #include "sound/track.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 
 namespace Vell::Sound {
 
 namespace {
+
+using std::chrono::milliseconds;
 
 // Short periods keep the reported position fresh; a tenth of a second in the buffer outlasts the
 // moments in which the picture takes all cores. The buffer does not delay the start: the device
 // begins with its oldest frame as soon as it is full, which takes no time.
 constexpr unsigned periodTime = 10'000;  // microseconds
 constexpr unsigned bufferTime = 100'000; // microseconds
-constexpr int longestWait = 100;         // milliseconds, for room in the buffer
+constexpr milliseconds longestWait{100}; // for room in the buffer
 
 constexpr const char* names[] = {"default", "plug:default"};
 
@@ -76,10 +80,18 @@ bool AlsaDevice::OpenAs(const char* name, unsigned rate) {
     snd_pcm_hw_params_t* hardware = nullptr;
     snd_pcm_hw_params_alloca(&hardware);
     if (ChooseFormat(opened, hardware, rate) && ChooseSizes(opened, hardware, period, buffer) &&
-        ChooseThresholds(opened, period, buffer))
+        ChooseThresholds(opened, period, buffer) && TakeDescriptors())
         return true;
     pcm.reset();
     return false;
+}
+
+/// What tells that there is room.
+bool AlsaDevice::TakeDescriptors() {
+    const int count = snd_pcm_poll_descriptors_count(pcm.get());
+    descriptors.resize(static_cast<std::size_t>(std::max(count, 0)));
+    return count > 0 && snd_pcm_poll_descriptors(pcm.get(), descriptors.data(),
+                                                 static_cast<unsigned>(count)) == count;
 }
 
 std::int64_t AlsaDevice::PeriodFrames() const {
@@ -101,8 +113,20 @@ Device::Answer AlsaDevice::Write(const std::int16_t* frames, std::int64_t count)
     return {recovered ? Outcome::Recovered : Outcome::Lost, 0};
 }
 
+// Not by snd_pcm_wait(), which begins its time anew whenever the device wakes it for nothing: one
+// that stands still while its timer goes on would hold it for ever. What goes wrong here, the next
+// write will tell.
 void AlsaDevice::Wait() {
-    snd_pcm_wait(pcm.get(), longestWait); // what goes wrong here, the next write will tell
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + longestWait;
+    unsigned short events = 0;
+    while (events == 0) {
+        const auto left = std::chrono::duration_cast<milliseconds>(end - Clock::now()).count();
+        const auto count = static_cast<unsigned>(descriptors.size());
+        if (left <= 0 || poll(descriptors.data(), count, static_cast<int>(left)) <= 0 ||
+            snd_pcm_poll_descriptors_revents(pcm.get(), descriptors.data(), count, &events) < 0)
+            return;
+    }
 }
 
 std::int64_t AlsaDevice::Delay() {

@@ -5,6 +5,9 @@
 #include <alsa/asoundlib.h>
 
 #include <memory>
+#include <vector>
+
+#include <poll.h>
 
 namespace Vell::Sound {
 
@@ -29,10 +32,12 @@ private:
     };
 
     bool OpenAs(const char* name, unsigned rate);
+    bool TakeDescriptors();
 
     std::unique_ptr<snd_pcm_t, Closer> pcm;
     snd_pcm_uframes_t period = 0; ///< frames
     snd_pcm_uframes_t buffer = 0; ///< frames
+    std::vector<pollfd> descriptors;
 };
 
 } // namespace Vell::Sound

@@ -206,6 +206,20 @@ TEST_F(Alsa, Keeps_time_when_the_card_is_unplugged) {
     EXPECT_TRUE(std::equal(received.begin(), received.end(), track->samples.begin()));
 }
 
+TEST_F(Alsa, Is_left_by_time_and_at_the_end_when_the_card_stands_still) {
+    const AlsaSetup setup(PacedDevice("stall_at 4410")); // its timer goes on
+    const auto track = SineTrack(44100, 44'100);
+    const auto start = steady_clock::now();
+    {
+        const DeviceOutput output(track, std::make_unique<AlsaDevice>(), SteadyTime);
+        std::this_thread::sleep_for(milliseconds(400));
+    }
+    EXPECT_LT(steady_clock::now() - start, milliseconds(400 + 1000)) << "ends while it waits";
+    EXPECT_LE(ReadFile("out.raw").size(), 4u * (4'410 + 4'410)) << "no more than a buffer ahead";
+    Play(track);
+    EXPECT_LT(steady_clock::now() - start, milliseconds(4000)) << "the clock goes on without it";
+}
+
 TEST_F(Alsa, Can_be_opened_again_after_it_was_not_there) {
     AlsaDevice device;
     {

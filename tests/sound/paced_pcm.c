@@ -2,12 +2,17 @@
  * An ALSA device without hardware that behaves like a card: it plays in real time, runs dry when
  * it is not fed, and can be told to fail. Loaded by ALSA itself from a test's configuration:
  *
- *   pcm.!default { type paced file FILE [dry_at FRAMES] [gone_at FRAMES] [latency FRAMES] }
+ *   pcm.!default {
+ *       type paced file FILE [dry_at FRAMES] [gone_at FRAMES] [stall_at FRAMES] [latency FRAMES]
+ *       [busy 1]
+ *   }
  *
  * file     everything that is handed over is written there
  * dry_at   having played this many frames it runs dry once, as if the machine had been busy
  * gone_at  having been handed this many frames it is unplugged
+ * stall_at having played this many frames it stops, without an error
  * latency  frames that it holds back behind its buffer
+ * busy     1: another program holds it
  */
 #include <alsa/asoundlib.h>
 #include <alsa/pcm_external.h>
@@ -28,6 +33,8 @@ typedef struct {
     FILE* file;
     long dryAt;  /* -1: never */
     long goneAt; /* -1: never */
+    long stallAt; /* -1: never */
+    long busy;
     long latency;
     int wasDry;
     int64_t startTime; /* nanoseconds */
@@ -82,6 +89,8 @@ static snd_pcm_sframes_t Pointer(snd_pcm_ioplug_t* io) {
         paced->wasDry = 1;
         return -EPIPE;
     }
+    if (paced->stallAt >= 0 && played > paced->stallAt)
+        played = paced->stallAt;
     if (played > Queued(paced)) {
         if (io->state != SND_PCM_STATE_DRAINING)
             return -EPIPE;
@@ -185,6 +194,10 @@ static void ReadSetting(snd_config_t* entry, Paced* paced, const char** path) {
         snd_config_get_integer(entry, &paced->dryAt);
     else if (strcmp(id, "gone_at") == 0)
         snd_config_get_integer(entry, &paced->goneAt);
+    else if (strcmp(id, "stall_at") == 0)
+        snd_config_get_integer(entry, &paced->stallAt);
+    else if (strcmp(id, "busy") == 0)
+        snd_config_get_integer(entry, &paced->busy);
     else if (strcmp(id, "latency") == 0)
         snd_config_get_integer(entry, &paced->latency);
 }
@@ -196,15 +209,19 @@ SND_PCM_PLUGIN_DEFINE_FUNC(paced) {
         return -ENOMEM;
     paced->dryAt = -1;
     paced->goneAt = -1;
+    paced->stallAt = -1;
     const char* path = "";
     snd_config_iterator_t i, next;
     snd_config_for_each(i, next, conf) {
         ReadSetting(snd_config_iterator_entry(i), paced, &path);
     }
     paced->file = fopen(path, "wb");
-    if (!paced->file) {
+    if (!paced->file || paced->busy) {
+        const int error = paced->file ? -EBUSY : -ENOENT;
+        if (paced->file)
+            fclose(paced->file);
         free(paced);
-        return -ENOENT;
+        return error;
     }
     return Open(paced, pcmp, name, stream, mode);
 }
