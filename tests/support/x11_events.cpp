@@ -113,3 +113,20 @@ void ForeignWindow::Click() {
     XTestFakeButtonEvent(connection, Button1, False, CurrentTime);
     XSync(connection, False);
 }
+
+void ForeignWindow::Resize(int width, int height) {
+    XResizeWindow(connection, window, static_cast<unsigned>(width), static_cast<unsigned>(height));
+    XSync(connection, False);
+}
+
+void ForeignWindow::MovePointer(double seconds, int timesASecond) {
+    constexpr int batches = 100; // a second: sent together, as a busy mouse's are
+    const auto begin = Clock::now();
+    const int count = static_cast<int>(seconds * batches);
+    for (int batch = 0; batch < count; ++batch) {
+        for (int i = 0; i < timesASecond / batches; ++i)
+            XWarpPointer(connection, None, window, 0, 0, 0, 0, i % 2 + 1, 1);
+        XSync(connection, False);
+        std::this_thread::sleep_until(begin + (batch + 1) * std::chrono::seconds(1) / batches);
+    }
+}

@@ -27,6 +27,12 @@ public:
     /// Moves the pointer into the window and clicks its left button.
     void Click();
 
+    /// Asks for another size, as a window manager does.
+    void Resize(int width, int height);
+
+    /// Moves the pointer about in the window for so long, so many times a second.
+    void MovePointer(double seconds, int timesASecond);
+
 private:
     _XDisplay* connection;
     unsigned long window;

@@ -1,12 +1,9 @@
 // The production with files missing: it plays to its end without them, and the log names them.
 
-#include "demo/assets.h"
-#include "tests/support/demo_data.h"
 #include "tests/support/log_page.h"
-#include "tests/system/nimbrel_test.h"
+#include "tests/system/datafiles.h"
 
 #include <algorithm>
-#include <set>
 
 #include <sys/stat.h>
 
@@ -18,34 +15,6 @@ constexpr double step = 3.0;      // seconds a frame: every part of the show get
 constexpr double patience = 60.0; // for a run that draws forty frames
 
 const std::string musicTrack = Assets::music; // not the engine's: no row, and no sound
-
-/// What the log can name: the kinds of file that the engine loads.
-const std::set<std::string> kinds = {".xt3dstatic", ".vert", ".frag", ".jpg", ".png"};
-
-/// Every data file of the production, as "Data/..."; the tiny data's in the sanitizer build.
-std::vector<std::string> DataFiles() {
-    if (sanitized)
-        return DemoFiles();
-    const char* other = std::getenv("NIMBREL_TEST_DATA");
-    const fs::path folder = other ? other : NIMBREL_SOURCE_DIR "/Data";
-    const fs::path example = folder / "Gfx/Plain"; // a material to copy: the demo does not load it
-    std::vector<std::string> files;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-        const std::string kind = entry.path().extension();
-        if (entry.is_regular_file() && entry.path().parent_path() != example &&
-            (kinds.count(kind) || kind == ".mp3"))
-            files.push_back("Data" / fs::relative(entry.path(), folder));
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
-std::string TestName(const ::testing::TestParamInfo<std::string>& file) {
-    std::string name = file.param.substr(std::string("Data/").size());
-    std::replace_if(
-        name.begin(), name.end(), [](char letter) { return !std::isalnum(letter); }, '_');
-    return name;
-}
 
 class Missing : public NimbrelTest {
 protected:
@@ -68,30 +37,19 @@ protected:
     }
 };
 
-class MissingFile : public Missing, public ::testing::WithParamInterface<std::string> {
-protected:
-    /// The data folder, file by file, without the one.
-    static void MakeDataWithout(const std::string& file) {
-        if (sanitized)
-            MakeDemoData();
-        else
-            for (const std::string& name : DataFiles()) {
-                fs::create_directories(fs::path(name).parent_path());
-                fs::create_symlink(RealData() / fs::relative(name, "Data"), name);
-            }
-        fs::remove(file);
-    }
-};
+class MissingFile : public Missing, public ::testing::WithParamInterface<std::string> {};
 
 } // namespace
 
 TEST_P(MissingFile, Is_named_in_the_log_and_the_show_goes_on) {
-    MakeDataWithout(GetParam());
+    MakeDataFiles();
+    fs::remove(GetParam());
     ExpectPlaysToTheEnd();
     EXPECT_EQ(IsReported(GetParam()), GetParam() != musicTrack);
 }
 
-INSTANTIATE_TEST_SUITE_P(EachOf, MissingFile, ::testing::ValuesIn(DataFiles()), TestName);
+INSTANTIATE_TEST_SUITE_P(EachOf, MissingFile, ::testing::ValuesIn(DataFiles()),
+                         [](const auto& file) { return NameForTests(file.param); });
 
 TEST_F(Missing, Files_that_are_pipes_are_named_in_the_log_and_not_waited_for) {
     for (const std::string& file : DemoFiles()) {

@@ -25,6 +25,12 @@ constexpr bool sanitized = true;
 constexpr bool sanitized = false;
 #endif
 
+/// The folder of the real assets; the environment variable NIMBREL_TEST_DATA names another.
+inline std::filesystem::path RealData() {
+    const char* other = std::getenv("NIMBREL_TEST_DATA");
+    return other ? other : NIMBREL_SOURCE_DIR "/Data";
+}
+
 /// Runs the real program, as a viewer does, in a scratch directory on a display of its own, with
 /// the probe of tools/probe preloaded. There is never a sound device.
 class NimbrelTest : public ::testing::Test {
@@ -35,12 +41,6 @@ protected:
 
     static void SetUpTestSuite() { display = std::make_unique<Tools::VirtualDisplay>(); }
     static void TearDownTestSuite() { display.reset(); }
-
-    /// The folder of the real assets; the environment variable NIMBREL_TEST_DATA names another.
-    static std::filesystem::path RealData() {
-        const char* other = std::getenv("NIMBREL_TEST_DATA");
-        return other ? other : NIMBREL_SOURCE_DIR "/Data";
-    }
 
     /// Puts a link "Data" to the real assets into the scratch directory.
     static void LinkData() { std::filesystem::create_directory_symlink(RealData(), "Data"); }

@@ -16,6 +16,7 @@
 #include <SDL.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
@@ -116,8 +117,10 @@ private:
         glReadPixels(0, 0, screen->w, screen->h, GL_RGB, GL_UNSIGNED_BYTE, bytes.data());
         glPixelStorei(GL_PACK_ALIGNMENT, alignment);
 
-        char name[32];
-        std::snprintf(name, sizeof name, "/frame_%08.3f.ppm", time);
+        char name[64]; // a point whatever the user's numbers have
+        const long thousandths = std::lround(time * 1000.0);
+        std::snprintf(name, sizeof name, "/frame_%04ld.%03ld.ppm", thousandths / 1000,
+                      thousandths % 1000);
         std::ofstream file(folder + name, std::ios::binary);
         file << "P6\n" << screen->w << ' ' << screen->h << "\n255\n";
         for (int y = screen->h - 1; y >= 0; --y) // OpenGL counts rows from below

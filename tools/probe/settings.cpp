@@ -64,7 +64,7 @@ const Setting all[] = {
     {"STEP", "SECONDS", "of demo time per frame, in the place of the real time",
      TakeNumber<&Settings::step>},
     {"TIMES", "0,0.5,13.9",
-     "rising demo times of the frames, likewise; after the last one the demo's time is up",
+     "demo times of the frames, likewise; after the last one the demo's time is up",
      TakeNumbers<&Settings::times>},
     {"SPEED", "FACTOR", "time passes so many times as fast from the first frame on",
      TakeNumber<&Settings::speed>},
