@@ -282,7 +282,7 @@ void XT3DStatic::ComputeBBox() {
     if (first == nullptr)
         return;
     vec3 low = *first;
-    vec3 high = *first;
+    vec3 high = low;
     for (int i = 0; i < subMeshCount; ++i)
         for (int v = 0; v < subMeshes[i].vertexCount; ++v)
             Include(subMeshes[i].positions[v], low, high);

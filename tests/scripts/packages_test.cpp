@@ -156,11 +156,25 @@ struct Need {
 
 /// One that tells of each purpose: building, drawing, a virtual display, looking at the demo,
 /// films, making Data/, and the parts of ./test.
-const std::set<std::string> telling = {
-    "g++",        "libgl1-mesa-dri", "xvfb",         "nlohmann-json3-dev",
-    "ffmpeg",     "libembree-dev",   "libgtest-dev", "clang-format",
-    "shellcheck", "clang-tidy",      "gcovr",        "patchelf",
-    "lintian",    "libxrandr-dev",   "clang",        "libbenchmark-dev"};
+const std::set<std::string> telling = {"g++",
+                                       "libgl1-mesa-dri",
+                                       "xvfb",
+                                       "nlohmann-json3-dev",
+                                       "ffmpeg",
+                                       "libembree-dev",
+                                       "libgtest-dev",
+                                       "clang-format",
+                                       "shellcheck",
+                                       "clang-tidy",
+                                       "gcovr",
+                                       "patchelf",
+                                       "lintian",
+                                       "libxrandr-dev",
+                                       "clang",
+                                       "libbenchmark-dev",
+                                       "cppcheck",
+                                       "valgrind",
+                                       "libsdl1.2-compat"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
@@ -185,6 +199,15 @@ const Need needs[] = {
     {"test", {"style"}, {"shellcheck"}},
     {"test", {"art"}, {"g++", "libembree-dev"}},
     {"test", {"coverage"}, {"g++", "gcovr"}},
+    {"test", {"cppcheck"}, {"cppcheck"}},
+    {"test",
+     {"surroundings"},
+     {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
+      "libgtest-dev", "libxrandr-dev", "libbenchmark-dev", "libsdl1.2-compat"}},
+    {"test",
+     {"valgrind"},
+     {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
+      "libgtest-dev", "libxrandr-dev", "libbenchmark-dev", "valgrind"}},
     {"test", {"fuzz"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "clang"}},
     {"test",
      {"packages"},

@@ -146,6 +146,7 @@ void PlayShow(const Rate& rate, int last, Visitor& visitor) {
     Performance now(rate, last, visitor);
     show = &now;
     const std::unique_ptr<Performance*, void (*)(Performance**)> end(
+        // cppcheck-suppress danglingLifetime ; for `end` takes it back before `now` goes
         &show, [](Performance** it) { *it = nullptr; });
     NimbrelMain();
     if (now.Failure())
