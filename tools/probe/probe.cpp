@@ -150,14 +150,22 @@ public:
             file << frame.demoTime << ' ' << frame.milliseconds << ' ' << frame.processor << '\n';
     }
 
+    /// A frame begins where the one before has ended, the first one where loading has.
+    void BeginFrame() {
+        if (last > 0.0 || path.empty())
+            return;
+        glFinish(); // or the first frame would pay for what loading ordered
+        last = Seconds();
+        spent = ProcessorSeconds();
+    }
+
     void EndFrame(double demoTime) {
         if (path.empty())
             return;
-        glFinish(); // or the next frame would pay for what this one ordered
+        glFinish(); // likewise
         const double now = Seconds();
         const double processor = ProcessorSeconds();
-        if (last > 0.0)
-            frames.push_back({demoTime, (now - last) * 1000.0, (processor - spent) * 1000.0});
+        frames.push_back({demoTime, (now - last) * 1000.0, (processor - spent) * 1000.0});
         last = now;
         spent = processor;
     }
@@ -290,6 +298,7 @@ extern "C" int SDL_PollEvent(SDL_Event* event) {
     Watch& watch = TheWatch();
     watch.time.BeginFrame(watch.report.Frames());
     frameTime = watch.time.Seconds();
+    watch.durations.BeginFrame();
     watch.report.BeginFrame();
     return next(event);
 }

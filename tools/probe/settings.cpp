@@ -58,8 +58,8 @@ const Setting all[] = {
      "gets one \"name value\" line per fact, after the first frame and again at the end",
      TakeText<&Settings::report>},
     {"FRAMES", "FILE",
-     "gets one line per frame but the first: demo time, the milliseconds until all was drawn, and "
-     "those of the processor",
+     "gets one line per frame: demo time, the milliseconds until all was drawn, and those of the "
+     "processor",
      TakeText<&Settings::frames>},
     {"STEP", "SECONDS", "of demo time per frame, in the place of the real time",
      TakeNumber<&Settings::step>},
