@@ -7,7 +7,8 @@ packages_build="g++ cmake ninja-build pkgconf libsdl1.2-dev libgl-dev libglu1-me
     libjpeg62-turbo-dev libpng-dev libmpg123-dev libasound2-dev libkissfft-dev libx11-dev"
 packages_play="$packages_build libgl1-mesa-dri" # and for whatever else draws
 packages_tools="nlohmann-json3-dev libssl-dev" # for whatever is configured with NIMBREL_BUILD_TOOLS
-packages_bench="libfast-float-dev libbenchmark-dev" # for whatever is configured with NIMBREL_BUILD_BENCH
+packages_bench_mesh="libfast-float-dev" # for whatever is configured with NIMBREL_BUILD_BENCH_MESH
+packages_bench_small="libbenchmark-dev" # likewise with NIMBREL_BUILD_BENCH_SMALL
 packages_big="libxrandr-dev" # for whatever is configured with NIMBREL_BUILD_BIG
 packages_movie="ffmpeg" # for films, not for single pictures
 packages_art="libembree-dev libmp3lame-dev libebur128-dev"

@@ -174,7 +174,8 @@ const std::set<std::string> telling = {"g++",
                                        "libbenchmark-dev",
                                        "cppcheck",
                                        "valgrind",
-                                       "libsdl1.2-compat"};
+                                       "libsdl1.2-compat",
+                                        "libfast-float-dev"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
@@ -188,10 +189,15 @@ const Need needs[] = {
     {"movie", {"--explain", "97", "a.html"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"movie", {"--verify"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"movie", {"--doctor"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
-    {"bench/run", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libbenchmark-dev"}},
+    {"bench/run",
+     {},
+     {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libbenchmark-dev", "libfast-float-dev"}},
+    {"bench/run", {"start"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"bench/run", {"mesh"}, {"g++", "libfast-float-dev"}},
+    {"bench/run", {"nodes", "music"}, {"g++", "libbenchmark-dev"}},
     {"bench/film", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
     {"bench/city", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libembree-dev"}},
-    {"bench/mesh", {}, {"g++", "nlohmann-json3-dev", "libbenchmark-dev"}},
+    {"bench/mesh", {}, {"g++", "libfast-float-dev"}},
     {"art/make", {"fish"}, {"g++", "libembree-dev"}},
     {"docs/make-pictures", {"music/pulse.png"}, {"g++", "libembree-dev"}},
     {"docs/make-pictures", {"rise.png"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
@@ -217,7 +223,7 @@ const Need needs[] = {
     {"test",
      {"asan"},
      {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
-      "libgtest-dev", "libxrandr-dev", "libbenchmark-dev"}},
+      "libgtest-dev", "libxrandr-dev", "libbenchmark-dev", "libfast-float-dev"}},
 };
 
 /// Those of the list that begins behind "Installing: " that tell of a purpose.
