@@ -154,7 +154,7 @@ void ShaderParameter(const Shader& shader, GLenum name, GLint* value) {
         *value = shader.hasText ? static_cast<GLint>(shader.text.size() + 1) : 0;
         break;
     case GL_DELETE_STATUS:
-        *value = 0;
+        *value = shader.deleted ? 1 : 0;
         break;
     default:
         Wrong().Raise(GL_INVALID_ENUM);

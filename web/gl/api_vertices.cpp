@@ -275,6 +275,15 @@ void glClear(GLbitfield mask) {
     Current().lists.Do([=] { Clear(mask); });
 }
 
+// There is no way back from a shader's vertices to the program: only drawing is known.
+GLint glRenderMode(GLenum mode) {
+    if (mode != GL_RENDER)
+        Current().errors.Raise(GL_INVALID_OPERATION);
+    return 0;
+}
+
+void glFeedbackBuffer(GLsizei, GLenum, GLfloat*) {}
+
 GLuint glGenLists(GLsizei range) {
     return Current().lists.Generate(range);
 }

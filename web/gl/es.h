@@ -22,6 +22,10 @@ namespace WebGL::Es {
     X(void, BlendColor, (GLfloat r, GLfloat g, GLfloat b, GLfloat a), (r, g, b, a))                \
     X(void, BlendEquation, (GLenum mode), (mode))                                                  \
     X(void, BlendFunc, (GLenum source, GLenum destination), (source, destination))                 \
+    X(void, BlitFramebuffer,                                                                       \
+      (GLint x0, GLint y0, GLint x1, GLint y1, GLint toX0, GLint toY0, GLint toX1, GLint toY1,     \
+       GLbitfield mask, GLenum filter),                                                            \
+      (x0, y0, x1, y1, toX0, toY0, toX1, toY1, mask, filter))                                      \
     X(void, BufferData, (GLenum target, GLsizeiptr size, const void* data, GLenum usage),          \
       (target, size, data, usage))                                                                 \
     X(void, BufferSubData, (GLenum target, GLintptr offset, GLsizeiptr size, const void* data),    \

@@ -39,9 +39,11 @@ GLenum FogMode() {
 
 std::string Key(const std::vector<Stage>& stages, GLenum fog) {
     std::string key = std::to_string(fog);
-    for (const Stage& stage : stages)
-        key += "," + std::to_string(stage.unit) + "/" + std::to_string(stage.environment) +
-               (stage.alphaOnly ? "a" : "");
+    for (const Stage& stage : stages) {
+        for (const GLint number : {static_cast<GLint>(stage.unit), stage.environment})
+            key.append(" ").append(std::to_string(number));
+        key.append(stage.alphaOnly ? "a" : "");
+    }
     return key;
 }
 

@@ -77,10 +77,22 @@ void Programs::Attach(Program& program, GLuint handle) {
     program.attachedNames.push_back(handle);
 }
 
-// A shader that is attached lives on in its program, and a program in use until another is used.
+bool Programs::IsAttached(GLuint shader) const {
+    return std::any_of(programs.begin(), programs.end(), [&](const auto& row) {
+        const std::vector<GLuint>& names = row.second->attachedNames;
+        return std::find(names.begin(), names.end(), shader) != names.end();
+    });
+}
+
+// A shader that is attached keeps its name for as long as that, and a program in use until another
+// is used.
 void Programs::Delete(GLuint handle) {
     if (handle == used && handle != 0) {
         programs[handle]->deleted = true;
+        return;
+    }
+    if (Shader* const shader = FindShader(handle); shader != nullptr && IsAttached(handle)) {
+        shader->deleted = true;
         return;
     }
     shaders.erase(handle);

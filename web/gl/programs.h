@@ -147,6 +147,8 @@ private:
     std::unordered_map<GLuint, std::unique_ptr<Program>> programs;
     GLuint lastHandle = 0;
     GLuint sentProgram = 0;
+
+    bool IsAttached(GLuint shader) const;
 };
 
 } // namespace WebGL

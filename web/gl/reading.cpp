@@ -1,9 +1,10 @@
 #include "web/gl/reading.h"
 
 #include "web/gl/context.h"
+#include "web/gl/depthreading.h"
 #include "web/gl/es.h"
 
-#include <cstring>
+#include <algorithm>
 #include <utility>
 
 namespace WebGL {
@@ -18,16 +19,19 @@ std::vector<std::uint8_t> ReadRgba(GLint x, GLint y, const PixelArea& area) {
     return rgba;
 }
 
-/// Mesa lets depths be read; WebGL does not, and then the call is wrong.
+/// Depths as the area's type has them.
 void ReadDepth(GLint x, GLint y, const PixelArea& area, void* pixels) {
-    const auto* const extensions = reinterpret_cast<const char*>(Es::GetString(GL_EXTENSIONS));
-    if (extensions == nullptr || std::strstr(extensions, "GL_NV_read_depth") == nullptr ||
-        area.type != GL_FLOAT) {
+    if (area.type != GL_FLOAT && area.type != GL_UNSIGNED_INT) {
         Current().errors.Raise(GL_INVALID_OPERATION);
         return;
     }
-    Es::ReadPixels(x, y, area.width, area.height, GL_DEPTH_COMPONENT, GL_FLOAT, pixels);
-    Current().errors.Suspect();
+    const std::vector<float> depths = ReadDepths(x, y, area.width, area.height);
+    if (area.type == GL_FLOAT)
+        std::copy(depths.begin(), depths.end(), static_cast<float*>(pixels));
+    else
+        std::transform(depths.begin(), depths.end(), static_cast<GLuint*>(pixels), [](float depth) {
+            return static_cast<GLuint>(static_cast<double>(depth) * 4294967295.0);
+        });
 }
 
 } // namespace
@@ -49,7 +53,7 @@ void ReadTexture(GLint level, GLenum format, GLenum type, void* pixels) {
     Context& context = Current();
     const Texture& texture = context.textures.Bound();
     const auto place = static_cast<std::size_t>(level);
-    if (place >= texture.levels.size() || texture.IsDepth() || texture.esName == 0) {
+    if (place >= texture.levels.size() || texture.esName == 0) {
         context.errors.Raise(GL_INVALID_OPERATION);
         return;
     }
@@ -59,7 +63,9 @@ void ReadTexture(GLint level, GLenum format, GLenum type, void* pixels) {
     context.framebuffers.Generate(1, &framebuffer);
     const GLuint before = std::exchange(context.framebuffers.bound, framebuffer);
     context.framebuffers.Bind(GL_FRAMEBUFFER_EXT, framebuffer);
-    context.framebuffers.Attach(GL_COLOR_ATTACHMENT0_EXT, {GL_TEXTURE_2D, texture.esName, level});
+    context.framebuffers.Attach(texture.IsDepth() ? GL_DEPTH_ATTACHMENT_EXT
+                                                  : GL_COLOR_ATTACHMENT0_EXT,
+                                {GL_TEXTURE_2D, texture.esName, level});
     ReadPixels(0, 0, area, pixels);
     context.framebuffers.Delete(framebuffer);
     context.framebuffers.bound = before;

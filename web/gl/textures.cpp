@@ -160,13 +160,19 @@ void Textures::SetPart(GLint level, GLint x, GLint y, const PixelArea& area, con
     }
     const TextureLevel& as = texture.levels[place];
     Activate();
+    errors.Suspect();
+    if (as.base == GL_DEPTH_COMPONENT) {
+        SendUnpack(PixelStore());
+        Es::TexSubImage2D(GL_TEXTURE_2D, level, x, y, area.width, area.height, GL_DEPTH_COMPONENT,
+                          GL_UNSIGNED_INT, ToDepth(pixels, area).data());
+        return;
+    }
     const bool plain = IsTakenAsItIs(as, area);
     const std::vector<std::uint8_t> bytes =
         plain ? std::vector<std::uint8_t>() : PixelsFor(as, area, pixels);
     SendUnpack(plain ? area.store : PixelStore{.alignment = 1});
     Es::TexSubImage2D(GL_TEXTURE_2D, level, x, y, area.width, area.height, as.esFormat,
                       GL_UNSIGNED_BYTE, plain ? pixels : bytes.data());
-    errors.Suspect();
     if (texture.generateMipmap && level == 0)
         GenerateMipmap();
 }

@@ -14,8 +14,7 @@ namespace {
 constexpr int allTexCoords = 8;
 
 // No shader of GLSL 1.10 says how exact it is to be: as exact as there is.
-constexpr std::string_view head = "#version 300 es\n"
-                                  "precision highp float;\n"
+constexpr std::string_view head = "precision highp float;\n"
                                   "precision highp int;\n"
                                   "precision highp sampler2D;\n"
                                   "precision highp sampler3D;\n"
@@ -32,6 +31,14 @@ std::size_t NextSolid(const std::vector<Token>& tokens, std::size_t index) {
 bool IsSymbol(const std::vector<Token>& tokens, std::size_t index, char symbol) {
     return index < tokens.size() && tokens[index].kind == TokenKind::Symbol &&
            tokens[index].text[0] == symbol;
+}
+
+bool EndsLine(const Token& token) {
+    return token.kind == TokenKind::Space && token.text.find('\n') != std::string::npos;
+}
+
+bool IsDesktopExtension(const std::string& name) {
+    return name == "all" || name.starts_with("GL_ARB_") || name.starts_with("GL_EXT_");
 }
 
 /// How many texture coordinates the name at `index` asks for: one more than the number in the
@@ -92,6 +99,7 @@ private:
 
     bool Uses(const std::string& name) const { return used.contains(name); }
 
+    void WriteExtensions();
     void WriteDeclarations();
     void WriteInterface();
     void WriteVariantDeclarations();
@@ -108,12 +116,31 @@ private:
 };
 
 std::string Writer::Write() {
-    text = head;
+    text = "#version 300 es\n";
+    WriteExtensions();
+    text += head;
     WriteDeclarations();
     text += "#line 1\n";
     WriteTokens();
     WriteMain();
     return text;
+}
+
+// They come before all else in GLSL ES. Those of desktops' own are part of it or nothing that it
+// knows; what is left, the driver is to judge.
+void Writer::WriteExtensions() {
+    const std::vector<Token>& tokens = source.tokens;
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const std::size_t word = NextSolid(tokens, i + 1);
+        const std::size_t name = NextSolid(tokens, word + 1);
+        if (tokens[i].kind != TokenKind::Hash || name >= tokens.size() ||
+            tokens[word].text != "extension" || IsDesktopExtension(tokens[name].text))
+            continue;
+        text += "#extension ";
+        for (i = name; i < tokens.size() && !EndsLine(tokens[i]); ++i)
+            text += tokens[i].text;
+        text += "\n";
+    }
 }
 
 void Writer::WriteDeclarations() {
@@ -186,10 +213,7 @@ void Writer::WriteDirective() {
         text += "#";
         return;
     }
-    const auto endsLine = [](const Token& token) {
-        return token.kind == TokenKind::Space && token.text.find('\n') != std::string::npos;
-    };
-    while (index + 1 < source.tokens.size() && !endsLine(source.tokens[index + 1]))
+    while (index + 1 < source.tokens.size() && !EndsLine(source.tokens[index + 1]))
         ++index;
 }
 
