@@ -55,6 +55,7 @@ std::span<const EntryPoint> CoreEntryPoints() {
         Row("glGenLists", glGenLists),
         Row("glGenTextures", glGenTextures),
         Row("glGetBooleanv", glGetBooleanv),
+        Row("glGetClipPlane", glGetClipPlane),
         Row("glGetDoublev", glGetDoublev),
         Row("glGetError", glGetError),
         Row("glGetFloatv", glGetFloatv),

@@ -5,6 +5,7 @@
 #include "web/gl/queries.h"
 #include "web/gl/textureformats.h"
 
+#include <algorithm>
 #include <cmath>
 
 using namespace WebGL;
@@ -122,6 +123,14 @@ void glGetTexParameteriv(GLenum, GLenum pname, GLint* params) {
         *params = *value;
     else
         Current().errors.Raise(GL_INVALID_ENUM);
+}
+
+void glGetClipPlane(GLenum plane, GLdouble* equation) {
+    const std::size_t number = plane - GL_CLIP_PLANE0;
+    if (number >= FixedState::planes)
+        Current().errors.Raise(GL_INVALID_ENUM);
+    else
+        std::copy_n(Current().fixed.clipPlanes[number].begin(), 4, equation);
 }
 
 void glGetPointerv(GLenum pname, GLvoid** params) {

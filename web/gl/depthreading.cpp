@@ -18,7 +18,8 @@ uniform sampler2D depth;
 uniform vec2 size;
 void main()
 {
-    float whole = floor(texture2D(depth, gl_FragCoord.xy / size).r * 16777215.0 + 0.5);
+    float exact = texture2D(depth, gl_FragCoord.xy / size).r * 16777215.0;
+    float whole = min(floor(exact) + step(0.5, fract(exact)), 16777215.0);
     float high = floor(whole / 65536.0);
     float middle = floor((whole - high * 65536.0) / 256.0);
     float low = whole - high * 65536.0 - middle * 256.0;
