@@ -41,6 +41,10 @@ void BufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void* 
     Current().buffers.SetPart(target, offset, size, data);
 }
 
+void GetBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, void* to) {
+    Current().buffers.GetPart(target, offset, size, to);
+}
+
 GLboolean IsBuffer(GLuint name) {
     return Truth(Current().buffers.Exists(name));
 }
@@ -158,6 +162,7 @@ std::span<const EntryPoint> ObjectEntryPoints() {
         WEBGL_BUFFER("glBufferSubData", BufferSubData),
         WEBGL_BUFFER("glDeleteBuffers", DeleteBuffers),
         WEBGL_BUFFER("glGenBuffers", GenBuffers),
+        WEBGL_BUFFER("glGetBufferSubData", GetBufferSubData),
         WEBGL_BUFFER("glGetBufferParameteriv", GetBufferParameteriv),
         WEBGL_BUFFER("glIsBuffer", IsBuffer),
         WEBGL_BUFFER("glPointParameterf", PointParameterf),

@@ -55,6 +55,8 @@ GLint LevelParameter(const TextureLevel& level, GLenum name) {
 }
 
 const char* Text(GLenum name) {
+    if (!Current().begun)
+        return nullptr;
     switch (name) {
     case GL_VENDOR:
         return "Halvorn";
@@ -121,6 +123,8 @@ void glGetTexParameteriv(GLenum, GLenum pname, GLint* params) {
         *params = texture.generateMipmap ? 1 : 0;
     else if (const GLint* const value = ParameterOf(texture, pname))
         *params = *value;
+    else if (const GLint* const fixed = FixedParameter(pname))
+        *params = *fixed;
     else
         Current().errors.Raise(GL_INVALID_ENUM);
 }

@@ -91,7 +91,9 @@ GLboolean Truth(GLboolean value) {
 
 void SetFog(GLenum name, const Vector4& values) {
     Fog& fog = Current().fixed.fog;
-    if (name == GL_FOG_COLOR)
+    if (name == GL_FOG_DENSITY && values[0] < 0)
+        Current().errors.Raise(GL_INVALID_VALUE);
+    else if (name == GL_FOG_COLOR)
         fog.color = values;
     else if (name == GL_FOG_DENSITY)
         fog.density = values[0];

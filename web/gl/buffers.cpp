@@ -89,4 +89,15 @@ void Buffers::SetPart(GLenum target, GLintptr offset, GLsizeiptr size, const voi
     Current().counts.uploads += 1;
 }
 
+void Buffers::GetPart(GLenum target, GLintptr offset, GLsizeiptr size, void* to) {
+    const Buffer* const buffer = Bound(target);
+    if (buffer == nullptr || offset < 0 || size < 0 || offset + size > buffer->size) {
+        errors.Raise(buffer == nullptr ? GL_INVALID_OPERATION : GL_INVALID_VALUE);
+        return;
+    }
+    SendFor(target);
+    if (!Es::ReadBuffer(target, offset, size, to))
+        errors.Raise(GL_INVALID_OPERATION);
+}
+
 } // namespace WebGL

@@ -32,6 +32,8 @@ public:
     void SetData(GLenum target, GLsizeiptr size, const void* data, GLenum usage);
     void SetPart(GLenum target, GLintptr offset, GLsizeiptr size, const void* data);
 
+    void GetPart(GLenum target, GLintptr offset, GLsizeiptr size, void* to);
+
     bool Exists(GLuint name) const { return all.contains(name); }
     const Buffer& Get(GLuint name) { return all[name]; }
 

@@ -35,6 +35,7 @@ Context& Renew() {
 void webgl_begin(int width, int height) {
     WebGL::Es::Fetch();
     WebGL::Renew().pipeline.Begin(width, height);
+    WebGL::Current().begun = true;
 }
 
 void webgl_end_frame(void) {

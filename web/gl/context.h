@@ -23,6 +23,7 @@ struct Counts {
 
 /// All that belongs to one context of OpenGL.
 struct Context {
+    bool begun = false; ///< whether there is anything underneath
     Errors errors;
     Pipeline pipeline;
     FixedState fixed;

@@ -2,6 +2,7 @@
 
 #ifndef __EMSCRIPTEN__
 #include <EGL/egl.h>
+#include <cstring>
 #endif
 
 namespace WebGL::Es {
@@ -11,6 +12,10 @@ unsigned long calls = 0;
 #ifdef __EMSCRIPTEN__
 
 void Fetch() {}
+
+bool ReadBuffer(GLenum, GLintptr, GLsizeiptr, void*) {
+    return false;
+}
 
 #else
 
@@ -23,6 +28,18 @@ WEBGL_ES_CALLS(WEBGL_DEFINE_ES)
 
 void Fetch() {
     WEBGL_ES_CALLS(WEBGL_FETCH_ES)
+}
+
+bool ReadBuffer(GLenum target, GLintptr offset, GLsizeiptr size, void* to) {
+    static const auto map =
+        reinterpret_cast<PFNGLMAPBUFFERRANGEPROC>(eglGetProcAddress("glMapBufferRange"));
+    static const auto unmap =
+        reinterpret_cast<PFNGLUNMAPBUFFERPROC>(eglGetProcAddress("glUnmapBuffer"));
+    const void* const from = map(target, offset, size, GL_MAP_READ_BIT);
+    if (from == nullptr)
+        return false;
+    std::memcpy(to, from, static_cast<std::size_t>(size));
+    return unmap(target) == GL_TRUE;
 }
 
 #endif

@@ -166,6 +166,10 @@ extern unsigned long calls;
 WEBGL_ES_CALLS(WEBGL_DECLARE_ES)
 #undef WEBGL_DECLARE_ES
 
+/// Copies a part of the buffer that is bound to `target` back. False in a page, where that would
+/// wait for all that was drawn before.
+bool ReadBuffer(GLenum target, GLintptr offset, GLsizeiptr size, void* to);
+
 /// Fetches the addresses of the calls from EGL; in a page there is nothing to fetch.
 void Fetch();
 

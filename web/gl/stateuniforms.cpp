@@ -22,7 +22,6 @@ enum Kind : unsigned {
     FogEnd,
     FogScale,
     ClipPlane,
-    ClipSpacePlane,
     AlphaReference,
     SizeOfPoints,
     LineOffset,
@@ -63,7 +62,6 @@ const Name others[] = {
     {"vell_Fog.end", Packed(FogEnd), 1},
     {"vell_Fog.scale", Packed(FogScale), 1},
     {"vell_ClipPlane", Packed(ClipPlane), FixedState::planes},
-    {"vell_ClipSpacePlane", Packed(ClipSpacePlane), FixedState::planes},
     {"vell_AlphaReference", Packed(AlphaReference), 1},
     {"vell_SizeOfPoints", Packed(SizeOfPoints), 1},
     {"vell_LineOffset", Packed(LineOffset), 1},
@@ -101,12 +99,6 @@ float Scale(const Fog& fog) {
     return fog.end != fog.start ? 1.0f / (fog.end - fog.start) : 0.0f;
 }
 
-/// A plane in eye coordinates as it is in clip coordinates.
-Vector4 InClipSpace(const Vector4& plane, Context& context) {
-    return RowProduct(plane,
-                      context.derived.Get(DerivedMatrices::Projection, DerivedMatrices::Inverted));
-}
-
 template <class Values>
 std::span<const float> Kept(Values&& values, std::array<float, 4>& room) {
     std::copy(std::begin(values), std::end(values), room.begin());
@@ -136,8 +128,6 @@ std::span<const float> Value(unsigned source, std::array<float, 4>& room) {
         return one(Scale(fixed.fog));
     case ClipPlane:
         return fixed.clipPlanes[number];
-    case ClipSpacePlane:
-        return Kept(InClipSpace(fixed.clipPlanes[number], context), room);
     case AlphaReference:
         return one(fixed.alphaReference);
     case SizeOfPoints:

@@ -121,12 +121,21 @@ GLint* ParameterOf(Texture& texture, GLenum name) {
     }
 }
 
-bool IsParameterWithoutEffect(GLenum name) {
-    constexpr GLenum names[] = {
-        GL_TEXTURE_PRIORITY,     GL_TEXTURE_WRAP_R,     GL_TEXTURE_COMPARE_MODE,
-        GL_TEXTURE_COMPARE_FUNC, GL_TEXTURE_BASE_LEVEL, GL_TEXTURE_MAX_LEVEL,
-        GL_TEXTURE_MIN_LOD,      GL_TEXTURE_MAX_LOD,    GL_TEXTURE_MAX_ANISOTROPY_EXT};
-    return std::find(std::begin(names), std::end(names), name) != std::end(names);
+const GLint* FixedParameter(GLenum name) {
+    struct Row {
+        GLenum name;
+        GLint value;
+    };
+    static constexpr Row rows[] = {
+        {GL_TEXTURE_PRIORITY, 1},           {GL_TEXTURE_WRAP_R, GL_REPEAT},
+        {GL_TEXTURE_COMPARE_MODE, GL_NONE}, {GL_TEXTURE_COMPARE_FUNC, GL_LEQUAL},
+        {GL_TEXTURE_BASE_LEVEL, 0},         {GL_TEXTURE_MAX_LEVEL, 1000},
+        {GL_TEXTURE_MIN_LOD, -1000},        {GL_TEXTURE_MAX_LOD, 1000},
+        {GL_TEXTURE_MAX_ANISOTROPY_EXT, 1},
+    };
+    const auto* const found = std::find_if(std::begin(rows), std::end(rows),
+                                           [&](const Row& row) { return row.name == name; });
+    return found != std::end(rows) ? &found->value : nullptr;
 }
 
 } // namespace WebGL

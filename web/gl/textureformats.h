@@ -21,7 +21,7 @@ std::vector<std::uint8_t> PixelsFor(const TextureLevel& level, const PixelArea& 
 /// Where a texture keeps the parameter; null for one that it does not keep.
 GLint* ParameterOf(Texture& texture, GLenum name);
 
-/// Parameters that OpenGL knows and that change nothing here.
-bool IsParameterWithoutEffect(GLenum name);
+/// The value of a parameter that OpenGL knows and that is always the same here; null for another.
+const GLint* FixedParameter(GLenum name);
 
 } // namespace WebGL

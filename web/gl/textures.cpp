@@ -223,7 +223,7 @@ void Textures::SetParameter(GLenum name, GLint value) {
     }
     GLint* const kept = ParameterOf(texture, name);
     if (kept == nullptr) {
-        if (!IsParameterWithoutEffect(name))
+        if (FixedParameter(name) == nullptr)
             errors.Raise(GL_INVALID_ENUM);
         return;
     }

@@ -146,7 +146,7 @@ void Writer::WriteExtensions() {
 void Writer::WriteDeclarations() {
     if (!vertex && !Uses("gl_FragData"))
         used.insert("gl_FragColor");
-    if (vertex && variant.clipPlanes != 0 && Uses("gl_ClipVertex"))
+    if (vertex && variant.clipPlanes != 0)
         used.insert("gl_ClipPlane");
     text += Declarations(used, source.stage);
     WriteInterface();
@@ -171,8 +171,6 @@ void Writer::WriteVariantDeclarations() {
     WriteDistances(vertex ? "out" : "in");
     if (vertex) {
         text += "uniform float vell_SizeOfPoints;\n";
-        if (variant.clipPlanes != 0 && !Uses("gl_ClipVertex"))
-            text += "uniform vec4 vell_ClipSpacePlane[6];\n";
         if (variant.lineOffset)
             text += "uniform float vell_LineOffset;\n";
         return;
@@ -258,15 +256,20 @@ void Writer::WriteMain() {
     text += "}\n";
 }
 
+// Without a gl_ClipVertex the position is measured, though the planes are in eye coordinates: what
+// comes of that OpenGL leaves open, and this is what Mesa does.
 void Writer::WriteVertexEnd() {
-    const bool own = Uses("gl_ClipVertex");
+    const char* const place = Uses("gl_ClipVertex") ? "vell_ClipVertex" : "gl_Position";
     for (unsigned plane = 0; plane < 6; ++plane) {
-        if ((variant.clipPlanes >> plane & 1U) == 0)
-            continue;
         const std::string number = std::to_string(plane);
-        text += "    vell_Distance" + number + " = dot(" +
-                (own ? "vell_ClipPlane[" : "vell_ClipSpacePlane[") + number + "], " +
-                (own ? "vell_ClipVertex" : "gl_Position") + ");\n";
+        if ((variant.clipPlanes >> plane & 1U) != 0)
+            text.append("    vell_Distance")
+                .append(number)
+                .append(" = dot(vell_ClipPlane[")
+                .append(number)
+                .append("], ")
+                .append(place)
+                .append(");\n");
     }
     for (const char* name : {"FrontColor", "FrontSecondaryColor"})
         if (Uses(std::string("gl_") + name))
