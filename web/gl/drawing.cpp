@@ -45,9 +45,13 @@ std::vector<GLuint> Converted(GLenum mode, Look look, std::vector<GLuint> corner
     return look == Look::Outline ? Outlines(mode, corners) : corners;
 }
 
-Program& ProgramInUse() {
+Program& ProgramInUse(bool colorVaries) {
     Program* const used = Current().programs.Used();
-    return used != nullptr && used->linked ? *used : Current().fixedFunction.Now();
+    return used != nullptr && used->linked ? *used : Current().fixedFunction.Now(colorVaries);
+}
+
+bool ColorArray() {
+    return Current().arrays[Slot::color].enabled;
 }
 
 VariantKey KeyFor(const Program& program, Look look) {
@@ -101,11 +105,11 @@ float LineOffset() {
 }
 
 /// Everything but vertices. Null where nothing can be drawn.
-Linked* Prepare(Look look) {
+Linked* Prepare(Look look, bool colorVaries) {
     Context& context = Current();
     if (!context.framebuffers.Send())
         return nullptr;
-    Program& program = ProgramInUse();
+    Program& program = ProgramInUse(colorVaries);
     if (!program.linked)
         return nullptr;
     Linked& variant = program.For(KeyFor(program, look));
@@ -200,7 +204,7 @@ const void* IndexMemory(const void* indices, GLsizei count, GLenum type) {
 
 /// Indices that lie in a buffer and mean the same to OpenGL ES.
 void DrawFromBuffer(GLenum mode, GLsizei count, GLenum type, const void* offset) {
-    const Linked* const variant = Prepare(Look::Native);
+    const Linked* const variant = Prepare(Look::Native, ColorArray());
     if (variant == nullptr)
         return;
     const std::vector<AttributeSource> sources = SourcesFor(*variant, VertexRange());
@@ -211,7 +215,7 @@ void DrawFromBuffer(GLenum mode, GLsizei count, GLenum type, const void* offset)
 
 void DrawNumbers(GLenum mode, std::vector<GLuint> numbers) {
     const Look look = LookOf(mode);
-    const Linked* const variant = Prepare(look);
+    const Linked* const variant = Prepare(look, ColorArray());
     if (variant == nullptr)
         return;
     const auto [low, high] = std::minmax_element(numbers.begin(), numbers.end());
@@ -229,7 +233,7 @@ void DrawArrays(GLenum mode, GLint first, GLsizei count) {
     if (!MayDraw(mode, count))
         return;
     const Look look = LookOf(mode);
-    const Linked* const variant = Prepare(look);
+    const Linked* const variant = Prepare(look, ColorArray());
     if (variant == nullptr)
         return;
     const VertexRange range{static_cast<GLuint>(first), static_cast<GLuint>(first + count)};
@@ -251,7 +255,8 @@ void DrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices) 
 
 void DrawPrimitive(const Primitive& primitive) {
     const Look look = LookOf(primitive.mode);
-    const Linked* const variant = primitive.count > 0 ? Prepare(look) : nullptr;
+    const Linked* const variant =
+        primitive.count > 0 ? Prepare(look, primitive.slots.test(Slot::color)) : nullptr;
     if (variant != nullptr)
         DrawRow(primitive.mode, look, SourcesFor(*variant, primitive), 0, primitive.count);
     for (std::size_t slot = 1; slot < Slot::count; ++slot)

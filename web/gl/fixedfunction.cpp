@@ -47,11 +47,12 @@ std::string Key(const std::vector<Stage>& stages, GLenum fog) {
     return key;
 }
 
-std::string VertexText(const std::vector<Stage>& stages, GLenum fog) {
+std::string VertexText(const std::vector<Stage>& stages, GLenum fog, bool colorVaries) {
     std::string text = "void main()\n{\n"
                        "    gl_Position = ftransform();\n"
-                       "    gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex;\n"
-                       "    gl_FrontColor = gl_Color;\n";
+                       "    gl_ClipVertex = gl_ModelViewMatrix * gl_Vertex;\n";
+    if (colorVaries)
+        text += "    gl_FrontColor = gl_Color;\n";
     for (const Stage& stage : stages) {
         const std::string n = std::to_string(stage.unit);
         text += "    gl_TexCoord[" + n + "] = gl_TextureMatrix[" + n + "] * gl_MultiTexCoord" + n +
@@ -89,11 +90,12 @@ std::string FogFactor(GLenum fog) {
     }
 }
 
-std::string FragmentText(const std::vector<Stage>& stages, GLenum fog) {
-    std::string text;
+std::string FragmentText(const std::vector<Stage>& stages, GLenum fog, bool colorVaries) {
+    std::string text = colorVaries ? "" : "uniform vec4 vell_CurrentColor;\n";
     for (const Stage& stage : stages)
         text += "uniform sampler2D texture" + std::to_string(stage.unit) + ";\n";
-    text += "void main()\n{\n    vec4 color = gl_Color;\n    vec4 t;\n";
+    text += std::string("void main()\n{\n    vec4 color = ") +
+            (colorVaries ? "gl_Color" : "clamp(vell_CurrentColor, 0.0, 1.0)") + ";\n    vec4 t;\n";
     for (const Stage& stage : stages) {
         const std::string n = std::to_string(stage.unit);
         text += "    t = texture2DProj(texture" + n + ", gl_TexCoord[" + n + "]);\n    " +
@@ -113,10 +115,10 @@ std::shared_ptr<Shader> Compiled(Glsl::Stage stage, const std::string& text) {
     return shader;
 }
 
-std::unique_ptr<Program> Made(const std::vector<Stage>& stages, GLenum fog) {
+std::unique_ptr<Program> Made(const std::vector<Stage>& stages, GLenum fog, bool colorVaries) {
     auto program = std::make_unique<Program>();
-    program->attached = {Compiled(Glsl::Stage::Vertex, VertexText(stages, fog)),
-                         Compiled(Glsl::Stage::Fragment, FragmentText(stages, fog))};
+    program->attached = {Compiled(Glsl::Stage::Vertex, VertexText(stages, fog, colorVaries)),
+                         Compiled(Glsl::Stage::Fragment, FragmentText(stages, fog, colorVaries))};
     program->Link();
     for (const Stage& stage : stages) {
         const auto unit = static_cast<GLint>(stage.unit);
@@ -127,12 +129,12 @@ std::unique_ptr<Program> Made(const std::vector<Stage>& stages, GLenum fog) {
 
 } // namespace
 
-Program& FixedFunction::Now() {
+Program& FixedFunction::Now(bool colorVaries) {
     const std::vector<Stage> stages = Stages();
     const GLenum fog = FogMode();
-    std::unique_ptr<Program>& program = programs[Key(stages, fog)];
+    std::unique_ptr<Program>& program = programs[Key(stages, fog) + (colorVaries ? " colour" : "")];
     if (program == nullptr)
-        program = Made(stages, fog);
+        program = Made(stages, fog, colorVaries);
     return *program;
 }
 

@@ -23,6 +23,7 @@ enum Kind : unsigned {
     FogScale,
     ClipPlane,
     AlphaReference,
+    CurrentColor,
     SizeOfPoints,
     LineOffset,
 };
@@ -63,6 +64,7 @@ const Name others[] = {
     {"vell_Fog.scale", Packed(FogScale), 1},
     {"vell_ClipPlane", Packed(ClipPlane), FixedState::planes},
     {"vell_AlphaReference", Packed(AlphaReference), 1},
+    {"vell_CurrentColor", Packed(CurrentColor), 1},
     {"vell_SizeOfPoints", Packed(SizeOfPoints), 1},
     {"vell_LineOffset", Packed(LineOffset), 1},
 };
@@ -130,6 +132,8 @@ std::span<const float> Value(unsigned source, std::array<float, 4>& room) {
         return fixed.clipPlanes[number];
     case AlphaReference:
         return one(fixed.alphaReference);
+    case CurrentColor:
+        return context.current.values[Slot::color];
     case SizeOfPoints:
         return one(fixed.pointSize);
     default:
