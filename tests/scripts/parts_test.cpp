@@ -57,7 +57,7 @@ protected:
 
     /// What each part calls, doing nothing.
     void StandInForParts() {
-        for (const char* folder : {"engine", "demo", "gallery", "sound", "art", "tools"})
+        for (const char* folder : {"engine", "demo", "gallery", "sound", "art", "tools", "web"})
             fs::create_directory(folder);
         for (const char* script : {"tests/style", "tests/faults/run", "tests/coverage", "art/make"})
             WriteScript(script, "");
