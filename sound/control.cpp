@@ -1,7 +1,6 @@
 #include "sound/control.h"
 
-#include "sound/device_alsa.h"
-#include "sound/output_device.h"
+#include "sound/output_default.h"
 #include "sound/output_silent.h"
 
 #include <cmath>
@@ -36,8 +35,7 @@ void PlayByHand(std::shared_ptr<const HandTime> time) {
 std::unique_ptr<Output> MakeOutput(std::shared_ptr<const Track> track) {
     if (ChosenMaker())
         return ChosenMaker()(std::move(track));
-    return std::make_unique<DeviceOutput>(std::move(track), std::make_unique<AlsaDevice>(),
-                                          SteadyTime);
+    return MakeDefaultOutput(std::move(track));
 }
 
 } // namespace Vell::Sound

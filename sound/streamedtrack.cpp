@@ -21,7 +21,7 @@ StreamedTrack::StreamedTrack(std::shared_ptr<const Mp3File> toPlay)
       file(std::move(toPlay)),
       shared(std::make_unique<Shared>(std::max(secondsHeld * Rate(), leastHeld))),
       decoder(file->Descriptor()),
-      thread(&StreamedTrack::Run, this) {}
+      thread(Start()) {}
 
 StreamedTrack::~StreamedTrack() {
     {
@@ -29,13 +29,14 @@ StreamedTrack::~StreamedTrack() {
         shared->stop = true;
     }
     shared->work.notify_one();
-    thread.join();
+    if (thread.joinable())
+        thread.join();
 }
 
 void StreamedTrack::ReadInside(std::int64_t first, std::span<std::int16_t> samples) const {
     const std::lock_guard turn(shared->readers);
     while (!samples.empty()) {
-        const std::int64_t count = std::min(std::ssize(samples) / sides, mostRead);
+        const auto count = std::min<std::int64_t>(std::ssize(samples) / sides, mostRead);
         const auto length = static_cast<std::size_t>(count * sides);
         ReadPiece(first, samples.first(length));
         samples = samples.subspan(length);
@@ -50,7 +51,7 @@ void StreamedTrack::ReadPiece(std::int64_t first, std::span<std::int16_t> sample
     shared->wantedEnd = first + count;
     if (MustRestart() || IsBehind())
         shared->work.notify_one();
-    shared->done.wait(lock, [&] { return shared->window.Holds(first, count); });
+    Await(lock, first, count);
     shared->window.Copy(first, samples);
 }
 

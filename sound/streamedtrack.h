@@ -42,9 +42,11 @@ private:
 
     void ReadInside(std::int64_t first, std::span<std::int16_t> samples) const override;
     void ReadPiece(std::int64_t first, std::span<std::int16_t> samples) const;
+    void Await(std::unique_lock<std::mutex>& lock, std::int64_t first, std::int64_t count) const;
     bool IsBehind() const;
     bool MustRestart() const;
 
+    std::thread Start();
     void Run();
     void DecodeBlock(std::unique_lock<std::mutex>& lock);
     void Fill(std::int64_t first);
