@@ -7,7 +7,8 @@ target_compile_options(vell_options INTERFACE
 # What makes a fault in a program that reads other people's files end it, rather than obey them:
 # canaries on the stack, the C library's checks of lengths, addresses that differ from run to run, and
 # tables of functions that are complete before main() and cannot be written afterwards.
-set(VELL_HARDENED $<CONFIG:Release>)
+# In a page nothing of this is needed or known: there a program has no addresses but its own data's.
+set(VELL_HARDENED $<AND:$<CONFIG:Release>,$<NOT:$<PLATFORM_ID:Emscripten>>>)
 set(VELL_MOVABLE $<AND:${VELL_HARDENED},$<NOT:$<BOOL:$<TARGET_PROPERTY:POSITION_INDEPENDENT_CODE>>>>)
 set(VELL_PROGRAM $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
 set(VELL_LIBRARY $<IN_LIST:$<TARGET_PROPERTY:TYPE>,STATIC_LIBRARY$<SEMICOLON>OBJECT_LIBRARY>)
