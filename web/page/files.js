@@ -1,0 +1,74 @@
+// Where the page's files come from: out of the page itself, or from the server it came from.
+'use strict';
+
+// What assemble wrote into the page: names, sizes, the pack's index, facts of the show.
+const page = JSON.parse(document.getElementById('facts').textContent);
+
+const embedded = (name) => document.getElementById('file-' + name);
+
+// The bytes of an element's base64 text, uncompressed.
+async function unpack(element) {
+    const text = atob(element.textContent.trim());
+    const bytes = new Uint8Array(text.length);
+    for (let i = 0; i < text.length; ++i)
+        bytes[i] = text.charCodeAt(i);
+    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('gzip'));
+    return new Response(stream).arrayBuffer();
+}
+
+// Tells how much has come, how much will, and how long that will take: {done, all} in bytes, seconds
+// left or null while nobody can know.
+class Progress {
+    constructor(all, tell) {
+        Object.assign(this, {all, tell, done: 0, begin: performance.now()});
+    }
+
+    add(bytes) {
+        this.done = Math.min(this.all, this.done + bytes);
+        const seconds = (performance.now() - this.begin) / 1000;
+        const left = seconds > 0.5 && this.done > 0 ? seconds * (this.all - this.done) / this.done : null;
+        this.tell({done: this.done, all: this.all, left});
+    }
+}
+
+async function download(file, progress) {
+    const response = await fetch(file.name);
+    if (!response.ok)
+        throw new Error(`${file.name}: the server says ${response.status}`);
+    const bytes = new Uint8Array(file.size);
+    const reader = response.body.getReader();
+    let filled = 0;
+    for (;;) {
+        const {done, value} = await reader.read();
+        if (done)
+            break;
+        if (filled + value.length > file.size)
+            throw new Error(`${file.name} is longer than it should be`);
+        bytes.set(value, filled);
+        filled += value.length;
+        progress.add(value.length);
+    }
+    if (filled !== file.size)
+        throw new Error(`${file.name} broke off`);
+    return bytes.buffer;
+}
+
+async function take(name, progress) {
+    const element = embedded(name);
+    if (!element)
+        return download(page.files[name], progress);
+    const bytes = await unpack(element);
+    progress.add(bytes.byteLength);
+    return bytes;
+}
+
+// {program: a compiled module, pack: all of Data/ in one buffer, worker: where its script is}
+async function takeFiles(tell) {
+    const {program, pack} = page.files;
+    const progress = new Progress(program.size + pack.size, tell);
+    const [code, data] = await Promise.all([take('program', progress), take('pack', progress)]);
+    const script = embedded('worker');
+    const worker = script ? URL.createObjectURL(new Blob([script.textContent], {type: 'text/javascript'}))
+                          : page.files.worker.name;
+    return {program: await WebAssembly.compile(code), pack: data, worker};
+}

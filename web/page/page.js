@@ -1,0 +1,323 @@
+// The page: what is to be seen and done, before, during and after the show.
+'use strict';
+
+const element = (id) => document.getElementById(id);
+const parameters = new URLSearchParams(location.search);
+
+const texts = {
+    ready: 'Two minutes, with music. F: full screen. Escape ends.',
+    starting: 'Starting …',
+    paused: 'Paused while the page is hidden.',
+    ended: 'That was Nimbrel.',
+    lost: 'The graphics card took the picture away. It can be played again.',
+    silent: 'This browser plays no sound here: silence keeps the time.',
+    unable: 'This browser has no WebGL 2 for the page, which the show is drawn with.',
+};
+
+function say(text) {
+    element('status').textContent = text;
+}
+
+// States: loading, ready, playing, over, unable. The style sheet shows what belongs to each.
+function enter(state, text) {
+    document.body.dataset.state = state;
+    element('end').hidden = state !== 'playing';
+    element('play').disabled = state === 'loading';
+    element('play').textContent = state === 'over' ? 'Play again' : 'Play';
+    say(text);
+}
+
+const clockText = (seconds) => `${Math.floor(seconds / 60)}:${String(Math.floor(seconds % 60)).padStart(2, '0')}`;
+const megabytes = (bytes) => (bytes / 1e6).toFixed(1);
+
+function showProgress({done, all, left}) {
+    element('progress').value = done / all;
+    const rest = left === null ? '' : `, ${Math.ceil(left)} s left`;
+    say(`Loading: ${megabytes(done)} of ${megabytes(all)} MB${rest}`);
+}
+
+function layChapters() {
+    const list = document.querySelector('#chapters ol');
+    page.show.flights.forEach((flight, number) => {
+        const item = document.createElement('li');
+        const end = number + 1 < page.show.flights.length ? page.show.flights[number + 1].begin : page.show.seconds;
+        item.style.flexGrow = end - flight.begin;
+        const time = document.createElement('time');
+        time.textContent = clockText(flight.begin);
+        const name = document.createElement('span');
+        name.textContent = flight.name;
+        item.append(time, name);
+        list.append(item);
+    });
+}
+
+let chapter = null;
+
+// Marks the flight that is on; null marks none.
+function markChapter(seconds) {
+    const {flights} = page.show;
+    const now = seconds === null ? null : flights.filter(({begin}) => begin <= seconds).length - 1;
+    if (now === chapter)
+        return;
+    chapter = now;
+    document.querySelectorAll('#chapters li').forEach((item, number) => {
+        if (number === now)
+            item.setAttribute('aria-current', 'true');
+        else
+            item.removeAttribute('aria-current');
+    });
+    element('picture').setAttribute('aria-label',
+        now === null ? 'The show\'s picture' : `The show's picture: ${flights[now].name}`);
+}
+
+// The engine's log page, as rows.
+function showLog(text) {
+    if (!parameters.has('log') || !text)
+        return;
+    const rows = [...new DOMParser().parseFromString(text, 'text/html').querySelectorAll('tr')].slice(1);
+    element('log').hidden = false;
+    document.querySelector('#log tbody').replaceChildren(...rows.map((row) => {
+        const line = document.createElement('tr');
+        const cells = [...row.cells].map((cell) => cell.textContent.trim());
+        line.classList.toggle('error', cells[1] === 'ERROR');
+        line.append(...cells.map((cell) => Object.assign(document.createElement('td'), {textContent: cell})));
+        return line;
+    }));
+}
+
+// One run of the program in a worker of its own, on a canvas of its own: a replay finds nothing of
+// the last one.
+class Show {
+    constructor(files, music) {
+        this.music = music;
+        this.frames = 0;
+        this.worker = new Worker(files.worker);
+        this.worker.onmessage = ({data}) => this.hear(data);
+        this.worker.onerror = (event) => this.finish(`The program failed: ${event.message}`);
+        const fresh = element('picture').cloneNode();
+        element('picture').replaceWith(fresh);
+        const canvas = fresh.transferControlToOffscreen();
+        this.order('play', {program: files.program, pack: files.pack, index: page.index, canvas,
+            moments: [], unpaced: parameters.has('unpaced')}, [canvas]);
+    }
+
+    order(name, values = {}, transfer = []) {
+        this.worker.postMessage({order: name, ...values}, transfer);
+    }
+
+    hear(message) {
+        const answers = {
+            begun: () => {},
+            play: () => this.startMusic(),
+            stop: () => this.music.stop(),
+            frame: () => this.frame(message),
+            said: () => console.warn(message.text),
+            log: () => showLog(message.log),
+            lost: () => this.finish(texts.lost),
+            failed: () => this.finish(`The program failed: ${message.reason}`),
+            ended: () => { showLog(message.log); this.finish(texts.ended); },
+        };
+        answers[message.kind]();
+    }
+
+    async startMusic() {
+        this.music.report = (heard) => { this.heard = heard; this.order('hear', heard); };
+        await this.music.play();
+        say(this.music.silent ? texts.silent : '');
+        this.order('log');
+    }
+
+    frame({number, seconds, wall}) {
+        this.frames = number;
+        this.at = {seconds, wall};
+        if (number === 1)
+            this.firstFrame = wall;
+        markChapter(seconds);
+    }
+
+    escape() {
+        this.order('escape');
+    }
+
+    async pause() {
+        this.order('pause');
+        say(texts.paused);
+        await this.music.pause();
+    }
+
+    async resume() {
+        this.order('resume');
+        say('');
+        await this.music.resume();
+    }
+
+    finish(text) {
+        if (this.over)
+            return;
+        this.over = true;
+        this.music.stop();
+        this.worker.terminate();
+        markChapter(null);
+        if (document.fullscreenElement)
+            document.exitFullscreen();
+        enter('over', text);
+        element('play').focus();
+    }
+}
+
+// The track is decoded beside everything else, while nobody waits for it.
+function decodeTrack(files, music) {
+    const worker = new Worker(files.worker);
+    return new Promise((resolve) => {
+        worker.onmessage = ({data}) => {
+            if (data.kind === 'track')
+                music.load(data);
+            worker.terminate();
+            resolve();
+        };
+        worker.postMessage({order: 'decode', program: files.program, pack: files.pack, index: page.index,
+            path: page.show.music});
+    });
+}
+
+// The pictures of these moments, as the film has them: {number, pixels, width, height} each.
+function pictures(files, moments, take) {
+    const worker = new Worker(files.worker);
+    return new Promise((resolve, reject) => {
+        worker.onmessage = ({data}) => {
+            if (data.kind === 'picture')
+                take(data);
+            if (data.kind === 'failed')
+                reject(new Error(data.reason));
+            if (data.kind === 'ended') {
+                showLog(data.log);
+                worker.terminate();
+                resolve();
+            }
+        };
+        const canvas = new OffscreenCanvas(page.show.width, page.show.height);
+        worker.postMessage({order: 'play', program: files.program, pack: files.pack, index: page.index,
+            canvas, moments}, [canvas]);
+    });
+}
+
+function paint({pixels, width, height}) {
+    const image = new ImageData(width, height);
+    for (let y = 0; y < height; ++y)
+        image.data.set(pixels.subarray((height - 1 - y) * width * 4, (height - y) * width * 4), y * width * 4);
+    for (let i = 3; i < image.data.length; i += 4)
+        image.data[i] = 255;
+    element('picture').getContext('2d').putImageData(image, 0, 0);
+}
+
+async function showMoment(files) {
+    const at = Math.min(Math.max(Number(parameters.get('at')) || 0, 0), page.show.seconds - 0.002);
+    enter('playing', `Drawing the frame at ${at} s …`);
+    markChapter(at);
+    await pictures(files, [at], paint);
+    say(`The frame at ${at} s.`);
+    element('end').hidden = true;
+}
+
+// Whether the show can be drawn here: WebGL 2, in a worker.
+function able() {
+    try {
+        return 'transferControlToOffscreen' in HTMLCanvasElement.prototype &&
+            Boolean(new OffscreenCanvas(1, 1).getContext('webgl2'));
+    } catch (error) {
+        return false;
+    }
+}
+
+// The film beside the page, if it is there, else a still.
+function standIn() {
+    enter('unable', texts.unable);
+    const film = element('film');
+    element('still').hidden = false;
+    film.onloadedmetadata = () => {
+        film.hidden = false;
+        element('still').hidden = true;
+        say(`${texts.unable} This is its film.`);
+    };
+    film.src = 'nimbrel.mp4';
+}
+
+let show = null;
+
+function handleKeys(event) {
+    if (event.ctrlKey || event.altKey || event.metaKey)
+        return;
+    const keys = {
+        f: toggleFull,
+        s: toggleSharp,
+        Escape: () => show && !show.over && show.escape(),
+    };
+    const act = keys[event.key.length === 1 ? event.key.toLowerCase() : event.key];
+    if (act)
+        act();
+}
+
+let leaving = false; // full screen, by F
+
+function toggleFull() {
+    leaving = Boolean(document.fullscreenElement);
+    if (leaving)
+        document.exitFullscreen();
+    else
+        element('stage').requestFullscreen().catch(() => {});
+}
+
+function toggleSharp() {
+    const sharp = document.body.classList.toggle('sharp');
+    element('sharp').setAttribute('aria-pressed', String(sharp));
+}
+
+function followVisibility() {
+    if (!show || show.over)
+        return;
+    if (document.hidden)
+        show.pause();
+    else
+        show.resume();
+}
+
+// In full screen the browser keeps Escape for itself: leaving it by that key ends the show, too.
+function followFullscreen() {
+    if (!document.fullscreenElement && !leaving && show && !show.over)
+        show.escape();
+}
+
+async function begin() {
+    layChapters();
+    document.addEventListener('keydown', handleKeys);
+    document.addEventListener('visibilitychange', followVisibility);
+    document.addEventListener('fullscreenchange', followFullscreen);
+    element('sharp').onclick = toggleSharp;
+    element('full').onclick = toggleFull;
+    element('end').onclick = () => show.escape();
+    if (!able()) {
+        standIn();
+        return;
+    }
+    const files = await takeFiles(showProgress);
+    if (parameters.has('at')) {
+        await showMoment(files);
+        return;
+    }
+    const music = new Music(() => {});
+    const decoded = decodeTrack(files, music);
+    element('play').onclick = async () => {
+        music.allow();
+        enter('playing', texts.starting);
+        await decoded;
+        show = new Show(files, music);
+        window.nimbrel.show = show;
+    };
+    window.nimbrel = {files, music, decoded, pictures: (moments, take) => pictures(files, moments, take)};
+    enter('ready', texts.ready);
+}
+
+begin().catch((error) => {
+    console.error(error);
+    enter('unable', `The page could not be loaded: ${error.message}`);
+});

@@ -1,0 +1,221 @@
+// The worker that the program runs in, so that the page answers whatever the program does. Assembled
+// behind the program's own script. One worker plays one show, or decodes the track, and is then ended.
+'use strict';
+
+// Milliseconds that mean the same here and in the page.
+const wallTime = () => performance.timeOrigin + performance.now();
+
+// The show's time: the wall's, less what it stood still. It stands still from the moment at which
+// the music is to begin until its first sample is heard, and while the page is hidden. It never goes
+// back.
+class ShowClock {
+    constructor() {
+        this.lag = 0; // milliseconds that it is behind the wall
+        this.heldAt = null;
+        this.latest = 0;
+    }
+
+    now() {
+        const time = this.heldAt !== null ? this.heldAt : wallTime() - this.lag;
+        this.latest = Math.max(this.latest, time);
+        return this.latest;
+    }
+
+    hold() {
+        this.heldAt = this.now();
+        return this.heldAt;
+    }
+
+    // From now on it is `time` at the wall's moment `wall`.
+    release(time, wall) {
+        this.lag = wall - time;
+        this.heldAt = null;
+    }
+}
+
+class Host {
+    constructor(canvas, at) {
+        this.canvas = canvas;
+        this.at = at;
+        this.clock = new ShowClock();
+        this.escape = false;
+        this.paused = false;
+        this.waiting = null; // what goes on with the next frame
+        this.music = null; // {begin: show time, heard: seconds, wall: when that was heard}
+        this.frames = 0;
+        this.contextAttributes = {
+            majorVersion: 2, minorVersion: 0, alpha: false, depth: true, stencil: false,
+            antialias: false, premultipliedAlpha: true, preserveDrawingBuffer: false,
+            powerPreference: 'high-performance', failIfMajorPerformanceCaveat: false,
+            enableExtensionsByDefault: true, explicitSwapControl: false,
+        };
+    }
+
+    pictureOf(width, height) {
+        this.canvas.width = width;
+        this.canvas.height = height;
+        this.canvas.addEventListener('webglcontextlost', () => postMessage({kind: 'lost'}));
+        return this.canvas;
+    }
+
+    microseconds() {
+        return this.clock.now() * 1000;
+    }
+
+    escapePressed() {
+        const pressed = this.escape;
+        this.escape = false;
+        return pressed;
+    }
+
+    nextFrame(wake) {
+        ++this.frames;
+        this.tell();
+        this.waiting = wake;
+        this.schedule();
+    }
+
+    // One frame for each of the screen's; while the page is hidden none.
+    schedule() {
+        if (this.paused || !this.waiting)
+            return;
+        if (this.unpaced)
+            setTimeout(() => this.goOn(), 0);
+        else
+            requestAnimationFrame(() => this.goOn());
+    }
+
+    goOn() {
+        if (this.paused || !this.waiting)
+            return;
+        const wake = this.waiting;
+        this.waiting = null;
+        wake();
+    }
+
+    tell() {
+        const seconds = this.music ? (this.clock.now() - this.music.begin) / 1000 : 0;
+        postMessage({kind: 'frame', number: this.frames, seconds, wall: wallTime()});
+    }
+
+    playMusic() {
+        this.music = {begin: this.clock.hold(), heard: -1, wall: wallTime()};
+        postMessage({kind: 'play'});
+    }
+
+    stopMusic() {
+        postMessage({kind: 'stop'});
+    }
+
+    secondsHeard() {
+        if (!this.music)
+            return -1;
+        const since = this.paused ? 0 : (wallTime() - this.music.wall) / 1000;
+        return this.music.heard < 0 ? this.music.heard : this.music.heard + since;
+    }
+
+    // The page says how much of the music is heard at a moment, and whether the show is to go by it.
+    hear({heard, wall, anchor}) {
+        if (!this.music)
+            return;
+        Object.assign(this.music, {heard, wall});
+        if (anchor)
+            this.clock.release(this.music.begin + heard * 1000, wall);
+    }
+
+    pause() {
+        this.paused = true;
+        this.clock.hold();
+    }
+
+    resume() {
+        this.paused = false;
+        this.schedule();
+    }
+
+    takeSamples(samples, frames, rate) {
+        if (!this.track)
+            this.track = {rate, filled: 0, sides: [new Float32Array(frames), new Float32Array(frames)]};
+        const {sides: [left, right]} = this.track;
+        for (let i = 0; i < samples.length; i += 2, ++this.track.filled) {
+            left[this.track.filled] = samples[i] / 32768;
+            right[this.track.filled] = samples[i + 1] / 32768;
+        }
+    }
+
+    takePicture(number, pixels, width, height) {
+        postMessage({kind: 'picture', number, pixels, width, height}, [pixels.buffer]);
+    }
+}
+
+// Lays the files of the pack where the program looks for them.
+function lay(FS, pack, index) {
+    for (const {path, offset, size} of index) {
+        const place = '/' + path;
+        FS.mkdirTree(place.slice(0, place.lastIndexOf('/')));
+        FS.writeFile(place, new Uint8Array(pack, offset, size), {canOwn: true});
+    }
+}
+
+function instantiate(program, host, whenEnded) {
+    return createNimbrel({
+        host,
+        instantiateWasm: (imports, done) => {
+            WebAssembly.instantiate(program, imports).then((instance) => done(instance));
+            return {};
+        },
+        print: (text) => postMessage({kind: 'said', text}),
+        printErr: (text) => postMessage({kind: 'said', text}),
+        onExit: whenEnded,
+        onAbort: (reason) => postMessage({kind: 'failed', reason: String(reason)}),
+    });
+}
+
+function logOf(FS) {
+    try {
+        return FS.readFile('/Vell_log.html', {encoding: 'utf8'});
+    } catch (error) {
+        return '';
+    }
+}
+
+async function play({program, pack, index, canvas, moments, unpaced}) {
+    const host = new Host(canvas);
+    host.unpaced = unpaced;
+    self.host = host;
+    const module = await instantiate(program, host,
+        (status) => postMessage({kind: 'ended', status, log: logOf(module.FS)}));
+    host.log = () => logOf(module.FS);
+    lay(module.FS, pack, index);
+    postMessage({kind: 'begun'});
+    module.callMain(moments.map(String));
+}
+
+async function decode({program, pack, index, path}) {
+    const host = new Host(null);
+    const module = await instantiate(program, host, () => {});
+    lay(module.FS, pack, index.filter((file) => file.path === path));
+    const played = module.ccall('web_decode', 'number', ['string'], [path]);
+    if (!played || !host.track) {
+        postMessage({kind: 'silence'});
+        return;
+    }
+    const {rate, sides} = host.track;
+    postMessage({kind: 'track', rate, sides}, sides.map((side) => side.buffer));
+}
+
+const orders = {
+    play,
+    decode,
+    escape: () => { self.host.escape = true; },
+    pause: () => self.host.pause(),
+    resume: () => self.host.resume(),
+    hear: (order) => self.host.hear(order),
+    log: () => postMessage({kind: 'log', log: self.host.log()}),
+};
+
+onmessage = ({data}) => {
+    const done = orders[data.order](data);
+    if (done)
+        done.catch((error) => postMessage({kind: 'failed', reason: String(error && error.stack || error)}));
+};
