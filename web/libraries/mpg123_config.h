@@ -1,4 +1,6 @@
 /* What configure would find out about Emscripten, for libmpg123. */
+#pragma once
+
 #define ACCURATE_ROUNDING 1
 #define CCALIGN 1
 #define FRAME_INDEX 1

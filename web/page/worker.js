@@ -90,7 +90,12 @@ class Host {
             return;
         const wake = this.waiting;
         this.waiting = null;
-        wake();
+        try {
+            wake();
+        } catch (error) {
+            if (error.name !== 'ExitStatus') // which is how a program ends
+                throw error;
+        }
     }
 
     tell() {
@@ -212,6 +217,8 @@ const orders = {
     resume: () => self.host.resume(),
     hear: (order) => self.host.hear(order),
     log: () => postMessage({kind: 'log', log: self.host.log()}),
+    // What a graphics card does at its worst, for whoever checks the page.
+    lose: () => self.host.canvas.getContext('webgl2').getExtension('WEBGL_lose_context').loseContext(),
 };
 
 onmessage = ({data}) => {

@@ -69,9 +69,10 @@ extern "C" int gettimeofday(timeval* time, void*) {
     return 0;
 }
 
-/// Without arguments the show; with moments their pictures.
+/// Without arguments the show; with moments their pictures. By exit(), for a main() that has been
+/// away between two frames has nobody left to return to.
 int main(int count, char** words) {
     if (count > 1)
         return DrawMoments(count - 1, words + 1);
-    return NimbrelMain();
+    std::exit(NimbrelMain());
 }
