@@ -17,7 +17,7 @@ packages_test="libgtest-dev libgmock-dev libxtst-dev lame ffmpeg git xauth xvfb
     libsdl2-dev libglfw3-dev libegl-dev doxygen" # SDL 2, GLFW and EGL for what gallery/ shows
 packages_comments="doxygen"
 packages_web="cmake ninja-build emscripten brotli python3" # and the sources in web/libraries/table
-packages_web_check="chromium firefox-esr python3-websocket python3-numpy pulseaudio xvfb xauth"
+packages_web_check="chromium firefox-esr python3-websocket python3-numpy pulseaudio ffmpeg"
 packages_docs="doxygen graphviz"
 packages_format="clang-format"
 packages_style="shellcheck"

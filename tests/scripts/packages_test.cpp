@@ -175,7 +175,9 @@ const std::set<std::string> telling = {"g++",
                                        "cppcheck",
                                        "valgrind",
                                        "libsdl1.2-compat",
-                                        "libfast-float-dev"};
+                                       "libfast-float-dev",
+                                       "emscripten",
+                                       "chromium"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
@@ -220,6 +222,14 @@ const Need needs[] = {
      {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "patchelf", "lintian", "libxrandr-dev"}},
     {"packaging/make", {}, {"g++", "patchelf", "libxrandr-dev"}},
     {"packaging/make", {"--check"}, {"g++", "patchelf", "lintian", "libxrandr-dev"}},
+    {"web/make", {}, {"emscripten"}},
+    {"web/make",
+     {"--check"},
+     {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg", "emscripten", "chromium"}},
+    {"tests/web/check", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg", "chromium"}},
+    {"test",
+     {"web"},
+     {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg", "emscripten", "chromium"}},
     {"test",
      {"asan"},
      {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",

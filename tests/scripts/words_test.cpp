@@ -72,7 +72,8 @@ TEST_F(Words, Are_all_that_the_scripts_list_shows) {
     for (const char* script :
          {"play", "movie", "test", "bench/film", "bench/mesh", "bench/run", "art/make",
           "gallery/run", "packaging/make", "tools/doctor/sums", "docs/make-pictures", "tests/style",
-          "tests/coverage", "tests/packages", "tests/faults/run", "tests/fuzz/run"})
+          "tests/coverage", "tests/packages", "tests/faults/run", "tests/fuzz/run", "web/make",
+          "tests/web/check"})
         EXPECT_NE(std::find(scripts.begin(), scripts.end(), script), scripts.end()) << script;
 }
 

@@ -1,0 +1,256 @@
+#!/usr/bin/python3
+"""Plays the page in Chromium and Firefox and holds it against what is promised of it.
+
+check.py PAGE-FOLDER REFERENCE-FOLDER OUT-FOLDER [NAME...]: the references are T.png as ./movie --at T
+makes them; pictures of every situation come to lie in OUT-FOLDER, to be looked at. Prints what was
+measured, and fails on what is out of bounds. Needs a display and PulseAudio.
+"""
+
+import functools
+import http.server
+import pathlib
+import subprocess
+import sys
+import threading
+import time
+
+import numpy
+
+import browser
+
+WIDTH, HEIGHT = 960, 89
+MESA = ["--use-gl=angle", "--use-angle=gl-egl", "--ignore-gpu-blocklist"]
+SOUND = ["--autoplay-policy=user-gesture-required"]
+STATE = "document.body.dataset.state"
+STATUS = "document.getElementById('status').textContent"
+PLAY = "document.getElementById('play').click()"
+
+
+class Failures(list):
+    """What is out of bounds."""
+
+    def expect(self, holds, text):
+        print(("  " if holds else "  FAILS: ") + text, flush=True)
+        if not holds:
+            self.append(text)
+
+
+class Check:
+    def __init__(self, page, references, out):
+        self.page, self.references, self.out = page, references, out
+        self.failures = Failures()
+        self.expect = self.failures.expect
+        self.address = (page / "nimbrel.html").as_uri()
+        self.server = self.serve(page / "site")
+
+    @staticmethod
+    def serve(folder):
+        class Quiet(http.server.SimpleHTTPRequestHandler):
+            def log_message(self, *_):
+                pass
+
+        server = http.server.ThreadingHTTPServer(
+            ("127.0.0.1", 0), functools.partial(Quiet, directory=str(folder)))
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        return server
+
+    def site(self):
+        return f"http://127.0.0.1:{self.server.server_port}/index.html"
+
+    def open(self, page, query="", state="ready"):
+        page.open(self.address + query)
+        page.until(f"{STATE} === '{state}'")
+
+    def play(self, page, query=""):
+        """Returns once the music is on."""
+        self.open(page, query)
+        page.run(PLAY)
+        page.until("window.nimbrel && nimbrel.show && nimbrel.show.at && nimbrel.show.at.seconds > 0.5")
+
+    def shot(self, page, name):
+        page.screenshot(str(self.out / f"{page.name}-{name}.png"))
+
+    # What is looked at, each in a browser of its own.
+
+    def frames(self, page):
+        """The frames of 24 moments are those of the film."""
+        moments = sorted(float(path.stem) for path in self.references.glob("*.png"))
+        self.open(page)
+        page.run("(window.taken = [], nimbrel.pictures(%s, (picture) => taken.push(picture))"
+                 ".then(() => { window.whole = true; }), 0)" % moments)
+        page.until("window.whole", 900)
+        worst, most = 0.0, 0.0
+        for number, moment in enumerate(moments):
+            text = page.run(
+                "(() => { const {pixels} = taken[%d]; let text = '';"
+                "for (let i = 0; i < pixels.length; i += 8192)"
+                " text += String.fromCharCode(...pixels.subarray(i, i + 8192));"
+                "return btoa(text); })()" % number)
+            mean, far = difference(reference(self.references / f"{moment:g}.png"), picture(text))
+            print(f"  {moment:7.2f} s: mean {mean:.4f} of 255, off by more than 8: {far:.4f} %")
+            worst, most = max(worst, mean), max(most, far)
+        self.expect(worst <= 0.01 and most <= 0.01,
+                    f"{page.name}: {len(moments)} moments, worst mean {worst:.4f}, most pixels off {most:.4f} %")
+
+    def live(self, page):
+        """Half a minute of the show: music and picture together, nothing said, no failure in the log."""
+        self.play(page, "?log")
+        self.expect(not page.run("nimbrel.music.silent"), f"{page.name}: the music sounds")
+        apart = []
+        begin, frames = time.monotonic(), page.run("nimbrel.show.frames")
+        while time.monotonic() < begin + 30:
+            apart.append(page.run(APART))
+            time.sleep(0.25)
+        rate = (page.run("nimbrel.show.frames") - frames) / (time.monotonic() - begin)
+        self.shot(page, "live")
+        self.expect(max(map(abs, apart)) <= 40,
+                    f"{page.name}: music and picture {min(apart):.0f} to {max(apart):.0f} ms apart")
+        print(f"  {page.name}: {rate:.1f} frames a second")
+        rows = page.run("[...document.querySelectorAll('#log tbody tr')].map((row) => row.textContent)")
+        self.expect(len(rows) > 20 and not any("ERROR" in row for row in rows),
+                    f"{page.name}: {len(rows)} rows in the log, none of them an ERROR")
+        self.expect(not page.said(), f"{page.name}: the console says nothing {page.said()}")
+        foreign = [url for url in page.requests() if not url.startswith(("file:", "data:", "blob:", "about:"))]
+        self.expect(not foreign, f"{page.name}: nothing foreign is asked for {foreign}")
+
+    def escape(self, page):
+        """Escape ends the show, which can then be played again."""
+        self.play(page)
+        page.press("Escape", 27)
+        page.until(f"{STATE} === 'over'", 20)
+        self.shot(page, "escape")
+        page.run(PLAY)
+        page.until(f"{STATE} === 'playing' && nimbrel.show.at && nimbrel.show.at.seconds > 1", 60)
+        self.shot(page, "again")
+        self.expect(True, f"{page.name}: Escape ends the show, and it plays again without a reload")
+
+    def hidden(self, page):
+        """On a hidden page the show waits; music and picture go on together."""
+        self.play(page)
+        page.run(HIDE % "true")
+        time.sleep(1)
+        before = page.run("nimbrel.show.at.seconds")
+        self.shot(page, "hidden")
+        time.sleep(4)
+        waited = page.run("nimbrel.show.at.seconds") - before
+        page.run(HIDE % "false")
+        time.sleep(3)
+        apart = page.run(APART)
+        self.shot(page, "shown-again")
+        self.expect(abs(waited) < 0.1, f"{page.name}: hidden for 5 s the show moved on by {waited:.2f} s")
+        self.expect(page.run("nimbrel.show.at.seconds") > before + 1 and abs(apart) <= 40,
+                    f"{page.name}: shown again it goes on, {apart:.0f} ms apart")
+
+    def sizes(self, page):
+        """Wide, narrow, and on a phone."""
+        self.play(page)
+        for name, width, height, phone in SIZES:
+            page.resize(width, height, phone)
+            time.sleep(1)
+            self.shot(page, name)
+            over = page.run("document.documentElement.scrollWidth - innerWidth")
+            self.expect(over <= 0, f"{page.name}: nothing sticks out at {width} x {height}")
+
+    def loss(self, page):
+        """A lost context is said, and the show can be played again."""
+        self.open(page)
+        page.run("(window.lose = true, 0)")
+        page.run(PLAY)
+        page.until("nimbrel.show && nimbrel.show.at && nimbrel.show.at.seconds > 0.5")
+        page.run("(nimbrel.show.order('lose'), 0)")
+        page.until(f"{STATE} === 'over'", 20)
+        self.shot(page, "lost-context")
+        self.expect("took the picture away" in page.run(STATUS), f"{page.name}: says that the picture is lost")
+
+    def moment(self, page):
+        """?at shows one frame."""
+        self.open(page, "?at=97&log", "playing")
+        page.until(f"{STATUS} === 'The frame at 97 s.'", 60)
+        self.shot(page, "at-97")
+        self.expect(True, f"{page.name}: ?at=97 shows its frame")
+
+    def mute(self, page):
+        """Where nothing may sound, silence keeps the time."""
+        self.open(page)
+        page.run("(window.AudioContext.prototype.resume = () => Promise.reject(new Error('blocked')),"
+                 "Object.defineProperty(AudioContext.prototype, 'state', {get: () => 'suspended'}), 0)")
+        page.run(PLAY)
+        page.until("nimbrel.show && nimbrel.show.at && nimbrel.show.at.seconds > 1")
+        self.shot(page, "blocked-sound")
+        self.expect("no sound" in page.run(STATUS), f"{page.name}: blocked sound is said, and the show goes on")
+
+    def unable(self, page):
+        """Without WebGL 2 the page says so and shows a still."""
+        self.open(page, "", "unable")
+        time.sleep(1)
+        self.shot(page, "no-webgl")
+        self.expect("no WebGL 2" in page.run(STATUS), f"{page.name}: says that there is no WebGL 2")
+
+    def slow(self, page):
+        """From a server over a slow line: how much has come, and how long the rest takes."""
+        page.throttle(1_500_000)
+        page.protocol.ask("Page.navigate", url=self.site())
+        page.until("document.readyState !== 'loading' && / s left/.test(%s)" % STATUS, 60)
+        self.shot(page, "slow-line")
+        self.expect(True, f"{page.name}: on a slow line it says \"{page.run(STATUS)}\"")
+        page.throttle(-1)
+        page.until(f"{STATE} === 'ready'", 120)
+        self.expect(not page.said(), f"{page.name}: from a server the console says nothing {page.said()}")
+
+
+# Milliseconds by which the picture is ahead of the music at one moment of the wall's clock.
+APART = ("(() => { const {seconds, wall} = nimbrel.show.at;"
+         "return (seconds - nimbrel.music.heardAt(wall)) * 1000; })()")
+HIDE = ("(Object.defineProperty(document, 'hidden', {get: () => %s, configurable: true}),"
+        "document.dispatchEvent(new Event('visibilitychange')), 0)")
+SIZES = [("wide", 1900, 600, False), ("narrow", 500, 700, False), ("phone", 390, 800, True),
+         ("phone-lying", 800, 390, True)]
+CHROMIUM_ONLY = {"slow"}
+
+
+def picture(text):
+    import base64
+
+    pixels = numpy.frombuffer(base64.b64decode(text), numpy.uint8)
+    return pixels.reshape(HEIGHT, WIDTH, 4)[::-1, :, :3].astype(int)
+
+
+def reference(path):
+    raw = subprocess.run(
+        ["ffmpeg", "-v", "error", "-i", str(path), "-f", "rawvideo", "-pix_fmt", "rgb24", "-"],
+        check=True, capture_output=True).stdout
+    return numpy.frombuffer(raw, numpy.uint8).reshape(HEIGHT, WIDTH, 3).astype(int)
+
+
+def difference(expected, actual):
+    """Mean difference of a channel, and how many of a hundred pixels are off by more than 8."""
+    apart = abs(expected - actual)
+    return apart.mean(), (apart.max(axis=2) > 8).mean() * 100
+
+
+def start(name, situation):
+    if name == "Chromium":
+        return browser.Chromium(*(["--disable-3d-apis"] if situation == "unable" else MESA), *SOUND)
+    return browser.Firefox({"webgl.disabled": situation == "unable"})
+
+
+def main():
+    folders = [pathlib.Path(word).resolve() for word in sys.argv[1:4]]
+    check = Check(*folders)
+    situations = sys.argv[4:] or ["frames", "live", "escape", "hidden", "sizes", "loss", "moment", "mute",
+                                  "unable", "slow"]
+    for situation in situations:
+        print(f"{situation}: {getattr(check, situation).__doc__}", flush=True)
+        for name in ("Chromium", "Firefox"):
+            if name == "Firefox" and situation in CHROMIUM_ONLY:
+                continue
+            try:
+                with start(name, situation) as page:
+                    getattr(check, situation)(page)
+            except browser.BrowserError as error:
+                check.expect(False, f"{name}: {situation}: {error}")
+    print(f"{len(check.failures)} failures.")
+    sys.exit(1 if check.failures else 0)
+
+
+main()
