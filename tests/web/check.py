@@ -70,6 +70,17 @@ class Check:
     def shot(self, page, name):
         page.screenshot(str(self.out / f"{page.name}-{name}.png"))
 
+    def size(self):
+        """What a server sends for all of the page, as far as web/make has compressed it."""
+        site = self.page / "site"
+        if not list(site.glob("*.br")):
+            print("  the site's files are not compressed: web/make without --quick does it")
+            return
+        sent = [path for path in site.iterdir() if path.suffix not in (".br", ".gz") and path.name != "README"]
+        compressed = [path.with_name(path.name + ".br") for path in sent]
+        bytes_sent = sum((br if br.exists() else path).stat().st_size for path, br in zip(sent, compressed))
+        self.expect(bytes_sent <= 9_000_000, f"{bytes_sent / 1e6:.2f} MB on the way, of 9.00")
+
     # What is looked at, each in a browser of its own.
 
     def frames(self, page):
@@ -101,6 +112,8 @@ class Check:
         while time.monotonic() < begin + 30:
             apart.append(page.run(APART))
             time.sleep(0.25)
+        started = page.run("nimbrel.show.firstFrame - nimbrel.show.asked")
+        print(f"  {page.name}: the first frame {started:.0f} ms after the click")
         rate = (page.run("nimbrel.show.frames") - frames) / (time.monotonic() - begin)
         self.shot(page, "live")
         self.expect(max(map(abs, apart)) <= 40,
@@ -237,6 +250,7 @@ def start(name, situation):
 def main():
     folders = [pathlib.Path(word).resolve() for word in sys.argv[1:4]]
     check = Check(*folders)
+    check.size()
     situations = sys.argv[4:] or ["frames", "live", "escape", "hidden", "sizes", "loss", "moment", "mute",
                                   "unable", "slow"]
     for situation in situations:

@@ -6,13 +6,17 @@ const page = JSON.parse(document.getElementById('facts').textContent);
 
 const embedded = (name) => document.getElementById('file-' + name);
 
-// The bytes of an element's base64 text, uncompressed.
+const slice = 1 << 18; // characters of base64, a few milliseconds
+
+// The bytes of an element's base64 text, uncompressed; in slices, between which the page has its turn.
 async function unpack(element) {
-    const text = atob(element.textContent.trim());
-    const bytes = new Uint8Array(text.length);
-    for (let i = 0; i < text.length; ++i)
-        bytes[i] = text.charCodeAt(i);
-    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('gzip'));
+    const text = element.textContent;
+    const parts = [];
+    for (let place = 0; place < text.length; place += slice) {
+        parts.push(Uint8Array.from(atob(text.slice(place, place + slice)), (letter) => letter.charCodeAt(0)));
+        await new Promise((resolve) => setTimeout(resolve, 0));
+    }
+    const stream = new Blob(parts).stream().pipeThrough(new DecompressionStream('gzip'));
     return new Response(stream).arrayBuffer();
 }
 

@@ -5,6 +5,9 @@
 const wallTime = () => performance.timeOrigin + performance.now();
 const wait = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
 
+const mostApart = 0.03; // seconds
+const leastBetweenJumps = 500; // milliseconds
+
 // The audio clock moves in steps of a buffer. Right behind a step it is exact, and in between late: of
 // several looks the one that saw it furthest ahead of the wall is believed.
 class AudioClock {
@@ -21,7 +24,7 @@ class AudioClock {
         const wall = wallTime();
         const ahead = this.context.currentTime * 1000 - wall;
         this.looks.push({wall, ahead});
-        while (this.looks[0].wall < wall - 2000)
+        while (this.looks[0].wall < wall - 500)
             this.looks.shift();
     }
 
@@ -40,6 +43,7 @@ class Music {
         this.source = null;
         this.begin = null; // the context's time of the first sample, or the wall's in silence
         this.silent = true;
+        this.jumped = 0; // the wall's moment at which it last had to
     }
 
     // To be called by a click: browsers let nothing sound before.
@@ -88,14 +92,28 @@ class Music {
         if (this.silent) {
             this.begin = wallTime() / 1000;
         } else {
-            this.source = this.context.createBufferSource();
-            this.source.buffer = this.buffer;
-            this.source.connect(this.context.destination);
-            this.begin = this.context.currentTime + 0.06;
-            this.source.start(this.begin);
+            this.sound(this.context.currentTime + 0.06);
         }
         await this.anchor();
         this.timer = setInterval(() => this.tell(false), 50);
+    }
+
+    // Plays so that sample 0 is, or would have been, due at `begin` of the context's time.
+    sound(begin) {
+        this.begin = begin;
+        this.source = this.context.createBufferSource();
+        this.source.buffer = this.buffer;
+        this.source.connect(this.context.destination);
+        const now = this.context.currentTime;
+        this.source.start(Math.max(begin, now), Math.max(0, now - begin));
+    }
+
+    silence() {
+        if (!this.source)
+            return;
+        this.source.stop();
+        this.source.disconnect();
+        this.source = null;
     }
 
     // The show's time goes on from here.
@@ -118,7 +136,21 @@ class Music {
 
     tell(anchor) {
         const wall = wallTime();
-        this.report({heard: this.heardAt(wall), wall, anchor});
+        const heard = this.heardAt(wall);
+        if (anchor)
+            this.due = wall / 1000 - heard;
+        this.report({heard, wall, anchor});
+        this.keepUp(wall, wall / 1000 - this.due - heard);
+    }
+
+    // A card that ran dry goes on where the show is by now, not where it stopped, so that the music
+    // stays with the picture. `late` in seconds.
+    keepUp(wall, late) {
+        if (this.silent || Math.abs(late) < mostApart || wall < this.jumped + leastBetweenJumps)
+            return;
+        this.jumped = wall;
+        this.silence();
+        this.sound(this.begin - late);
     }
 
     async pause() {
@@ -142,11 +174,6 @@ class Music {
     stop() {
         clearInterval(this.timer);
         this.begin = null;
-        if (this.source) {
-            this.source.onended = null;
-            this.source.stop();
-            this.source.disconnect();
-            this.source = null;
-        }
+        this.silence();
     }
 }

@@ -11,7 +11,7 @@ const texts = {
     ended: 'That was Nimbrel.',
     lost: 'The graphics card took the picture away. It can be played again.',
     silent: 'This browser plays no sound here: silence keeps the time.',
-    unable: 'This browser has no WebGL 2 for the page, which the show is drawn with.',
+    unable: 'This browser offers no WebGL 2 to the page, and the show is drawn with it.',
 };
 
 function say(text) {
@@ -91,6 +91,7 @@ class Show {
     constructor(files, music) {
         this.music = music;
         this.frames = 0;
+        this.asked = wallTime();
         this.worker = new Worker(files.worker);
         this.worker.onmessage = ({data}) => this.hear(data);
         this.worker.onerror = (event) => this.finish(`The program failed: ${event.message}`);

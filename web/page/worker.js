@@ -54,8 +54,15 @@ class Host {
     pictureOf(width, height) {
         this.canvas.width = width;
         this.canvas.height = height;
-        this.canvas.addEventListener('webglcontextlost', () => postMessage({kind: 'lost'}));
         return this.canvas;
+    }
+
+    // Whether the graphics card has taken the context away, which it may do at any time.
+    lost() {
+        const lost = this.context.isContextLost();
+        if (lost)
+            postMessage({kind: 'lost'});
+        return lost;
     }
 
     microseconds() {
@@ -90,10 +97,12 @@ class Host {
             return;
         const wake = this.waiting;
         this.waiting = null;
+        if (this.lost())
+            return;
         try {
             wake();
         } catch (error) {
-            if (error.name !== 'ExitStatus') // which is how a program ends
+            if (error.name !== 'ExitStatus' && !this.lost()) // the first is how a program ends
                 throw error;
         }
     }
@@ -218,7 +227,9 @@ const orders = {
     hear: (order) => self.host.hear(order),
     log: () => postMessage({kind: 'log', log: self.host.log()}),
     // What a graphics card does at its worst, for whoever checks the page.
-    lose: () => self.host.canvas.getContext('webgl2').getExtension('WEBGL_lose_context').loseContext(),
+    lose: () => {
+        self.host.context.getExtension('WEBGL_lose_context').loseContext();
+    },
 };
 
 onmessage = ({data}) => {

@@ -3,7 +3,10 @@ mergeInto(LibraryManager.library, {
     page_open_picture__deps: ['$GL'],
     page_open_picture: function(width, height) {
         const handle = GL.createContext(Module.host.pictureOf(width, height), Module.host.contextAttributes);
-        return handle && GL.makeContextCurrent(handle) ? 1 : 0;
+        if (!handle || !GL.makeContextCurrent(handle))
+            return 0;
+        Module.host.context = GL.currentContext.GLctx;
+        return 1;
     },
     page_next_frame: function() {
         return Asyncify.handleSleep((wake) => Module.host.nextFrame(wake));
