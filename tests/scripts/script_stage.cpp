@@ -35,7 +35,8 @@ std::vector<std::string> AllScripts() {
     for (const fs::directory_entry& entry : fs::directory_iterator(source))
         if (IsScript(entry))
             scripts.push_back(entry.path().filename());
-    for (const char* folder : {"art", "bench", "docs", "gallery", "packaging", "tests", "tools"})
+    for (const char* folder :
+         {"art", "bench", "docs", "gallery", "packaging", "tests", "tools", "web"})
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(source / folder))
             if (IsScript(entry) && entry.path().extension() != ".sh") // those are tests themselves
                 scripts.push_back(fs::relative(entry.path(), source));

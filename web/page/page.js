@@ -234,6 +234,7 @@ function able() {
 function standIn() {
     enter('unable', texts.unable);
     const film = element('film');
+    element('still').src = element('still').dataset.address;
     element('still').hidden = false;
     film.onloadedmetadata = () => {
         film.hidden = false;
