@@ -13,6 +13,9 @@ import urllib.request
 import websocket
 
 
+patience = 120  # seconds for an answer
+
+
 class BrowserError(Exception):
     """What a browser answers instead of what was asked for."""
 
@@ -21,7 +24,7 @@ class Protocol:
     """Commands and events as JSON over a socket."""
 
     def __init__(self, address):
-        self.socket = websocket.create_connection(address, timeout=600, suppress_origin=True)
+        self.socket = websocket.create_connection(address, timeout=patience, suppress_origin=True)
         self.last = 0
         self.events = []
 
@@ -32,7 +35,10 @@ class Protocol:
         self.last += 1
         self.socket.send(json.dumps({"id": self.last, **command}))
         while True:
-            message = json.loads(self.socket.recv())
+            try:
+                message = json.loads(self.socket.recv())
+            except websocket.WebSocketTimeoutException as error:
+                raise BrowserError(f"{command['method']}: no answer in {patience} s") from error
             if message.get("id") != self.last:
                 self.events.append(message)
             elif "error" in message:

@@ -253,8 +253,8 @@ def main():
     folders = [pathlib.Path(word).resolve() for word in sys.argv[1:4]]
     check = Check(*folders)
     check.size()
-    situations = sys.argv[4:] or ["frames", "live", "escape", "hidden", "sizes", "loss", "moment", "mute",
-                                  "unable", "slow"]
+    situations = sys.argv[4:] or [
+        "frames", "live", "escape", "hidden", "sizes", "loss", "moment", "mute", "unable", "slow"]
     for situation in situations:
         print(f"{situation}: {getattr(check, situation).__doc__}", flush=True)
         for name in ("Chromium", "Firefox"):
