@@ -39,6 +39,8 @@ bool OpenDisplay() {
                              8,
                              EGL_BLUE_SIZE,
                              8,
+                             EGL_ALPHA_SIZE,
+                             8,
                              EGL_DEPTH_SIZE,
                              24,
                              EGL_NONE};
