@@ -95,8 +95,8 @@ TEST(Translate, Declares_in_the_vertex_stage_what_only_the_other_reads) {
 }
 
 TEST(Translate, Writes_the_alpha_test_behind_the_shader_s_own_end) {
-    const std::string text =
-        Fragment("void main() { gl_FragColor = vec4(1.0); }", {.alphaFunction = GL_GREATER});
+    const std::string text = Fragment("void main() { gl_FragColor = vec4(1.0); }",
+                                      {.alphaFunction = GL_GREATER, .grey = {}});
     const std::size_t own = text.find("    vell_main();");
     const std::size_t test =
         text.find("if (!(clamp(vell_FragColor.a, 0.0, 1.0) > vell_AlphaReference)) discard;");
@@ -107,7 +107,7 @@ TEST(Translate, Writes_the_alpha_test_behind_the_shader_s_own_end) {
 }
 
 TEST(Translate, Measures_the_clip_vertex_and_without_one_the_position) {
-    const Variant clipped{.clipPlanes = 2}; // plane 1
+    const Variant clipped{.clipPlanes = 2, .grey = {}}; // plane 1
     EXPECT_THAT(Vertex("void main() { gl_ClipVertex = v; }", clipped),
                 HasSubstr("vell_Distance1 = dot(vell_ClipPlane[1], vell_ClipVertex);"));
     EXPECT_THAT(Vertex("void main() {}", clipped),
