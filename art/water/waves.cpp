@@ -26,18 +26,25 @@ struct Scale {
     float gusting; ///< 0: the same everywhere; 1: only where the gusts blow
 };
 
-// The tile is twenty units wide: swell of ten to four units that bends whole reflections, waves of
-// four to one that break their edges, and ripples that make them sparkle near the eye.
+// The tile is twenty units wide: swell of seven to three units, which is all that is left where the
+// water is far, waves of three to one that break the edges of what is mirrored, and ripples that
+// make it tremble near the eye. Nothing is longer, or one would see how soon it comes again.
 constexpr Scale scales[] = {
-    {.fewest = 2, .most = 5, .waves = 14, .steep = 0.14f, .gusting = 0.0f},
-    {.fewest = 5, .most = 12, .waves = 30, .steep = 0.16f, .gusting = 0.25f},
-    {.fewest = 12, .most = 30, .waves = 48, .steep = 0.11f, .gusting = 0.6f},
-    {.fewest = 30, .most = 90, .waves = 60, .steep = 0.07f, .gusting = 0.9f},
+    {.fewest = 3, .most = 6, .waves = 26, .steep = 0.10f, .gusting = 0.0f},
+    {.fewest = 6, .most = 16, .waves = 44, .steep = 0.15f, .gusting = 0.15f},
+    {.fewest = 16, .most = 45, .waves = 60, .steep = 0.15f, .gusting = 0.5f},
+    {.fewest = 45, .most = 140, .waves = 80, .steep = 0.06f, .gusting = 0.8f},
 };
 
 // The mirrored picture is ten times as wide as high and is shifted by fractions of either side, so
-// the same slope along s moves it ten times as far; waves run mostly along t to balance this.
-constexpr float acrossShare = 0.45f;
+// the same slope along s moves it ten times as far. A flat look over water sees it the other way
+// round: waves draw lights out into columns and hardly move them aside.
+constexpr float acrossShare = 0.17f;
+
+// The third part of the normals. The shader makes them unit length, so the smaller it is the
+// farther a wave of the same slope moves the picture, up to the whole of what the shader allows.
+constexpr float calm = 0.34f;  // a mirror, in the lanes between the gusts
+constexpr float windy = 0.13f; // all in pieces
 
 Wave DrawWave(const Scale& scale, Random& random) {
     for (;;) {
@@ -47,12 +54,11 @@ Wave DrawWave(const Scale& scale, Random& random) {
         const int y = static_cast<int>(std::lround(length * std::sin(angle)));
         if (x == 0 && y == 0)
             continue;
-        const float periods = std::sqrt(static_cast<float>(x * x + y * y));
-        const vec2 heading = {static_cast<float>(x) / periods, static_cast<float>(y) / periods};
-        // A sine of amplitude 1 has a root mean square of sqrt(1/2).
+        // A sine of amplitude 1 has a root mean square of sqrt(1/2). The eyes look along all
+        // directions, so wherever a wave runs to, it moves the picture up and down.
         const float each = scale.steep * std::sqrt(2.0f / static_cast<float>(scale.waves));
-        const vec2 slope = {heading.x * each * acrossShare, heading.y * each};
-        return {x, y, random.Range(0, 2 * pi), slope};
+        const float across = random.Chance(0.5f) ? acrossShare : -acrossShare;
+        return {x, y, random.Range(0, 2 * pi), {each * across, each}};
     }
 }
 
@@ -78,19 +84,22 @@ void AddToRow(const Wave& wave, int size, int t, std::vector<vec2>& row) {
 
 /// How strongly the wind blows, 0..1, in patches of a few units.
 float Gust(int s, int t, int size) {
-    const float scale = 4.0f / static_cast<float>(size);
+    constexpr int patches = 5; // along a side of the tile
+    const float scale = static_cast<float>(patches) / static_cast<float>(size);
     const vec2 p = {static_cast<float>(s) * scale, static_cast<float>(t) * scale};
-    return SmoothStep(-0.45f, 0.55f, Fbm2(p, 907, 3, 4));
+    return SmoothStep(-0.45f, 0.45f, Fbm2(p, 907, 3, patches));
 }
 
 void FillRow(const std::vector<std::vector<Wave>>& sea, int t, SlopeMap& map) {
     std::vector<vec2> row(static_cast<std::size_t>(map.size));
+    for (int s = 0; s < map.size; ++s)
+        map.wind[static_cast<std::size_t>(t) * map.size + s] = Gust(s, t, map.size);
     for (std::size_t i = 0; i < sea.size(); ++i) {
         row.assign(row.size(), {});
         for (const Wave& wave : sea[i])
             AddToRow(wave, map.size, t, row);
         for (int s = 0; s < map.size; ++s) {
-            const float share = Lerp(1.0f, 1.7f * Gust(s, t, map.size), scales[i].gusting);
+            const float share = Lerp(1.0f, 1.5f * map.Wind(s, t), scales[i].gusting);
             vec2& slope = map.slopes[static_cast<std::size_t>(t) * map.size + s];
             slope = slope + row[s] * share;
         }
@@ -117,7 +126,8 @@ SlopeMap MakeWaves(int size) {
     std::vector<std::vector<Wave>> sea;
     for (const Scale& scale : scales)
         sea.push_back(DrawWaves(scale, 700 + static_cast<std::uint32_t>(sea.size())));
-    SlopeMap map{size, std::vector<vec2>(static_cast<std::size_t>(size) * size)};
+    const std::size_t texels = static_cast<std::size_t>(size) * size;
+    SlopeMap map{size, std::vector<vec2>(texels), std::vector<float>(texels)};
     ForEachIndex(size, 0, [&](int t) { FillRow(sea, t, map); });
     Level(map);
     return map;
@@ -128,7 +138,7 @@ Picture NormalPicture(const SlopeMap& map) {
     for (int t = 0; t < map.size; ++t)
         for (int s = 0; s < map.size; ++s) {
             const vec2 slope = map.At(s, t);
-            const vec3 normal = Normalized(vec3{-slope.x, -slope.y, 1});
+            const vec3 normal{-slope.x, -slope.y, Lerp(calm, windy, map.Wind(s, t))};
             picture.At(s, map.size - 1 - t) = {0.5f + 0.5f * normal.x, 0.5f + 0.5f * normal.y,
                                                0.5f + 0.5f * normal.z, 1};
         }

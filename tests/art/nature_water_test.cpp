@@ -118,6 +118,82 @@ TEST(NatureWater, Repeats_nowhere_within_the_tile) {
         }
 }
 
+/// The greatest likeness of values to themselves moved by more than `nearest` texels either way.
+double SecondPeak(const std::vector<float>& values, int side, int nearest) {
+    double mean = 0;
+    for (const float value : values)
+        mean += value / static_cast<double>(values.size());
+    double power = 0;
+    for (const float value : values)
+        power += (value - mean) * (value - mean);
+    double greatest = 0;
+    for (int dt = 0; dt <= side / 2; ++dt)
+        for (int ds = 0; ds < side; ++ds) {
+            if (std::min(ds, side - ds) <= nearest && dt <= nearest)
+                continue;
+            double same = 0;
+            for (int t = 0; t < side; ++t)
+                for (int s = 0; s < side; ++s)
+                    same += (values[t * side + s] - mean) *
+                            (values[(t + dt) % side * side + (s + ds) % side] - mean);
+            greatest = std::max(greatest, same / power);
+        }
+    return greatest;
+}
+
+/// The stored map as it looks from high up and far away: 64 x 64 texels of what moves the picture
+/// up and down, in shares of the most there is.
+std::vector<float> LiftsFromAfar() {
+    const Art::Picture far = Art::Halved(Art::Halved(Art::Halved(Art::Halved(Stored()))));
+    std::vector<float> lifts;
+    for (int y = 0; y < far.Height(); ++y)
+        for (int x = 0; x < far.Width(); ++x)
+            lifts.push_back(NormalOf(far.At(x, y)).y);
+    return lifts;
+}
+
+TEST(NatureWater, Has_no_second_peak_of_likeness_within_the_tile) {
+    constexpr int side = 64;
+    // The longest waves, a third of the tile, are like themselves within a sixth either way.
+    EXPECT_LT(SecondPeak(LiftsFromAfar(), side, side / 6), 0.45);
+}
+
+TEST(NatureWater, A_second_peak_would_be_found) {
+    constexpr int side = 64;
+    std::vector<float> twice = LiftsFromAfar();
+    for (int t = 0; t < side; ++t) // the right half is the left one once more
+        std::copy_n(&twice[t * side], side / 2, &twice[t * side + side / 2]);
+    EXPECT_NEAR(SecondPeak(twice, side, side / 6), 1.0, 1e-6);
+}
+
+TEST(NatureWater, Draws_lights_out_into_columns_even_from_afar) {
+    // The shader moves the mirrored picture by 2 % of 89 rows, 1.78 at most, and of 960 columns.
+    const auto rows = [](Vell::vec2 steep) { return steep.y * 0.02f * 89; };
+    const auto columns = [](Vell::vec2 steep) { return steep.x * 0.02f * 960; };
+    EXPECT_GT(rows(Steepness(Stored(), 0)), 1.0f);
+    EXPECT_GT(rows(Steepness(Stored(), 5)), 0.5f) << "where 32 x 32 texels are one pixel";
+    for (const int halvings : {0, 2, 5})
+        EXPECT_LT(columns(Steepness(Stored(), halvings)), 4.0f) << "torn aside";
+}
+
+TEST(NatureWater, Is_rougher_where_the_wind_blows) {
+    const Art::Picture normals = Art::NormalPicture(Waves());
+    double lifts[2] = {};
+    int counts[2] = {};
+    for (int t = 0; t < size; ++t)
+        for (int s = 0; s < size; ++s) {
+            const float wind = Waves().Wind(s, t);
+            if (wind > 0.25f && wind < 0.75f)
+                continue;
+            const float lift = NormalOf(normals.At(s, size - 1 - t)).y;
+            lifts[wind > 0.5f ? 1 : 0] += lift * lift;
+            ++counts[wind > 0.5f ? 1 : 0];
+        }
+    EXPECT_GT(counts[0], size * size / 20) << "lanes";
+    EXPECT_GT(counts[1], size * size / 20) << "gusts";
+    EXPECT_GT(lifts[1] / counts[1], 2 * lifts[0] / counts[0]);
+}
+
 TEST(NatureWater, Has_waves_of_many_sizes) {
     // Each halving takes the shortest waves away and leaves the longer ones to the distance.
     const Art::Picture normals = Art::NormalPicture(Waves());
