@@ -66,11 +66,16 @@ public:
     }
 
     void EndFrame() {
-        Try([this] {
+        bool again = false;
+        Try([this, &again] {
             SkipDrawing(false);
-            if (wanted)
+            if (wanted) {
                 visitor.End(frame);
+                again = visitor.Again(frame);
+            }
         });
+        if (again)
+            return;
         ++frame;
         const Microseconds next = Complete() || failure ? timeIsUp : rate.Microseconds(frame);
         time.MoveTo(next);

@@ -18,6 +18,10 @@ public:
 
     /// After the last one: the picture stands in the back buffer.
     virtual void End(int number) = 0;
+
+    /// Asked after End(): whether the same frame is drawn once more, time standing still. The demo
+    /// is told then that the frame before took no time.
+    virtual bool Again(int /*number*/) { return false; }
 };
 
 /// Plays the demo, its own main() and all, from its first frame to frame `last`, and calls
