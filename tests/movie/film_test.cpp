@@ -29,13 +29,13 @@ Picture Decoded(const std::string& film, int index) {
     return ReadPpm("decoded.ppm");
 }
 
-/// The part of a contact sheet that is the picture in a row of its first column.
-Picture FromSheet(const Picture& sheet, int row) {
+/// The part of a contact sheet that is the picture in a row of its first or another column.
+Picture FromSheet(const Picture& sheet, int row, int column = 0) {
     constexpr int labelWidth = 84;
     constexpr int pitch = 89 + 2;
     Picture picture(960, 89);
     for (int y = 0; y < picture.height; ++y)
-        std::copy_n(sheet.At(labelWidth, row * pitch + y),
+        std::copy_n(sheet.At(labelWidth + column * (labelWidth + picture.width), row * pitch + y),
                     static_cast<std::size_t>(picture.width) * 3, picture.At(0, y));
     return picture;
 }
@@ -99,6 +99,19 @@ TEST_F(FilmTest, Makes_a_contact_sheet_of_the_films_frames) {
         MustFilm({"--at", std::to_string(20 + 40 * row), "at.png"});
         EXPECT_TRUE(FromSheet(sheet, row) == ReadPng("at.png")) << "row " << row;
     }
+}
+
+TEST_F(FilmTest, Makes_a_sheet_of_what_stands_before_and_after_each_cut) {
+    LinkData();
+    MustFilm({"--sheet", "--cuts", "--fps", "10", "sheet.png"});
+    const Picture sheet = ReadPng("sheet.png");
+    EXPECT_EQ(sheet.width, 2 * (84 + 960));
+    EXPECT_EQ(sheet.height, 7 * 89 + 6 * 2);
+    // The fourth cut is at 55.648 s, between frames 556 and 557 of ten a second.
+    MustFilm({"--at", "55.6", "--fps", "10", "before.png"});
+    EXPECT_TRUE(FromSheet(sheet, 3) == ReadPng("before.png"));
+    MustFilm({"--at", "55.7", "--fps", "10", "after.png"});
+    EXPECT_TRUE(FromSheet(sheet, 3, 1) == ReadPng("after.png"));
 }
 
 TEST_F(FilmTest, Joins_pieces_into_what_one_run_makes) {
@@ -254,8 +267,8 @@ TEST_F(FilmTest, Says_what_is_wrong_with_its_arguments) {
         {{"--at", "1", "a.jpg"}, "--at needs a .png file, not \"a.jpg\""},
         {{"--at", "--sheet", "a.png"}, "--at and --sheet do not go together"},
         {{"--sheet", "--lossless", "a.png"},
-         "--lossless does not go with --sheet, which takes --fps, --start, --end, --every and "
-         "--jobs"},
+         "--lossless does not go with --sheet, which takes --fps, --start, --end, --every, "
+         "--cuts and --jobs"},
         {{"--faster"}, "there is no option --faster"},
         {{"a.mp4", "b.mp4"}, "\"b.mp4\" is one word too many: ./movie film.mp4"},
         {{"--at", "1", "none/a.png"}, "cannot write none/a.png: there is no folder none; "},

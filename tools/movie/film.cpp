@@ -1,5 +1,6 @@
 #include "tools/movie/film.h"
 
+#include "demo/show.h"
 #include "tools/movie/piece.h"
 #include "tools/movie/soundtrack.h"
 #include "tools/picture/sheet.h"
@@ -176,6 +177,22 @@ void MakeContactSheet(const Stage::Rate& rate, double begin, double end, double 
     WriteWhole(MakeSheet(DrawEntries(rate, frames, jobs), frames.size() > longColumn ? 2 : 1),
                path);
     std::cerr << path << ": " << frames.size() << " frames\n";
+}
+
+void MakeCutSheet(const Stage::Rate& rate, int jobs, const std::string& path) {
+    std::vector<int> frames;
+    for (std::size_t i = 1; i < Show::flightCount; ++i) {
+        const int after = rate.FrameFrom(Show::flights[i].begin);
+        for (const int frame : {after - 1, after})
+            frames.push_back(frame);
+    }
+    const std::vector<SheetEntry> drawn = DrawEntries(rate, frames, jobs);
+    std::vector<SheetEntry> columns; // the sheet is filled column by column
+    for (const std::size_t side : {0u, 1u})
+        for (std::size_t i = side; i < drawn.size(); i += 2)
+            columns.push_back(drawn[i]);
+    WriteWhole(MakeSheet(columns, 2), path);
+    std::cerr << path << ": " << Show::flightCount - 1 << " cuts\n";
 }
 
 } // namespace Movie

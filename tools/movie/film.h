@@ -30,6 +30,9 @@ void MakePicture(const Stage::Rate& rate, double time, const std::string& path);
 void MakeContactSheet(const Stage::Rate& rate, double begin, double end, double step, int jobs,
                       const std::string& path);
 
+/// Writes a contact sheet as a PNG: beside the last frame before each cut the first one after it.
+void MakeCutSheet(const Stage::Rate& rate, int jobs, const std::string& path);
+
 /// Joins films of stretches that follow each other, made with equal settings, into one. The sound
 /// is made anew over the whole length. Throws std::runtime_error when they do not fit.
 void JoinFilms(const std::vector<std::string>& pieces, const std::string& path);

@@ -54,6 +54,10 @@ int RunFilm(const Arguments& arguments) {
 }
 
 int RunSheet(const Arguments& arguments) {
+    if (arguments.Has("--cuts")) {
+        Movie::MakeCutSheet(RateOf(arguments), JobsOf(arguments), arguments.operands[0]);
+        return EXIT_SUCCESS;
+    }
     Movie::MakeContactSheet(RateOf(arguments), arguments.Number("--start", 0.0),
                             arguments.Number("--end", 118.0), arguments.Number("--every", 1.0),
                             JobsOf(arguments), arguments.operands[0]);
@@ -125,6 +129,7 @@ const Tools::Program program = {
           .value = "S",
           .kind = NumberKind("a number of seconds", 0.001, Show::runningTime),
           .example = "5"},
+         {.name = "--cuts"},
          {.name = "--references",
           .value = "D",
           .kind = Tools::AnyText("a folder"),
@@ -139,7 +144,7 @@ const Tools::Program program = {
         {.name = "--sheet",
          .operands = {{"OUT.png", picture}},
          .example = "sheet.png",
-         .options = {"--fps", "--start", "--end", "--every", "--jobs"},
+         .options = {"--fps", "--start", "--end", "--every", "--cuts", "--jobs"},
          .run = RunSheet},
         {.name = "--at",
          .operands = {{"T", shownMoment}, {"OUT.png", picture}},
