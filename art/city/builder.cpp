@@ -4,9 +4,10 @@ namespace Art {
 
 const MaterialFile& FileOf(Material material) {
     static const MaterialFile files[materialCount] = {
-        {"tower.png", {16, 16}}, {"house_warm.png", {8, 16}}, {"house_cool.png", {8, 16}},
-        {"palace.png", {8, 16}}, {"stone.jpg", {8, 8}},       {"trim.jpg", {4, 4}},
-        {"roof.jpg", {6, 6}},    {"seabed.jpg", {12, 12}},    {"lamp.png", {1, 1}},
+        {"tower.png", {16, 16}},     {"town.png", {16, 16}},  {"house_warm.png", {8, 16}},
+        {"house_cool.png", {8, 16}}, {"palace.png", {8, 16}}, {"stone.jpg", {8, 8}},
+        {"trim.jpg", {4, 4}},        {"roof.jpg", {6, 6}},    {"seabed.jpg", {12, 12}},
+        {"lamp.png", {1, 1}},
     };
     return files[static_cast<int>(material)];
 }

@@ -9,7 +9,19 @@
 namespace Art {
 
 /// What a surface is made of: one texture file each.
-enum class Material { Tower, HouseWarm, HouseCool, Palace, Stone, Trim, Roof, SeaBed, Lamp, Count };
+enum class Material {
+    Tower,
+    Town,
+    HouseWarm,
+    HouseCool,
+    Palace,
+    Stone,
+    Trim,
+    Roof,
+    SeaBed,
+    Lamp,
+    Count
+};
 
 inline constexpr int materialCount = static_cast<int>(Material::Count);
 

@@ -16,12 +16,13 @@ Paint RoofPaint(Random& random) {
 }
 
 Material HouseMaterial(int materials, Random& random) {
-    constexpr Material choices[3][4] = {
+    constexpr Material choices[4][4] = {
         {Material::HouseWarm, Material::HouseCool, Material::HouseWarm, Material::Palace},
         {Material::HouseCool, Material::HouseCool, Material::HouseWarm, Material::Palace},
         {Material::Palace, Material::HouseWarm, Material::Palace, Material::HouseCool},
+        {Material::Town, Material::Town, Material::HouseWarm, Material::Town},
     };
-    return choices[materials % 3][random.Int(0, 3)];
+    return choices[materials][random.Int(0, 3)];
 }
 
 void AddChimney(Builder& b, const Box& body, float rise, Random& random) {

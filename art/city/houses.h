@@ -17,7 +17,7 @@ struct RowStyle {
     bool detailed = true; ///< balconies, dormers, bays: for what a flight passes closely
     bool arcade = false;  ///< an open ground floor on arches
     bool flat = false;    ///< terraces only, no pitched roofs
-    int materials = 0;    ///< which of the materials prevail
+    int materials = 0;    ///< which of the materials prevail, 0..3; 3: those seen from far
 };
 
 /// Fills the line between two ground points with houses that face Cross(direction, up), each

@@ -31,12 +31,27 @@ void AddWallPiece(Builder& b, vec2 from, vec2 to, float y0, float y1, Paint pain
     b.Rect(At(from, y0), At(along * (1 / length), 0), up, length, y1 - y0, paint);
 }
 
-/// The paint of a facade on a wall `width` wide: whole bays, storeys from the foot.
-Paint FacadePaint(Material material, float width, unsigned seed) {
+/// The lower left of the part of a facade that a house has to itself, in bays and storeys. Parts
+/// are 8 by 8; what is higher takes two of them, one upon the other.
+vec2 PartOf(Material material, float height, unsigned house) {
+    constexpr float part = 8;
+    if (material != Material::Tower && material != Material::Town)
+        return {};
+    const float column = Hash(house, 11) % 2 == 0 ? 0.0f : part;
+    const bool upper = height <= part && Hash(house, 12) % 2 == 0;
+    return {column, upper ? part : 0.0f};
+}
+
+/// The paint of a facade on wall number `side` of a house: whole bays, storeys from the foot. Of a
+/// house that has a part to itself, each wall shows some of that.
+Paint FacadePaint(Material material, vec2 size, unsigned house, unsigned side) {
     const vec2 tile = FileOf(material).tile;
-    const float bays = std::max(1.0f, std::round(width));
-    const float first = std::floor(HashUnit(seed, 7) * tile.x);
-    return {material, {first / tile.x, 0}, {bays / width / tile.x, 1 / tile.y}};
+    const vec2 part = PartOf(material, size.y, house);
+    const float bays = std::max(1.0f, std::round(size.x));
+    const bool own = material == Material::Tower || material == Material::Town;
+    const float room = own ? std::max(1.0f, 8 - bays + 1) : tile.x;
+    const float first = part.x + std::floor(HashUnit(Hash(house, side), 7) * room);
+    return {material, {first / tile.x, part.y / tile.y}, {bays / size.x / tile.x, 1 / tile.y}};
 }
 
 } // namespace
@@ -109,7 +124,7 @@ void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& to
         const vec2 from = corners[i];
         const vec2 to = corners[(i + 1) % 4];
         AddWall(b, from, to, box.y0, box.y1,
-                FacadePaint(material, Length(to - from), Hash(seed, i)));
+                FacadePaint(material, {Length(to - from), box.y1 - box.y0}, seed, i));
     }
     AddFloor(b, {corners[0], corners[1], corners[2], corners[3]}, box.y1, top);
 }

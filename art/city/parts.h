@@ -26,7 +26,8 @@ struct Box {
 void AddBox(Builder& b, const Box& box, const Finish& finish, bool bottom = false);
 
 /// The four walls of a box as a facade: whole bays of about one unit and storeys of one unit
-/// that start at the box's foot. `seed` picks which windows are lit.
+/// that start at the box's foot. `seed` picks which windows are lit, and of facades seen from far,
+/// who lives there.
 void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& top, unsigned seed);
 
 /// A vertical wall between two ground points, facing Cross(direction, up). Split at the water.

@@ -1,6 +1,7 @@
 #include "art/city/plan.h"
 
 #include "art/city/houses.h"
+#include "art/city/skyline.h"
 #include "art/city/towers.h"
 #include "art/city/waterfront.h"
 #include "art/common/noise.h"
@@ -86,13 +87,20 @@ const RowStyle townStyle{.lowest = 4.0f,
                          .depth = 4.6f,
                          .detailed = false,
                          .materials = 1};
+const RowStyle farTownStyle{.lowest = 4.0f,
+                            .highest = 9.0f,
+                            .narrowest = 3.2f,
+                            .widest = 5.4f,
+                            .depth = 4.6f,
+                            .detailed = false,
+                            .materials = 3};
 const RowStyle highStyle{.lowest = 5.5f,
                          .highest = 15.0f,
                          .narrowest = 3.6f,
                          .widest = 5.6f,
                          .depth = 5,
                          .detailed = false,
-                         .materials = 1};
+                         .materials = 3};
 const RowStyle highFlatStyle{.lowest = 6.0f,
                              .highest = 16.0f,
                              .narrowest = 3.8f,
@@ -100,7 +108,7 @@ const RowStyle highFlatStyle{.lowest = 6.0f,
                              .depth = 5,
                              .detailed = false,
                              .flat = true,
-                             .materials = 2};
+                             .materials = 3};
 
 const std::vector<Row> houseRows = {
     // The upper canal, left bank, then right bank.
@@ -130,27 +138,27 @@ const std::vector<Row> houseRows = {
     {{1.2f, 60.0f}, {1.2f, 34.0f}, townStyle},
     {{2.0f, 26.0f}, {18.5f, 26.0f}, townStyle},
     // North town: the front over the sea and the streets behind it.
-    {{44.5f, -37.4f}, {-11.4f, -37.4f}, townStyle},
+    {{44.5f, -37.4f}, {-11.4f, -37.4f}, farTownStyle},
     {{-9.0f, -26.5f}, {44.0f, -26.5f}, highFlatStyle},
     {{44.0f, -20.0f}, {2.0f, -20.0f}, highStyle},
     {{3.5f, -18.5f}, {44.0f, -9.5f}, highFlatStyle},
     {{44.0f, -5.5f}, {18.0f, -5.5f}, townStyle},
-    {{45.0f, -9.0f}, {45.0f, -36.0f}, townStyle},
+    {{45.0f, -9.0f}, {45.0f, -36.0f}, farTownStyle},
     {{45.0f, 4.0f}, {45.0f, -8.0f}, lowFlatStyle},
     // East terraces and the wall of houses behind them.
     {{40.5f, 9.0f}, {46.0f, 9.0f}, lowFlatStyle},
     {{46.0f, 15.0f}, {41.5f, 15.0f}, lowFlatStyle},
     {{42.4f, 18.8f}, {38.5f, 18.8f}, behindStyle},
-    {{48.6f, -28.0f}, {48.5f, 3.0f}, townStyle},
+    {{48.6f, -28.0f}, {48.5f, 3.0f}, farTownStyle},
     {{48.5f, 3.2f}, {48.5f, 17.0f}, lowStyle},
-    {{48.5f, 17.2f}, {48.4f, 33.0f}, townStyle},
-    {{69.8f, 33.5f}, {69.8f, -9.0f}, townStyle},
+    {{48.5f, 17.2f}, {48.4f, 33.0f}, farTownStyle},
+    {{69.8f, 33.5f}, {69.8f, -9.0f}, farTownStyle},
     {{61.0f, 33.0f}, {61.0f, -22.0f}, highStyle},
     // South-east town.
-    {{58.8f, 49.0f}, {58.8f, 35.6f}, townStyle},
+    {{58.8f, 49.0f}, {58.8f, 35.6f}, farTownStyle},
     {{58.0f, 35.8f}, {38.0f, 35.8f}, highStyle},
-    {{24.5f, 48.5f}, {56.0f, 48.5f}, townStyle},
-    {{14.5f, 62.6f}, {39.5f, 60.8f}, townStyle},
+    {{24.5f, 48.5f}, {56.0f, 48.5f}, farTownStyle},
+    {{14.5f, 62.6f}, {39.5f, 60.8f}, farTownStyle},
     // With their neighbours to the west they stand behind the low houses of the basin's east side,
     // so that the water mirrors lit windows there and no gap of sky.
     {{46.8f, 18.8f}, {42.4f, 18.8f}, behindHighStyle},
@@ -270,6 +278,7 @@ Builder BuildCity(unsigned seed) {
     AddLighthouse(b, {0.5f, 106.0f}, 9);
     AddWaterStairs(b);
     AddBoats(b);
+    AddSkyline(b);
     AddSeaBed(b, 1);
     return b;
 }

@@ -42,10 +42,10 @@ void AddSetbacks(Builder& b, const Tower& t, unsigned seed) {
     float y = quayHeight;
     const float shaft = t.height * 0.84f;
     constexpr float heightShares[] = {0.42f, 0.27f, 0.18f, 0.13f};
-    for (unsigned i = 0; i < 4; ++i) {
+    for (std::size_t i = 0; i < 4; ++i) {
         const float top = y + Storeys(shaft * heightShares[i]);
         const Box stage = Centred(half, y, top);
-        AddFacadeBox(b, stage, Material::Tower, trim, seed + i);
+        AddFacadeBox(b, stage, Material::Tower, trim, seed);
         AddLedge(b, stage, top - 0.3f, 0.14f, 0.3f);
         if (i < 2) {
             AddCornerLights(b, stage, top);
@@ -124,7 +124,7 @@ void AddSlab(Builder& b, const Tower& t, unsigned seed) {
     const Box wing{{half * 0.45f, half},
                    {quayHeight, low},
                    {-half * depthShare * 0.9f, half * depthShare * 0.9f}};
-    AddFacadeBox(b, wing, Material::Tower, trim, seed + 1);
+    AddFacadeBox(b, wing, Material::Tower, trim, seed);
     for (int i = 0; i < 4; ++i) {
         const float x = Lerp(-half, half * 0.45f, static_cast<float>(i) / 3);
         AddBox(b,

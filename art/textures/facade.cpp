@@ -40,7 +40,7 @@ Rgba LitGlass(vec2 p, unsigned id) {
 Rgba DarkGlass(vec2 p, unsigned id) {
     const float sky = 0.35f + 0.65f * p.y;
     const float tint = 0.8f + 0.4f * HashUnit(id, 8);
-    return {0.10f * sky * tint, 0.135f * sky * tint, 0.20f * sky * tint, 1};
+    return {0.13f * sky * tint, 0.165f * sky * tint, 0.235f * sky * tint, 1};
 }
 
 } // namespace

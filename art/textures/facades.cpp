@@ -19,14 +19,19 @@ Rgba FramedPane(vec2 p, float x0, float x1, float y0, float y1, Rgba frame, unsi
         return frame;
     const float cx = q.x * static_cast<float>(across);
     const float cy = q.y * static_cast<float>(up);
-    const float bar = 0.06f * static_cast<float>(across);
-    const bool onBar = (std::abs(cx - std::round(cx)) < bar / 2 && cx > 0.5f &&
+    const float thick = 0.06f * static_cast<float>(across);
+    const bool onBar = (std::abs(cx - std::round(cx)) < thick / 2 && cx > 0.5f &&
                         cx < static_cast<float>(across) - 0.5f) ||
-                       (std::abs(cy - std::round(cy)) < bar / 2 && cy > 0.5f &&
+                       (std::abs(cy - std::round(cy)) < thick / 2 && cy > 0.5f &&
                         cy < static_cast<float>(up) - 0.5f);
-    if (onBar)
-        return Shade(frame, 0.7f);
-    return Glass(q, id, share);
+    const Rgba glass = Glass(q, id, share);
+    if (!onBar)
+        return glass;
+    // Before a light, bars are dark but keep its alpha: from afar, where they are less than a pixel
+    // wide, the window then shines by what it is wide.
+    Rgba bar = glass.a < 1 ? Shade(glass, 0.45f) : Shade(frame, 0.7f);
+    bar.a = glass.a;
+    return bar;
 }
 
 /// Rain and soot under a sill at height y.
@@ -125,32 +130,6 @@ Picture PaintPalace() {
         const Rgba wall = Shade({0.66f, 0.62f, 0.57f}, Grain(place, baysAcross, storeys, 77));
         const unsigned id = Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), 78);
         return PalaceBay(p, wall, id, row == 0 ? 0.7f : 0.42f);
-    });
-}
-
-Picture PaintTower() {
-    constexpr int baysAcross = 16;
-    constexpr int storeys = 16;
-    return PaintCells(baysAcross, storeys, bayPixels, [&](int column, int row, vec2 p) {
-        const vec2 place{static_cast<float>(column) + p.x, static_cast<float>(row) + p.y};
-        const Rgba wall = Shade({0.58f, 0.57f, 0.58f}, Grain(place, baysAcross, storeys, 91));
-        const unsigned floorId = Hash(static_cast<unsigned>(row), 92);
-        // Whole floors at work or asleep, with exceptions.
-        const float share = 0.12f + 0.5f * HashUnit(floorId) * HashUnit(floorId, 1);
-        const float rib = std::min(p.x, 1 - p.x);
-        if (rib < 0.09f)
-            return Shade(wall, 1.05f + 0.25f * SmoothStep(0.09f, 0.0f, rib));
-        for (unsigned half = 0; half < 2; ++half) {
-            const float x0 = half == 0 ? 0.15f : 0.55f;
-            if (Inside(p, x0, x0 + 0.30f, 0.26f, 0.90f))
-                return FramedPane(
-                    p, x0, x0 + 0.30f, 0.26f, 0.90f, Shade(wall, 0.55f),
-                    Hash(static_cast<unsigned>(column), static_cast<unsigned>(row), 93 + half),
-                    share, 1, 2);
-        }
-        if (p.y < 0.2f)
-            return Shade(wall, 0.72f + 0.1f * std::abs(std::sin(p.x * 2 * pi * 3)));
-        return wall;
     });
 }
 

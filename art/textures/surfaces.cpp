@@ -101,6 +101,7 @@ Picture PaintLamp() {
 bool WriteTextures(FolderToFill& folder) {
     constexpr int jpegQuality = 92;
     return WriteEnginePng(folder.File("tower.png"), PaintTower(), 4) &&
+           WriteEnginePng(folder.File("town.png"), PaintTown(), 4) &&
            WriteEnginePng(folder.File("house_warm.png"), PaintHouse({0.68f, 0.53f, 0.42f}, 41),
                           4) &&
            WriteEnginePng(folder.File("house_cool.png"), PaintHouse({0.60f, 0.58f, 0.58f}, 42),

@@ -9,9 +9,17 @@
 namespace Art {
 
 /// Facades: one bay and one storey are one unit, 64 pixels. The lowest row is a ground floor.
-Picture PaintTower();
 Picture PaintHouse(Rgba plaster, unsigned seed);
 Picture PaintPalace();
+
+/// Facades that are seen from far consist of parts, each of bays and storeys by `facadePart`, with
+/// a plaster, a light and habits of their own; the lowest row is a ground floor.
+inline constexpr int facadeCells = 16; ///< bays and storeys of the picture
+inline constexpr int facadePart = 8;
+/// Towers, 64 pixels a bay.
+Picture PaintTower();
+/// The houses of the town behind the quays, 32 pixels a bay.
+Picture PaintTown();
 
 /// Coursed ashlar, 8 units wide and high.
 Picture PaintStone();

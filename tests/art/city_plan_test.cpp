@@ -121,6 +121,27 @@ TEST(Plan, Land_covers_the_strip_that_the_water_darkens) {
             ASSERT_GT(HeightAt({x, z}), 0) << "x " << x << " z " << z;
 }
 
+TEST(Plan, Each_house_of_the_far_town_keeps_to_a_part_of_its_facade) {
+    // The parts are 8 bays and 8 storeys of 16: half of the texture either way.
+    bool left = false;
+    bool right = false;
+    for (unsigned house = 0; house < 24; ++house) {
+        Builder b;
+        AddFacadeBox(b, {{0, 5.2f}, {0.7f, 6.7f}, {-4, 0}}, Material::Town, Plain(Material::Trim),
+                     house);
+        const float part = std::floor(b.surfaces[0].paint.origin.x * 2) / 2;
+        (part > 0 ? right : left) = true;
+        for (std::size_t side = 0; side < 4; ++side) {
+            const Paint& paint = b.surfaces[side].paint;
+            const float width = side % 2 == 0 ? 5.2f : 4.0f;
+            EXPECT_GE(paint.origin.x, part) << house << ", side " << side;
+            EXPECT_LE(paint.origin.x + width * paint.scale.x, part + 0.5f + 1e-5f)
+                << house << ", side " << side;
+        }
+    }
+    EXPECT_TRUE(left && right);
+}
+
 TEST(Plan, Four_or_five_towers_stand_out_of_the_skyline) {
     std::vector<float> heights;
     for (float x = -12; x < 72; x += 0.5f)

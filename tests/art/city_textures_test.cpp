@@ -17,12 +17,10 @@ struct Painted {
 
 const Painted paintings[] = {
     {"tower", PaintTower, true},
+    {"town", PaintTown, true},
     {"palace", PaintPalace, true},
-    {"house",
-     [] {
-         return PaintHouse({0.6f, 0.6f, 0.6f, 1}, 5);
-     },
-     true},
+    {"house", [] {
+         return PaintHouse({0.6f, 0.6f, 0.6f, 1}, 5); }, true},
     {"stone", PaintStone, false},
     {"trim", PaintTrim, false},
     {"roof", PaintRoof, false},
@@ -95,6 +93,66 @@ TEST(Textures, A_seam_would_be_found) {
         for (int x = 0; x < 64; ++x)
             broken.At(x, y).r = static_cast<float>(x) / 64;
     EXPECT_GT(ColumnStep(broken, 63), 10 * ColumnStep(broken, 20));
+}
+
+/// What is lit in a part of a facade seen from far.
+struct Lights {
+    Vell::vec3 colour{};          ///< of all together
+    std::vector<float> storeys{}; ///< share of each that is lit
+};
+
+Lights LightsOf(const Picture& facade, int column, int row) {
+    const int cell = facade.Width() / facadeCells;
+    const int side = cell * facadePart;
+    Lights lights;
+    int all = 0;
+    for (int storey = 0; storey < facadePart; ++storey) {
+        int lit = 0;
+        for (int y = 0; y < cell; ++y)
+            for (int x = 0; x < side; ++x) {
+                const int above = (row * facadePart + storey) * cell + y;
+                const Rgba texel = facade.At(column * side + x, facade.Height() - 1 - above);
+                if (texel.a > 0.5f)
+                    continue;
+                lights.colour += {texel.r, texel.g, texel.b};
+                ++lit;
+            }
+        all += lit;
+        lights.storeys.push_back(static_cast<float>(lit) / static_cast<float>(cell * side));
+    }
+    lights.colour *= 1 / static_cast<float>(all);
+    return lights;
+}
+
+/// A part's place in the picture, in parts from the lower left.
+struct PartPlace {
+    int column, row;
+};
+constexpr PartPlace parts[] = {{0, 0}, {1, 0}, {0, 1}, {1, 1}};
+
+TEST(Textures, The_parts_of_a_far_facade_have_lights_of_their_own) {
+    for (const Picture& facade : {PaintTown(), PaintTower()})
+        for (const PartPlace& one : parts)
+            for (const PartPlace& other : parts) {
+                if (one.column == other.column && one.row == other.row)
+                    continue;
+                const Vell::vec3 a = LightsOf(facade, one.column, one.row).colour;
+                const Vell::vec3 b = LightsOf(facade, other.column, other.row).colour;
+                // Of the hue: red is the strongest everywhere. 0.03 of it is 8 of 255.
+                EXPECT_GT(std::abs(a.y / a.x - b.y / b.x) + std::abs(a.z / a.x - b.z / b.x), 0.03f)
+                    << one.column << one.row << " and " << other.column << other.row;
+            }
+}
+
+TEST(Textures, The_parts_of_a_far_facade_have_dark_storeys_and_lit_ones) {
+    // A window of the town is 0.5 x 0.6 of a bay, so a storey lit all over has 0.3; a stairwell's
+    // light alone, 0.24 x 0.76 in one bay of eight, 0.023.
+    for (const Picture& facade : {PaintTown(), PaintTower()})
+        for (const PartPlace& part : parts) {
+            const std::vector<float> lit = LightsOf(facade, part.column, part.row).storeys;
+            EXPECT_LT(*std::min_element(lit.begin(), lit.end()), 0.07f) << part.column << part.row;
+            EXPECT_GT(*std::max_element(lit.begin(), lit.end()), 0.10f) << part.column << part.row;
+        }
 }
 
 TEST(Textures, A_lamp_shines_in_its_middle) {

@@ -159,8 +159,8 @@ void main()
     vec3 sea = mix(SEA_DEEP, SEA_HAZE, clamp(p.y / 14.0 + 1.0, 0.0, 1.0));
     haze.rgb = mix(AIR_HAZE, sea, under) * (1.0 - light.a);
     // Far windows are smaller than a pixel: filtering mixes them with the wall before they can
-    // shine, and this gives it back.
-    haze.a = 0.9 + 1.5 * smoothstep(15.0, 75.0, distance);
+    // shine, and this gives some of it back. More would make them brighter than they are near.
+    haze.a = 0.95 + 0.3 * smoothstep(15.0, 75.0, distance);
 
     // Lit windows keep what the iris takes from the walls.
     float exposure = Exposure(seen);
