@@ -199,6 +199,7 @@ const Need needs[] = {
     {"bench/film", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
     {"bench/city", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libembree-dev"}},
     {"bench/mesh", {}, {"g++", "libfast-float-dev"}},
+    {"bench/shimmer", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"art/make", {"fish"}, {"g++", "libembree-dev"}},
     {"docs/make-pictures", {"music/pulse.png"}, {"g++", "libembree-dev"}},
     {"docs/make-pictures", {"rise.png"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
