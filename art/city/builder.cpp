@@ -5,9 +5,9 @@ namespace Art {
 const MaterialFile& FileOf(Material material) {
     static const MaterialFile files[materialCount] = {
         {"tower.png", {16, 16}},     {"town.png", {16, 16}},  {"house_warm.png", {8, 16}},
-        {"house_cool.png", {8, 16}}, {"palace.png", {8, 16}}, {"stone.jpg", {8, 8}},
-        {"trim.jpg", {4, 4}},        {"roof.jpg", {6, 6}},    {"seabed.jpg", {12, 12}},
-        {"lamp.png", {1, 1}},
+        {"house_cool.png", {8, 16}}, {"palace.png", {8, 16}}, {"stone.jpg", {4, 4}},
+        {"trim.jpg", {2, 2}},        {"roof.jpg", {6, 6}},    {"seabed.jpg", {12, 12}},
+        {"lamp.png", {1, 1}},        {"plaster.jpg", {4, 4}}, {"fittings.jpg", {4, 4}},
     };
     return files[static_cast<int>(material)];
 }
@@ -26,7 +26,7 @@ vec3 Place::World(vec3 p) const {
 }
 
 Surface& Builder::Open(vec3 origin, vec3 u, vec3 v, const Paint& paint) {
-    surfaces.push_back({place.World(origin), place.Rotated(u), place.Rotated(v), paint, {}});
+    surfaces.push_back({place.World(origin), place.Rotated(u), place.Rotated(v), paint, {}, false});
     return surfaces.back();
 }
 

@@ -20,6 +20,8 @@ enum class Material {
     Roof,
     SeaBed,
     Lamp,
+    Plaster,
+    Fittings,
     Count
 };
 
@@ -37,6 +39,7 @@ struct Paint {
     Material material = Material::Stone;
     vec2 origin{};
     vec2 scale{};
+    bool shines = false; ///< by itself, in the colours of its texture
 };
 /// The texture at its natural size, moved by `shift` units.
 Paint Plain(Material material, vec2 shift = {});
@@ -50,6 +53,8 @@ struct Surface {
     /// Polygons in local coordinates, counter-clockwise; the first corner of each sees the whole
     /// of it, so that a fan of triangles from there covers it.
     std::vector<std::vector<vec2>> polygons;
+    /// Stays in the mesh though no flight shows it: it keeps light out of what is seen.
+    bool shades = false;
 
     vec3 Normal() const { return Cross(u, v); }
     vec3 World(vec2 p) const { return origin + u * p.x + v * p.y; }

@@ -24,30 +24,39 @@ Picture PaintPlane(int side, float units, Colour colour) {
 } // namespace
 
 Picture PaintStone() {
-    return PaintPlane(512, 8, [](vec2 p) {
+    return PaintPlane(1024, 4, [](vec2 p) {
+        constexpr int period = 4;
         constexpr float courseHeight = 0.5f;
         const int row = static_cast<int>(p.y / courseHeight);
         const float shift = 0.5f * HashUnit(static_cast<unsigned>(row), 5);
         const float length = row % 2 == 0 ? 1.0f : 0.8f;
-        const int count = static_cast<int>(8 / length);
+        const int count = static_cast<int>(period / length);
         const float along = (p.x + shift) / length;
         const int column = static_cast<int>(std::floor(along)) % count;
         const unsigned id = Hash(static_cast<unsigned>(row), static_cast<unsigned>(column), 6);
         const float fx = (along - std::floor(along)) * length;
         const float fy = p.y - static_cast<float>(row) * courseHeight;
-        const float edge = std::min(std::min(fx, length - fx), std::min(fy, courseHeight - fy));
-        const float grain = 1 + 0.12f * Fbm2(p, 3, 5, 8) + 0.05f * Noise2(p * 24, 4, 192);
+        const float chipped = 0.010f * Noise2(p * 16, 7, period * 16);
+        const float edge =
+            std::min(std::min(fx, length - fx), std::min(fy, courseHeight - fy)) + chipped;
+        // Seen from near: tooled faces, and joints that lie deep under a lit lower lip.
+        const float dent = Fbm2(p * 8, 8, 5, period * 8, 0.6f);
+        const float bump = dent - Fbm2(p * 8 + vec2{0.04f, 0.09f}, 8, 5, period * 8, 0.6f);
+        const float lip = edge < 0.045f ? (fy > courseHeight / 2 ? 0.10f : -0.10f) : 0.0f;
+        const float grain = 1 + 0.12f * Fbm2(p, 3, 5, period) +
+                            0.05f * Noise2(p * 24, 4, period * 24) - 0.7f * bump + lip;
         const float tone = (0.84f + 0.3f * HashUnit(id)) * grain *
-                           (0.62f + 0.38f * SmoothStep(0.0f, 0.035f, edge));
+                           (0.50f + 0.50f * SmoothStep(0.004f, 0.026f, edge));
         const float warm = HashUnit(id, 2) * 0.05f;
         return Rgba{(0.50f + warm) * tone, 0.485f * tone, (0.475f - warm * 0.5f) * tone, 1};
     });
 }
 
 Picture PaintTrim() {
-    return PaintPlane(256, 4, [](vec2 p) {
-        const float tone = 1 + 0.06f * Fbm2(p, 13, 5, 4) + 0.025f * Noise2(p * 32, 14, 128);
-        return Rgba{0.70f * tone, 0.675f * tone, 0.64f * tone, 1};
+    return PaintPlane(512, 2, [](vec2 p) {
+        const float tone = 1 + 0.06f * Fbm2(p * 2, 13, 5, 4) + 0.03f * Noise2(p * 64, 14, 128);
+        const float worn = Fbm2(p * 16, 15, 3, 32) - Fbm2(p * 16 + vec2{0.1f, 0.2f}, 15, 3, 32);
+        return Rgba{0.70f, 0.675f, 0.64f, 1} * (tone - 0.25f * worn);
     });
 }
 
@@ -87,7 +96,7 @@ Picture PaintSeaBed() {
 }
 
 Picture PaintLamp() {
-    constexpr int side = 32;
+    constexpr int side = 64;
     return PaintPlane(side, 1, [](vec2 p) {
         const float edge = std::min({p.x, 1 - p.x, p.y, 1 - p.y});
         if (edge < 0.06f)
@@ -108,6 +117,8 @@ bool WriteTextures(FolderToFill& folder) {
                           4) &&
            WriteEnginePng(folder.File("palace.png"), PaintPalace(), 4) &&
            WriteEnginePng(folder.File("lamp.png"), PaintLamp(), 4, Depth::Rounded) &&
+           WriteEngineJpeg(folder.File("plaster.jpg"), PaintPlaster(), jpegQuality) &&
+           WriteEngineJpeg(folder.File("fittings.jpg"), PaintFittings(), jpegQuality) &&
            WriteEngineJpeg(folder.File("stone.jpg"), PaintStone(), jpegQuality) &&
            WriteEngineJpeg(folder.File("trim.jpg"), PaintTrim(), jpegQuality) &&
            WriteEngineJpeg(folder.File("roof.jpg"), PaintRoof(), jpegQuality) &&

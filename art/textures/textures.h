@@ -20,10 +20,15 @@ inline constexpr int facadePart = 8;
 Picture PaintTower();
 /// The houses of the town behind the quays, 32 pixels a bay.
 Picture PaintTown();
+/// Four bands of wall for what passes near the eye (plasterbands.h): a quay's masonry, then
+/// plaster of three colours, cracked and off in patches, with brick beneath.
+Picture PaintPlaster();
+/// Windows, doors, shutters and all that hangs on walls (fittings.h), at 256 texels a unit.
+Picture PaintFittings();
 
-/// Coursed ashlar, 8 units wide and high.
+/// Coursed ashlar, 4 units wide and high.
 Picture PaintStone();
-/// Smooth pale stone, 4 units.
+/// Smooth pale stone, 2 units.
 Picture PaintTrim();
 /// Rows of slates, 6 units.
 Picture PaintRoof();

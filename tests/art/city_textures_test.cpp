@@ -1,3 +1,4 @@
+#include "art/textures/fittings.h"
 #include "art/textures/textures.h"
 
 #include <algorithm>
@@ -19,10 +20,14 @@ const Painted paintings[] = {
     {"tower", PaintTower, true},
     {"town", PaintTown, true},
     {"palace", PaintPalace, true},
-    {"house", [] {
-         return PaintHouse({0.6f, 0.6f, 0.6f, 1}, 5); }, true},
+    {"house",
+     [] {
+         return PaintHouse({0.6f, 0.6f, 0.6f, 1}, 5);
+     },
+     true},
     {"stone", PaintStone, false},
     {"trim", PaintTrim, false},
+    {"plaster", PaintPlaster, false},
     {"roof", PaintRoof, false},
     {"seabed", PaintSeaBed, false},
 };
@@ -155,9 +160,40 @@ TEST(Textures, The_parts_of_a_far_facade_have_dark_storeys_and_lit_ones) {
         }
 }
 
+TEST(Textures, Patches_of_fittings_lie_apart_on_their_texture) {
+    std::vector<std::vector<int>> owner(fittingsSide, std::vector<int>(fittingsSide, -1));
+    for (int f = 0; f < static_cast<int>(Fitting::Count); ++f) {
+        const FittingPatch& patch = PatchOf(static_cast<Fitting>(f));
+        ASSERT_LE(patch.x + patch.width * patch.variants, fittingsSide) << f;
+        ASSERT_LE(patch.y + patch.height, fittingsSide) << f;
+        for (int y = patch.y; y < patch.y + patch.height; ++y)
+            for (int x = patch.x; x < patch.x + patch.width * patch.variants; ++x) {
+                ASSERT_EQ(owner[y][x], -1) << f << " at " << x << " " << y;
+                owner[y][x] = f;
+            }
+    }
+}
+
+TEST(Textures, A_room_that_is_lit_is_brighter_than_one_that_is_not) {
+    const auto mean = [](Fitting fitting, int variant) {
+        float sum = 0;
+        for (int i = 0; i < 400; ++i) {
+            const Rgba c = FittingColour(fitting, variant,
+                                         {(static_cast<float>(i % 20) + 0.5f) / 20,
+                                          (static_cast<float>(i / 20) + 0.5f) / 20});
+            sum += c.r + c.g + c.b;
+        }
+        return sum / 1200;
+    };
+    for (int variant = 0; variant < 4; ++variant) {
+        EXPECT_GT(mean(Fitting::LitPane, variant), 1.3f * mean(Fitting::DimPane, variant));
+        EXPECT_GT(mean(Fitting::LitPane, variant), 1.3f * mean(Fitting::DarkPane, variant));
+    }
+}
+
 TEST(Textures, A_lamp_shines_in_its_middle) {
     const Picture lamp = PaintLamp();
-    EXPECT_LT(lamp.At(16, 16).a, 0.2f);
+    EXPECT_LT(lamp.At(32, 32).a, 0.2f);
     EXPECT_EQ(lamp.At(0, 0).a, 1.0f);
 }
 
