@@ -26,14 +26,17 @@ constexpr unsigned bitsPerCoordinate = 5;
 constexpr float repeatsPerMark = 64;
 constexpr unsigned allViews = (1u << 2 * bitsPerCoordinate) - 1;
 
-vec2 MarkOf(unsigned views) {
-    return vec2{static_cast<float>(views % (1u << bitsPerCoordinate)),
-                static_cast<float>(views >> bitsPerCoordinate)} *
+constexpr unsigned shines = 1u << 2 * bitsPerCoordinate; // the bit beyond those of the pictures
+
+vec2 MarkOf(unsigned bits) {
+    return vec2{static_cast<float>(bits % (1u << bitsPerCoordinate)),
+                static_cast<float>(bits >> bitsPerCoordinate)} *
            repeatsPerMark;
 }
 
 Charted Enclose(const Surface& surface, const Sight& sight, unsigned views) {
-    Charted c{&surface, sight, {1e9f, 1e9f}, {-1e9f, -1e9f}, {}, MarkOf(views)};
+    const unsigned bits = views | (surface.paint.shines ? shines : 0);
+    Charted c{&surface, sight, {1e9f, 1e9f}, {-1e9f, -1e9f}, {}, MarkOf(bits)};
     for (const auto& polygon : surface.polygons) {
         for (const vec2 p : polygon) {
             c.low = {std::min(c.low.x, p.x), std::min(c.low.y, p.y)};
@@ -197,9 +200,15 @@ float AreaOf(const Surface& surface) {
     return area;
 }
 
-// Details that no flight ever shows are left out; walls stay, so that the city is whole from
-// every side.
+// Details that no flight shows, or none but for some pixels of some frames, are left out; walls
+// stay, so that the city is whole from every side.
 constexpr float detailArea = 4.5f;
+constexpr float leastRays = 6; // of the eight million of MeasureSights()
+
+bool IsShown(const Surface& surface, const Sight& sight, unsigned views) {
+    return surface.shades || AreaOf(surface) > detailArea ||
+           (views != 0 && sight.rays >= leastRays);
+}
 
 /// The first triangles of the mesh, by which the material keeps the rest out of a picture that
 /// nobody sees: a ceiling and a curtain. They have no size of their own: their normals say to which
@@ -225,7 +234,7 @@ std::vector<Charted> ToShow(const std::vector<Surface>& surfaces, const Measures
     const bool everything = !Takes(steps, Step::Hidden);
     std::vector<Charted> all;
     for (std::size_t i = 0; i < surfaces.size(); ++i)
-        if (everything || (open[i] && (views[i] != 0 || AreaOf(surfaces[i]) > detailArea)))
+        if (everything || (open[i] && IsShown(surfaces[i], sights[i], views[i])))
             all.push_back(Enclose(surfaces[i], sights[i], marked ? views[i] : allViews));
     return all;
 }

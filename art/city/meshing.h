@@ -18,6 +18,10 @@ struct MeshReport {
 /// Side of the light map in texels.
 inline constexpr int lightmapSize = 2048;
 
+/// Texture coordinates from here up belong to what shines by itself: whole repeats of the texture
+/// say so to the material, beside the marks of the pictures.
+inline constexpr float shiningFrom = 64.0f * 32 - 32;
+
 /// What the flights see of each surface: what the steps below go by.
 struct Measures {
     std::vector<bool> open;      ///< FindOpenSurfaces()

@@ -92,7 +92,7 @@ const std::array<FlightView, Show::flightCount> flightViews = {{
     {0, 6, 1.0f},  // away from the rising city
     {1, 1, 1.55f}, // under water
     {2, 6, 1.0f},  // between the towers: hardly any water in sight, so its mirror shares a bit
-    {3, 7, 0.62f}, // low along the canal
+    {3, 7, 0.70f}, // low along the canal
     {4, 8, 1.0f},  // towards the basin
     {5, 9, 1.18f}, // over the roofs
     {5, 9, 1.18f}, // along the basin's edge

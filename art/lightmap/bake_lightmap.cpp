@@ -1,3 +1,4 @@
+#include "art/city/meshing.h"
 #include "art/city/plan.h"
 #include "art/common/foldertofill.h"
 #include "art/common/palette.h"
@@ -79,6 +80,7 @@ BakeScene CityScene(const std::string& folder, bool& whole) {
     scene.sky = Sky;
     scene.veil = Veil;
     scene.glow = 1.6f;
+    scene.shiningFrom = shiningFrom;
     return scene;
 }
 

@@ -192,7 +192,8 @@ vec3 Bake::Leaving(const Hit& hit) const {
         return light;
     const vec2 t = Interpolated(facet.texcoord, hit);
     const Rgba pixel = facet.surface->Sample(t.x, t.y);
-    return vec3{pixel.r, pixel.g, pixel.b} * (light + vec3{1, 1, 1} * ((1 - pixel.a) * scene.glow));
+    const float glow = t.y > scene.shiningFrom ? 1 : 1 - pixel.a;
+    return vec3{pixel.r, pixel.g, pixel.b} * (light + vec3{1, 1, 1} * (glow * scene.glow));
 }
 
 vec3 Bake::Gather(const Texel& texel, int count, unsigned pass, float& inside) const {

@@ -37,6 +37,8 @@ struct BakeScene {
     std::function<vec3(vec3)> sky = [](vec3) { return vec3{}; };
     /// Extra dimming of all light that reaches a point, such as water over it; 1 for none.
     std::function<vec3(vec3)> veil = [](vec3) { return vec3{1, 1, 1}; };
+    /// Triangles with all their second texture coordinates over this glow in all of their colour.
+    float shiningFrom = 1e9f;
     /// How strongly a glowing texture shines, linear radiance at alpha 0.
     float glow = 1;
 };

@@ -123,6 +123,26 @@ TEST(Baker, A_closed_box_that_glows_holds_the_sum_of_its_bounces) {
         EXPECT_NEAR(Mean(light, wall).x, 0.875f, 0.00875f);
 }
 
+TEST(Baker, A_triangle_that_shines_glows_though_its_texture_has_no_alpha) {
+    // The same floor under the same ceiling, once with its texture coordinates below the mark and
+    // once above: only then light falls on the floor.
+    for (const bool shines : {false, true}) {
+        BakeScene scene = EmptyScene();
+        AddQuad(scene.mesh, {-1, 0, 1}, {2, 0, 0}, {0, 0, -2}, floorChart);
+        AddQuad(scene.mesh, {-50, 1, -50}, {100, 0, 0}, {0, 0, 100}, {30, 4, 8}, "opaque");
+        Picture surface(1, 1);
+        surface.At(0, 0) = {0.5f, 0.5f, 0.5f, 1};
+        scene.surfaces["opaque"] = surface;
+        scene.shiningFrom = 100;
+        scene.glow = 1.6f;
+        if (shines)
+            for (MeshVertex& v : scene.mesh.subMeshes[1].vertices)
+                v.texcoord.y += 128;
+        // The ceiling fills the sky: 0.5 x 1.6.
+        EXPECT_NEAR(Mean(BakeLight(scene, Fine()), floorChart).x, shines ? 0.8f : 0, 0.02f);
+    }
+}
+
 TEST(Baker, No_light_leaks_into_a_closed_box) {
     BakeScene scene = EmptyScene();
     AddRoom(scene.mesh, "white");

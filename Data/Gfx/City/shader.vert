@@ -19,7 +19,7 @@ varying vec4 caustics;  // xy: place in the pattern, z: strength, 0 above the wa
 const float WISP_REACH = 20.0;      // where a wisp's light ends
 const float SPLIT = -0.045;         // what lies lower is wholly under water
 const float MARK = 64.0;            // whole repeats of the texture that count one view mark
-const float LAST_MARK = 31.5;       // view marks beyond it are the curtain's
+const float LAST_MARK = 31.5;       // marks beyond it are the curtain's in x, in y of what shines
 const float WINDOW_ROWS = 100.0;    // a little more than the window has, far less than 512
 const float CEILING_DEPTH = 80.0;   // how far the surface is painted on the curtain, units
 const vec3 SURFACE_NEAR = vec3(0.02, 0.22, 0.50);
@@ -79,7 +79,7 @@ float Exposure(float view)
     if (view == 1.0)
         exposure = 1.55;
     else if (view == 3.0 || view == 7.0)
-        exposure = 0.62;
+        exposure = 0.70;
     else if (view == 5.0 || view == 9.0)
         exposure = 1.18;
     return exposure;
@@ -166,6 +166,8 @@ void main()
     float exposure = Exposure(seen);
     light.a *= exposure;
     haze.a /= exposure;
+    // A pane whose texture has no alpha shines as a whole.
+    light.rgb += vec3(haze.a * step(LAST_MARK, marks.y));
 
     // Light through the waves falls on what looks up, and fades with depth.
     float depth = clamp(1.0 + p.y / 22.0, 0.0, 1.0) * step(p.y, SPLIT);
@@ -174,7 +176,9 @@ void main()
                     depth * (0.75 + 0.60 * max(gl_Normal.y, 0.0)), 0.0);
 
     if (marks.x > LAST_MARK) {
-        bool wanted = seen >= 0.0 && !mirrored;
+        // From the flights before the canal most of that image is open sky or far city: there the
+        // curtain costs more than what it hides.
+        bool wanted = (seen == 1.0 || seen > 2.0) && !mirrored;
         DrawCurtain(wanted);
         if (gl_Normal.z > 0.0)
             DrawCeiling(eye, wanted && seen == 1.0);
