@@ -1,5 +1,7 @@
 #include "art/city/houses.h"
 
+#include "art/city/fittingparts.h"
+#include "art/city/nearwalls.h"
 #include "art/common/noise.h"
 
 namespace Art {
@@ -97,7 +99,7 @@ void AddCornice(Builder& b, const Box& body, float y, float reach, float thick) 
 /// A slab with a rail on thin posts, at the foot of a storey.
 void AddBalcony(Builder& b, float x, float width, float y, float z) {
     AddBox(b, {{x, x + width}, {y - 0.08f, y}, {z, z + 0.42f}}, trimmed, true);
-    const Finish iron{Plain(Material::Roof), Plain(Material::Roof)};
+    const Finish iron{EvenPaint(Fitting::Iron), EvenPaint(Fitting::Iron)};
     AddBox(b, {{x, x + width}, {y + 0.27f, y + 0.32f}, {z + 0.37f, z + 0.42f}}, iron, true);
     for (const float post : {x + 0.04f, x + width / 2, x + width - 0.04f})
         AddBox(b, {{post - 0.025f, post + 0.025f}, {y, y + 0.27f}, {z + 0.37f, z + 0.42f}}, iron);
@@ -109,10 +111,31 @@ void AddBalconies(Builder& b, float x, float width, float top) {
         AddBalcony(b, x, width, quayHeight + storeyHeight * static_cast<float>(storey) + 0.02f, 0);
 }
 
+/// One side of a bay that stands out, between two of its corners.
+void AddOrielWall(Builder& b, const Box& box, vec2 from, vec2 to, Material material,
+                  unsigned seed) {
+    const Place house = b.GetPlace();
+    const float width = Length(to - from);
+    const vec3 along = house.Rotated(vec3{to.x - from.x, 0, to.y - from.y} * (1 / width));
+    b.SetPlace({house.World({from.x, 0, from.y}), {along.x, along.z}});
+    AddFront(b, {.width = width,
+                 .y0 = box.y0,
+                 .y1 = box.y1,
+                 .z = 0,
+                 .material = material,
+                 .far = FacadePaint(material, {width, box.y1 - box.y0}, seed, 0),
+                 .seed = seed,
+                 .street = false,
+                 .narrow = true});
+    b.SetPlace(house);
+}
+
 /// A bay that stands out from the upper storeys.
 void AddOriel(Builder& b, float x, float y0, float y1, float z, Material material, unsigned seed) {
     const Box box{{x, x + 1.0f}, {y0, y1}, {z - 0.1f, z + 0.5f}};
-    AddFacadeBox(b, box, material, trim, seed);
+    AddOrielWall(b, box, {box.x0, box.z0}, {box.x0, box.z1}, material, seed);
+    AddOrielWall(b, box, {box.x0, box.z1}, {box.x1, box.z1}, material, seed);
+    AddOrielWall(b, box, {box.x1, box.z1}, {box.x1, box.z0}, material, seed);
     AddTaper(b, {{x, z}, {x + 1, z}, {x + 1, z + 0.5f}, {x, z + 0.5f}}, {x + 0.5f, z}, y1,
              y1 + 0.5f, 0.1f, {Plain(Material::Roof), trim});
     b.Facet({{x + 0.3f, y0 - 0.4f, z},
@@ -165,11 +188,20 @@ void AddArcade(Builder& b, float width, float height, Material material, Random&
     const Paint inner{material,
                       {static_cast<float>(random.Int(0, 7)) / 8, 0},
                       {bays / width / 8, 1.0f / 16 / height}};
-    AddWall(b, {0, -arcadeDepth}, {width, -arcadeDepth}, quayHeight, quayHeight + height, inner);
+    AddFront(b, {.width = width,
+                 .y0 = quayHeight,
+                 .y1 = quayHeight + height,
+                 .z = -arcadeDepth,
+                 .material = material,
+                 .far = inner,
+                 .seed = Hash(static_cast<unsigned>(width * 4096),
+                              static_cast<unsigned>(inner.origin.x * 8)),
+                 .street = true,
+                 .sheltered = true});
     if (random.Chance(0.8f))
-        AddLantern(b, {pitch * 0.5f, quayHeight + height - 0.5f, -arcadeDepth * 0.6f}, 0.1f, 0.7f);
+        AddLantern(b, {pitch * 0.5f, quayHeight + height - 0.5f, -arcadeDepth * 0.6f}, 0.1f, 1.3f);
     if (count > 1) // on the first pier
-        AddLantern(b, {pitch, quayHeight + height - 0.5f, 0.2f}, 0.11f, 0.6f);
+        AddLantern(b, {pitch, quayHeight + height - 0.5f, 0.2f}, 0.11f, 0.9f);
 }
 
 void AddHouse(Builder& b, float width, float height, const RowStyle& style, Random& random) {
@@ -183,10 +215,20 @@ void AddHouse(Builder& b, float width, float height, const RowStyle& style, Rand
         AddArcade(b, width, arcadeHeight, material, random);
         upper.y0 += arcadeHeight;
         b.Rect({0, upper.y0, -1.1f}, {1, 0, 0}, {0, 0, 1}, width, 0.8f, trim);
+        b.surfaces.back().shades = true;
         AddFacadeBox(b, {{0, width}, {quayHeight, upper.y0}, {-depth, -1.1f}}, material, trim,
-                     random.Next());
+                     random.Next(), false);
     }
-    AddFacadeBox(b, upper, material, trim, random.Next());
+    const unsigned seed = random.Next();
+    AddFacadeBox(b, upper, material, trim, seed, false);
+    AddFront(b, {.width = width,
+                 .y0 = upper.y0,
+                 .y1 = upper.y1,
+                 .z = 0,
+                 .material = material,
+                 .far = FacadePaint(material, {width, upper.y1 - upper.y0}, seed, 0),
+                 .seed = seed,
+                 .street = !style.arcade});
     if (style.detailed)
         AddDress(b, upper, material, random);
     if (style.flat || random.Chance(0.22f))

@@ -1,5 +1,6 @@
 #include "art/city/parts.h"
 
+#include "art/city/fittingparts.h"
 #include "art/common/noise.h"
 
 namespace Art {
@@ -10,16 +11,6 @@ constexpr vec3 up{0, 1, 0};
 
 vec3 At(vec2 ground, float y) {
     return {ground.x, y, ground.y};
-}
-
-/// Walls face outwards when the outline runs this way round (negative shoelace in x, z).
-std::vector<vec2> Outwards(std::vector<vec2> outline) {
-    float area = 0;
-    for (std::size_t i = 0; i < outline.size(); ++i)
-        area += Cross(outline[i], outline[(i + 1) % outline.size()]);
-    if (area > 0)
-        std::reverse(outline.begin(), outline.end());
-    return outline;
 }
 
 void AddWallPiece(Builder& b, vec2 from, vec2 to, float y0, float y1, Paint paint, float foot) {
@@ -42,8 +33,17 @@ vec2 PartOf(Material material, float height, unsigned house) {
     return {column, upper ? part : 0.0f};
 }
 
-/// The paint of a facade on wall number `side` of a house: whole bays, storeys from the foot. Of a
-/// house that has a part to itself, each wall shows some of that.
+} // namespace
+
+std::vector<vec2> Outwards(std::vector<vec2> outline) {
+    float area = 0; // walls face outwards when it is negative, in x and z
+    for (std::size_t i = 0; i < outline.size(); ++i)
+        area += Cross(outline[i], outline[(i + 1) % outline.size()]);
+    if (area > 0)
+        std::reverse(outline.begin(), outline.end());
+    return outline;
+}
+
 Paint FacadePaint(Material material, vec2 size, unsigned house, unsigned side) {
     const vec2 tile = FileOf(material).tile;
     const vec2 part = PartOf(material, size.y, house);
@@ -53,8 +53,6 @@ Paint FacadePaint(Material material, vec2 size, unsigned house, unsigned side) {
     const float first = part.x + std::floor(HashUnit(Hash(house, side), 7) * room);
     return {material, {first / tile.x, part.y / tile.y}, {bays / size.x / tile.x, 1 / tile.y}};
 }
-
-} // namespace
 
 void AddWall(Builder& b, vec2 from, vec2 to, float y0, float y1, const Paint& paint) {
     if (y0 >= 0 || y1 <= 0) {
@@ -118,9 +116,10 @@ void AddBox(Builder& b, const Box& box, const Finish& finish, bool bottom) {
                finish.wall);
 }
 
-void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& top, unsigned seed) {
+void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& top, unsigned seed,
+                  bool front) {
     const vec2 corners[] = {{box.x0, box.z1}, {box.x1, box.z1}, {box.x1, box.z0}, {box.x0, box.z0}};
-    for (unsigned i = 0; i < 4; ++i) {
+    for (unsigned i = front ? 0 : 1; i < 4; ++i) {
         const vec2 from = corners[i];
         const vec2 to = corners[(i + 1) % 4];
         AddWall(b, from, to, box.y0, box.y1,
@@ -312,7 +311,7 @@ void AddSpark(Builder& b, vec3 c, float size, float power) {
 }
 
 void AddLantern(Builder& b, vec3 c, float size, float power) {
-    const Paint iron = Plain(Material::Roof);
+    const Paint iron = EvenPaint(Fitting::Iron);
     const float wide = size * 1.41421f;
     const float narrow = wide * 0.6f;
     // One pane fills the texture across and up; it starts at the narrow foot.
@@ -328,41 +327,10 @@ void AddLantern(Builder& b, vec3 c, float size, float power) {
 }
 
 void AddLampPost(Builder& b, vec3 foot, float height) {
-    const Paint iron = Plain(Material::Roof);
+    const Paint iron = EvenPaint(Fitting::Iron);
     const vec2 at{foot.x, foot.z};
     AddTaper(b, Ring(at, 0.055f, 3), at, foot.y, foot.y + height - 0.1f, 0.6f, {iron, iron}, false);
     AddLantern(b, {foot.x, foot.y + height, foot.z}, 0.12f, 1);
-}
-
-void AddBoat(Builder& b, vec3 at, float length) {
-    const Paint wood = Plain(Material::Roof, {1.3f, 2.1f});
-    const float half = length / 2;
-    const float w = length * 0.13f;
-    const auto hull = [&](float along, float side, float y) {
-        return vec3{at.x + along * half, at.y + y, at.z + side * w};
-    };
-    for (const float side : {1.0f, -1.0f}) {
-        const std::vector<std::vector<vec3>> strakes = {
-            {hull(-0.62f, side * 0.7f, -0.1f), hull(0.62f, side * 0.7f, -0.1f),
-             hull(0.6f, side, 0.26f), hull(-0.6f, side, 0.26f)},
-            {hull(0.62f, side * 0.7f, -0.1f), hull(0.95f, 0, 0), hull(1.08f, 0, 0.55f),
-             hull(0.6f, side, 0.26f)},
-            {hull(-0.95f, 0, 0), hull(-0.62f, side * 0.7f, -0.1f), hull(-0.6f, side, 0.26f),
-             hull(-1.08f, 0, 0.5f)},
-        };
-        for (const auto& strake : strakes) {
-            std::vector<vec3> corners = strake;
-            if (side < 0)
-                std::reverse(corners.begin(), corners.end());
-            for (std::size_t i = 2; i < corners.size(); ++i)
-                b.Facet({corners[0], corners[i - 1], corners[i]}, wood);
-        }
-    }
-    b.Facet({hull(-0.6f, 0.98f, 0.2f), hull(0.6f, 0.98f, 0.2f), hull(0.6f, -0.98f, 0.2f),
-             hull(-0.6f, -0.98f, 0.2f)},
-            wood);
-    b.Facet({hull(0.6f, 0.95f, 0.2f), hull(1.0f, 0, 0.4f), hull(0.6f, -0.95f, 0.2f)}, wood);
-    b.Facet({hull(-0.6f, -0.95f, 0.2f), hull(-1.0f, 0, 0.4f), hull(-0.6f, 0.95f, 0.2f)}, wood);
 }
 
 void AddColumn(Builder& b, vec2 at, float y0, float y1, float radius, int sides,

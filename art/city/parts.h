@@ -4,6 +4,9 @@
 
 namespace Art {
 
+/// The outline of a solid in the order in which its walls face outwards.
+std::vector<vec2> Outwards(std::vector<vec2> outline);
+
 /// Paints of a solid: its walls and what covers it.
 struct Finish {
     Paint wall;
@@ -27,8 +30,14 @@ void AddBox(Builder& b, const Box& box, const Finish& finish, bool bottom = fals
 
 /// The four walls of a box as a facade: whole bays of about one unit and storeys of one unit
 /// that start at the box's foot. `seed` picks which windows are lit, and of facades seen from far,
-/// who lives there.
-void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& top, unsigned seed);
+/// who lives there. Without `front` the wall that looks along local +z is left out.
+void AddFacadeBox(Builder& b, const Box& box, Material material, const Paint& top, unsigned seed,
+                  bool front = true);
+
+/// The paint of a facade on wall number `side` of a house: whole bays, storeys from the wall's
+/// foot. `size` is the wall's, in units. Of a house that has a part of the picture to itself, each
+/// wall shows some of that.
+Paint FacadePaint(Material material, vec2 size, unsigned house, unsigned side);
 
 /// A vertical wall between two ground points, facing Cross(direction, up). Split at the water.
 void AddWall(Builder& b, vec2 from, vec2 to, float y0, float y1, const Paint& paint);

@@ -158,7 +158,7 @@ const std::vector<Row> houseRows = {
     {{58.8f, 49.0f}, {58.8f, 35.6f}, farTownStyle},
     {{58.0f, 35.8f}, {38.0f, 35.8f}, highStyle},
     {{24.5f, 48.5f}, {56.0f, 48.5f}, farTownStyle},
-    {{14.5f, 62.6f}, {39.5f, 60.8f}, farTownStyle},
+    {{17.8f, 62.4f}, {39.5f, 60.8f}, farTownStyle},
     // With their neighbours to the west they stand behind the low houses of the basin's east side,
     // so that the water mirrors lit windows there and no gap of sky.
     {{46.8f, 18.8f}, {42.4f, 18.8f}, behindHighStyle},
@@ -228,6 +228,24 @@ void AddWaterStairs(Builder& b) {
     AddStairsAt(b, {22.6f, 43.2f}, {-0.848f, -0.53f}, 2.0f);
 }
 
+/// Poles along a quay; the water lies to the right of the way from one end to the other.
+struct PoleLine {
+    vec2 from, to;
+    float spacing;
+    int lit; ///< of ten
+};
+
+const std::vector<PoleLine> poleLines = {
+    // The lower canal; where the fifth flight begins every pole carries a light.
+    {{19.3f, 37.79f}, {22.5f, 32.65f}, 1.5f, 10},
+    {{4.4f, 61.7f}, {18.0f, 39.9f}, 3.4f, 3},
+    {{28.0f, 34.6f}, {23.4f, 41.93f}, 1.6f, 10},
+    {{22.0f, 44.2f}, {9.9f, 63.4f}, 3.6f, 3},
+    // The upper canal.
+    {{17.0f, 7.62f}, {-4.0f, -11.3f}, 4.2f, 3},
+    {{-5.0f, -19.4f}, {20.4f, 3.4f}, 4.2f, 3},
+};
+
 struct Mooring {
     vec2 at;
     float heading;
@@ -279,6 +297,11 @@ Builder BuildCity(unsigned seed) {
     AddWaterStairs(b);
     AddBoats(b);
     AddSkyline(b);
+    for (std::size_t i = 0; i < poleLines.size(); ++i) {
+        const PoleLine& line = poleLines[i];
+        AddMooringPoles(b, line.from, line.to, line.spacing, line.lit,
+                        Hash(seed, static_cast<unsigned>(i), 3));
+    }
     AddSeaBed(b, 1);
     return b;
 }

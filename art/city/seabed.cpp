@@ -132,8 +132,7 @@ void AddBackdrop(Builder& b) {
 
 void AddVault(Builder& b, const std::vector<vec2>& pavement, const std::vector<vec2>& ground) {
     b.SetPlace({});
-    AddPrism(b, pavement, Builder::splitHigh, quayHeight,
-             {stone, Plain(Material::Stone, {1.7f, 3.1f})});
+    AddQuay(b, pavement);
     AddPrism(b, ground, seaFloor, -0.9f, stony);
     // The slab's underside, as one piece over the outline's box from the sea to the ground.
     b.Rect({-12, -0.8f, -41}, {1, 0, 0}, {0, 0, 1}, 58, 22, stone);

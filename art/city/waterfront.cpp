@@ -1,6 +1,8 @@
 #include "art/city/waterfront.h"
 
+#include "art/city/fittingparts.h"
 #include "art/city/houses.h"
+#include "art/city/nearwalls.h"
 #include "art/common/noise.h"
 
 namespace Art {
@@ -15,9 +17,35 @@ const Finish trimmed{trim, trim};
 
 } // namespace
 
+void AddQuay(Builder& b, const std::vector<vec2>& outline) {
+    const std::vector<vec2> edge = Outwards(outline);
+    for (std::size_t i = 0; i < edge.size(); ++i)
+        AddQuayWall(b, edge[i], edge[(i + 1) % edge.size()], quayHeight);
+    AddFloor(b, edge, quayHeight, Plain(Material::Stone, {1.7f, 3.1f}));
+}
+
 void AddLand(Builder& b, const std::vector<vec2>& outline) {
     b.SetPlace({});
-    AddPrism(b, outline, seaFloor, quayHeight, {stone, Plain(Material::Stone, {1.7f, 3.1f})});
+    const std::vector<vec2> edge = Outwards(outline);
+    for (std::size_t i = 0; i < edge.size(); ++i)
+        AddWall(b, edge[i], edge[(i + 1) % edge.size()], seaFloor, Builder::splitLow, stone);
+    AddQuay(b, edge);
+}
+
+void AddMooringPoles(Builder& b, vec2 from, vec2 to, float spacing, int lit, unsigned seed) {
+    constexpr float off = 0.38f; // the quay's edge
+    const Place edge = Facing(from, to);
+    b.SetPlace(edge);
+    Random random(seed);
+    const float length = Length(to - from);
+    for (float x = random.Range(0.2f, 0.6f) * spacing; x < length;
+         x += spacing * random.Range(0.7f, 1.3f)) {
+        const float height = random.Range(0.75f, 1.15f);
+        AddMooringPole(b, {x, off}, height, random.Int(0, 9) < lit);
+        if (random.Chance(0.4f))
+            AddMooringPole(b, {x + 0.35f, off - 0.06f}, height - 0.22f, false);
+    }
+    b.SetPlace({});
 }
 
 void AddLamps(Builder& b, vec2 from, vec2 to, float spacing, float height) {
@@ -103,8 +131,8 @@ void AddHumpSurfaces(Builder& b, const Hump& hump, float z) {
 void AddHangingLanterns(Builder& b, const Hump& hump, float z) {
     constexpr float lanternHeight = 2.35f;
     constexpr float lanternSize = 0.13f;
-    const Finish iron{roof, roof};
-    for (const float x : {-hump.half * 0.72f, hump.half * 0.72f})
+    const Finish iron{EvenPaint(Fitting::Iron), EvenPaint(Fitting::Iron)};
+    for (const float x : {-hump.half * 0.82f, hump.half * 0.82f})
         for (const float side : {-0.7f, 0.0f, 0.7f}) {
             const vec2 at{x, side * z};
             AddLantern(b, {at.x, lanternHeight, at.y}, lanternSize, 0.6f);

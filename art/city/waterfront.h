@@ -7,6 +7,9 @@ namespace Art {
 /// How far under the water the quay walls stand.
 inline constexpr float seaFloor = -14;
 
+/// A quay's walls from the water up, and its pavement at quayHeight.
+void AddQuay(Builder& b, const std::vector<vec2>& outline);
+
 /// A piece of made land: quay walls down to the sea floor, pavement on top at quayHeight.
 void AddLand(Builder& b, const std::vector<vec2>& outline);
 
@@ -35,6 +38,10 @@ void AddViaduct(Builder& b, vec2 from, vec2 to, int bays, float deck);
 
 /// A round fort out at sea with a watch tower of the given height.
 void AddSeaFort(Builder& b, vec2 at, float radius, float height);
+
+/// Poles to moor boats at, along the foot of a quay between two ground points on its edge; the
+/// water lies to the right of the way from one to the other (z down). `lit` of ten carry a light.
+void AddMooringPoles(Builder& b, vec2 from, vec2 to, float spacing, int lit, unsigned seed);
 
 /// A lighthouse on a round base that stands in the water.
 void AddLighthouse(Builder& b, vec2 at, float height);

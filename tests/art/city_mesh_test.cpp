@@ -27,7 +27,7 @@ const Made& City() {
 
 TEST(Mesh, Fits_the_format_and_the_budget) {
     EXPECT_EQ(WhyNotWritable(City().mesh), "");
-    EXPECT_LE(VertexCount(City().mesh), 60000u);
+    EXPECT_LE(VertexCount(City().mesh), 90000u);
     EXPECT_EQ(VertexCount(City().mesh), City().report.vertices);
     EXPECT_TRUE(City().mesh.hasLightmap);
     EXPECT_EQ(City().mesh.textureDirectory, "Data/Gfx/City/");
@@ -53,7 +53,7 @@ TEST(Mesh, Marks_say_which_pictures_show_a_surface) {
     std::size_t shown[10] = {};
     for (std::size_t s = 1; s < City().mesh.subMeshes.size(); ++s)
         for (const MeshVertex& v : City().mesh.subMeshes[s].vertices) {
-            ASSERT_LT(MarksOf(v), 1u << 10);
+            ASSERT_LT(MarksOf(v), 1u << 11); // ten pictures, and whether it shines
             for (unsigned bit = 0; bit < 10; ++bit)
                 shown[bit] += MarksOf(v) >> bit & 1;
         }
@@ -62,6 +62,21 @@ TEST(Mesh, Marks_say_which_pictures_show_a_surface) {
         EXPECT_GT(vertices, 300u);
         EXPECT_LT(vertices, City().report.vertices / 2);
     }
+}
+
+TEST(Mesh, Panes_of_lit_rooms_are_marked_as_shining) {
+    // They are few, on one texture, and their marks say besides which pictures show them.
+    std::map<std::string, std::size_t> shining;
+    for (std::size_t s = 1; s < City().mesh.subMeshes.size(); ++s)
+        for (const MeshVertex& v : City().mesh.subMeshes[s].vertices)
+            if (v.texcoord.y > shiningFrom) {
+                ++shining[City().mesh.subMeshes[s].textures[0]];
+                EXPECT_EQ(MarksOf(v) >> 10, 1u);
+                EXPECT_NE(MarksOf(v) & 1023u, 0u);
+            }
+    ASSERT_EQ(shining.size(), 1u);
+    EXPECT_GT(shining["fittings.jpg"], 300u);
+    EXPECT_LT(shining["fittings.jpg"], City().report.vertices / 20);
 }
 
 TEST(Views, Hold_what_a_flight_sees_and_leave_out_what_stands_behind) {
