@@ -35,7 +35,7 @@ vec2 MarkOf(unsigned bits) {
 }
 
 Charted Enclose(const Surface& surface, const Sight& sight, unsigned views) {
-    const unsigned bits = views | (surface.paint.shines ? shines : 0);
+    const unsigned bits = (views & allViews) | (surface.paint.shines ? shines : 0);
     Charted c{&surface, sight, {1e9f, 1e9f}, {-1e9f, -1e9f}, {}, MarkOf(bits)};
     for (const auto& polygon : surface.polygons) {
         for (const vec2 p : polygon) {
@@ -206,8 +206,8 @@ constexpr float detailArea = 4.5f;
 constexpr float leastRays = 6; // of the eight million of MeasureSights()
 
 bool IsShown(const Surface& surface, const Sight& sight, unsigned views) {
-    return surface.shades || AreaOf(surface) > detailArea ||
-           (views != 0 && sight.rays >= leastRays);
+    const bool noticed = (views & shownLarge) != 0 || sight.rays >= leastRays;
+    return surface.shades || AreaOf(surface) > detailArea || (views != 0 && noticed);
 }
 
 /// The first triangles of the mesh, by which the material keeps the rest out of a picture that

@@ -16,6 +16,9 @@ constexpr int raysUp = Show::height;
 // ... from this many eyes of each flight.
 constexpr int eyesPerFlight = 56;
 
+// More pixels of a picture than this are no mere speck.
+constexpr unsigned char speck = 5;
+
 // How far the waves bend the mirror image, in half pictures.
 constexpr float waveBend = 0.04f;
 
@@ -52,34 +55,51 @@ int Mirrored(const SightLines& lines, const Eye& eye, vec3 direction) {
 
 using Views = std::vector<unsigned>;
 
+/// Of one eye: what its pictures show, and in how many pixels, as far as that matters.
+struct Seen {
+    explicit Seen(std::size_t surfaces) : views(surfaces), pixels(surfaces) {}
+
+    void Note(int surface, unsigned bit) {
+        const auto s = static_cast<std::size_t>(surface);
+        views[s] |= 1u << bit;
+        if (++pixels[s] > speck) {
+            views[s] |= shownLarge;
+            pixels[s] = speck;
+        }
+    }
+
+    Views views;
+    std::vector<unsigned char> pixels;
+};
+
 void NoteRay(const SightLines& lines, const Eye& eye, const FlightView& view, vec2 at,
-             Random& random, Views& views) {
+             Random& random, Seen& seen) {
     const vec3 direction = RayThrough(eye, at.x, at.y);
     const float toWater = SightLines::ToWater(eye, direction);
     const bool below = IsBelow(eye);
     const int plain = First(lines, eye, direction, below ? SightLines::sightEnd : toWater);
     if (plain >= 0)
-        views[plain] |= 1u << view.plain;
+        seen.Note(plain, view.plain);
     if (toWater >= SightLines::sightEnd || (plain >= 0 && !below))
         return;
     const float x = at.x + random.Range(-waveBend, waveBend);
     const float y = at.y + random.Range(-waveBend, waveBend);
     const int mirrored = Mirrored(lines, eye, RayThrough(eye, x, y));
     if (mirrored >= 0)
-        views[mirrored] |= 1u << view.mirror;
+        seen.Note(mirrored, view.mirror);
 }
 
 Views ViewsOfEye(const SightLines& lines, const Eye& eye, const FlightView& view, unsigned seed,
                  std::size_t surfaces) {
-    Views views(surfaces);
+    Seen seen(surfaces);
     Random random(seed);
     for (int i = 0; i < raysAcross * raysUp; ++i) {
         const int row = i / raysAcross;
         const float x = (static_cast<float>(i % raysAcross) + random.Unit()) / raysAcross * 2 - 1;
         const float y = (static_cast<float>(row) + random.Unit()) / raysUp * 2 - 1;
-        NoteRay(lines, eye, view, {x, y}, random, views);
+        NoteRay(lines, eye, view, {x, y}, random, seen);
     }
-    return views;
+    return seen.views;
 }
 
 } // namespace

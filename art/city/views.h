@@ -19,8 +19,11 @@ struct FlightView {
 /// Of each flight of Show::flights. Flights that share a bit have the same exposure.
 extern const std::array<FlightView, Show::flightCount> flightViews;
 
-/// For each surface the bits of the pictures that show any of it. The surface of the water bends
-/// what it shows; whatever it may show so is counted.
+/// Stands beside those bits when some picture shows more of a surface than a few pixels.
+inline constexpr unsigned shownLarge = 1u << 16;
+
+/// For each surface the bits of the pictures that show any of it, and shownLarge. The surface of
+/// the water bends what it shows; whatever it may show so is counted.
 std::vector<unsigned> MeasureViews(const std::vector<Surface>& surfaces);
 
 } // namespace Art
