@@ -42,12 +42,10 @@ Band BandOf(Material material) {
 
 /// Plaster of one storey: a repeat is four bays long, and the band fills the storey.
 Paint PlasterPaint(Band band, float first, float bayWidth, float foot) {
-    constexpr float edge = 1.0f / (plasterBands * plasterTexels); // keeps off the next band
-    const float low = static_cast<float>(band) / plasterBands + edge;
-    const float perUnit = (1.0f / plasterBands - 2 * edge) / storeyHeight;
+    constexpr float perUnit = 1.0f / plasterBands;
     return {Material::Plaster,
-            {first / plasterBands, low + foot * perUnit},
-            {1 / (plasterBands * bayWidth), perUnit}};
+            {first / plasterBands, (static_cast<float>(band) + foot) * perUnit},
+            {perUnit / bayWidth, perUnit}};
 }
 
 enum class Kind { Window, Door, Shop, Blind };
@@ -214,7 +212,7 @@ void AddNearStorey(Builder& b, const Front& front, const std::vector<Bay>& bays,
 /// The bays of a storey, or none when no flight comes near enough to any.
 std::vector<Bay> NearBays(const Builder& b, const Front& front, float y0, unsigned storey) {
     // No wider than a repeat of the plaster, which would lose texels otherwise.
-    const int count = std::max(1, static_cast<int>(std::ceil(front.width - 0.02f)));
+    const int count = std::max(1, static_cast<int>(std::ceil(front.width - 0.001f)));
     const float width = front.width / static_cast<float>(count);
     std::vector<Bay> bays;
     bool any = false;
