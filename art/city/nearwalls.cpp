@@ -87,6 +87,8 @@ Paint PaneOf(Kind kind, const Bay& bay, const Opening& o) {
 
 void DressWindow(Builder& b, const Bay& bay, const Opening& o, const Front& front, Random& random) {
     const int variant = static_cast<int>(bay.id >> 12 & 7);
+    if (front.width < 0.9f) // an oriel's side, whose house stands right beside the window
+        return;
     AddSill(b, o);
     if (bay.care == Care::Window || front.sheltered)
         return;
