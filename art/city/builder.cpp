@@ -6,7 +6,7 @@ const MaterialFile& FileOf(Material material) {
     static const MaterialFile files[materialCount] = {
         {"tower.png", {16, 16}},     {"town.png", {16, 16}},  {"house_warm.png", {8, 16}},
         {"house_cool.png", {8, 16}}, {"palace.png", {8, 16}}, {"stone.jpg", {4, 4}},
-        {"trim.jpg", {2, 2}},        {"roof.jpg", {6, 6}},    {"seabed.jpg", {12, 12}},
+        {"trim.jpg", {4, 4}},        {"roof.jpg", {6, 6}},    {"seabed.jpg", {12, 12}},
         {"lamp.png", {1, 1}},        {"plaster.jpg", {4, 4}}, {"fittings.jpg", {4, 4}},
     };
     return files[static_cast<int>(material)];

@@ -28,7 +28,7 @@ Picture PaintFittings();
 
 /// Coursed ashlar, 4 units wide and high.
 Picture PaintStone();
-/// Smooth pale stone, 2 units.
+/// Smooth pale stone, 4 units.
 Picture PaintTrim();
 /// Rows of slates, 6 units.
 Picture PaintRoof();

@@ -18,7 +18,7 @@ constexpr float frontWall = 50;  // ... another one
 Builder SmallCity() {
     Builder b;
     for (const float x : {behindWall, frontWall})
-        b.Rect({x, 0, -60}, {0, 0, 1}, {0, 1, 0}, 140, 40, Plain(Material::Stone));
+        b.Rect({x, 0, -50}, {0, 0, 1}, {0, 1, 0}, 120, 40, Plain(Material::Stone));
     b.Rect({70, 5, 10}, {0, 0, -1}, {0, 1, 0}, 1, 1, Plain(Material::Stone));
     return b;
 }

@@ -27,7 +27,6 @@ const Painted paintings[] = {
      true},
     {"stone", PaintStone, false},
     {"trim", PaintTrim, false},
-    {"plaster", PaintPlaster, false},
     {"roof", PaintRoof, false},
     {"seabed", PaintSeaBed, false},
 };
@@ -158,6 +157,15 @@ TEST(Textures, The_parts_of_a_far_facade_have_dark_storeys_and_lit_ones) {
             EXPECT_LT(*std::min_element(lit.begin(), lit.end()), 0.07f) << part.column << part.row;
             EXPECT_GT(*std::max_element(lit.begin(), lit.end()), 0.10f) << part.column << part.row;
         }
+}
+
+TEST(Textures, Bands_of_plaster_repeat_along_a_wall) {
+    const Picture picture = PaintPlaster();
+    std::vector<float> columns;
+    for (int x = 0; x + 1 < picture.Width(); ++x)
+        columns.push_back(ColumnStep(picture, x));
+    EXPECT_LE(ColumnStep(picture, picture.Width() - 1),
+              *std::max_element(columns.begin(), columns.end()));
 }
 
 TEST(Textures, Patches_of_fittings_lie_apart_on_their_texture) {
