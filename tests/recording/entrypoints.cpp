@@ -25,9 +25,18 @@ std::string WithoutArb(const char* name) {
     return whole.ends_with("ARB") ? whole.substr(0, whole.size() - 3) : whole;
 }
 
+/// While there is one, a call is being written down.
+struct Writing {
+    Writing() { ++gl.writing; }
+    ~Writing() { --gl.writing; }
+    Writing(const Writing&) = delete;
+    Writing& operator=(const Writing&) = delete;
+};
+
 /// One call: its effect first, for objects that it makes are written with it.
 template <class Act, class Arguments>
 auto Call(const char* name, Act act, Arguments arguments) {
+    const Writing writing;
     gl.CheckContext(name);
     if constexpr (std::is_void_v<decltype(act())>) {
         act();

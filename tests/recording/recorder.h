@@ -80,6 +80,7 @@ public:
     GLint LocationOf(GLuint program, const std::string& name);
     GLenum KindOf(GLuint object) const { return kinds.at(object); }
 
+    int writing = 0;                ///< 1 while a call is written down
     GLuint program = 0;             ///< in use
     std::map<GLenum, GLuint> bound; ///< buffers, by target
     std::map<GLuint, GLenum> kinds; ///< GL_VERTEX_SHADER or GL_FRAGMENT_SHADER of shader objects
