@@ -43,6 +43,10 @@ Charted Enclose(const Surface& surface, const Sight& sight, unsigned views) {
             c.high = {std::max(c.high.x, p.x), std::max(c.high.y, p.y)};
         }
     }
+    // Repeats count from the middle, so that up to 64 of them leave the mark alone.
+    const vec2 middle = (c.low + c.high) * 0.5f;
+    c.mark.x -= std::round(surface.paint.origin.x + middle.x * surface.paint.scale.x);
+    c.mark.y -= std::round(surface.paint.origin.y + middle.y * surface.paint.scale.y);
     return c;
 }
 
