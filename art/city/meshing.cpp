@@ -1,5 +1,6 @@
 #include "art/city/meshing.h"
 
+#include "art/city/drift.h"
 #include "art/city/views.h"
 #include "art/lightmap/packing.h"
 
@@ -217,7 +218,7 @@ bool IsShown(const Surface& surface, const Sight& sight, unsigned views) {
 /// The first triangles of the mesh, by which the material keeps the rest out of a picture that
 /// nobody sees: a ceiling and a curtain. They have no size of their own: their normals say to which
 /// corner of the picture the material moves them, and a view mark beyond all others tells them
-/// apart.
+/// apart. What drifts in the water follows, which the material moves as well.
 SubMesh Curtain() {
     constexpr vec3 inTheBasin{26, -1, 14};
     const vec2 mark{repeatsPerMark * static_cast<float>(1u << bitsPerCoordinate), 0};
@@ -227,6 +228,8 @@ SubMesh Curtain() {
         for (const vec2 to : {vec2{-1, -1}, {1, -1}, {1, 1}, {-1, -1}, {1, 1}, {-1, 1}})
             curtain.vertices.push_back(
                 {inTheBasin, Normalized(vec3{to.x, to.y, ceiling}), mark, {0, 0}});
+    const std::vector<MeshVertex> drifting = DriftingThings(mark.x, repeatsPerMark);
+    curtain.vertices.insert(curtain.vertices.end(), drifting.begin(), drifting.end());
     return curtain;
 }
 

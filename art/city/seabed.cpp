@@ -2,6 +2,7 @@
 #include "art/city/waterfront.h"
 
 #include "art/city/houses.h"
+#include "art/city/quarter.h"
 #include "art/common/noise.h"
 
 namespace Art {
@@ -17,12 +18,19 @@ constexpr float south = -20;
 const Paint stone = Plain(Material::Stone);
 const Finish stony{stone, stone};
 
+/// How much of the quarter's level ground is under a point: 1 in its streets, 0 far from it.
+float QuarterShare(vec2 p) {
+    const float aside = std::max(std::abs(p.x - 30) - 34, 0.0f);
+    const float before = std::max(-100 - p.y, 0.0f);
+    return 1 - SmoothStep(0, 30, std::max(aside, before));
+}
+
 /// Height of the sea bed at a ground point.
 float SeaBedHeight(vec2 p, unsigned seed) {
     const float hills = Fbm2(p * 0.045f, seed, 3) * 3.2f;
     const float ridge = (1 - std::abs(Noise2(p * 0.07f, seed + 9))) * 2.2f;
-    const float valley = -2.0f * std::exp(-(p.x - 30) * (p.x - 30) / 90);
-    return -14.5f + hills + ridge * SmoothStep(-100, -45, p.y) + valley;
+    const float level = quarterFloor - 0.3f + 0.45f * Noise2(p * 0.16f, seed + 4);
+    return Lerp(-15.5f + hills + ridge, level, QuarterShare(p));
 }
 
 void AddGround(Builder& b, unsigned seed) {
@@ -51,7 +59,7 @@ void AddRock(Builder& b, vec2 at, float size, unsigned seed) {
     std::vector<vec2> ring = Ring(at, size, 6, HashUnit(seed) * 6);
     for (std::size_t i = 0; i < ring.size(); ++i)
         ring[i] = at + (ring[i] - at) * (0.7f + 0.6f * HashUnit(seed, static_cast<unsigned>(i)));
-    const float y = SeaBedHeight(at, 1) - 1;
+    const float y = SeaBedHeight(at, 1) - std::min(1.0f, 0.5f * size);
     const float middle = y + size * (0.9f + HashUnit(seed, 11));
     const Paint rock = Plain(Material::SeaBed, {at.x, at.y});
     std::vector<vec2> upper;
@@ -62,23 +70,6 @@ void AddRock(Builder& b, vec2 at, float size, unsigned seed) {
     AddTaper(b, ring, lean, y, middle, 0.62f, {rock, rock}, false);
     AddTaper(b, upper, lean, middle, middle + size * (0.4f + 0.8f * HashUnit(seed, 5)), 0.15f,
              {rock, rock});
-}
-
-/// Two rows of great columns that lead to the city, some broken, pairs joined by beams.
-void AddColonnade(Builder& b, unsigned seed) {
-    for (int i = 0; i < 8; ++i) {
-        const float z = -92 + 6.2f * static_cast<float>(i);
-        for (const float x : {21.0f, 39.0f}) {
-            const bool broken = HashUnit(seed, static_cast<unsigned>(i), x > 30 ? 1 : 0) < 0.3f;
-            const float foot = SeaBedHeight({x, z}, 1) - 0.6f;
-            const float head =
-                broken ? foot + 3 + 4 * HashUnit(seed, 3, static_cast<unsigned>(i)) : -2.6f;
-            AddColumn(b, {x, z}, foot, head, 0.9f, 8, stone);
-            if (!broken && i % 2 == 0)
-                AddBox(b, {{x - 1.2f, x + 1.2f}, {head, head + 1}, {z - 1.2f, z + 6.6f}}, stony,
-                       true);
-        }
-    }
 }
 
 /// Great arches under water that carry the promenade of the north front.
@@ -112,7 +103,7 @@ void AddFootArcade(Builder& b, float x0, float x1, float z, float depth) {
 
 /// Rows of columns that carry the pavement between the arcade and the ground.
 void AddColumnForest(Builder& b, unsigned seed) {
-    for (int j = 0; j < 3; ++j) {
+    for (int j = 0; j < 2; ++j) {
         for (int i = 0; i < 10; ++i) {
             const vec2 at{-9 + 5.8f * static_cast<float>(i), -35.5f + 4.8f * static_cast<float>(j)};
             const float foot = SeaBedHeight(at, seed) - 0.5f;
@@ -123,9 +114,12 @@ void AddColumnForest(Builder& b, unsigned seed) {
 }
 
 /// Closes the view from the flight under water, where the sea bed ends, before the sky shows
-/// under the horizon. Haze hides all but its colour.
+/// under the horizon. Haze hides all but its colour, so it is wider than stones of their own size
+/// could make it: view marks leave a surface 32 repeats to each side.
 void AddBackdrop(Builder& b) {
-    b.Rect({290, seaFloor, -9}, {-1, 0, 0}, {0, 1, 0}, 520, Builder::splitLow - seaFloor, stone);
+    constexpr float course = 40; // units a repeat
+    b.Rect({290, seaFloor, -9}, {-1, 0, 0}, {0, 1, 0}, 520, Builder::splitLow - seaFloor,
+           {Material::Stone, {0, 0}, {1 / course, 1 / course}});
 }
 
 } // namespace
@@ -141,15 +135,17 @@ void AddVault(Builder& b, const std::vector<vec2>& pavement, const std::vector<v
 void AddSeaBed(Builder& b, unsigned seed) {
     b.SetPlace({});
     AddGround(b, seed);
-    AddColonnade(b, seed);
+    AddQuarter(b, seed);
     AddFootArcade(b, -12, 46, -41, 1.4f);
     AddColumnForest(b, seed);
     AddBackdrop(b);
     for (unsigned i = 0; i < 34; ++i) {
         const vec2 at{Lerp(-50.0f, 110.0f, HashUnit(seed, i, 40)),
                       Lerp(-88.0f, -46.0f, HashUnit(seed, i, 41))};
+        // Among the streets there is rubble only.
+        const float size = 1.2f + 2.6f * HashUnit(seed, i, 42);
         if (std::abs(at.x - 30) > 5)
-            AddRock(b, at, 1.2f + 2.6f * HashUnit(seed, i, 42), Hash(seed, i));
+            AddRock(b, at, QuarterShare(at) > 0.5f ? size * 0.22f : size, Hash(seed, i));
     }
 }
 

@@ -46,7 +46,7 @@ void AddMooringPoles(Builder& b, vec2 from, vec2 to, float spacing, int lit, uns
 /// A lighthouse on a round base that stands in the water.
 void AddLighthouse(Builder& b, vec2 at, float height);
 
-/// The hill and dale of the sea bed, its rocks and sunken colonnade, and the arcade that
+/// The hill and dale of the sea bed with its rocks and the drowned quarter, and the arcade that
 /// carries the north front of the city.
 void AddSeaBed(Builder& b, unsigned seed);
 

@@ -46,7 +46,7 @@ Picture Linear(Picture picture) {
 /// Sea water swallows light with depth, red first.
 vec3 Veil(vec3 p) {
     const float depth = std::max(-p.y, 0.0f);
-    return {std::exp(-0.07f * depth), std::exp(-0.02f * depth), std::exp(-0.012f * depth)};
+    return {std::exp(-0.20f * depth), std::exp(-0.03f * depth), std::exp(-0.012f * depth)};
 }
 
 /// Under water the light comes from above; over it the dusk.

@@ -27,8 +27,14 @@ const vec3 SURFACE_FAR = vec3(0.30, 0.80, 0.92);
 const float AIR_DENSITY = 0.0032;   // haze per unit of distance, over and under water
 const float SEA_DENSITY = 0.033;
 const vec3 AIR_HAZE = vec3(0.21, 0.19, 0.36);
-const vec3 SEA_HAZE = vec3(0.34, 0.86, 0.96);
-const vec3 SEA_DEEP = vec3(0.06, 0.36, 0.62);
+const vec3 SEA_INK = vec3(0.00, 0.03, 0.13);      // the sea's own light in the depth,
+const vec3 SEA_BLUE = vec3(0.00, 0.50, 0.66);     // what it gains towards the surface,
+const vec3 SEA_TURQUOISE = vec3(0.45, 0.60, 0.30); // and right under it
+const vec3 SEA_SUN = vec3(-0.41, 0.82, -0.40);    // towards the light under water, unit length
+const vec3 SEA_SUN_LIGHT = vec3(0.30, 0.66, 0.60);
+const float DRIFT_RISE = 5.6;       // how far bubbles rise, units
+const vec3 WEED_ROOT = vec3(0.02, 0.16, 0.10);
+const vec3 WEED_TIP = vec3(0.75, 1.50, 0.45);
 
 // Light of a wisp at p: exactly 0 from WISP_REACH on, softened round the edge of a wall.
 float Wisp(vec3 wisp, vec3 p, vec3 normal)
@@ -123,6 +129,22 @@ void DrawCeiling(vec3 eye, bool wanted)
                     2.0 - 2.0 * corner.y, WINDOW_ROWS);
 }
 
+// Weed, bubbles and dust follow the curtain: `kind` is 1, 2 and 3. Their normals hold phases.
+void DrawDrift(float kind, bool wanted)
+{
+    vec3 p = gl_Vertex.xyz;
+    float bubble = step(1.5, kind) * step(kind, 2.5);
+    float weed = step(kind, 1.5);
+    float tip = coords.y;
+    p.x += weed * tip * tip * 0.3 * sin(time * 1.3 + p.x * 0.5 + p.z * 0.8)
+         + bubble * 0.07 * sin(time * 3.1 + gl_Normal.x * 40.0);
+    p.y += bubble * DRIFT_RISE * fract(time * 0.13 + gl_Normal.x * 9.0);
+    gl_Position = gl_ModelViewProjectionMatrix * vec4(p, 1.0);
+    if (!wanted)
+        gl_Position.z = -2.0 * abs(gl_Position.w) - 1.0;
+    light.rgb = mix(vec3(1.3), mix(WEED_ROOT, WEED_TIP, tip), weed);
+}
+
 void main()
 {
     vec3 p = gl_Vertex.xyz;
@@ -156,7 +178,9 @@ void main()
               + Wisp(posblue, p, gl_Normal) * vec3(0.08, 0.20, 1.0);
 
     light.a = exp2(-distance * mix(AIR_DENSITY, SEA_DENSITY, under));
-    vec3 sea = mix(SEA_DEEP, SEA_HAZE, clamp(p.y / 14.0 + 1.0, 0.0, 1.0));
+    float shallow = clamp(p.y / 11.0 + 1.0, 0.0, 1.0);
+    float near = shallow * shallow;
+    vec3 sea = SEA_INK + SEA_BLUE * near + SEA_TURQUOISE * (near * near * near);
     haze.rgb = mix(AIR_HAZE, sea, under) * (1.0 - light.a);
     // Far windows are smaller than a pixel: filtering mixes them with the wall before they can
     // shine, and this gives some of it back. More would make them brighter than they are near.
@@ -166,6 +190,10 @@ void main()
     float exposure = Exposure(seen);
     light.a *= exposure;
     haze.a /= exposure;
+
+    // Under water the sun of the waves gives form, and no window is lit.
+    light.rgb += SEA_SUN_LIGHT * (under * near * max(dot(gl_Normal, SEA_SUN), 0.0));
+    haze.a *= 1.0 - under;
     // A pane whose texture has no alpha shines as a whole.
     light.rgb += vec3(haze.a * step(LAST_MARK, marks.y));
 
@@ -179,7 +207,10 @@ void main()
         // From the flights before the canal most of that image is open sky or far city: there the
         // curtain costs more than what it hides.
         bool wanted = (seen == 1.0 || seen > 2.0) && !mirrored;
-        DrawCurtain(wanted);
+        if (marks.y > 0.5)
+            DrawDrift(marks.y, seen == 1.0);
+        else
+            DrawCurtain(wanted);
         if (gl_Normal.z > 0.0)
             DrawCeiling(eye, wanted && seen == 1.0);
     }
