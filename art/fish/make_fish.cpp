@@ -1,8 +1,8 @@
 #include "art/common/foldertofill.h"
 #include "art/common/meshwriter.h"
 #include "art/common/picture.h"
-#include "art/fish/fish.h"
 #include "art/fish/fishskin.h"
+#include "art/fish/shoal.h"
 #include "tools/options/commandline.h"
 
 namespace {
