@@ -119,7 +119,7 @@ Builder FrontAt(bool near) {
                  .y1 = 4.7f,
                  .z = 0,
                  .material = Material::HouseWarm,
-                 .far = FacadePaint(Material::HouseWarm, 3, 1),
+                 .far = FacadePaint(Material::HouseWarm, {3, 4}, 1, 0),
                  .seed = 1,
                  .street = true});
     return b;

@@ -11,9 +11,6 @@ varying vec4 haze;
 varying vec4 caustics;
 
 const float LIGHT_SCALE = 2.0;  // of the light map
-// Levels of the texture: walls seen along themselves are blurred across as well as along, and half
-// a level less is nearer to what lies in the pixels; a whole one would begin to flicker.
-const float SHARPER = -0.5;
 const vec3 COLD = vec3(0.88, 0.95, 1.12);
 const vec3 WARM = vec3(1.06, 1.0, 0.92);
 const vec3 SEA_LIGHT = vec3(0.60, 0.95, 0.88);
@@ -23,7 +20,7 @@ const vec3 SHAFT_LIGHT = vec3(0.50, 0.95, 0.85);
 
 void main()
 {
-    vec4 surface = texture2D(texture0, coords.xy, SHARPER);
+    vec4 surface = texture2D(texture0, coords.xy);
     vec3 baked = texture2D(lightmap, coords.zw).rgb * LIGHT_SCALE;
 
     // Bright lines that zigzag: cheap, and alive because both directions drift.
