@@ -56,7 +56,7 @@ Picture PaintTrim() {
     return PaintPlane(1024, 4, [](vec2 p) {
         const float tone = 1 + 0.06f * Fbm2(p * 2, 13, 5, 4) + 0.03f * Noise2(p * 64, 14, 128);
         const float worn = Fbm2(p * 16, 15, 3, 32) - Fbm2(p * 16 + vec2{0.1f, 0.2f}, 15, 3, 32);
-        return Rgba{0.70f, 0.675f, 0.64f, 1} * (tone - 0.25f * worn);
+        return Shade({0.70f, 0.675f, 0.64f}, tone - 0.25f * worn);
     });
 }
 

@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
     Plan, EyePath,
     ::testing::Values(ClearRow{Show::OpenSea, 1.5f}, ClearRow{Show::CityRise, 1.5f},
                       ClearRow{Show::UnderWater, 1.5f}, ClearRow{Show::BetweenTowers, 2.0f},
-                      ClearRow{Show::Canal, 1.88f}, ClearRow{Show::ToBasin, 1.9f},
+                      ClearRow{Show::Canal, 1.85f}, ClearRow{Show::ToBasin, 1.9f},
                       ClearRow{Show::OverRoofs, 1.5f}, ClearRow{Show::Basin, 1.5f}),
     [](const auto& row) { return "flight_" + std::to_string(row.param.flight + 1); });
 
