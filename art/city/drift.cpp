@@ -11,6 +11,8 @@ namespace {
 
 constexpr float axis = 30; // the flight's x
 constexpr unsigned seed = 77;
+// Weed begins below the hollows of the ground between the streets.
+constexpr float weedSunkIn = 0.65f;
 
 /// Collects triangles of one kind.
 struct Strand {
@@ -82,9 +84,9 @@ void AddWeed(std::vector<MeshVertex>& out, vec2 mark) {
             const vec2 lean{(HashUnit(seed, number, 4) - 0.5f) * size * 0.5f,
                             (HashUnit(seed, number, 5) - 0.5f) * size * 0.3f};
             AddBlade({out, mark, Phases(number)},
-                     {bed.at.x + away * std::cos(angle), quarterFloor - 0.3f,
+                     {bed.at.x + away * std::cos(angle), quarterFloor - weedSunkIn,
                       bed.at.y + away * std::sin(angle)},
-                     size, 0.05f + 0.022f * size, lean, bed.parts);
+                     size + weedSunkIn, 0.05f + 0.022f * size, lean, bed.parts);
         }
 }
 
