@@ -32,7 +32,7 @@ vec2 SkinPlace(vec2 side, int shade);
 
 /// How much of a fish is drawn.
 enum class FishDetail {
-    Flat, ///< two flanks and a tail: for what is never larger than some pixels
+    Flat, ///< two flanks and a tail: for what is small but where it leaves the picture
     Round ///< four flanks that bulge to the eye
 };
 

@@ -25,8 +25,8 @@ struct Shoal {
 // uppermost row leaves through the surface. Where a shoal is seen follows from its place: the eye
 // comes nearer by 3.6 units a second and passes a depth of 50 + z units at its end.
 constexpr std::array<Shoal, 4> shoals = {{
-    // Round the statue in the square, and gone to the right before the eye comes there.
-    {8, FishDetail::Flat, {54.5f, -0.9f, -22.0f}, {5.4f, 2.3f, 4.6f}, -1.1f, 0.9f, 0.62f},
+    // Round the statue in the square; the largest of all where they pass the eye on the right.
+    {8, FishDetail::Round, {54.5f, -0.9f, -22.0f}, {5.4f, 2.3f, 4.6f}, -1.1f, 0.9f, 0.62f},
     // Seen through the gate, and after it on the right.
     {7, FishDetail::Round, {65.5f, -0.9f, -1.5f}, {5.2f, 2.2f, 3.6f}, 1.1f, -0.8f, 0.60f},
     // On the left of the forecourt.
