@@ -1,7 +1,7 @@
 # The tools that the makers share, the baker of light, and the city: its plan, its mesh, its
 # textures, its material and how that knows the flights.
 foreach(subject foldertofill meshwriter picture noise packing baker plan mesh textures material views marks steps
-        nearwalls)
+        nearwalls quarter)
     set(target art_city_${subject}_test)
     add_executable(${target} city_${subject}_test.cpp)
     target_link_libraries(${target}

@@ -45,6 +45,7 @@ TEST(Mesh, Begins_with_a_ceiling_and_a_curtain_of_no_size) {
     for (std::size_t i = 0; i < 12; ++i) {
         EXPECT_TRUE(screens[i].position == screens[0].position);
         EXPECT_EQ(screens[i].texcoord.x, 64 * 32);
+        EXPECT_EQ(screens[i].texcoord.y, 0);
         EXPECT_EQ(screens[i].normal.z > 0, i < 6);
     }
 }

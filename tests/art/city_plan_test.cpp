@@ -4,6 +4,7 @@
 #include "art/city/sightlines.h"
 #include "art/city/waterfront.h"
 #include "art/lightmap/raytracer.h"
+#include "tests/art/city_distance.h"
 
 #include <algorithm>
 
@@ -28,27 +29,6 @@ struct Solid {
 const Solid& CitySolid() {
     static const Solid solid;
     return solid;
-}
-
-/// Distance from p to the segment a-b.
-float ToSegment(vec3 p, vec3 a, vec3 b) {
-    const vec3 along = b - a;
-    const float t = Clamp01(Dot(p - a, along) / std::max(Dot(along, along), 1e-12f));
-    return Length(p - (a + along * t));
-}
-
-/// Distance from p to a triangle: to its plane when p stands over it, else to its edges.
-float ToTriangle(vec3 p, const vec3* c) {
-    const vec3 normal = Normalized(Cross(c[1] - c[0], c[2] - c[0]));
-    bool over = true;
-    float edges = 1e9f;
-    for (int i = 0; i < 3; ++i) {
-        const vec3 a = c[i];
-        const vec3 b = c[(i + 1) % 3];
-        over = over && Dot(Cross(normal, b - a), p - a) >= 0;
-        edges = std::min(edges, ToSegment(p, a, b));
-    }
-    return over ? std::abs(Dot(p - c[0], normal)) : edges;
 }
 
 float Clearance(vec3 eye) {
