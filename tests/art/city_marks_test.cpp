@@ -138,8 +138,8 @@ Count LookFrom(const Show::Flight& flight, const FlightView& view) {
     return count;
 }
 
-// Some slivers are seen only between two of the eyes from which the marks were measured, most of them
-// in the reliefs along the canal: half a pixel in a thousand.
+// Some slivers are seen only between two of the eyes from which the marks were measured, most of
+// them in the reliefs along the canal: half a pixel in a thousand.
 constexpr double sliverShare = 0.0005;
 
 class CityMarks : public ::testing::TestWithParam<Show::FlightNumber> {};

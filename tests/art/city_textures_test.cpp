@@ -20,11 +20,8 @@ const Painted paintings[] = {
     {"tower", PaintTower, true},
     {"town", PaintTown, true},
     {"palace", PaintPalace, true},
-    {"house",
-     [] {
-         return PaintHouse({0.6f, 0.6f, 0.6f, 1}, 5);
-     },
-     true},
+    {"house", [] {
+         return PaintHouse({0.6f, 0.6f, 0.6f, 1}, 5); }, true},
     {"stone", PaintStone, false},
     {"trim", PaintTrim, false},
     {"roof", PaintRoof, false},
