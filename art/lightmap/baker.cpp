@@ -100,6 +100,8 @@ Bake::Bake(const BakeScene& s, const BakeQuality& q) : scene(s), quality(q) {
         const Picture* surface = found == scene.surfaces.end() ? nullptr : &found->second;
         for (std::size_t i = 0; i < sub.vertices.size(); i += 3) {
             const MeshVertex* v = &sub.vertices[i];
+            if (v[0].lightmap == v[1].lightmap && v[1].lightmap == v[2].lightmap)
+                continue; // the material moves it, so it throws no shadow
             facets.push_back({v->normal,
                               {v[0].texcoord, v[1].texcoord, v[2].texcoord},
                               {v[0].lightmap, v[1].lightmap, v[2].lightmap},
