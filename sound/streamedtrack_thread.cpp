@@ -1,7 +1,7 @@
 #include "sound/streamedtrack.h"
 
-// Who decodes: a thread. Where there are none, web/sound/streamedtrack_thread.cpp stands in the place
-// of this file.
+// Who decodes: a thread. Where there are none, web/sound/streamedtrack_thread.cpp stands in the
+// place of this file.
 
 namespace Vell::Sound {
 
