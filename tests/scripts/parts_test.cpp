@@ -129,9 +129,11 @@ TEST_F(Parts, Know_every_test_that_there_is) {
     // "  Test  #1: core_clock_test"
     const std::set<std::string> built =
         names({"/bin/sh", "-c", "ctest -N --test-dir '" NIMBREL_BINARY_DIR "' | grep '#'"});
-    // These are built only for ./test, and only beside the sound library of this tree.
-    for (const char* group : {"art_", "sound_", "stage_", "passes_", "explain_", "verify_",
-                              "movie_", "docs_", "scripts_movie_", "scripts_installed_"}) {
+    // These are built only for ./test, only beside the sound library of this tree, or only for
+    // ./test web-gl.
+    for (const char* group :
+         {"art_", "sound_", "stage_", "passes_", "explain_", "verify_", "movie_", "docs_",
+          "scripts_movie_", "scripts_installed_", "webgl_frames_"}) {
         const auto ofGroup = [&](const std::string& name) { return name.starts_with(group); };
         if (std::none_of(built.begin(), built.end(), ofGroup))
             std::erase_if(told, ofGroup);
