@@ -14,11 +14,11 @@ int Make(const Tools::Arguments& arguments) {
     bool written = true;
     for (const Art::WispKind& kind : Art::WispKinds()) {
         const std::string name = kind.name;
-        // Mostly black: compressed it has an eighth of the size, and inflating it costs next to nothing.
-        written =
-            written &&
-            Art::WritePng(folder.File(name + ".png"), Art::WispLight(kind, cellPixels), 3) &&
-            Art::WriteMesh(folder.File(name + ".xt3dstatic"), Art::WispMesh(kind));
+        // Mostly black: compressed it has an eighth of the size, and inflating it costs next to
+        // nothing.
+        written = written &&
+                  Art::WritePng(folder.File(name + ".png"), Art::WispLight(kind, cellPixels), 3) &&
+                  Art::WriteMesh(folder.File(name + ".xt3dstatic"), Art::WispMesh(kind));
     }
     return folder.Finish(written);
 }

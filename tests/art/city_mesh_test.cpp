@@ -140,9 +140,15 @@ float DensityOf(const MeshVertex* v) {
     return std::sqrt(map / std::max(world, 1e-6f));
 }
 
+/// What the flights see of the city, which takes half a minute to find out.
+const std::vector<Sight>& Sights() {
+    static const std::vector<Sight> sights = MeasureSights(BuildCity(citySeed).surfaces);
+    return sights;
+}
+
 TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three) {
     const Builder city = BuildCity(citySeed);
-    const std::vector<Sight> sights = MeasureSights(city.surfaces);
+    const std::vector<Sight>& sights = Sights();
     std::map<Corner, bool> seen;
     for (std::size_t i = 0; i < city.surfaces.size(); ++i)
         if (sights[i].rays > 0)
@@ -167,7 +173,7 @@ TEST(Mesh, What_the_flights_see_has_a_light_map_density_within_a_factor_of_three
 
 TEST(Mesh, What_hides_others_tends_to_come_first_in_each_sub_mesh) {
     const Builder city = BuildCity(citySeed);
-    const std::vector<Sight> sights = MeasureSights(city.surfaces);
+    const std::vector<Sight>& sights = Sights();
     std::map<Corner, float> orders;
     for (std::size_t i = 0; i < city.surfaces.size(); ++i)
         orders[CornerOf(city.surfaces[i])] = sights[i].DrawingOrder();

@@ -2,6 +2,7 @@
 #include "art/textures/textures.h"
 
 #include <algorithm>
+#include <map>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -15,6 +16,15 @@ struct Painted {
     Picture (*paint)();
     bool glows;
 };
+
+/// What this paints; each is painted once, since that takes seconds.
+const Picture& Paint(Picture (*paint)()) {
+    static std::map<Picture (*)(), Picture> painted;
+    const auto [place, first] = painted.try_emplace(paint);
+    if (first)
+        place->second = paint();
+    return place->second;
+}
 
 const Painted paintings[] = {
     {"tower", PaintTower, true},
@@ -50,7 +60,7 @@ float RowStep(const Picture& p, int y) {
 }
 
 TEST_P(Painting, Repeats_without_a_seam) {
-    const Picture picture = GetParam().paint();
+    const Picture& picture = Paint(GetParam().paint);
     // The step over the edge must be no greater than the greatest step inside.
     std::vector<float> columns;
     std::vector<float> rows;
@@ -64,7 +74,7 @@ TEST_P(Painting, Repeats_without_a_seam) {
 }
 
 TEST_P(Painting, Glows_only_where_it_should) {
-    const Picture picture = GetParam().paint();
+    const Picture& picture = Paint(GetParam().paint);
     int lit = 0;
     for (int y = 0; y < picture.Height(); ++y)
         for (int x = 0; x < picture.Width(); ++x)
@@ -80,7 +90,7 @@ TEST_P(Painting, Glows_only_where_it_should) {
 }
 
 TEST_P(Painting, Has_sides_that_are_powers_of_two) {
-    const Picture picture = GetParam().paint();
+    const Picture& picture = Paint(GetParam().paint);
     EXPECT_EQ(picture.Width() & (picture.Width() - 1), 0);
     EXPECT_EQ(picture.Height() & (picture.Height() - 1), 0);
 }
@@ -132,7 +142,8 @@ struct PartPlace {
 constexpr PartPlace parts[] = {{0, 0}, {1, 0}, {0, 1}, {1, 1}};
 
 TEST(Textures, The_parts_of_a_far_facade_have_lights_of_their_own) {
-    for (const Picture& facade : {PaintTown(), PaintTower()})
+    for (const auto painter : {PaintTown, PaintTower}) {
+        const Picture& facade = Paint(painter);
         for (const PartPlace& one : parts)
             for (const PartPlace& other : parts) {
                 if (one.column == other.column && one.row == other.row)
@@ -143,21 +154,24 @@ TEST(Textures, The_parts_of_a_far_facade_have_lights_of_their_own) {
                 EXPECT_GT(std::abs(a.y / a.x - b.y / b.x) + std::abs(a.z / a.x - b.z / b.x), 0.03f)
                     << one.column << one.row << " and " << other.column << other.row;
             }
+    }
 }
 
 TEST(Textures, The_parts_of_a_far_facade_have_dark_storeys_and_lit_ones) {
     // A window of the town is 0.5 x 0.6 of a bay, so a storey lit all over has 0.3; a stairwell's
     // light alone, 0.24 x 0.76 in one bay of eight, 0.023.
-    for (const Picture& facade : {PaintTown(), PaintTower()})
+    for (const auto painter : {PaintTown, PaintTower}) {
+        const Picture& facade = Paint(painter);
         for (const PartPlace& part : parts) {
             const std::vector<float> lit = LightsOf(facade, part.column, part.row).storeys;
             EXPECT_LT(*std::min_element(lit.begin(), lit.end()), 0.07f) << part.column << part.row;
             EXPECT_GT(*std::max_element(lit.begin(), lit.end()), 0.10f) << part.column << part.row;
         }
+    }
 }
 
 TEST(Textures, Bands_of_plaster_repeat_along_a_wall) {
-    const Picture picture = PaintPlaster();
+    const Picture& picture = Paint(PaintPlaster);
     std::vector<float> columns;
     for (int x = 0; x + 1 < picture.Width(); ++x)
         columns.push_back(ColumnStep(picture, x));

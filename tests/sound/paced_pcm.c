@@ -31,8 +31,8 @@ enum { bytesPerFrame = 4, tick = 2000000 /* nanoseconds between two looks at the
 typedef struct {
     snd_pcm_ioplug_t io;
     FILE* file;
-    long dryAt;  /* -1: never */
-    long goneAt; /* -1: never */
+    long dryAt;   /* -1: never */
+    long goneAt;  /* -1: never */
     long stallAt; /* -1: never */
     long busy;
     long latency;
