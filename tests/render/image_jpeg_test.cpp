@@ -278,11 +278,11 @@ TEST_F(JpegImageTest, Survives_every_beginning_of_a_file) {
 }
 
 TEST_F(JpegImageTest, Survives_every_beginning_of_a_real_file) {
-    const std::string bytes = ReadFile(NIMBREL_SOURCE_DIR "/Data/Gfx/City/trim.jpg");
+    const std::string bytes = ReadFile(NIMBREL_SOURCE_DIR "/Data/Gfx/Logo/logo.jpg");
     const ExpectSilence silence;
     const int headers = LoadEveryBeginning(bytes.substr(0, bytes.find("\xff\xda")), ".jpg");
     EXPECT_EQ(headers, 0) << "before the first scan there is no picture";
-    const int loaded = LoadEveryBeginning(bytes, ".jpg", 16); // each takes a millisecond
+    const int loaded = LoadEveryBeginning(bytes, ".jpg", 64); // each takes a millisecond
     EXPECT_GT(loaded, 0);
 }
 
