@@ -6,6 +6,7 @@ foreach(subject foldertofill meshwriter picture noise packing baker plan mesh te
     add_executable(${target} city_${subject}_test.cpp)
     target_link_libraries(${target}
         PRIVATE art_city art_textures test_support GTest::gmock_main vell_options)
+    target_precompile_headers(${target} REUSE_FROM test_support)
     target_compile_definitions(${target} PRIVATE NIMBREL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES LABELS art TIMEOUT 300)

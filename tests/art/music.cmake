@@ -6,6 +6,7 @@ foreach(subject IN ITEMS powerspectrum wavetable filter effects loudness score i
     add_executable(${target} music_${subject}_test.cpp)
     target_link_libraries(${target}
         PRIVATE art_music sound_test_support test_support Vell::Sound GTest::gmock_main vell_options)
+    target_precompile_headers(${target} REUSE_FROM test_support)
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
     target_compile_definitions(${target} PRIVATE NIMBREL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
     add_test(NAME ${target} COMMAND ${target})

@@ -5,6 +5,7 @@ foreach(subject sky water logo fish wisp)
     add_executable(${target} nature_${subject}_test.cpp)
     target_link_libraries(${target}
         PRIVATE art_${subject} test_support GTest::gmock_main vell_options)
+    target_precompile_headers(${target} REUSE_FROM test_support)
     target_compile_definitions(${target} PRIVATE NIMBREL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES LABELS art TIMEOUT 300)
