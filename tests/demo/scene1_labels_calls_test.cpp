@@ -11,7 +11,6 @@
 
 #include <memory>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -29,20 +28,6 @@ protected:
             if (LabelOf(object.kind, object.name).empty())
                 found.push_back(object.label);
         return found;
-    }
-
-    /// What the calls since the last question deleted, as they write it: "texture 1".
-    static std::set<std::string> Deleted() {
-        std::set<std::string> deleted;
-        for (const std::string& call : gl.Take())
-            if (call.starts_with("glDelete")) {
-                std::istringstream arguments(call.substr(call.find('(') + 1));
-                for (std::string argument; std::getline(arguments, argument, ',');)
-                    deleted.insert(
-                        argument.substr(argument.find_first_not_of(' '),
-                                        argument.find(')') - argument.find_first_not_of(' ')));
-            }
-        return deleted;
     }
 };
 

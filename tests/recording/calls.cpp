@@ -149,6 +149,19 @@ void Calls::TearDown() {
     return Compare(wanted, made);
 }
 
+std::set<std::string> Calls::Deleted() {
+    std::set<std::string> deleted;
+    for (const std::string& call : gl.Take()) {
+        if (!call.starts_with("glDelete"))
+            continue;
+        const std::size_t open = call.find('(') + 1;
+        std::istringstream arguments(call.substr(open, call.rfind(')') - open));
+        for (std::string argument; std::getline(arguments, argument, ',');)
+            deleted.insert(Trimmed(argument));
+    }
+    return deleted;
+}
+
 std::vector<std::string> Calls::Labels() {
     std::vector<std::string> labels;
     for (const Recorder::Object& object : gl.Objects())

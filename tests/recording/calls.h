@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,9 @@ protected:
 
     /// Forgets the calls made so far.
     static void Forget() { gl.Take(); }
+
+    /// What the calls since the last question deleted, as they write it: "texture 1".
+    static std::set<std::string> Deleted();
 
     /// What the engine calls the objects made in this test, as far as they have labels.
     static std::vector<std::string> Labels();
