@@ -24,6 +24,7 @@ protected:
     /// The city gets what the others have not: a texture and a light map.
     static void MakeData() {
         MakeDemoData();
+        ASSERT_FALSE(DemoDataIsReal()) << "its files are not to be written over";
         WriteFile(Assets::cityMesh, "XT3DSTATIC 1 Data/Gfx/City/ 1\n"
                                     "brick.jpg NULL NULL 3\n"
                                     "-1 0 0  0 0 1  0 0  0 0\n"
@@ -71,7 +72,7 @@ protected:
 } // namespace
 
 TEST_F(SceneBalance, Of_every_round_only_what_is_left_on_purpose_stays) {
-    MakeData();
+    ASSERT_NO_FATAL_FAILURE(MakeData());
     for (int round = 1; round <= rounds; ++round) {
         LoadDrawAndDelete();
         ASSERT_EQ(Alive(), LeftBehind(round)) << "round " << round;
@@ -79,7 +80,7 @@ TEST_F(SceneBalance, Of_every_round_only_what_is_left_on_purpose_stays) {
 }
 
 TEST_F(SceneBalance, Of_every_round_no_file_stays_open) {
-    MakeData();
+    ASSERT_NO_FATAL_FAILURE(MakeData());
     LoadDrawAndDelete();
     const int before = Soak::OpenDescriptors();
     for (int round = 1; round < rounds; ++round)
