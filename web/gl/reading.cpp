@@ -11,11 +11,19 @@ namespace WebGL {
 
 namespace {
 
+/// The window has no alpha, whatever its picture underneath keeps: it reads as opaque.
+void MakeOpaque(std::vector<std::uint8_t>& rgba) {
+    for (std::size_t alpha = 3; alpha < rgba.size(); alpha += 4)
+        rgba[alpha] = 255;
+}
+
 /// Red, green, blue and alpha of a rectangle, row after row.
 std::vector<std::uint8_t> ReadRgba(GLint x, GLint y, const PixelArea& area) {
     std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(area.width) *
                                    static_cast<std::size_t>(area.height));
     Es::ReadPixels(x, y, area.width, area.height, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
+    if (Current().framebuffers.bound == 0)
+        MakeOpaque(rgba);
     return rgba;
 }
 
