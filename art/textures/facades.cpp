@@ -133,4 +133,21 @@ Picture PaintPalace() {
     });
 }
 
+std::span<const FacadeFile> FacadeFiles() {
+    static constexpr FacadeFile files[] = {
+        {"tower.png", PaintTower},
+        {"town.png", PaintTown},
+        {"house_warm.png",
+         [] {
+             return PaintHouse({0.68f, 0.53f, 0.42f}, 41);
+         }},
+        {"house_cool.png",
+         [] {
+             return PaintHouse({0.60f, 0.58f, 0.58f}, 42);
+         }},
+        {"palace.png", PaintPalace},
+    };
+    return files;
+}
+
 } // namespace Art

@@ -109,13 +109,10 @@ Picture PaintLamp() {
 
 bool WriteTextures(FolderToFill& folder) {
     constexpr int jpegQuality = 92;
-    return WriteEnginePng(folder.File("tower.png"), PaintTower(), 4) &&
-           WriteEnginePng(folder.File("town.png"), PaintTown(), 4) &&
-           WriteEnginePng(folder.File("house_warm.png"), PaintHouse({0.68f, 0.53f, 0.42f}, 41),
-                          4) &&
-           WriteEnginePng(folder.File("house_cool.png"), PaintHouse({0.60f, 0.58f, 0.58f}, 42),
-                          4) &&
-           WriteEnginePng(folder.File("palace.png"), PaintPalace(), 4) &&
+    const auto writeFacade = [&folder](const FacadeFile& file) {
+        return WriteEnginePng(folder.File(file.name), file.paint(), 4);
+    };
+    return std::ranges::all_of(FacadeFiles(), writeFacade) &&
            WriteEnginePng(folder.File("lamp.png"), PaintLamp(), 4, Depth::Rounded) &&
            WriteEngineJpeg(folder.File("plaster.jpg"), PaintPlaster(), jpegQuality) &&
            WriteEngineJpeg(folder.File("fittings.jpg"), PaintFittings(), jpegQuality) &&

@@ -3,6 +3,8 @@
 #include "art/common/foldertofill.h"
 #include "art/common/picture.h"
 
+#include <span>
+
 /// The city's surfaces, painted by program at their final size. All of them repeat without a
 /// seam and hold no light of their own but what glows: where a surface shines, alpha falls
 /// from 1 towards 0 and the colour is that of the light.
@@ -20,6 +22,14 @@ inline constexpr int facadePart = 8;
 Picture PaintTower();
 /// The houses of the town behind the quays, 32 pixels a bay.
 Picture PaintTown();
+/// A picture of facades, and the file that it fills.
+struct FacadeFile {
+    const char* name;
+    Picture (*paint)();
+};
+/// All pictures of facades. Their files hold four channels, dithered.
+std::span<const FacadeFile> FacadeFiles();
+
 /// Four bands of wall for what passes near the eye (plasterbands.h): a quay's masonry, then
 /// plaster of three colours, cracked and off in patches, with brick beneath.
 Picture PaintPlaster();
