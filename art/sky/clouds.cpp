@@ -64,6 +64,31 @@ Clouded AddBars(const SkyPoint& point, const Clouded& behind) {
     return Over(behind, colour, 0.82f * density);
 }
 
+// ---- Embers: the last bars before the glow, dark above and burning below ---------------------
+
+constexpr vec3 emberCore = {0.34f, 0.145f, 0.185f};
+constexpr vec3 emberEdge = {1.0f, 0.64f, 0.27f};
+
+/// How thick the embers are, about -1..1.
+float EmberField(const SkyPoint& point) {
+    SkyPoint bent = point;
+    bent.elevation += 0.9f * Wrapped(point, 4.0f, 0.2f, 63, 2);
+    return Wrapped(bent, 2.6f, 0.62f, 67, 3) + 0.45f * Wrapped(point, 1.3f, 0.15f, 71, 2);
+}
+
+Clouded AddEmbers(const SkyPoint& point, const Clouded& behind) {
+    const float before = 1 - SmoothStep(45, 85, point.fromLight);
+    const float density = SmoothStep(-0.02f, 0.30f, EmberField(point)) * before *
+                          SmoothStep(0.9f, 2.2f, point.elevation) *
+                          (1 - SmoothStep(9, 15, point.elevation));
+    if (density <= 0)
+        return behind;
+    SkyPoint below = point;
+    below.elevation -= 0.5f;
+    const float underside = Clamp01(2.6f * (EmberField(point) - EmberField(below)));
+    return Over(behind, Lerp(emberCore, emberEdge, underside), 0.78f * density);
+}
+
 // ---- Cumulus: banks that stand on the horizon ----------------------------------------------
 
 /// One row of cloud heaps, seen at one distance.
@@ -156,7 +181,7 @@ Clouded AddCirrus(const SkyPoint& point, const Clouded& behind) {
 } // namespace
 
 Clouded AddClouds(const SkyPoint& point, vec3 behind) {
-    Clouded sky = AddBars(point, AddCirrus(point, {behind, 1}));
+    Clouded sky = AddEmbers(point, AddBars(point, AddCirrus(point, {behind, 1})));
     for (const Bank& bank : banks)
         sky = AddBank(point, sky, bank);
     return sky;

@@ -11,7 +11,8 @@ struct Clouded {
 };
 
 /// Lays the clouds over a sky colour, far ones first: thin cirrus high up, bars of stratus up to
-/// 25 degrees, cumulus banks on the horizon. Only for points on or above the horizon.
+/// 25 degrees, embers before the glow, cumulus banks on the horizon. Only for points on or above
+/// the horizon.
 Clouded AddClouds(const SkyPoint& point, vec3 behind);
 
 } // namespace Art

@@ -189,6 +189,32 @@ TEST(NatureSky, Glows_where_the_light_comes_from_and_is_blue_on_the_other_side) 
     EXPECT_GT(warm.x, 2 * cold.x);
 }
 
+/// How much brighter it gets in all, 0..3, on the way up from 1.5 to 10 degrees. A clear sky
+/// towards the light only gets darker.
+float RiseUpwards(float heading) {
+    float rise = 0;
+    float before = 3;
+    for (int i = 0; i <= 34; ++i) {
+        const float up = (1.5f + 0.25f * static_cast<float>(i)) * Art::pi / 180;
+        const vec3 c = Art::DuskColour(
+            {std::cos(heading) * std::cos(up), std::sin(up), std::sin(heading) * std::cos(up)});
+        const float brightness = c.x + c.y + c.z;
+        rise += std::max(brightness - before, 0.0f);
+        before = brightness;
+    }
+    return rise;
+}
+
+TEST(NatureSky, Bars_of_cloud_burn_before_the_glow) {
+    const vec3 light = Art::LightDirection();
+    const float middle = std::atan2(light.z, light.x);
+    float sum = 0;
+    for (int degrees = -40; degrees <= 40; ++degrees)
+        sum += RiseUpwards(middle + static_cast<float>(degrees) * Art::pi / 180);
+    // One bar after the other: the rises of a heading add up to more than half of white, 3.
+    EXPECT_GT(sum / 81, 1.6f);
+}
+
 TEST(NatureSky, Falls_into_dark_water_below_the_horizon) {
     float before = 1;
     for (const float down : {-0.05f, -0.2f, -0.5f, -1.0f}) {
