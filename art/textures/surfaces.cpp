@@ -72,11 +72,20 @@ Picture PaintRoof() {
         const float fx = x - std::floor(x);
         const float fy = y - static_cast<float>(row);
         const float lower = 0.22f * (1 - std::sqrt(std::max(0.0f, 1 - std::pow(2 * fx - 1, 2.0f))));
-        const float gap = fy < lower + 0.07f || fx < 0.04f ? 0.55f : 1.0f;
-        const float tone = gap * (0.8f + 0.32f * HashUnit(id)) * (1 + 0.10f * Fbm2(p, 22, 4, 6)) *
+        const float gap = fy < lower + 0.07f || fx < 0.04f ? 0.42f : 1.0f;
+        // The lower edge of a slate catches the light; its face is split into layers.
+        const float rim = 0.22f * (1 - SmoothStep(0.07f, 0.20f, fy - lower));
+        const float layers = 0.10f * Fbm2({p.x * 8, p.y * 2}, 24, 3, 12);
+        const float tone = gap * (0.70f + 0.46f * HashUnit(id)) *
+                           (1 + 0.16f * Fbm2(p, 22, 4, 6) + layers + rim) *
                            (0.88f + 0.2f * (1 - fy));
         const float warm = 0.05f * HashUnit(id, 3);
-        return Rgba{(0.41f + warm) * tone, 0.375f * tone, 0.385f * tone, 1};
+        // Moss keeps to the joints, lichen to slates of its own.
+        const float damp = SmoothStep(0.02f, 0.35f, Fbm2(p, 25, 4, 6) + 0.25f * (0.4f - fy));
+        const float lichen = HashUnit(id, 4) < 0.12f ? 0.5f : 0.0f;
+        const Rgba slate{(0.41f + warm) * tone, 0.375f * tone, 0.385f * tone, 1};
+        const Rgba mossy = Lerp(slate, Shade({0.33f, 0.36f, 0.22f, 1}, tone), 0.55f * damp);
+        return Lerp(mossy, Shade({0.52f, 0.50f, 0.40f, 1}, tone), lichen * (1 - damp));
     });
 }
 
