@@ -43,10 +43,14 @@ Picture Linear(Picture picture) {
     return picture;
 }
 
-/// Sea water swallows light with depth, red first.
+/// Sea water swallows light with depth, red first and most of it right under the surface: all the
+/// ripple leaves of a drowned wall's red would turn its lights pink.
 vec3 Veil(vec3 p) {
+    constexpr vec3 turquoise{0.10f, 0.62f, 0.40f};
     const float depth = std::max(-p.y, 0.0f);
-    return {std::exp(-0.20f * depth), std::exp(-0.03f * depth), std::exp(-0.012f * depth)};
+    const vec3 below = Lerp(vec3{1, 1, 1}, turquoise, SmoothStep(0.0f, 0.5f, depth));
+    return below *
+           vec3{std::exp(-0.20f * depth), std::exp(-0.03f * depth), std::exp(-0.012f * depth)};
 }
 
 /// Under water the light comes from above; over it the dusk.
@@ -57,7 +61,7 @@ vec3 Sky(vec3 direction) {
 
 /// The last light has left the streets and still stands on the towers.
 float SunShare(vec3 p) {
-    return 0.06f + 0.94f * SmoothStep(2.5f, 17.0f, p.y);
+    return 0.06f + 0.60f * SmoothStep(2.5f, 17.0f, p.y);
 }
 
 BakeScene CityScene(const std::string& folder, bool& whole) {
