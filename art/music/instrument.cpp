@@ -139,6 +139,13 @@ EnvelopeTimes AmplitudeTimes(const Settings& settings) {
             .release = settings["release"]};
 }
 
+std::vector<InstrumentKind> InstrumentKinds() {
+    std::vector<InstrumentKind> named;
+    for (const Kind& kind : kinds)
+        named.push_back({kind.name, kind.defaults});
+    return named;
+}
+
 std::unique_ptr<Instrument> MakeInstrument(const InstrumentText& text, std::string& message) {
     for (const Kind& kind : kinds) {
         if (text.kind == kind.name) {

@@ -50,6 +50,13 @@ public:
 /// for an unknown kind or setting.
 std::unique_ptr<Instrument> MakeInstrument(const InstrumentText& text, std::string& message);
 
+/// What kinds of instruments there are, and what a score may set of each, with the defaults.
+struct InstrumentKind {
+    const char* name;
+    const std::vector<SettingDefault>& defaults;
+};
+std::vector<InstrumentKind> InstrumentKinds();
+
 /// Kinds of instruments; one file each.
 std::unique_ptr<Instrument> MakeSynth(const Settings& settings);
 std::unique_ptr<Instrument> MakeFm(const Settings& settings);

@@ -2,6 +2,7 @@
 #include "art/music/mixer.h"
 #include "art/music/scorefile.h"
 #include "art/music/soundfile.h"
+#include "art/music/stems.h"
 #include "tools/options/commandline.h"
 #include "tools/progress/progress.h"
 
@@ -67,15 +68,52 @@ int Make(const Tools::Arguments& arguments) {
     return EXIT_SUCCESS;
 }
 
+void WriteStem(const std::string& folder, const std::string& name, const Music::Stereo& stem) {
+    const std::string path = folder + "/" + name + ".wav";
+    if (!Music::WriteWav(path, stem))
+        throw std::runtime_error(path + ": cannot be written");
+    std::printf("%s\n", path.c_str());
+}
+
+int MakeStems(const Tools::Arguments& arguments) {
+    const std::vector<std::string>& operands = arguments.operands;
+    Music::Score score;
+    if (!Music::ReadScore(operands[0], score))
+        return EXIT_FAILURE;
+    std::string message;
+    const Music::BeatPulse pulse = Music::PulseOf(score, message);
+    const std::size_t frames = Music::FrameAt(score.TimeOfBar(score.bars + 1));
+    Music::Stems stems(frames);
+    Tools::Progress bar("tracks", static_cast<int>(score.tracks.size()));
+    const Music::Mix mix = PlayTracks(
+        score, pulse, frames, [&](int, int) { bar.Add(); }, message, nullptr,
+        [&](const std::string& name, const Music::Stereo& sound) {
+            WriteStem(operands[1], name, stems.Next(sound));
+        });
+    if (!message.empty())
+        throw std::runtime_error(operands[0] + ":" + message);
+    WriteStem(operands[1], "room", stems.Rest(mix));
+    return EXIT_SUCCESS;
+}
+
 const Tools::Program program = {
     .name = "make_music",
-    .purpose = "Plays the score into a WAV file and encodes that.",
+    .purpose =
+        "Plays the score into a WAV file and encodes that.\n"
+        "With --stems: into a WAV file for every track, NAME.wav, and room.wav, which holds\n"
+        "hall and echoes; together they are the mix before the master, 12 dB lower.",
     .options = {{.name = "--levels", .meaning = "also prints how loud every track is in the mix"}},
-    .modes = {{.operands = {{"SCORE", Tools::FileToRead("a score")},
-                            {"OUT.wav", Tools::FileToWrite({".wav"})},
-                            {"OUT.mp3", Tools::FileToWrite({".mp3"}), Tools::Count::AtMostOne}},
-               .example = "art/music/quorrel.score music.wav music.mp3",
-               .run = Make}}};
+    .modes = {
+        {.operands = {{"SCORE", Tools::FileToRead("a score")},
+                      {"OUT.wav", Tools::FileToWrite({".wav"})},
+                      {"OUT.mp3", Tools::FileToWrite({".mp3"}), Tools::Count::AtMostOne}},
+         .example = "art/music/quorrel.score music.wav music.mp3",
+         .options = {"--levels"},
+         .run = Make},
+        {.name = "--stems",
+         .operands = {{"SCORE", Tools::FileToRead("a score")}, {"FOLDER", Tools::FolderToFill()}},
+         .example = "art/music/quorrel.score stems",
+         .run = MakeStems}}};
 
 } // namespace
 

@@ -134,10 +134,11 @@ void AutomateGain(Stereo& signal, const Automation& gainDb) {
 class Mixer {
 public:
     Mixer(const Score& piece, const BeatPulse& pictureBeat, std::size_t frames,
-          std::vector<TrackLevel>* measured)
+          std::vector<TrackLevel>* measured, const TrackSink& trackSink)
         : score(piece),
           pulse(pictureBeat),
           levels(measured),
+          sink(trackSink),
           track(frames),
           reverbBus(frames),
           delayBus(frames) {
@@ -178,13 +179,18 @@ public:
         if (!duckDb.empty())
             ApplyGainDb(room, duckDb, static_cast<float>(master["room_duck"]));
         mix.body.Add(room, 1.0F);
-        AutomateFilter(mix.body, MasterCurve("lowpass"), 0.3, Pass::Low);
-        AutomateFilter(mix.body, MasterCurve("highpass"), 0.3, Pass::High);
-        AutomateGain(mix.body, MasterCurve("gain"));
+        FollowMaster(mix.body);
         return std::move(mix);
     }
 
 private:
+    /// The master's curves leave the kick alone.
+    void FollowMaster(Stereo& signal) const {
+        AutomateFilter(signal, MasterCurve("lowpass"), 0.3, Pass::Low);
+        AutomateFilter(signal, MasterCurve("highpass"), 0.3, Pass::High);
+        AutomateGain(signal, MasterCurve("gain"));
+    }
+
     Automation MasterCurve(const char* name) const {
         return {score, score.masterCurves, name, 0.0};
     }
@@ -218,11 +224,16 @@ private:
         (set["key"] > 0 ? mix.kick : mix.body).Add(track, 1.0F);
         if (levels != nullptr)
             levels->push_back({text.name, MeasureLoudness(track)});
+        if (sink && set["key"] <= 0)
+            FollowMaster(track);
+        if (sink)
+            sink(text.name, track);
     }
 
     const Score& score;
     const BeatPulse& pulse;
     std::vector<TrackLevel>* levels;
+    const TrackSink& sink;
     Mix mix;
     Stereo track;
     Stereo reverbBus;
@@ -247,6 +258,10 @@ std::vector<const TrackText*> InOrder(const Score& score) {
 
 } // namespace
 
+const std::vector<SettingDefault>& TrackDefaults() {
+    return trackDefaults;
+}
+
 BeatPulse PulseOf(const Score& score, std::string& message) {
     const Settings set(MasterDefaults(), score.masterSettings, message);
     BeatPulse pulse;
@@ -261,9 +276,10 @@ BeatPulse PulseOf(const Score& score, std::string& message) {
 }
 
 Mix PlayTracks(const Score& score, const BeatPulse& pulse, std::size_t frames,
-               const MixProgress& progress, std::string& message, std::vector<TrackLevel>* levels) {
+               const MixProgress& progress, std::string& message, std::vector<TrackLevel>* levels,
+               const TrackSink& sink) {
     const Settings master(MasterDefaults(), score.masterSettings, message);
-    Mixer mixer(score, pulse, frames, levels);
+    Mixer mixer(score, pulse, frames, levels, sink);
     int done = 0;
     for (const TrackText* track : InOrder(score)) {
         if (!message.empty() || !mixer.Play(*track, message))
