@@ -1,7 +1,7 @@
 # The music: the synthesiser's modules on known signals, and the track in Data/ as the demo hears
 # it.
 foreach(subject IN ITEMS powerspectrum wavetable filter effects loudness score instrument
-        beatpulse file piece stems)
+        beatpulse file piece stems grammar)
     set(target art_music_${subject}_test)
     add_executable(${target} music_${subject}_test.cpp)
     target_link_libraries(${target}
