@@ -189,15 +189,16 @@ TEST_F(CityMaterial, A_wisp_in_front_of_a_wall_reddens_it_and_one_behind_hardly_
     EXPECT_LT(Middle(behind).r, plain.r + 3);
 }
 
-TEST_F(CityMaterial, What_glows_is_brighter_and_still_opaque) {
-    const Rgba dull = Middle({});
+TEST_F(CityMaterial, What_glows_shows_its_own_light_alone_and_is_still_opaque) {
+    // 1.25 x 0.5 = 0.63, graded by (0.99, 0.98, 0.995), less 1 % by the haze. With the light map's
+    // white besides, it would be 1.13.
     Paint({128, 128, 128, 0});
-    const Rgba bright = Middle({});
-    EXPECT_GT(bright.g, dull.g + 80);
+    EXPECT_TRUE(Near(Middle({}), {158, 156, 159, 255}, 3));
 }
 
 TEST_F(CityMaterial, A_pane_that_is_marked_as_shining_is_brighter_though_its_texture_has_no_alpha) {
-    // Near the eye it adds 0.9 of its colour: 0.9 x 0.5 x 255 = 115, a little less by the haze.
+    // Near the eye it adds 1.25 of its colour: 1.25 x 0.5 x 255 = 159, more than the 131 that there
+    // are from 124 up to white.
     View pane;
     pane.shining = true;
     EXPECT_GT(Middle(pane).g, Middle({}).g + 100);
@@ -263,7 +264,7 @@ TEST_F(CityMaterial, Distance_under_water_fades_into_the_colour_of_the_sea) {
     far.wall = Vell::vec3(0, -3, -90);
     far.eye = Vell::vec3(0, -3, 4);
     const Rgba colour = Middle(far);
-    EXPECT_GT(colour.b, colour.r + 80);
+    EXPECT_GT(colour.b, colour.r + 50);
     EXPECT_GT(colour.g, colour.r + 60);
 }
 

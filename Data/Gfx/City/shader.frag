@@ -13,27 +13,32 @@ varying vec4 caustics;
 const float LIGHT_SCALE = 2.0;  // of the light map
 const vec3 COLD = vec3(0.88, 0.95, 1.12);
 const vec3 WARM = vec3(1.06, 1.0, 0.92);
-const vec3 SEA_LIGHT = vec3(0.60, 0.95, 0.88);
+const vec3 SEA_LIGHT = vec3(0.38, 1.60, 0.62);
 // Shafts of light fan out from a place over the picture, in its pixels.
 const vec2 SHAFTS_FROM = vec2(560.0, 420.0);
-const vec3 SHAFT_LIGHT = vec3(0.50, 0.95, 0.85);
+const vec3 SHAFT_LIGHT = vec3(0.02, 0.90, 0.34);
 
 void main()
 {
     vec4 surface = texture2D(texture0, coords.xy);
     vec3 baked = texture2D(lightmap, coords.zw).rgb * LIGHT_SCALE;
 
-    // Bright lines that zigzag: cheap, and alive because both directions drift.
-    float bend = abs(fract(caustics.y) - 0.5);
-    float line = abs(fract(caustics.x + bend) - 0.5);
-    float bright = max(1.0 - 5.0 * line, 0.0) * caustics.z;
+    // A net of bright lines: two families of arcs that bend at each other's pace, so that no two
+    // meshes of it are alike, and alive because both directions drift.
+    vec2 place = fract(caustics.yx * 0.7) - 0.5;
+    vec2 lines = abs(fract(caustics.xy + 3.0 * place * place) - 0.5);
+    float line = max(1.0 - 4.5 * min(lines.x, lines.y), 0.0);
+    float bright = line * line * caustics.z;
 
-    // Two combs of shafts drift through each other; haze makes them seen.
+    // Two combs of shafts drift through each other; haze makes them seen, most where they come from.
     float fan = (gl_FragCoord.x - SHAFTS_FROM.x) / (SHAFTS_FROM.y - gl_FragCoord.y);
-    float shaft = abs(fract(fan * 3.1 + time * 0.021) - 0.5) * abs(fract(fan * 7.3 - time * 0.034) - 0.5);
-    float lit = max(6.0 * shaft - 0.35, 0.0) * max(1.0 - 0.62 * light.a, 0.0) * caustics.z;
+    float shaft = abs(fract(fan * 2.3 + time * 0.021) - 0.5) * abs(fract(fan * 5.3 - time * 0.034) - 0.5);
+    float lit = (max(9.0 * shaft - 0.25, 0.0) + 0.4) * max(1.0 - 1.6 * fan * fan, 0.0)
+              * max(1.0 - 0.62 * light.a, 0.0) * caustics.z;
 
-    vec3 colour = surface.rgb * (baked + light.rgb + bright * SEA_LIGHT + (1.0 - surface.a) * haze.a);
+    // What shines shows its own light: what falls on it besides would only make it white.
+    vec3 colour = surface.rgb * (baked * surface.a + light.rgb + bright * SEA_LIGHT
+                                 + (1.0 - surface.a) * haze.a);
     // Shadows lean towards blue, lights towards amber.
     colour *= mix(COLD, WARM, min(colour.g, 1.0));
     // The mesh is drawn with an alpha test; only the curtain ever fails it, in the window.

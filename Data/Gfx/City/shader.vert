@@ -22,19 +22,21 @@ const float MARK = 64.0;            // whole repeats of the texture that count o
 const float LAST_MARK = 31.5;       // marks beyond it are the curtain's in x, in y of what shines
 const float WINDOW_ROWS = 100.0;    // a little more than the window has, far less than 512
 const float CEILING_DEPTH = 80.0;   // how far the surface is painted on the curtain, units
-const vec3 SURFACE_NEAR = vec3(0.02, 0.22, 0.50);
-const vec3 SURFACE_FAR = vec3(0.30, 0.80, 0.92);
+// Under water the ripple keeps three tenths of each colour and adds blue: what shall be turquoise
+// there must be nearly green here, and red is for fish and lit windows.
+const vec3 SURFACE_NEAR = vec3(0.00, 0.42, 0.32);
+const vec3 SURFACE_FAR = vec3(0.12, 1.02, 0.60);
 const float AIR_DENSITY = 0.0032;   // haze per unit of distance, over and under water
 const float SEA_DENSITY = 0.033;
 const vec3 AIR_HAZE = vec3(0.21, 0.19, 0.36);
-const vec3 SEA_INK = vec3(0.00, 0.03, 0.13);      // the sea's own light in the depth,
-const vec3 SEA_BLUE = vec3(0.00, 0.50, 0.66);     // what it gains towards the surface,
-const vec3 SEA_TURQUOISE = vec3(0.45, 0.60, 0.30); // and right under it
+const vec3 SEA_INK = vec3(0.00, 0.02, 0.07);      // the sea's own light in the depth,
+const vec3 SEA_BLUE = vec3(0.00, 0.47, 0.35);     // what it gains towards the surface,
+const vec3 SEA_TURQUOISE = vec3(0.10, 0.58, 0.18); // and right under it
 const vec3 SEA_SUN = vec3(-0.41, 0.82, -0.40);    // towards the light under water, unit length
-const vec3 SEA_SUN_LIGHT = vec3(0.30, 0.66, 0.60);
+const vec3 SEA_SUN_LIGHT = vec3(0.12, 0.82, 0.42);
 const float DRIFT_RISE = 5.6;       // how far bubbles rise, units
-const vec3 WEED_ROOT = vec3(0.02, 0.16, 0.10);
-const vec3 WEED_TIP = vec3(0.75, 1.50, 0.45);
+const vec3 WEED_ROOT = vec3(-0.40, -0.10, -0.20);
+const vec3 WEED_TIP = vec3(-0.30, 1.30, -0.20);
 
 // Light of a wisp at p: exactly 0 from WISP_REACH on, softened round the edge of a wall.
 float Wisp(vec3 wisp, vec3 p, vec3 normal)
@@ -126,7 +128,7 @@ void DrawCeiling(vec3 eye, bool wanted)
     // Right overhead, half-way between the corners, it has the colour and the lines of nearness.
     haze = vec4(mix(SURFACE_NEAR, SURFACE_FAR, corner.y), 0.0);
     caustics = vec4(p.x * 0.06 + p.z * 0.13 + time * 0.11, p.z * 0.21 - p.x * 0.05 - time * 0.08,
-                    2.0 - 2.0 * corner.y, WINDOW_ROWS);
+                    1.1 - 1.1 * corner.y, WINDOW_ROWS);
 }
 
 // Weed, bubbles and dust follow the curtain: `kind` is 1, 2 and 3. Their normals hold phases.
@@ -142,7 +144,7 @@ void DrawDrift(float kind, bool wanted)
     gl_Position = gl_ModelViewProjectionMatrix * vec4(p, 1.0);
     if (!wanted)
         gl_Position.z = -2.0 * abs(gl_Position.w) - 1.0;
-    light.rgb = mix(vec3(1.3), mix(WEED_ROOT, WEED_TIP, tip), weed);
+    light.rgb = mix(vec3(0.0, 1.1, 0.9), mix(WEED_ROOT, WEED_TIP, tip), weed);
 }
 
 void main()
@@ -183,17 +185,17 @@ void main()
     vec3 sea = SEA_INK + SEA_BLUE * near + SEA_TURQUOISE * (near * near * near);
     haze.rgb = mix(AIR_HAZE, sea, under) * (1.0 - light.a);
     // Far windows are smaller than a pixel: filtering mixes them with the wall before they can
-    // shine, and this gives some of it back. More would make them brighter than they are near.
-    haze.a = 0.95 + 0.3 * smoothstep(15.0, 75.0, distance);
+    // shine, and this gives it back.
+    haze.a = 1.25 + 0.55 * smoothstep(15.0, 75.0, distance);
 
     // Lit windows keep what the iris takes from the walls.
     float exposure = Exposure(seen);
     light.a *= exposure;
     haze.a /= exposure;
 
-    // Under water the sun of the waves gives form, and no window is lit.
+    // Under water the sun of the waves gives form, and lit windows glimmer.
     light.rgb += SEA_SUN_LIGHT * (under * near * max(dot(gl_Normal, SEA_SUN), 0.0));
-    haze.a *= 1.0 - under;
+    haze.a *= 1.0 - 0.25 * under;
     // A pane whose texture has no alpha shines as a whole.
     light.rgb += vec3(haze.a * step(LAST_MARK, marks.y));
 
