@@ -24,6 +24,7 @@ packages_style="shellcheck"
 packages_tidy="clang-tidy"
 packages_fuzz="clang libclang-rt-14-dev" # which brings libFuzzer
 packages_cppcheck="cppcheck"
+packages_valgrind="valgrind"
 packages_surroundings="libsdl1.2-compat locales" # SDL 2's layer, and a locale to make
 packages_web_gl="libegl-dev libegl-mesa0 libgles2" # OpenGL ES 3 without a window, under web/gl
 packages_packaging="dpkg-dev patchelf" # dpkg-dev finds out which packages the demo needs

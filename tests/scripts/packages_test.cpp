@@ -176,7 +176,8 @@ const std::set<std::string> telling = {"g++",
                                        "libsdl1.2-compat",
                                        "libfast-float-dev",
                                        "emscripten",
-                                       "chromium"};
+                                       "chromium",
+                                       "valgrind"};
 
 const Need needs[] = {
     {"play", {}, {"g++", "libgl1-mesa-dri"}},
@@ -213,6 +214,10 @@ const Need needs[] = {
      {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
       "libgtest-dev", "libxrandr-dev", "libbenchmark-dev", "libfast-float-dev",
       "libsdl1.2-compat"}},
+    {"test",
+     {"valgrind"},
+     {"g++", "libgl1-mesa-dri", "xvfb", "nlohmann-json3-dev", "ffmpeg", "libembree-dev",
+      "libgtest-dev", "libxrandr-dev", "libbenchmark-dev", "libfast-float-dev", "valgrind"}},
     {"test", {"fuzz"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "clang"}},
     {"test",
      {"packages"},
