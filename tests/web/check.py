@@ -88,8 +88,20 @@ class Check:
 
     def frames(self, page):
         """The frames of 24 moments are those of the film."""
-        moments = sorted(float(path.stem) for path in self.references.glob("*.png"))
         self.open(page)
+        self.compare(page, sorted(float(path.stem) for path in self.references.glob("*.png")))
+
+    def painted(self, page):
+        """From a server, the pictures that the page paints itself are those of Data/."""
+        begin = time.monotonic()
+        page.open(self.site())
+        page.until(f"{STATE} === 'ready'", 300)
+        print(f"  {page.name}: ready to play after {time.monotonic() - begin:.1f} s")
+        self.expect(page.run("page.index.filter(({painted}) => painted).length") == 5,
+                    f"{page.name}: paints five pictures")
+        self.compare(page, [11.24, 46.03, 95.73])
+
+    def compare(self, page, moments):
         page.run("(window.taken = [], nimbrel.pictures(%s, (picture) => taken.push(picture))"
                  ".then(() => { window.whole = true; }), 0)" % moments)
         page.until("window.whole", 900)
@@ -254,7 +266,7 @@ def main():
     check = Check(*folders)
     check.size()
     situations = sys.argv[4:] or [
-        "frames", "live", "escape", "hidden", "sizes", "loss", "moment", "mute", "unable", "slow"]
+        "frames", "painted", "live", "escape", "hidden", "sizes", "loss", "moment", "mute", "unable", "slow"]
     for situation in situations:
         print(f"{situation}: {getattr(check, situation).__doc__}", flush=True)
         for name in ("Chromium", "Firefox"):

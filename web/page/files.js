@@ -66,13 +66,45 @@ async function take(name, progress) {
     return bytes;
 }
 
+// Has the pictures painted that did not come: each in a worker, while the rest is on its way. A promise
+// of pixels for each.
+function paintPictures(painter, worker, index) {
+    return index.filter(({painted}) => painted).map((file) => new Promise((resolve, reject) => {
+        const hand = new Worker(worker);
+        const leave = (settle, value) => {
+            hand.terminate();
+            settle(value);
+        };
+        hand.onmessage = ({data}) => data.kind === 'painted' ? leave(resolve, {file, pixels: data.pixels})
+            : leave(reject, new Error(data.reason));
+        hand.onerror = (event) => leave(reject, new Error(event.message));
+        hand.postMessage({order: 'paint', painter, name: file.painted.name});
+    }));
+}
+
+// What came of a painted picture is its file less what is painted, byte by byte.
+function addPixels(pack, {file, pixels}) {
+    const {first, row, stride} = file.painted;
+    const bytes = new Uint8Array(pack, file.offset, file.size);
+    for (let from = 0, to = first; from < pixels.length; from += row, to += stride)
+        for (let i = 0; i < row; ++i)
+            bytes[to + i] += pixels[from + i];
+}
+
 // {program: a compiled module, pack: all of Data/ in one buffer, worker: where its script is}
 async function takeFiles(tell) {
-    const {program, pack} = page.files;
-    const progress = new Progress(program.size + pack.size, tell);
-    const [code, data] = await Promise.all([take('program', progress), take('pack', progress)]);
+    const {program, painter} = page.files;
+    const coming = page.index.filter(({painted}) => !painted).reduce((sum, {size}) => sum + size, 0);
+    const progress = new Progress(program.size + painter.size + coming, tell);
     const script = embedded('worker');
     const worker = script ? URL.createObjectURL(new Blob([script.textContent], {type: 'text/javascript'}))
                           : page.files.worker.name;
+    const paintings = painter.size === 0 ? []
+        : paintPictures(await WebAssembly.compile(await take('painter', progress)), worker, page.index);
+    const [code, data] = await Promise.all([take('program', progress), take('pack', progress)]);
+    for (const [number, painting] of paintings.entries()) {
+        tell({painted: number, all: paintings.length});
+        addPixels(data, await painting);
+    }
     return {program: await WebAssembly.compile(code), pack: data, worker};
 }

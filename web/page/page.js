@@ -30,7 +30,11 @@ function enter(state, text) {
 const clockText = (seconds) => `${Math.floor(seconds / 60)}:${String(Math.floor(seconds % 60)).padStart(2, '0')}`;
 const megabytes = (bytes) => (bytes / 1e6).toFixed(1);
 
-function showProgress({done, all, left}) {
+function showProgress({done, all, left, painted}) {
+    if (painted !== undefined) {
+        say(`Painting the city: ${painted} of ${all} pictures`);
+        return;
+    }
     element('progress').value = done / all;
     const rest = left === null ? '' : `, ${Math.ceil(left)} s left`;
     say(`Loading: ${megabytes(done)} of ${megabytes(all)} MB${rest}`);

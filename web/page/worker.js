@@ -218,9 +218,24 @@ async function decode({program, pack, index, path}) {
     postMessage({kind: 'track', rate, sides}, sides.map((side) => side.buffer));
 }
 
+// Paints the picture of a facade: its pixels, four bytes each, rows from the top.
+async function paint({painter, name}) {
+    const module = await createPainter({
+        instantiateWasm: (imports, done) => {
+            WebAssembly.instantiate(painter, imports).then((instance) => done(instance));
+            return {};
+        },
+    });
+    const size = module.ccall('web_paint', 'number', ['string'], [name]);
+    const place = module.ccall('web_painted', 'number', [], []);
+    const pixels = module.HEAPU8.slice(place, place + size);
+    postMessage({kind: 'painted', pixels}, [pixels.buffer]);
+}
+
 const orders = {
     play,
     decode,
+    paint,
     escape: () => { self.host.escape = true; },
     pause: () => self.host.pause(),
     resume: () => self.host.resume(),
