@@ -91,7 +91,7 @@ TEST_F(Words, Of_tests_must_match_the_name_of_one) {
 TEST_F(Words, Of_art_must_name_what_is_made) {
     ExpectRefused("art/make", {"moon"},
                   "needs names of what it makes (sky, water, logo, fish, wisps, textures, views, "
-                  "city, lightmap or music), not \"moon\": art/make fish wisps");
+                  "city, lightmap, music or stems), not \"moon\": art/make fish wisps");
     ExpectRefused("art/make", {"--build"}, "--build needs a folder: --build build/release");
 }
 
