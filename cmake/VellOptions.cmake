@@ -36,7 +36,7 @@ if(VELL_FUZZ) # libFuzzer sees which ways through the code an attempt takes
     target_compile_options(vell_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# Only the engine and the demo are measured, so this is a library of its own.
+# Only engine, demo and sound are measured, so this is a library of its own.
 add_library(vell_coverage INTERFACE)
 if(VELL_COVERAGE)
     target_compile_options(vell_coverage INTERFACE --coverage)
