@@ -5,6 +5,8 @@
 #include "art/city/quarter.h"
 #include "art/city/sightlines.h"
 #include "art/city/waterfront.h"
+#include "art/common/meshwriter.h"
+#include "art/common/picture.h"
 #include "tests/art/city_distance.h"
 #include "tests/support/scratch.h"
 
@@ -223,11 +225,46 @@ TEST(Drift, Stays_within_its_budget) {
     EXPECT_LT(Drifting().size() * 3, 3000u);
 }
 
-TEST(Drift, Follows_the_curtain_in_the_published_mesh) {
+const std::string cityFolder = NIMBREL_SOURCE_DIR "/Data/Gfx/City/";
+
+MeshFile PublishedMesh() {
     MeshFile mesh;
     std::string error;
-    ASSERT_TRUE(ReadMesh(NIMBREL_SOURCE_DIR "/Data/Gfx/City/city.xt3dstatic", mesh, error))
-        << error;
+    EXPECT_TRUE(ReadMesh(cityFolder + "city.xt3dstatic", mesh, error)) << error;
+    return mesh;
+}
+
+/// The published light on the middles of all triangles that lie wholly between two heights, added
+/// up.
+vec3 LightBetween(const MeshFile& mesh, const Picture& lightmap, float low, float high) {
+    vec3 sum;
+    for (const SubMesh& sub : mesh.subMeshes)
+        for (std::size_t i = 0; i + 2 < sub.vertices.size(); i += 3) {
+            const MeshVertex* v = &sub.vertices[i];
+            const auto [lowest, highest] =
+                std::minmax({v[0].position.y, v[1].position.y, v[2].position.y});
+            if (lowest < low || highest > high || v[0].lightmap == v[1].lightmap)
+                continue;
+            const vec2 at = (v[0].lightmap + v[1].lightmap + v[2].lightmap) * (1.0f / 3);
+            const Rgba light = lightmap.Sample(at.x, at.y);
+            sum += {light.r, light.g, light.b};
+        }
+    return sum;
+}
+
+TEST(Quarter, Lies_in_a_light_that_has_lost_its_red) {
+    const MeshFile mesh = PublishedMesh();
+    const Picture lightmap = ReadAsEngine(cityFolder + "lightmap.jpg");
+    // The sea leaves 0.10 of the red and 0.62 of the green, as display values 0.35 and 0.80 of
+    // what they were: less than half, for a dusk whose light is a little red.
+    const vec3 drowned = LightBetween(mesh, lightmap, -20, -1);
+    EXPECT_LT(drowned.x, 0.5f * drowned.y);
+    const vec3 dry = LightBetween(mesh, lightmap, 1, 40);
+    EXPECT_GT(dry.x, 0.9f * dry.y);
+}
+
+TEST(Drift, Follows_the_curtain_in_the_published_mesh) {
+    const MeshFile mesh = PublishedMesh();
     const std::vector<MeshVertex>& first = mesh.subMeshes[0].vertices;
     constexpr std::size_t screens = 12;
     ASSERT_EQ(first.size(), screens + 3 * Drifting().size());
