@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace Art {
 
@@ -130,8 +131,8 @@ float DistanceToWisps(vec3 p) {
 /// Greatest edge that still shows the wisps' light well when it is computed at corners.
 float CellSize(float distance) {
     if (distance < 8)
-        return 1.6f;
-    return distance < 13 ? 3.0f : 1000.0f;
+        return 2.4f;
+    return distance < 13 ? 4.5f : 1000.0f;
 }
 
 int Cuts(float length, float cell) {
@@ -246,20 +247,49 @@ std::vector<Charted> ToShow(const std::vector<Surface>& surfaces, const Measures
     return all;
 }
 
-/// The surfaces in this order, one sub-mesh a texture: to begin another costs the driver more than
-/// an order across the textures hides.
+// For every 17 triangles that a draw call shows, a driver without a GPU goes over all vertices of
+// the call, up to 4096 of them. To begin another costs as much as fifty vertices.
+constexpr std::size_t mostVertices = 1020;
+
+/// Surfaces of one texture, with their mean place in the order of all.
+struct Batch {
+    SubMesh subMesh;
+    std::size_t places = 0; ///< their sum
+    std::size_t surfaces = 0;
+
+    double Place() const { return static_cast<double>(places) / static_cast<double>(surfaces); }
+};
+
+/// The surfaces in this order, cut into batches by texture; the last of each texture is short.
+std::vector<Batch> BatchesOf(const std::vector<Charted>& all,
+                             const std::vector<std::size_t>& order) {
+    std::vector<Batch> full;
+    std::vector<Batch> ofMaterial(materialCount);
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        const Charted& charted = all[order[place]];
+        const Material material = charted.surface->paint.material;
+        Batch& batch = ofMaterial[static_cast<std::size_t>(material)];
+        batch.subMesh.textures[0] = FileOf(material).texture;
+        AppendSurface(batch.subMesh.vertices, charted);
+        batch.places += place;
+        ++batch.surfaces;
+        if (batch.subMesh.vertices.size() >= mostVertices)
+            full.push_back(std::exchange(batch, {}));
+    }
+    for (Batch& batch : ofMaterial)
+        if (batch.surfaces > 0)
+            full.push_back(std::move(batch));
+    return full;
+}
+
+/// The surfaces as near to this order as batches allow.
 void AppendSubMeshes(MeshFile& mesh, const std::vector<Charted>& all,
                      const std::vector<std::size_t>& order) {
-    std::vector<SubMesh> ofMaterial(materialCount);
-    for (const std::size_t i : order) {
-        const Material material = all[i].surface->paint.material;
-        SubMesh& subMesh = ofMaterial[static_cast<std::size_t>(material)];
-        subMesh.textures[0] = FileOf(material).texture;
-        AppendSurface(subMesh.vertices, all[i]);
-    }
-    for (SubMesh& subMesh : ofMaterial)
-        if (!subMesh.vertices.empty())
-            mesh.subMeshes.push_back(std::move(subMesh));
+    std::vector<Batch> batches = BatchesOf(all, order);
+    std::stable_sort(batches.begin(), batches.end(),
+                     [](const Batch& a, const Batch& b) { return a.Place() < b.Place(); });
+    for (Batch& batch : batches)
+        mesh.subMeshes.push_back(std::move(batch.subMesh));
 }
 
 } // namespace

@@ -31,8 +31,8 @@ struct Measures {
 Measures MeasureCity(const Builder& city);
 
 /// Turns the city into the mesh that is shipped: hidden surfaces dropped, light-map charts
-/// packed, surfaces near the wisps cut small for their light, one sub-mesh a texture, in each what
-/// hides others first.
+/// packed, surfaces near the wisps cut small for their light, in sub-meshes of a thousand
+/// vertices of one texture, what hides others first.
 /// With fewer `steps` than all, it is a mesh to compare with: other surfaces have other charts, and
 /// the published light map does not fit them.
 MeshFile MeshCity(const Builder& city, const Measures& measures, MeshReport& report,

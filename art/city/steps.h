@@ -21,7 +21,7 @@ struct StepRow {
 /// In the order of Step.
 inline constexpr std::array<StepRow, stepCount> stepRows = {{
     {"hidden", "leaves out what lies inside others, and details that hardly any flight shows"},
-    {"order", "draws what hides others first, among all of one texture"},
+    {"order", "draws what hides others first, a thousand vertices of one texture at a time"},
     {"marks", "tells the material which flights show a surface, so that it drops the others"},
     {"curtain", "keeps the material out of the refraction image, which nobody sees"},
 }};

@@ -1,6 +1,7 @@
 // The steps that make the city cheap to draw: each does what its name says, and can be left out.
 
 #include "art/city/meshing.h"
+#include "art/city/views.h"
 
 #include <set>
 
@@ -77,7 +78,8 @@ TEST(Steps, Without_the_curtain_there_are_surfaces_only) {
 TEST(Steps, Without_the_order_surfaces_come_as_they_were_planned) {
     const MeshFile mesh = Without({Step::Order});
     EXPECT_EQ(PlacesOf(mesh), (std::vector<float>{behindWall, frontWall}));
-    EXPECT_EQ(mesh.subMeshes.size(), 2u) << "the curtain, and one for the one texture";
+    // 120 x 40 units near the wisps are 50 x 17 cells of two triangles: more than one call holds.
+    EXPECT_EQ(mesh.subMeshes.size(), 3u) << "the curtain, and one for each wall";
 }
 
 TEST(Steps, Without_marks_every_picture_shows_every_surface) {
@@ -87,6 +89,53 @@ TEST(Steps, Without_marks_every_picture_shows_every_surface) {
 
 TEST(Steps, Without_hiding_the_board_is_there) {
     EXPECT_THAT(PlacesOf(Without({Step::Hidden})), ::testing::Contains(70.0f));
+}
+
+/// Small walls side by side, each of two triangles, of which all flights see something.
+struct Walls {
+    void Add(int count, Material material, const Sight& sight) {
+        for (int i = 0; i < count; ++i, x += 2)
+            city.Rect({x, 0, -50}, {1, 0, 0}, {0, 1, 0}, 1, 1, Plain(material));
+        const auto more = static_cast<std::size_t>(count);
+        measures.open.insert(measures.open.end(), more, true);
+        measures.sights.insert(measures.sights.end(), more, sight);
+        measures.views.insert(measures.views.end(), more, 1u | shownLarge);
+    }
+
+    MeshFile Mesh() const {
+        MeshReport report;
+        Steps steps = allSteps;
+        steps.reset(static_cast<std::size_t>(Step::Curtain));
+        return MeshCity(city, measures, report, steps);
+    }
+
+    Builder city;
+    Measures measures;
+    float x = 100;
+};
+
+TEST(Mesh, A_draw_call_holds_a_thousand_vertices_of_one_texture) {
+    Walls walls;
+    walls.Add(400, Material::Stone, {.rays = 100, .nearest = 10});
+    std::vector<std::size_t> sizes;
+    for (const SubMesh& sub : walls.Mesh().subMeshes)
+        sizes.push_back(sub.vertices.size());
+    // 400 walls of 6 vertices, of which 170 make 1020.
+    EXPECT_EQ(sizes, (std::vector<std::size_t>{1020, 1020, 360}));
+}
+
+TEST(Mesh, What_hides_others_comes_first_across_textures) {
+    const Sight hidden = {.rays = 100, .behind = 50, .nearest = 10};
+    const Sight hiding = {.rays = 100, .before = 50, .nearest = 10};
+    Walls walls;
+    walls.Add(170, Material::Stone, hidden);
+    walls.Add(170, Material::Roof, hiding);
+    walls.Add(10, Material::Stone, hiding);
+    std::vector<std::string> textures;
+    for (const SubMesh& sub : walls.Mesh().subMeshes)
+        textures.push_back(sub.textures[0]);
+    // The 10 stones that hide others share a call with 160 that do not, and so follow the roofs.
+    EXPECT_EQ(textures, (std::vector<std::string>{"roof.jpg", "stone.jpg", "stone.jpg"}));
 }
 
 } // namespace
