@@ -134,6 +134,9 @@ class Check:
         self.expect(max(map(abs, apart)) <= 40,
                     f"{page.name}: music and picture {min(apart):.0f} to {max(apart):.0f} ms apart")
         print(f"  {page.name}: {rate:.1f} frames a second")
+        page.run("(nimbrel.show.order('errors'), 0)")
+        page.until("nimbrel.show.errors")
+        self.expect(page.run("nimbrel.show.errors") == [0, 0], f"{page.name}: glGetError is 0")
         rows = page.run("[...document.querySelectorAll('#log tbody tr')].map((row) => row.textContent)")
         self.expect(len(rows) > 20 and not any("ERROR" in row for row in rows),
                     f"{page.name}: {len(rows)} rows in the log, none of them an ERROR")

@@ -118,6 +118,7 @@ class Show {
             frame: () => this.frame(message),
             said: () => console.warn(message.text),
             log: () => showLog(message.log),
+            errors: () => { this.errors = message.errors; },
             lost: () => this.finish(texts.lost),
             failed: () => this.finish(`The program failed: ${message.reason}`),
             ended: () => { showLog(message.log); this.finish(texts.ended); },

@@ -200,6 +200,7 @@ async function play({program, pack, index, canvas, moments, unpaced}) {
     const module = await instantiate(program, host,
         (status) => postMessage({kind: 'ended', status, log: logOf(module.FS)}));
     host.log = () => logOf(module.FS);
+    host.error = () => module._web_error(); // ccall() would take the show's pause for its own
     lay(module.FS, pack, index);
     postMessage({kind: 'begun'});
     module.callMain(moments.map(String));
@@ -241,6 +242,8 @@ const orders = {
     resume: () => self.host.resume(),
     hear: (order) => self.host.hear(order),
     log: () => postMessage({kind: 'log', log: self.host.log()}),
+    // Errors of OpenGL so far, the browser's and web/gl's own, for whoever checks the page.
+    errors: () => postMessage({kind: 'errors', errors: [self.host.context.getError(), self.host.error()]}),
     // What a graphics card does at its worst, for whoever checks the page.
     lose: () => {
         self.host.context.getExtension('WEBGL_lose_context').loseContext();

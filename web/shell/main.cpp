@@ -5,6 +5,7 @@
 #include "web/shell/page.h"
 
 #include <GL/gl.h>
+#include <emscripten.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -67,6 +68,11 @@ extern "C" int gettimeofday(timeval* time, void*) {
     time->tv_usec =
         static_cast<suseconds_t>(now - static_cast<double>(time->tv_sec) * microsecondsPerSecond);
     return 0;
+}
+
+/// What glGetError() answers by now, for whoever checks the page.
+extern "C" EMSCRIPTEN_KEEPALIVE unsigned web_error() {
+    return glGetError();
 }
 
 /// Without arguments the show; with moments their pictures. By exit(), for a main() that has been
