@@ -97,8 +97,9 @@ float Exposure(float view)
 // Whether a bit is set in the marks of x (bits 0 to 4) or y (5 to 9).
 bool Marked(vec2 marks, float bit)
 {
-    float part = bit < 5.0 ? marks.x / exp2(bit) : marks.y / exp2(bit - 5.0);
-    return mod(floor(part + 0.01), 2.0) > 0.5;
+    bool upper = bit > 4.5;
+    float part = (upper ? marks.y : marks.x) * exp2(upper ? 5.0 - bit : -bit);
+    return fract(floor(part + 0.01) * 0.5) > 0.25;
 }
 
 // The water is drawn with reflection alone, so nobody sees the refraction image; yet it has three
@@ -150,13 +151,12 @@ void DrawDrift(float kind, bool wanted)
 void main()
 {
     vec3 p = gl_Vertex.xyz;
-    vec3 eye = (gl_ModelViewMatrixInverse * vec4(0.0, 0.0, 0.0, 1.0)).xyz;
+    vec3 eye = gl_ModelViewMatrixInverse[3].xyz;
     vec3 way = eye - p;
     float distance = length(way);
     // The water's mirror image is drawn from an eye mirrored below the surface: that eye is
-    // as good as above it.
-    mat4 view = gl_ModelViewMatrix;
-    bool mirrored = dot(cross(view[0].xyz, view[1].xyz), view[2].xyz) < 0.0;
+    // as good as above it. No camera stands on its head, so up points down in the mirror only.
+    bool mirrored = gl_ModelViewMatrix[1].y < 0.0;
     bool above = mirrored || eye.y > 0.0;
     float under = above ? 0.0 : 1.0;
 
