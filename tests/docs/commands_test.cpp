@@ -59,9 +59,12 @@ protected:
     static void SetUpTestSuite() { stage = std::make_unique<Docs::Stage>(); }
     static void TearDownTestSuite() { stage.reset(); }
 
-    /// Whether the text begins with a program of the tree: "./play", "art/make --check".
+    /// Whether the text begins with a program of the tree: "./play", "art/make --check". A word
+    /// alone is none: "play 25-32 hook" is what scores say.
     static bool NamesProgram(const std::string& text) {
         const std::string word = text.substr(0, text.find(' '));
+        if (word.find('/') == std::string::npos)
+            return false;
         if (word.starts_with("build/"))
             return true;
         const fs::path file = stage->Root() / word;
