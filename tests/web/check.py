@@ -122,10 +122,11 @@ class Check:
         """Half a minute of the show: music and picture together, nothing said, no failure in the log."""
         self.play(page, "?log")
         self.expect(not page.run("nimbrel.music.silent"), f"{page.name}: the music sounds")
-        apart = []
+        apart, undrawn = [], []
         begin, frames = time.monotonic(), page.run("nimbrel.show.frames")
         while time.monotonic() < begin + 30:
             apart.append(page.run(APART))
+            undrawn.append(page.run("nimbrel.show.at.undrawn"))
             time.sleep(0.25)
         started = page.run("nimbrel.show.firstFrame - nimbrel.show.asked")
         print(f"  {page.name}: the first frame {started:.0f} ms after the click")
@@ -134,6 +135,7 @@ class Check:
         self.expect(max(map(abs, apart)) <= 40,
                     f"{page.name}: music and picture {min(apart):.0f} to {max(apart):.0f} ms apart")
         print(f"  {page.name}: {rate:.1f} frames a second")
+        self.expect(1 <= max(undrawn) <= 2, f"{page.name}: at most {max(undrawn)} frames wait to be drawn")
         page.run("(nimbrel.show.order('errors'), 0)")
         page.until("nimbrel.show.errors")
         self.expect(page.run("nimbrel.show.errors") == [0, 0], f"{page.name}: glGetError is 0")

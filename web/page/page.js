@@ -133,9 +133,9 @@ class Show {
         this.order('log');
     }
 
-    frame({number, seconds, wall}) {
+    frame({number, seconds, wall, undrawn}) {
         this.frames = number;
-        this.at = {seconds, wall};
+        this.at = {seconds, wall, undrawn};
         if (number === 1)
             this.firstFrame = wall;
         markChapter(seconds);

@@ -43,6 +43,7 @@ class Host {
         this.waiting = null; // what goes on with the next frame
         this.music = null; // {begin: show time, heard: seconds, wall: when that was heard}
         this.frames = 0;
+        this.fences = []; // behind the frames that are not known to be drawn yet
         this.contextAttributes = {
             majorVersion: 2, minorVersion: 0, alpha: false, depth: true, stencil: false,
             antialias: false, premultipliedAlpha: true, preserveDrawingBuffer: false,
@@ -77,6 +78,7 @@ class Host {
 
     nextFrame(wake) {
         ++this.frames;
+        this.fence();
         this.tell();
         this.waiting = wake;
         this.schedule();
@@ -92,6 +94,24 @@ class Host {
             requestAnimationFrame(() => this.goOn());
     }
 
+    fence() {
+        const gl = this.context;
+        if (!gl)
+            return;
+        this.fences.push(gl.fenceSync(gl.SYNC_GPU_COMMANDS_COMPLETE, 0));
+        gl.flush();
+    }
+
+    // A browser takes the calls of a frame, and may draw it whenever it gets to it: Firefox on a slow
+    // rasteriser had nine seconds of the show still to draw. Two frames may wait, no more.
+    isBehind() {
+        const gl = this.context;
+        while (this.fences.length > 0 &&
+               gl.getSyncParameter(this.fences[0], gl.SYNC_STATUS) === gl.SIGNALED)
+            gl.deleteSync(this.fences.shift());
+        return this.fences.length > 1;
+    }
+
     goOn() {
         if (this.paused || !this.waiting)
             return;
@@ -99,6 +119,11 @@ class Host {
         this.waiting = null;
         if (this.lost())
             return;
+        if (this.isBehind()) {
+            this.waiting = wake;
+            setTimeout(() => this.goOn(), 1);
+            return;
+        }
         try {
             wake();
         } catch (error) {
@@ -109,7 +134,8 @@ class Host {
 
     tell() {
         const seconds = this.music ? (this.clock.now() - this.music.begin) / 1000 : 0;
-        postMessage({kind: 'frame', number: this.frames, seconds, wall: wallTime()});
+        const undrawn = this.fences.length;
+        postMessage({kind: 'frame', number: this.frames, seconds, wall: wallTime(), undrawn});
     }
 
     playMusic() {
