@@ -3,11 +3,12 @@
 
 table=${scratch:?}/table
 
-# summary NAME UNIT: reads "VALUE REFERENCE [MOMENT]" of each round and keeps a row of the table: the
+# summary NAME UNIT [DIGITS]: reads "VALUE REFERENCE [MOMENT]" of each round and keeps a row of the table: the
 # median, what it lies between, and the median of the multiples. A MOMENT, in seconds of demo time, is
-# told in the unit: that of the round which the median is from.
+# told in the unit: that of the round which the median is from. The multiple has two digits behind its
+# point, or DIGITS. Without any rounds there is no row.
 summary() {
-    awk -v name="$1" -v unit="$2" '
+    awk -v name="$1" -v unit="$2" -v digits="${3:-2}" '
         function order(by, n,  i, j, k) { # the rounds, the least first
             for (i = 1; i <= n; i++) index_of[i] = i
             for (i = 2; i <= n; i++) {
@@ -18,6 +19,7 @@ summary() {
         }
         { value[NR] = $1; ratio[NR] = $2 > 0 ? $1 / $2 : 0; moment[NR] = $3 }
         END {
+            if (NR == 0) exit
             middle = int((NR + 1) / 2)
             order(value, NR)
             at = index_of[middle]
@@ -27,7 +29,7 @@ summary() {
             times = ratio[index_of[middle]]
             printf "%s\t%s%s\t%.4g\t%.4g\t%.4g\t%s\n", name, unit,
                    (moment[at] == "" ? "" : sprintf(", %.1f s", moment[at])), value[at], least, most,
-                   (times > 0 ? sprintf("%.2f", times) : "-")
+                   (times > 0 ? sprintf("%.*f", digits, times) : "-")
         }' >>"$table"
 }
 

@@ -26,9 +26,10 @@ std::string Flights(const std::string& frames, const std::string& column = "2") 
 }
 
 /// The row of the table that the rounds make.
-std::string Row(const std::string& rounds) {
+std::string Row(const std::string& rounds, const std::string& digits = "") {
     return Output(rounds, "scratch=. && . '" NIMBREL_SOURCE_DIR
-                          "/bench/table.sh' && summary name ms <input && cat table && rm table");
+                          "/bench/table.sh' && summary name ms " +
+                              digits + " <input && cat table && rm table");
 }
 
 } // namespace
@@ -64,4 +65,16 @@ TEST(Bench, Tells_the_median_of_all_rounds_and_that_of_the_multiples) {
 TEST(Bench, Tells_no_multiple_of_what_took_no_time) {
     const ScratchDir scratch;
     EXPECT_EQ(Row("30 0\n"), "name\tms\t30\t30\t30\t-\n");
+}
+
+// 1000.4 / 1000 is 1.0004.
+TEST(Bench, Tells_small_differences_with_more_digits) {
+    const ScratchDir scratch;
+    EXPECT_EQ(Row("1000.4 1000\n"), "name\tms\t1000\t1000\t1000\t1.00\n");
+    EXPECT_EQ(Row("1000.4 1000\n", "4"), "name\tms\t1000\t1000\t1000\t1.0004\n");
+}
+
+TEST(Bench, Has_no_row_of_what_was_not_measured) {
+    const ScratchDir scratch;
+    EXPECT_EQ(Row(""), "");
 }

@@ -195,6 +195,7 @@ const Need needs[] = {
      {},
      {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "libbenchmark-dev", "libfast-float-dev"}},
     {"bench/run", {"start"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
+    {"bench/run", {"replay"}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev"}},
     {"bench/run", {"mesh"}, {"g++", "libfast-float-dev"}},
     {"bench/run", {"nodes", "music"}, {"g++", "libbenchmark-dev"}},
     {"bench/film", {}, {"g++", "libgl1-mesa-dri", "nlohmann-json3-dev", "ffmpeg"}},
