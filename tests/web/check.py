@@ -9,6 +9,7 @@ measured, and fails on what is out of bounds. Needs a display and PulseAudio.
 import base64
 import functools
 import http.server
+import os
 import pathlib
 import signal
 import subprocess
@@ -71,6 +72,11 @@ class Check:
 
     def shot(self, page, name):
         page.screenshot(str(self.out / f"{page.name}-{name}.png"))
+
+    def grab(self, page, name):
+        """The display itself, where a browser's own screenshot cannot be asked for."""
+        subprocess.run(["ffmpeg", "-v", "error", "-y", "-f", "x11grab", "-i", os.environ["DISPLAY"],
+                        "-frames:v", "1", str(self.out / f"{page.name}-{name}.png")], check=True)
 
     def size(self):
         """What a server sends for all of the page, as far as web/make has compressed it."""
@@ -175,14 +181,29 @@ class Check:
                     f"{page.name}: shown again it goes on, {apart:.0f} ms apart")
 
     def sizes(self, page):
-        """Wide, narrow, and on a phone."""
-        self.play(page)
+        """Small and large, on a phone, and full screen, which Escape leaves together with the show."""
+        self.open(page)
+        self.at_sizes(page, "ready")
+        page.run(PLAY)
+        page.until("nimbrel.show && nimbrel.show.at && nimbrel.show.at.seconds > 4")
+        self.at_sizes(page, "playing")
+        page.run("(document.getElementById('full').click(), 0)")
+        page.until("document.fullscreenElement && document.fullscreenElement.id === 'stage'")
+        time.sleep(2)
+        self.grab(page, "full-screen")
+        page.run("document.exitFullscreen()")
+        page.until(f"{STATE} === 'over'", 20)
+        self.expect(True, f"{page.name}: leaving full screen ends the show")
+
+    def at_sizes(self, page, state):
         for name, width, height, phone in SIZES:
             page.resize(width, height, phone)
             time.sleep(1)
-            self.shot(page, name)
-            over = page.run("document.documentElement.scrollWidth - innerWidth")
-            self.expect(over <= 0, f"{page.name}: nothing sticks out at {width} x {height}")
+            self.shot(page, f"{name}-{state}")
+            room = page.run("[innerWidth - document.documentElement.scrollWidth,"
+                            " innerHeight - document.documentElement.scrollHeight]")
+            self.expect(min(room) >= 0, f"{page.name}, {state}: nothing sticks out at {width} x {height}")
+        page.resize(1000, 600)
 
     def loss(self, page):
         """A lost context is said, and the show can be played again."""
@@ -200,7 +221,9 @@ class Check:
         self.open(page, "?at=97&log", "playing")
         page.until(f"{STATUS} === 'The frame at 97 s.'", 60)
         self.shot(page, "at-97")
-        self.expect(True, f"{page.name}: ?at=97 shows its frame")
+        top, bottom = page.run("[document.getElementById('stage').getBoundingClientRect().top,"
+                               " innerHeight - document.getElementById('log').getBoundingClientRect().bottom]")
+        self.expect(top > 0 and bottom == 0, f"{page.name}: ?at=97 shows its frame, the log below it")
 
     def mute(self, page):
         """Where nothing may sound, silence keeps the time."""
@@ -236,8 +259,8 @@ APART = ("(() => { const {seconds, wall} = nimbrel.show.at;"
          "return (seconds - nimbrel.music.heardAt(wall)) * 1000; })()")
 HIDE = ("(Object.defineProperty(document, 'hidden', {get: () => %s, configurable: true}),"
         "document.dispatchEvent(new Event('visibilitychange')), 0)")
-SIZES = [("wide", 1900, 600, False), ("narrow", 500, 700, False), ("phone", 390, 800, True),
-         ("phone-lying", 800, 390, True)]
+SIZES = [("large", 2560, 1440, False), ("middle", 1280, 720, False), ("wide", 1900, 600, False),
+         ("narrow", 500, 700, False), ("phone", 390, 800, True), ("phone-lying", 800, 390, True)]
 CHROMIUM_ONLY = {"slow"}
 
 
