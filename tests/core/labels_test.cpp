@@ -2,10 +2,9 @@
 
 #include "engine/core/labels.h"
 
-#include <gtest/gtest.h>
+#include "tests/allocations/allocations.h"
 
-#include <cstdlib>
-#include <new>
+#include <gtest/gtest.h>
 
 using Vell::Label;
 using Vell::LabelOf;
@@ -14,8 +13,6 @@ using Vell::Unlabel;
 
 namespace {
 
-int allocations = 0;
-
 // Made before the first label and gone after main(), as an engine user's static objects are: what
 // it takes its label from must still be there, which the sanitizers would tell.
 const struct Survivor {
@@ -23,22 +20,6 @@ const struct Survivor {
 } survivor;
 
 } // namespace
-
-// Never inlined: where only one of a pair is, the compiler takes it for a stranger to the other.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 TEST(Labels, Say_what_an_object_was_called_last) {
     EXPECT_EQ(LabelOf(ObjectKind::Texture, 1), "");
@@ -95,8 +76,8 @@ TEST(Labels, Are_not_taken_by_object_0_which_is_none) {
 
 TEST(Labels, Are_read_without_taking_memory) {
     Label(ObjectKind::Program, 7, "a text that is longer than what a string holds by itself");
-    const int before = allocations;
+    const int before = Allocations();
     for (GLuint name = 0; name < 100; ++name)
         LabelOf(ObjectKind::Program, name);
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(Allocations(), before);
 }

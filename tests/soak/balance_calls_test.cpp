@@ -5,8 +5,8 @@
 
 #include "demo/assets.h"
 #include "demo/scene1.h"
-#include "tests/soak/process_state.h"
 #include "tests/support/demo_data.h"
+#include "tests/support/process_state.h"
 
 #include <map>
 #include <memory>
@@ -82,8 +82,8 @@ TEST_F(SceneBalance, Of_every_round_only_what_is_left_on_purpose_stays) {
 TEST_F(SceneBalance, Of_every_round_no_file_stays_open) {
     ASSERT_NO_FATAL_FAILURE(MakeData());
     LoadDrawAndDelete();
-    const int before = Soak::OpenDescriptors();
+    const int before = OpenDescriptors();
     for (int round = 1; round < rounds; ++round)
         LoadDrawAndDelete();
-    EXPECT_EQ(Soak::OpenDescriptors(), before);
+    EXPECT_EQ(OpenDescriptors(), before);
 }

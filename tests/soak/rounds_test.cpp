@@ -11,10 +11,10 @@
 #include "demo/show.h"
 #include "engine/core/core.h"
 #include "sound/control.h"
-#include "tests/soak/process_state.h"
 #include "tests/support/fake_time.h"
 #include "tests/support/gl_test.h"
 #include "tests/support/private_member.h"
+#include "tests/support/process_state.h"
 #include "tests/system/nimbrel_test.h"
 
 #include <SDL.h>
@@ -75,10 +75,10 @@ void DeletePrograms() {
 
 /// What a process has that must not grow.
 struct State {
-    int descriptors = Soak::OpenDescriptors();
+    int descriptors = OpenDescriptors();
     int objects = CountObjects();
-    std::size_t heap = Soak::HeapBytes();
-    std::size_t resident = Soak::ResidentBytes();
+    std::size_t heap = HeapBytes();
+    std::size_t resident = ResidentBytes();
 };
 
 std::ostream& operator<<(std::ostream& out, const State& state) {

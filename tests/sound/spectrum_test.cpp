@@ -1,6 +1,6 @@
 #include "sound/spectrum.h"
 
-#include "tests/sound/allocations.h"
+#include "tests/allocations/allocations.h"
 #include "tests/sound/whole_track.h"
 
 #include <gmock/gmock.h>

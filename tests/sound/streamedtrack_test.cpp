@@ -1,8 +1,9 @@
 #include "sound/streamedtrack.h"
 
-#include "tests/sound/allocations.h"
+#include "tests/allocations/allocations.h"
 #include "tests/sound/mp3_maker.h"
 #include "tests/sound/whole_track.h"
+#include "tests/support/process_state.h"
 #include "tests/support/scratch.h"
 
 #include <gtest/gtest.h>
@@ -116,15 +117,6 @@ TEST_F(StreamedTrackTest, Takes_no_memory_of_its_own_while_it_plays) {
     EXPECT_EQ(Allocations(), before);
 }
 
-/// What of this program is in memory, in bytes.
-std::size_t Resident() {
-    std::ifstream file("/proc/self/statm");
-    std::size_t all = 0;
-    std::size_t resident = 0;
-    file >> all >> resident;
-    return resident * 4096;
-}
-
 TEST_F(StreamedTrackTest, Needs_no_more_memory_for_an_hour_than_for_seconds) {
     const std::string minute = EncodeMp3(Sine(60 * 22050, 440.0, 1000.0, 22050, 1), false);
     {
@@ -132,7 +124,7 @@ TEST_F(StreamedTrackTest, Needs_no_more_memory_for_an_hour_than_for_seconds) {
         for (int i = 0; i < 60; ++i)
             file << minute;
     }
-    const std::size_t before = Resident();
+    const std::size_t before = ResidentBytes();
     const StreamedTrack hour(Mp3File::Open("hour.mp3"));
     EXPECT_GE(hour.Frames(), 3600 * 22050);
     Samples samples(2 * 441);
@@ -140,7 +132,7 @@ TEST_F(StreamedTrackTest, Needs_no_more_memory_for_an_hour_than_for_seconds) {
         hour.Read(second * 22050, samples);
     // Twenty minutes of it would be 1,200 * 22,050 * 4 bytes, 106 MB. What is held is four seconds,
     // 353 kB; the rest is the heap's own.
-    EXPECT_LT(Resident(), before + (std::size_t{32} << 20));
+    EXPECT_LT(ResidentBytes(), before + (std::size_t{32} << 20));
 }
 
 } // namespace

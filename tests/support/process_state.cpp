@@ -1,4 +1,4 @@
-#include "tests/soak/process_state.h"
+#include "tests/support/process_state.h"
 
 #include <filesystem>
 #include <fstream>
@@ -6,8 +6,6 @@
 
 #include <malloc.h>
 #include <unistd.h>
-
-namespace Soak {
 
 int OpenDescriptors() {
     const std::filesystem::directory_iterator all("/proc/self/fd");
@@ -27,5 +25,3 @@ std::size_t ResidentBytes() {
     file >> all >> resident;
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
-
-} // namespace Soak

@@ -2,8 +2,6 @@
 
 #include <cstddef>
 
-namespace Soak {
-
 /// How many descriptors this process has open, besides the one that finds out.
 int OpenDescriptors();
 
@@ -12,5 +10,3 @@ std::size_t HeapBytes();
 
 /// Bytes of memory that the process keeps, after what is free has been handed back.
 std::size_t ResidentBytes();
-
-} // namespace Soak

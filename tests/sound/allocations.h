@@ -1,4 +1,0 @@
-#pragma once
-
-/// How often this program has asked for memory with new. Only programs that call this count.
-int Allocations();
