@@ -10,6 +10,7 @@
 #include "tests/recording/calls.h"
 #include "tests/support/cost.h"
 #include "tests/support/log_page.h"
+#include "tests/support/measured.h"
 
 #include <filesystem>
 #include <fstream>
@@ -174,6 +175,7 @@ TEST_F(HostileFiles, Come_to_what_their_table_says_in_its_time_and_memory) {
     const std::vector<Row> rows = ReadTable();
     const Hostile::Bases bases = ReadBases();
     EXPECT_GE(rows.size(), leastRows);
+    double seconds = 0.0;
     for (const Row& row : rows) {
         SCOPED_TRACE("files.table:" + std::to_string(row.line) + ": " + row.kind + ", " + row.what);
         const std::string path = std::to_string(row.line) + '.' + row.kind;
@@ -188,7 +190,10 @@ TEST_F(HostileFiles, Come_to_what_their_table_says_in_its_time_and_memory) {
         EXPECT_EQ(cost.ending.errors, "");
         EXPECT_EQ(Tools::Fact(cost.facts, "comes"), row.comes);
         EXPECT_LE(cost.seconds, row.seconds);
+        seconds += cost.seconds;
         EXPECT_TRUE(!memoryCounts || static_cast<double>(cost.bytes) <= row.mebibytes * mebibyte)
-            << static_cast<double>(cost.bytes) / mebibyte << " MiB";
+            << InWords(cost);
     }
+    TellMeasured(std::to_string(rows.size()) + " files",
+                 std::to_string(seconds) + " s of the processor");
 }

@@ -6,6 +6,7 @@
 #include "tests/recording/calls.h"
 #include "tests/support/cost.h"
 #include "tests/support/log_page.h"
+#include "tests/support/measured.h"
 
 #include <gmock/gmock.h>
 #include <jpeglib.h>
@@ -66,8 +67,8 @@ protected:
             patience);
         EXPECT_TRUE(cost.ending.InOrder()) << name << ' ' << cost.ending.InWords();
         EXPECT_EQ(cost.ending.errors, "");
-        std::printf("%s of %zu bytes: %.1f MiB, %.3f s\n", name.c_str(), ReadFile(name).size(),
-                    static_cast<double>(cost.bytes) / mebibyte, cost.seconds);
+        TellMeasured(name + " of " + std::to_string(ReadFile(name).size()) + " bytes",
+                     InWords(cost));
         const auto number = [&](const char* what) { return Tools::FactNumber(cost.facts, what); };
         return {number("loaded") == 1, ivec2(number("width"), number("height")), number("rows"),
                 std::move(cost)};

@@ -36,6 +36,7 @@ case $1 in --preset)
 add_test([=[core_clock_test]=] "$here/core_clock_test")
 set_tests_properties([=[core_clock_test]=] PROPERTIES  LABELS "core" TIMEOUT "300")
 add_test([=[core_fbo_test]=] "$here/core_fbo_test")
+add_test([=[soak_rounds_test]=] "$here/soak_rounds_test")
 add_test([=[sound_threads]=] "setarch" "-R" "$here/sound/sound_threads")
 TEXT
     [ $2 = asan ] || echo 'add_test([=[art_check]=] "/any/where/art/make" "--check")' \
@@ -113,6 +114,31 @@ TEST_F(Parts, Of_one_name_pass_over_the_build_that_has_no_such_test) {
     EXPECT_THAT(end.errors, HasSubstr("None of these tests is for this build.\n"));
     EXPECT_THAT(Calls(), Not(HasSubstr("--target tests/"))) << "the script that it runs builds";
     EXPECT_EQ(Lines(Calls("ctest"), "").size(), 1U);
+}
+
+TEST_F(Parts, Of_one_name_tell_how_many_tests_passed_and_what_they_measured) {
+    StandIn("ctest", R"(
+mkdir -p "$2/Testing/Temporary"
+cat >"$2/Testing/Temporary/LastTest.log" <<TEXT
+1/1 Testing: core_clock_test
+1/1 Test: core_clock_test
+measured: a tick: 0.1 s
+unmeasured: 1
+[  PASSED  ] 7 tests.
+TEXT)");
+    const Tools::Ending end = Run("test", {"core_clock"});
+    EXPECT_THAT(Lines(end.errors, "core_clock_test"),
+                ElementsAre("core_clock_test: a tick: 0.1 s", "core_clock_test: 7 tests pass",
+                            "core_clock_test: a tick: 0.1 s", "core_clock_test: 7 tests pass"))
+        << "of both builds";
+}
+
+TEST_F(Parts, Of_a_soak_tell_it_how_often_and_how_fast) {
+    StandIn("ctest", "echo $NIMBREL_SOAK_SCENES $NIMBREL_SOAK_SHOWS $NIMBREL_SOAK_FRAMES >numbers");
+    EXPECT_EQ(Run("test", {"soak"}).exitStatus, 0);
+    EXPECT_EQ(ReadFile("numbers"), "200 3 2\n");
+    Run("test", {"soak", "--shows", "20", "--fps", "60", "--scenes", "5"});
+    EXPECT_EQ(ReadFile("numbers"), "5 20 60\n");
 }
 
 TEST_F(Parts, Know_every_test_that_there_is) {

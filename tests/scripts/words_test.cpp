@@ -88,6 +88,12 @@ TEST_F(Words, Of_tests_must_match_the_name_of_one) {
     ExpectRefused("./test", {"style", "format"}, "\"format\" is one word too many: ./test water");
 }
 
+TEST_F(Words, Of_a_soak_are_numbers_and_go_with_nothing_else) {
+    ExpectRefused("./test", {"soak", "--shows", "many"},
+                  "--shows needs a whole number from 1 to 1000, not \"many\": --shows 20");
+    ExpectRefused("./test", {"style", "--shows", "3"}, "--shows goes with ./test soak only");
+}
+
 TEST_F(Words, Of_art_must_name_what_is_made) {
     ExpectRefused("art/make", {"moon"},
                   "needs names of what it makes (sky, water, logo, fish, wisps, textures, views, "

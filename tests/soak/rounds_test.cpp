@@ -1,7 +1,7 @@
 // The show and its scene, again and again in one process, on the real driver and with the real
 // data: memory, descriptors and OpenGL's objects stay what they are. On request, for it takes long.
 //
-// NIMBREL_SOAK_LOADS     scenes that are loaded, drawn and deleted (200)
+// NIMBREL_SOAK_SCENES    scenes that are loaded, drawn and deleted (200)
 // NIMBREL_SOAK_SHOWS     whole shows as they are filmed, with their music (3)
 // NIMBREL_SOAK_FRAMES    of a second of them (2)
 
@@ -13,6 +13,7 @@
 #include "sound/control.h"
 #include "tests/support/fake_time.h"
 #include "tests/support/gl_test.h"
+#include "tests/support/measured.h"
 #include "tests/support/private_member.h"
 #include "tests/support/process_state.h"
 #include "tests/system/nimbrel_test.h"
@@ -21,11 +22,14 @@
 #include <fmod.h>
 
 #include <algorithm>
-#include <iostream>
+#include <chrono>
+#include <sstream>
 
 OPEN_PRIVATE(scene1Ripple, &Scene1::ripple);
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kibibyte = 1024;
 
@@ -169,7 +173,9 @@ protected:
             DeletePrograms();
         }
         const State after;
-        std::cout << count << " rounds. Before: " << before << ". After: " << after << ".\n";
+        std::ostringstream words;
+        words << "before: " << before << "; after: " << after;
+        TellMeasured(std::to_string(count) + " rounds", words.str());
         const auto rounds = static_cast<std::size_t>(count);
         EXPECT_EQ(after.descriptors, before.descriptors);
         EXPECT_EQ(after.objects, before.objects + buffersARound * count);
@@ -184,13 +190,15 @@ private:
 } // namespace
 
 TEST_F(Rounds, Of_scenes_loaded_drawn_and_deleted_leave_the_process_as_it_was) {
-    ExpectNothingGrows(Number("NIMBREL_SOAK_LOADS", 200), [] { DoRound(DrawSome); });
+    ExpectNothingGrows(Number("NIMBREL_SOAK_SCENES", 200), [] { DoRound(DrawSome); });
 }
 
 TEST_F(Rounds, Of_whole_shows_leave_the_process_as_it_was) {
     const double step = 1.0 / Number("NIMBREL_SOAK_FRAMES", 2);
     float loudest = 0.0f;
+    std::chrono::duration<double> longest{};
     ExpectNothingGrows(Number("NIMBREL_SOAK_SHOWS", 3), [&] {
+        const auto begin = Clock::now();
         Music music;
         DoRound([&](Scene1& scene) {
             scene.SetSpectrum(music.spectrum);
@@ -202,6 +210,8 @@ TEST_F(Rounds, Of_whole_shows_leave_the_process_as_it_was) {
             }
         });
         loudest = music.loudest;
+        longest = std::max(longest, std::chrono::duration<double>(Clock::now() - begin));
     });
+    TellMeasured("the longest show", std::to_string(longest.count()) + " s");
     EXPECT_GT(loudest, 0.0f) << "no music was heard";
 }

@@ -1,7 +1,8 @@
 #include "tests/support/cost.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
-#include <string>
 
 #include <sys/resource.h>
 
@@ -24,6 +25,14 @@ double ProcessorSeconds(const rusage& usage) {
 }
 
 } // namespace
+
+std::string InWords(const Cost& cost) {
+    constexpr double mebibyte = 1 << 20;
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%.1f MiB, %.3f s",
+                  static_cast<double>(cost.bytes) / mebibyte, cost.seconds);
+    return text.data();
+}
 
 Cost CostOf(const std::function<void(const Tools::Report&)>& work, double patience) {
     const Tools::IsolatedRun run = Tools::RunIsolated(

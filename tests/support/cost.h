@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <string>
 
 /// What a piece of work took in a process of its own.
 struct Cost {
@@ -12,6 +13,9 @@ struct Cost {
     double seconds = 0.0;  ///< of the processor, in that process
     std::size_t bytes = 0; ///< the most memory at a time, beyond what there was at its beginning
 };
+
+/// "2.0 MiB, 0.013 s"
+std::string InWords(const Cost& cost);
 
 /// Calls `work` in a child process, for at most so many seconds.
 Cost CostOf(const std::function<void(const Tools::Report&)>& work, double patience);
