@@ -36,9 +36,14 @@ if(VELL_FUZZ) # libFuzzer sees which ways through the code an attempt takes
     target_compile_options(vell_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# Only engine, demo and sound are measured, so this is a library of its own.
+# The tests themselves are not measured, so this is a library of its own.
 add_library(vell_coverage INTERFACE)
 if(VELL_COVERAGE)
     target_compile_options(vell_coverage INTERFACE --coverage)
     target_link_options(vell_coverage INTERFACE --coverage)
+    add_library(vell_counters STATIC tests/counters/exit.cpp)
+    set_target_properties(vell_counters PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    # Asked for by name, because archives that come after this one call it too.
+    target_link_options(vell_coverage INTERFACE LINKER:--wrap=_exit LINKER:-u,__wrap__exit)
+    target_link_libraries(vell_coverage INTERFACE vell_counters)
 endif()
