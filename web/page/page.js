@@ -4,11 +4,14 @@
 const element = (id) => document.getElementById(id);
 const parameters = new URLSearchParams(location.search);
 
+// For whoever measures: seconds from frame to frame, in the place of real time.
+const stepGiven = parameters.has('step') ? Number(parameters.get('step')) : undefined;
+
 const texts = {
-    ready: 'Two minutes, with music. F: full screen. Escape ends.',
+    ready: `${page.show.seconds ? 'Two minutes, with music. ' : ''}F: full screen. Escape ends.`,
     starting: 'Starting …',
     paused: 'Paused while the page is hidden.',
-    ended: 'That was Nimbrel.',
+    ended: `That was ${page.show.title}.`,
     lost: 'The graphics card took the picture away. It can be played again.',
     silent: 'This browser plays no sound here: silence keeps the time.',
     unable: 'This browser offers no WebGL 2 to the page, and the show is drawn with it.',
@@ -60,6 +63,8 @@ let chapter = null;
 // Marks the flight that is on; null marks none.
 function markChapter(seconds) {
     const {flights} = page.show;
+    if (flights.length === 0)
+        return;
     const now = seconds === null ? null : flights.filter(({begin}) => begin <= seconds).length - 1;
     if (now === chapter)
         return;
@@ -103,7 +108,9 @@ class Show {
         element('picture').replaceWith(fresh);
         const canvas = fresh.transferControlToOffscreen();
         this.order('play', {program: files.program, pack: files.pack, index: page.index, canvas,
-            moments: [], unpaced: parameters.has('unpaced')}, [canvas]);
+            words: [], unpaced: parameters.has('unpaced'), step: stepGiven}, [canvas]);
+        if (!page.show.seconds) // the show listens to Escape alone
+            followInput(fresh, page.show.width, (event, cause) => this.input(event, cause));
     }
 
     order(name, values = {}, transfer = []) {
@@ -138,11 +145,21 @@ class Show {
         this.at = {seconds, wall, undrawn};
         if (number === 1)
             this.firstFrame = wall;
+        if (number === 1 && !page.show.music) // nothing is waited for any more
+            say('');
         markChapter(seconds);
     }
 
     escape() {
-        this.order('escape');
+        this.order('event', {event: escapeEvent});
+    }
+
+    input(event, cause) {
+        if (this.over)
+            return;
+        if (cause.key && cause.key.startsWith('Arrow')) // which would scroll the page
+            cause.preventDefault();
+        this.order('event', {event});
     }
 
     async pause() {
@@ -173,6 +190,8 @@ class Show {
 
 // The track is decoded beside everything else, while nobody waits for it.
 function decodeTrack(files, music) {
+    if (!page.show.music)
+        return Promise.resolve();
     const worker = new Worker(files.worker);
     return new Promise((resolve) => {
         worker.onmessage = ({data}) => {
@@ -186,25 +205,29 @@ function decodeTrack(files, music) {
     });
 }
 
-// The pictures of these moments, as the film has them: {number, pixels, width, height} each.
-function pictures(files, moments, take) {
+// Runs the program without anybody looking: with these words behind its name, and this environment.
+// `take` gets its pictures, and whoever names a file `taken` what it left there: {status, log, file}.
+function runAside(files, {words = [], environment = {}, taken = null, step}, take = () => {}) {
     const worker = new Worker(files.worker);
     return new Promise((resolve, reject) => {
-        worker.onmessage = ({data}) => {
-            if (data.kind === 'picture')
-                take(data);
-            if (data.kind === 'failed')
-                reject(new Error(data.reason));
-            if (data.kind === 'ended') {
-                showLog(data.log);
-                worker.terminate();
-                resolve();
-            }
+        const answers = {
+            picture: take,
+            failed: ({reason}) => reject(new Error(reason)),
+            lost: () => reject(new Error(texts.lost)),
+            said: ({text}) => console.info(text),
+            ended: (ended) => { worker.terminate(); resolve(ended); },
         };
+        worker.onmessage = ({data}) => answers[data.kind] && answers[data.kind](data);
         const canvas = new OffscreenCanvas(page.show.width, page.show.height);
         worker.postMessage({order: 'play', program: files.program, pack: files.pack, index: page.index,
-            canvas, moments}, [canvas]);
+            canvas, words, environment, taken, unpaced: true, step}, [canvas]);
     });
+}
+
+// The pictures of these moments, as the film has them: {number, pixels, width, height} each.
+async function pictures(files, moments, take) {
+    const {log} = await runAside(files, {words: moments.map(String)}, take);
+    showLog(log);
 }
 
 function paint({pixels, width, height}) {
@@ -240,7 +263,7 @@ function standIn() {
     enter('unable', texts.unable);
     const film = element('film');
     element('still').src = element('still').dataset.address;
-    element('still').hidden = false;
+    element('still').hidden = element('still').src === 'data:,';
     film.onloadedmetadata = () => {
         film.hidden = false;
         element('still').hidden = true;
@@ -294,11 +317,20 @@ function followFullscreen() {
         show.escape();
 }
 
+// As large as what is played.
+function layPicture() {
+    const {width, height} = page.show;
+    document.documentElement.style.setProperty('--ratio', `${width} / ${height}`);
+    Object.assign(element('picture'), {width, height});
+    element('logo').hidden = element('logo').src === 'data:,';
+}
+
 async function begin() {
     layChapters();
     document.addEventListener('keydown', handleKeys);
     document.addEventListener('visibilitychange', followVisibility);
     document.addEventListener('fullscreenchange', followFullscreen);
+    layPicture();
     element('sharp').onclick = toggleSharp;
     element('full').onclick = toggleFull;
     element('end').onclick = () => show.escape();
@@ -307,7 +339,7 @@ async function begin() {
         return;
     }
     const files = await takeFiles(showProgress);
-    if (parameters.has('at')) {
+    if (parameters.has('at') && page.show.seconds) {
         await showMoment(files);
         return;
     }
@@ -320,7 +352,8 @@ async function begin() {
         show = new Show(files, music);
         window.nimbrel.show = show;
     };
-    window.nimbrel = {files, music, decoded, pictures: (moments, take) => pictures(files, moments, take)};
+    window.nimbrel = {files, music, decoded, pictures: (moments, take) => pictures(files, moments, take),
+        run: (how) => runAside(files, how)};
     enter('ready', texts.ready);
 }
 

@@ -38,7 +38,7 @@ class Host {
         this.canvas = canvas;
         this.at = at;
         this.clock = new ShowClock();
-        this.escape = false;
+        this.events = []; // as nextEvent() has them
         this.paused = false;
         this.waiting = null; // what goes on with the next frame
         this.music = null; // {begin: show time, heard: seconds, wall: when that was heard}
@@ -66,14 +66,16 @@ class Host {
         return lost;
     }
 
+    // For whoever measures or compares, each frame may be `step` seconds behind the one before.
     microseconds() {
+        if (this.step !== undefined)
+            return (1000 + this.frames * this.step) * 1e6;
         return this.clock.now() * 1000;
     }
 
-    escapePressed() {
-        const pressed = this.escape;
-        this.escape = false;
-        return pressed;
+    // [kind, two numbers], as web/shell/page.h has them; kind 0 when nothing more happened.
+    nextEvent() {
+        return this.events.shift() || [0, 0, 0];
     }
 
     nextFrame(wake) {
@@ -126,6 +128,8 @@ class Host {
         }
         try {
             wake();
+            if (!this.waiting)
+                this.exit();
         } catch (error) {
             if (error.name !== 'ExitStatus' && !this.lost()) // the first is how a program ends
                 throw error;
@@ -197,8 +201,8 @@ function lay(FS, pack, index) {
     }
 }
 
-function instantiate(program, host, whenEnded) {
-    return createNimbrel({
+function instantiate(program, host, environment, whenEnded) {
+    return createProgram({
         host,
         instantiateWasm: (imports, done) => {
             WebAssembly.instantiate(program, imports).then((instance) => done(instance));
@@ -206,35 +210,41 @@ function instantiate(program, host, whenEnded) {
         },
         print: (text) => postMessage({kind: 'said', text}),
         printErr: (text) => postMessage({kind: 'said', text}),
+        preRun: [(module) => Object.assign(module.ENV, environment)],
         onExit: whenEnded,
         onAbort: (reason) => postMessage({kind: 'failed', reason: String(reason)}),
     });
 }
 
-function logOf(FS) {
+function fileOf(FS, path) {
     try {
-        return FS.readFile('/Vell_log.html', {encoding: 'utf8'});
+        return FS.readFile(path);
     } catch (error) {
-        return '';
+        return new Uint8Array(0);
     }
 }
 
-async function play({program, pack, index, canvas, moments, unpaced}) {
+const logOf = (FS) => new TextDecoder().decode(fileOf(FS, '/Vell_log.html'));
+
+// `taken`: a file of the program's that is wanted when it has ended.
+async function play({program, pack, index, canvas, words, environment, taken, unpaced, step}) {
     const host = new Host(canvas);
-    host.unpaced = unpaced;
+    Object.assign(host, {unpaced, step});
     self.host = host;
-    const module = await instantiate(program, host,
-        (status) => postMessage({kind: 'ended', status, log: logOf(module.FS)}));
+    const module = await instantiate(program, host, environment, (status) => postMessage({
+        kind: 'ended', status, log: logOf(module.FS), file: taken ? fileOf(module.FS, taken) : null}));
     host.log = () => logOf(module.FS);
-    host.error = () => module._web_error(); // ccall() would take the show's pause for its own
+    // By their own names: ccall() would take the show's pause for its own.
+    host.error = () => module._web_error();
+    host.exit = () => module._web_exit();
     lay(module.FS, pack, index);
     postMessage({kind: 'begun'});
-    module.callMain(moments.map(String));
+    module.callMain(words);
 }
 
 async function decode({program, pack, index, path}) {
     const host = new Host(null);
-    const module = await instantiate(program, host, () => {});
+    const module = await instantiate(program, host, {}, () => {});
     lay(module.FS, pack, index.filter((file) => file.path === path));
     const played = module.ccall('web_decode', 'number', ['string'], [path]);
     if (!played || !host.track) {
@@ -263,7 +273,7 @@ const orders = {
     play,
     decode,
     paint,
-    escape: () => { self.host.escape = true; },
+    event: ({event}) => { self.host.events.push(event); },
     pause: () => self.host.pause(),
     resume: () => self.host.resume(),
     hear: (order) => self.host.hear(order),

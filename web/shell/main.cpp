@@ -5,15 +5,12 @@
 #include "web/shell/page.h"
 
 #include <GL/gl.h>
-#include <emscripten.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <vector>
-
-#include <sys/time.h>
 
 // The demo's main(), compiled under this name.
 int NimbrelMain();
@@ -59,21 +56,6 @@ int DrawMoments(int count, char** moments) {
 }
 
 } // namespace
-
-/// The engine's clocks: the page's time, which stands still while nobody sees or hears anything.
-extern "C" int gettimeofday(timeval* time, void*) {
-    constexpr double microsecondsPerSecond = 1e6;
-    const double now = page_microseconds();
-    time->tv_sec = static_cast<time_t>(now / microsecondsPerSecond);
-    time->tv_usec =
-        static_cast<suseconds_t>(now - static_cast<double>(time->tv_sec) * microsecondsPerSecond);
-    return 0;
-}
-
-/// What glGetError() answers by now, for whoever checks the page.
-extern "C" EMSCRIPTEN_KEEPALIVE unsigned web_error() {
-    return glGetError();
-}
 
 /// Without arguments the show; with moments their pictures. By exit(), for a main() that has been
 /// away between two frames has nobody left to return to.

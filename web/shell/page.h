@@ -21,8 +21,15 @@ void page_next_frame(void);
 /// from page_play_music() until the music's first sample is heard.
 double page_microseconds(void);
 
-/// Whether Escape was pressed since it was asked last.
-int page_escape_pressed(void);
+/// What happened next: 0 when nothing did, else one of PAGE_..., with its two numbers in `values`.
+int page_next_event(int* values);
+
+enum {
+    PAGE_KEY_DOWN = 1,    ///< the key's character, small, as Unicode; or one of PAGE_KEY_...
+    PAGE_KEY_UP = 2,      ///< the same
+    PAGE_MOUSE_MOTION = 3 ///< pixels of the picture to the right, and down
+};
+enum { PAGE_KEY_UPWARD = -1, PAGE_KEY_DOWNWARD = -2, PAGE_KEY_LEFT = -3, PAGE_KEY_RIGHT = -4 };
 
 /// The track that the page has ready begins, and ends.
 void page_play_music(void);

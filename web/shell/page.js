@@ -14,8 +14,10 @@ mergeInto(LibraryManager.library, {
     page_microseconds: function() {
         return Module.host.microseconds();
     },
-    page_escape_pressed: function() {
-        return Module.host.escapePressed() ? 1 : 0;
+    page_next_event: function(values) {
+        const [kind, ...numbers] = Module.host.nextEvent();
+        HEAP32.set(numbers, values >> 2);
+        return kind;
     },
     page_play_music: function() {
         Module.host.playMusic();
