@@ -3,6 +3,7 @@
 import base64
 import json
 import os
+import pathlib
 import shutil
 import signal
 import subprocess
@@ -76,6 +77,18 @@ class Browser:
                 pass
             time.sleep(0.1)
         raise BrowserError("the browser does not answer")
+
+    def processor_seconds(self):
+        """Of all its processes, which share a session."""
+        spent = 0
+        for path in pathlib.Path("/proc").glob("[0-9]*/stat"):
+            try:
+                numbers = path.read_text().rsplit(")", 1)[1].split()
+            except OSError:
+                continue  # ended meanwhile
+            if int(numbers[3]) == self.process.pid:
+                spent += int(numbers[11]) + int(numbers[12])
+        return spent / os.sysconf("SC_CLK_TCK")
 
     def until(self, script, seconds=120):
         """Waits until a JavaScript expression is true in the page, and returns it."""

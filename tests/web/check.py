@@ -8,12 +8,16 @@ measured, and fails on what is out of bounds. Needs a display and PulseAudio.
 
 import base64
 import functools
+import html
 import http.server
 import os
 import pathlib
+import re
+import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import threading
 import time
 
@@ -21,6 +25,8 @@ import numpy
 
 import browser
 
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+PROBE = str(ROOT / "build/release/tools/probe/libnimbrel_probe.so")
 WIDTH, HEIGHT = 960, 89
 MESA = ["--use-gl=angle", "--use-angle=gl-egl", "--ignore-gpu-blocklist"]
 SOUND = ["--autoplay-policy=user-gesture-required"]
@@ -113,11 +119,7 @@ class Check:
         page.until("window.whole", 900)
         worst, most = 0.0, 0.0
         for number, moment in enumerate(moments):
-            text = page.run(
-                "(() => { const {pixels} = taken[%d]; let text = '';"
-                "for (let i = 0; i < pixels.length; i += 8192)"
-                " text += String.fromCharCode(...pixels.subarray(i, i + 8192));"
-                "return btoa(text); })()" % number)
+            text = page.run(TO_BASE64 % f"taken[{number}].pixels")
             mean, far = difference(reference(self.references / f"{moment:g}.png"), picture(text))
             print(f"  {moment:7.2f} s: mean {mean:.4f} of 255, off by more than 8: {far:.4f} %")
             worst, most = max(worst, mean), max(most, far)
@@ -187,6 +189,8 @@ class Check:
         page.run(PLAY)
         page.until("nimbrel.show && nimbrel.show.at && nimbrel.show.at.seconds > 4")
         self.at_sizes(page, "playing")
+        if page.name == "Firefox":
+            return  # it denies full screen where there is no window manager
         page.run("(document.getElementById('full').click(), 0)")
         page.until("document.fullscreenElement && document.fullscreenElement.id === 'stage'")
         time.sleep(2)
@@ -242,6 +246,109 @@ class Check:
         self.shot(page, "no-webgl")
         self.expect("no WebGL 2" in page.run(STATUS), f"{page.name}: says that there is no WebGL 2")
 
+    def gallery(self, page):
+        """Each of the gallery's programs draws its native picture, runs, and ends by Escape."""
+        for line in (ROOT / "gallery/programs").read_text().splitlines():
+            if line[:1].isdigit():
+                self.program(page, *line.split()[:2])
+
+    def program(self, page, name, moment):
+        page.open((self.page / "gallery" / f"gallery_{name}.html").as_uri())
+        page.until(f"{STATE} === 'ready'", 300)
+        drawn = self.run_aside(page, f"environment: {{GALLERY_PICTURE: '/p.ppm', GALLERY_MOMENT: '{moment}'}}")
+        mean, far = difference(ppm((self.references / "gallery" / f"{name}.ppm").read_bytes()), ppm(drawn))
+        self.expect(mean <= 0.05 and far <= 0.05,
+                    f"{page.name}: {name}: mean {mean:.4f} of 255, off by more than 8: {far:.4f} %")
+        page.run(PLAY)
+        page.until("nimbrel.show && nimbrel.show.frames > 5", 120)
+        self.shot(page, f"gallery-{name}")
+        page.press("Escape", 27)
+        page.until(f"{STATE} === 'over'", 60)
+
+    def run_aside(self, page, how):
+        """The file that the program leaves as /p.ppm."""
+        page.run("(window.ended = null, nimbrel.run({%s, taken: '/p.ppm', step: 0})"
+                 ".then((result) => { ended = result; }, (error) => { ended = {log: String(error)}; }), 0)" % how)
+        page.until("window.ended", 300)
+        errors = re.findall(r"ERROR.*", re.sub("<.*?>", " ", page.run("ended.log")))
+        self.expect(not errors and page.run("Boolean(ended.file)"), f"{page.name}: errors in the log: {errors}")
+        return base64.b64decode(page.run(TO_BASE64 % "ended.file"))
+
+    def scene(self, page):
+        """A scene of one's own, as docs/ tell to make it, draws the picture that docs/ show of it."""
+        self.open_file(page, self.page / "scene" / "scene.html")
+        drawn = ppm(self.run_aside(page, "words: ['/p.ppm']"))
+        mean, far = difference(image(ROOT / "docs/make-your-own-scene.png", 640, 360), drawn)
+        self.expect(mean <= 0.5 and far <= 1,
+                    f"{page.name}: the scene: mean {mean:.4f} of 255, off by more than 8: {far:.4f} %")
+        page.run(PLAY)
+        page.until("nimbrel.show && nimbrel.show.frames > 5", 120)
+        self.shot(page, "scene")
+
+    def open_file(self, page, path):
+        page.open(path.as_uri())
+        page.until(f"{STATE} === 'ready'", 300)
+
+    def damage(self, page):
+        """Damaged and missing files are rows of the log and not drawn, as natively; the show goes on."""
+        self.open(page, "?log")
+        page.run("(%s, 0)" % ", ".join(DAMAGE[how][0] % path for path, how in DAMAGED.items()))
+        moment = 95.73
+        page.run("(window.taken = [], nimbrel.pictures([%g], (picture) => taken.push(picture))"
+                 ".then(() => { window.whole = true; }), 0)" % moment)
+        page.until("window.whole", 300)
+        rows = page.run("[...document.querySelectorAll('#log tr.error')].map((row) =>"
+                        " [...row.cells].map((cell) => cell.textContent).join(' '))")
+        expected, native = self.damaged_natively(moment)
+        self.expect(sorted(rows) == sorted(expected), f"{page.name}: rows {sorted(rows)}, natively {sorted(expected)}")
+        mean, far = difference(native, picture(page.run(TO_BASE64 % "taken[0].pixels")))
+        self.expect(mean <= 0.01 and far <= 0.01,
+                    f"{page.name}: without them: mean {mean:.4f} of 255, off by more than 8: {far:.4f} %")
+        page.run(PLAY)
+        page.until("nimbrel.show && nimbrel.show.at && nimbrel.show.at.seconds > 2")
+        self.shot(page, "damage")
+
+    @staticmethod
+    def damaged_natively(moment):
+        """The ERROR rows of the log, and the frame."""
+        with tempfile.TemporaryDirectory() as folder:
+            shutil.copytree(ROOT / "Data", pathlib.Path(folder) / "Data")
+            for path, how in DAMAGED.items():
+                DAMAGE[how][1](pathlib.Path(folder) / path)
+            subprocess.run([ROOT / "build/release/tools/movie/nimbrel_film", "--at", str(moment), "frame.png"],
+                           check=True, cwd=folder, capture_output=True)
+            subprocess.run([ROOT / "build/release/demo/nimbrel"], check=True, cwd=folder,
+                           env={**os.environ, "LD_PRELOAD": PROBE, "ALSA_CONFIG_PATH": "/dev/null",
+                                "NIMBREL_PROBE_TIMES": "0"})
+            rows = re.findall(r"<tr.*?</tr>", (pathlib.Path(folder) / "Vell_log.html").read_text(), re.S)
+            cells = [[html.unescape(re.sub("<.*?>", "", cell)).strip() for cell in re.findall(r"<td.*?</td>", row, re.S)]
+                     for row in rows]
+            return ([" ".join(row) for row in cells if "ERROR" in row],
+                    image(pathlib.Path(folder) / "frame.png", WIDTH, HEIGHT))
+
+    def speed(self, page):
+        """The same frames as natively, one every half second of the show: how fast, and how long to the first."""
+        native = Native(0.5)
+        self.open(page, "?unpaced&step=0.5")
+        page.run("(new PerformanceObserver((list) => { (window.tasks ||= []).push(...list.getEntries()"
+                 ".map(({duration}) => duration)); }).observe({type: 'longtask', buffered: true}), 0)")
+        page.run(PAUSES)
+        page.run(PLAY)
+        page.until("nimbrel.show && nimbrel.show.firstFrame", 120)
+        spent, begin = page.processor_seconds(), page.run("nimbrel.show.firstFrame")
+        page.until(f"{STATE} === 'over'", 300)
+        frames, seconds = page.run("nimbrel.show.frames"), page.run("(nimbrel.show.at.wall - %f) / 1000" % begin)
+        rate, spent = (frames - 1) / seconds, (page.processor_seconds() - spent) / frames
+        started = page.run("(nimbrel.show.firstFrame - nimbrel.show.asked) / 1000")
+        print(f"  {page.name}: {frames} frames, {rate:.1f} a second, {spent * 1000:.1f} ms of the processor each;"
+              f" natively {native.frames}, {native.rate:.1f}, {native.processor:.1f} ms")
+        print(f"  {page.name}: {rate / native.rate:.2f} of the native rate;"
+              f" by the processor's time {native.processor / spent / 1000:.2f}")
+        print(f"  {page.name}: the first frame {started:.2f} s after the click, natively {native.start:.2f} s:"
+              f" {started / native.start:.2f} times")
+        print(f"  {page.name}: the page's longest pause {page.run('longestPause'):.0f} ms,"
+              f" its longest tasks {sorted(page.run('window.tasks || []'))[-3:]} ms")
+
     def slow(self, page):
         """From a server over a slow line: how much has come, and how long the rest takes."""
         page.throttle(1_500_000)
@@ -253,6 +360,26 @@ class Check:
         page.until(f"{STATE} === 'ready'", 120)
         self.expect(not page.said(), f"{page.name}: from a server the console says nothing {page.said()}")
 
+
+TO_BASE64 = ("(() => { const bytes = %s; let text = '';"
+             "for (let i = 0; i < bytes.length; i += 8192)"
+             " text += String.fromCharCode(...bytes.subarray(i, i + 8192));"
+             "return btoa(text); })()")
+PAUSES = ("(() => { window.longestPause = 0; let last = performance.now(); setInterval(() => {"
+          "const now = performance.now(); longestPause = Math.max(longestPause, now - last - 5); last = now; }, 5);"
+          "return 0; })()")
+# The page's pack is changed as the file is: each PNG lies there under the same name with other bytes.
+ENTRY = "page.index.find(({path}) => path === '%s')"
+DAMAGE = {
+    "cut": (ENTRY + ".size >>= 1", lambda path: os.truncate(path, path.stat().st_size // 2)),
+    "overwritten": ("((file) => new Uint8Array(nimbrel.files.pack, file.offset, 40).fill(120))(" + ENTRY + ")",
+                    lambda path: path.write_bytes(b"x" * 40 + path.read_bytes()[40:])),
+    "missing": ("page.index.splice(page.index.findIndex(({path}) => path === '%s'), 1)",
+                lambda path: path.unlink())}
+DAMAGED = {
+    "Data/Gfx/City/palace.png": "cut", "Data/Gfx/City/roof.jpg": "overwritten", "Data/Gfx/Wisp/red.png": "overwritten",
+    "Data/Gfx/Fish/fish.xt3dstatic": "overwritten", "Data/Gfx/Wisp/billboard.frag": "missing",
+    "Data/Gfx/City/sky/zneg.jpg": "missing"}
 
 # Milliseconds by which the picture is ahead of the music at one moment of the wall's clock.
 APART = ("(() => { const {seconds, wall} = nimbrel.show.at;"
@@ -270,10 +397,42 @@ def picture(text):
 
 
 def reference(path):
+    return image(path, WIDTH, HEIGHT)
+
+
+def image(path, width, height):
     raw = subprocess.run(
         ["ffmpeg", "-v", "error", "-i", str(path), "-f", "rawvideo", "-pix_fmt", "rgb24", "-"],
         check=True, capture_output=True).stdout
-    return numpy.frombuffer(raw, numpy.uint8).reshape(HEIGHT, WIDTH, 3).astype(int)
+    return numpy.frombuffer(raw, numpy.uint8).reshape(height, width, 3).astype(int)
+
+
+def ppm(content):
+    kind, width, height, _, pixels = content.split(None, 4) if content else (b"", 0, 0, 0, b"")
+    pixels = content[len(content) - 3 * int(width) * int(height):]  # which may begin like a blank
+    return numpy.frombuffer(pixels, numpy.uint8).reshape(int(height), int(width), 3).astype(int)
+
+
+class Native:
+    """The demo itself, one frame every `step` seconds, as fast as it draws."""
+
+    def __init__(self, step):
+        with tempfile.TemporaryDirectory() as folder:
+            report, durations = pathlib.Path(folder) / "report", pathlib.Path(folder) / "frames"
+            begin = time.monotonic()
+            demo = subprocess.Popen(
+                [ROOT / "build/release/demo/nimbrel"], cwd=ROOT, stdout=subprocess.DEVNULL,
+                env={**os.environ, "LD_PRELOAD": PROBE,
+                     "ALSA_CONFIG_PATH": "/dev/null", "NIMBREL_PROBE_STEP": str(step),
+                     "NIMBREL_PROBE_REPORT": str(report), "NIMBREL_PROBE_FRAMES": str(durations)})
+            while not report.exists() and demo.poll() is None:
+                time.sleep(0.005)
+            self.start = time.monotonic() - begin
+            demo.wait()
+            rows = numpy.loadtxt(durations)[1:]
+        self.frames = len(rows) + 1
+        self.rate = 1000 / rows[:, 1].mean()
+        self.processor = rows[:, 2].mean()
 
 
 def difference(expected, actual):
@@ -294,7 +453,8 @@ def main():
     check = Check(*folders)
     check.size()
     situations = sys.argv[4:] or [
-        "frames", "painted", "live", "escape", "hidden", "sizes", "loss", "moment", "mute", "unable", "slow"]
+        "frames", "painted", "live", "escape", "hidden", "sizes", "loss", "moment", "mute", "unable", "slow",
+        "gallery", "scene", "damage", "speed"]
     for situation in situations:
         print(f"{situation}: {getattr(check, situation).__doc__}", flush=True)
         for name in ("Chromium", "Firefox"):
