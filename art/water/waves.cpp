@@ -24,27 +24,29 @@ struct Scale {
     int waves;     ///< how many are drawn from it
     float steep;   ///< root mean square slope of their sum
     float gusting; ///< 0: the same everywhere; 1: only where the gusts blow
+    float across;  ///< what it moves the picture sideways, as a share of up and down
 };
 
 // The tile is twenty units wide: swell of seven to three units, which is all that is left where the
 // water is far, waves of three to one that break the edges of what is mirrored, and ripples that
 // make it tremble near the eye. Nothing is longer, or one would see how soon it comes again.
-constexpr Scale scales[] = {
-    {.fewest = 3, .most = 6, .waves = 26, .steep = 0.10f, .gusting = 0.0f},
-    {.fewest = 6, .most = 16, .waves = 44, .steep = 0.15f, .gusting = 0.15f},
-    {.fewest = 16, .most = 45, .waves = 60, .steep = 0.15f, .gusting = 0.5f},
-    {.fewest = 45, .most = 140, .waves = 80, .steep = 0.06f, .gusting = 0.8f},
-};
-
+//
 // The mirrored picture is ten times as wide as high and is shifted by fractions of either side, so
 // the same slope along s moves it ten times as far. A flat look over water sees it the other way
-// round: waves draw lights out into columns and hardly move them aside.
-constexpr float acrossShare = 0.17f;
+// round: waves draw lights out into columns and hardly move them aside. The shorter a wave, the
+// less it may: what neighbouring pixels fetch from far apart tears the picture into crumbs that
+// glitter.
+constexpr Scale scales[] = {
+    {.fewest = 3, .most = 6, .waves = 26, .steep = 0.11f, .gusting = 0.0f, .across = 0.14f},
+    {.fewest = 6, .most = 16, .waves = 44, .steep = 0.11f, .gusting = 0.15f, .across = 0.10f},
+    {.fewest = 16, .most = 45, .waves = 60, .steep = 0.11f, .gusting = 0.5f, .across = 0.05f},
+    {.fewest = 45, .most = 140, .waves = 80, .steep = 0.055f, .gusting = 0.8f, .across = 0.03f},
+};
 
 // The third part of the normals. The shader makes them unit length, so the smaller it is the
 // farther a wave of the same slope moves the picture, up to the whole of what the shader allows.
-constexpr float calm = 0.34f;  // a mirror, in the lanes between the gusts
-constexpr float windy = 0.13f; // all in pieces
+constexpr float calm = 0.30f;  // a mirror, in the lanes between the gusts
+constexpr float windy = 0.13f; // in pieces
 
 Wave DrawWave(const Scale& scale, Random& random) {
     for (;;) {
@@ -57,7 +59,7 @@ Wave DrawWave(const Scale& scale, Random& random) {
         // A sine of amplitude 1 has a root mean square of sqrt(1/2). The eyes look along all
         // directions, so wherever a wave runs to, it moves the picture up and down.
         const float each = scale.steep * std::sqrt(2.0f / static_cast<float>(scale.waves));
-        const float across = random.Chance(0.5f) ? acrossShare : -acrossShare;
+        const float across = random.Chance(0.5f) ? scale.across : -scale.across;
         return {x, y, random.Range(0, 2 * pi), {each * across, each}};
     }
 }
