@@ -25,22 +25,22 @@ Rgba LitGlass(vec2 p, unsigned id) {
     constexpr Rgba lampColours[] = {
         {1.0f, 0.72f, 0.34f}, {1.0f, 0.62f, 0.24f}, {1.0f, 0.80f, 0.48f}, {0.98f, 0.52f, 0.20f}};
     const Rgba light = lampColours[Hash(id, 1) % 4];
-    const float strength = 0.55f + 0.45f * HashUnit(id, 2);
+    const float strength = 0.55f + 0.35f * HashUnit(id, 2);
     // A lamp hangs somewhere in the room; the sill and the curtains stay darker.
     const vec2 lamp{0.25f + 0.5f * HashUnit(id, 3), 0.55f + 0.35f * HashUnit(id, 4)};
     const float near = std::exp(-4 * Dot(p - lamp, p - lamp));
     const float drawn = 0.12f + 0.2f * HashUnit(id, 5);
     const bool curtain = std::abs(p.x - 0.5f) > 0.5f - drawn && HashUnit(id, 6) < 0.6f;
-    const float level = strength * (0.55f + 0.6f * near) * (curtain ? 0.62f : 1.0f);
-    Rgba colour = Shade(light, std::min(level, 1.0f));
-    colour.a = 1 - std::min(level, 1.0f) * 0.95f;
+    // One alpha all over: how much shines of a pixel is then what the window covers of it.
+    Rgba colour = Shade(light, (0.66f + 0.4f * near) * (curtain ? 0.72f : 1.0f));
+    colour.a = 1 - strength * 0.95f;
     return colour;
 }
 
 Rgba DarkGlass(vec2 p, unsigned id) {
-    const float sky = 0.35f + 0.65f * p.y;
-    const float tint = 0.8f + 0.4f * HashUnit(id, 8);
-    return {0.13f * sky * tint, 0.165f * sky * tint, 0.235f * sky * tint, 1};
+    const float sky = 0.62f + 0.38f * p.y;
+    const float tint = 0.85f + 0.3f * HashUnit(id, 8);
+    return {0.215f * sky * tint, 0.24f * sky * tint, 0.30f * sky * tint, 1};
 }
 
 } // namespace

@@ -27,9 +27,9 @@ Rgba FramedPane(vec2 p, float x0, float x1, float y0, float y1, Rgba frame, unsi
     const Rgba glass = Glass(q, id, share);
     if (!onBar)
         return glass;
-    // Before a light, bars are dark but keep its alpha: from afar, where they are less than a pixel
-    // wide, the window then shines by what it is wide.
-    Rgba bar = glass.a < 1 ? Shade(glass, 0.45f) : Shade(frame, 0.7f);
+    // No flight sees bars a pixel wide, only how they come and go: they stay near to the glass.
+    // Before a light they keep its alpha: the window then shines by what it is wide.
+    Rgba bar = glass.a < 1 ? Shade(glass, 0.72f) : Lerp(glass, frame, 0.28f);
     bar.a = glass.a;
     return bar;
 }
@@ -43,16 +43,16 @@ float Stain(vec2 p, float x0, float x1, float y, unsigned id) {
 }
 
 Rgba HouseWindow(vec2 p, Rgba wall, unsigned id) {
-    constexpr Rgba frame{0.82f, 0.79f, 0.74f};
+    const Rgba frame = Lerp(wall, {0.82f, 0.79f, 0.74f}, 0.4f);
     if (Inside(p, 0.25f, 0.75f, 0.18f, 0.23f))
-        return Shade(frame, 0.95f);
+        return frame;
     if (Inside(p, 0.27f, 0.73f, 0.80f, 0.85f))
-        return Shade(wall, 1.16f);
+        return Shade(wall, 1.08f);
     const bool shutters = Hash(id, 20) % 3 == 0;
     if (shutters &&
         (Inside(p, 0.13f, 0.28f, 0.23f, 0.79f) || Inside(p, 0.72f, 0.87f, 0.23f, 0.79f))) {
         const float slat = std::abs(std::sin(p.y * 60));
-        return Shade({0.20f, 0.27f, 0.33f}, 0.75f + 0.35f * slat);
+        return Shade({0.36f, 0.37f, 0.38f}, 0.9f + 0.14f * slat);
     }
     if (Inside(p, 0.29f, 0.71f, 0.23f, 0.79f))
         return FramedPane(p, 0.29f, 0.71f, 0.23f, 0.79f, frame, id, 0.36f, 2, 3);
@@ -62,24 +62,22 @@ Rgba HouseWindow(vec2 p, Rgba wall, unsigned id) {
 Rgba HouseGround(vec2 p, Rgba wall, unsigned id) {
     constexpr Rgba stone{0.60f, 0.58f, 0.56f};
     if (p.y > 0.93f)
-        return Shade(stone, 1.2f);
+        return Shade(stone, 1.1f);
     if (p.y < 0.10f)
-        return Shade(stone, 0.8f);
+        return Shade(stone, 0.94f);
     if (Hash(id, 30) % 3 == 0) {
         const float arch =
             0.62f + 0.2f * std::sqrt(std::max(0.0f, 1 - std::pow((p.x - 0.5f) / 0.22f, 2.0f)));
         if (std::abs(p.x - 0.5f) < 0.22f && p.y < arch && p.y > 0.60f)
             return Glass({(p.x - 0.28f) / 0.44f, (p.y - 0.6f) / 0.25f}, id, 0.7f);
         if (std::abs(p.x - 0.5f) < 0.22f && p.y <= 0.60f)
-            return Shade({0.24f, 0.17f, 0.14f}, std::abs(p.x - 0.5f) < 0.012f
-                                                    ? 0.5f
-                                                    : 0.85f + 0.2f * std::abs(std::sin(p.x * 70)));
+            return Shade({0.31f, 0.24f, 0.20f}, 0.9f + 0.12f * std::abs(std::sin(p.x * 70)));
         if (std::abs(p.x - 0.5f) < 0.28f && p.y < arch + 0.06f)
             return stone;
         return wall;
     }
     if (Inside(p, 0.16f, 0.84f, 0.22f, 0.78f))
-        return FramedPane(p, 0.16f, 0.84f, 0.22f, 0.78f, {0.35f, 0.28f, 0.24f}, id, 0.62f, 3, 2);
+        return FramedPane(p, 0.16f, 0.84f, 0.22f, 0.78f, {0.42f, 0.36f, 0.31f}, id, 0.62f, 3, 2);
     if (Inside(p, 0.12f, 0.88f, 0.16f, 0.22f) || Inside(p, 0.12f, 0.88f, 0.78f, 0.84f))
         return stone;
     return wall;
@@ -107,16 +105,18 @@ Rgba PalaceBay(vec2 p, Rgba wall, unsigned id, float share) {
     const float round = std::sqrt(std::max(0.0f, halfOpening * halfOpening - dx * dx));
     const float outer = std::sqrt(std::max(0.0f, 0.32f * 0.32f - dx * dx));
     if (p.x < 0.07f || p.x > 0.93f)
-        return Shade(wall, 1.18f - 0.25f * std::abs(std::sin(p.x * 2 * pi * 7)));
+        return Shade(wall, 1.10f - 0.08f * std::abs(std::sin(p.x * 2 * pi * 7)));
     if (p.y > 0.955f || p.y < 0.04f)
-        return Shade(wall, p.y > 0.5f ? 1.25f : 0.8f);
+        return Shade(wall, p.y > 0.5f ? 1.12f : 0.9f);
     if (std::abs(dx) < halfOpening && p.y > 0.12f && p.y < springHeight + round) {
         const bool bar = std::abs(dx) < 0.018f || std::abs(p.y - springHeight) < 0.018f;
-        return bar ? Shade(wall, 0.7f)
-                   : Glass({dx / (2 * halfOpening) + 0.5f, (p.y - 0.12f) / 0.72f}, id, share);
+        const Rgba glass = Glass({dx / (2 * halfOpening) + 0.5f, (p.y - 0.12f) / 0.72f}, id, share);
+        if (!bar)
+            return glass;
+        return glass.a < 1 ? Shade(glass, 0.72f) : Lerp(glass, wall, 0.3f);
     }
     if (std::abs(dx) < 0.32f && p.y > 0.09f && p.y < springHeight + outer)
-        return Shade(wall, 1.2f);
+        return Shade(wall, 1.1f);
     return Shade(wall, Stain(p, 0.2f, 0.8f, 0.1f, id));
 }
 

@@ -60,7 +60,7 @@ float Furniture(vec2 p, int variant) {
 /// Folds of a curtain drawn in from both sides, 0 where there is none.
 float Curtain(vec2 p, float drawn) {
     const float edge = std::abs(p.x - 0.5f) - (0.5f - drawn) - 0.05f * (1 - p.y) * (1 - p.y);
-    return edge > 0 ? 0.62f + 0.22f * std::sin(p.x * 70 + std::sin(p.y * 3)) : 0;
+    return edge > 0 ? 0.64f + 0.12f * std::sin(p.x * 44 + std::sin(p.y * 3)) : 0;
 }
 
 Rgba Room(vec2 p, int variant, float strength, float drawn) {
@@ -83,7 +83,8 @@ Rgba Sky(vec2 p, int variant) {
            wave;
 }
 
-/// A casement of `across` x `up` panes: frame, glazing bars, their shadow on the glass.
+/// A casement of `across` x `up` panes: frame, glazing bars, their shadow on the glass. Most are
+/// seen from where a bar is less than a pixel, so it takes some of the glass's colour.
 Rgba Casement(vec2 p, int across, int up, const std::function<Rgba(vec2)>& glass) {
     const float border = Depth(p, {0.07f, 0.055f}, {0.93f, 0.945f});
     if (border < 0)
@@ -93,7 +94,7 @@ Rgba Casement(vec2 p, int across, int up, const std::function<Rgba(vec2)>& glass
         across > 1 ? ToLine(q.x * static_cast<float>(across)) / static_cast<float>(across) : 1,
         up > 1 ? ToLine(q.y * static_cast<float>(up)) / static_cast<float>(up) : 1);
     if (bar < 0.017f)
-        return Shade(frameColour, 0.85f);
+        return Lerp(glass(q), Shade(frameColour, 0.85f), 0.6f);
     return Shade(glass(q), bar < 0.032f ? 0.78f : 1.0f);
 }
 
@@ -209,7 +210,7 @@ Rgba Shutter(vec2 p, int variant) {
     if (in < 0 || std::abs(p.y - 0.5f) < 0.035f)
         return Shade(paint, in < -0.05f || p.y > 0.5f ? 1.15f : 1.0f);
     const float slat = p.y * 22 - std::floor(p.y * 22);
-    return Shade(paint, in < 0.012f ? 0.4f : 0.38f + 0.85f * slat);
+    return Shade(paint, in < 0.012f ? 0.6f : 0.62f + 0.36f * slat);
 }
 
 Rgba Awning(vec2 p, int variant) {
@@ -317,7 +318,7 @@ Rgba FittingColour(Fitting fitting, int variant, vec2 p) {
     case Fitting::Planks:
         return Planks(p, variant);
     case Fitting::Iron:
-        return {0.15f, 0.15f, 0.17f};
+        return {0.24f, 0.235f, 0.26f};
     case Fitting::Zinc:
         return {0.42f, 0.44f, 0.45f};
     case Fitting::Pole:

@@ -44,9 +44,9 @@ Picture PaintStone() {
         const float bump = dent - Fbm2(p * 8 + vec2{0.04f, 0.09f}, 8, 5, period * 8, 0.6f);
         const float lip = edge < 0.045f ? (fy > courseHeight / 2 ? 0.10f : -0.10f) : 0.0f;
         const float grain = 1 + 0.12f * Fbm2(p, 3, 5, period) +
-                            0.05f * Noise2(p * 24, 4, period * 24) - 0.7f * bump + lip;
+                            0.05f * Noise2(p * 24, 4, period * 24) - 0.5f * bump + lip;
         const float tone = (0.84f + 0.3f * HashUnit(id)) * grain *
-                           (0.50f + 0.50f * SmoothStep(0.004f, 0.026f, edge));
+                           (0.68f + 0.32f * SmoothStep(0.004f, 0.026f, edge));
         const float warm = HashUnit(id, 2) * 0.05f;
         return Rgba{(0.50f + warm) * tone, 0.485f * tone, (0.475f - warm * 0.5f) * tone, 1};
     });
@@ -72,11 +72,11 @@ Picture PaintRoof() {
         const float fx = x - std::floor(x);
         const float fy = y - static_cast<float>(row);
         const float lower = 0.22f * (1 - std::sqrt(std::max(0.0f, 1 - std::pow(2 * fx - 1, 2.0f))));
-        const float gap = fy < lower + 0.07f || fx < 0.04f ? 0.42f : 1.0f;
+        const float gap = fy < lower + 0.07f || fx < 0.04f ? 0.66f : 1.0f;
         // The lower edge of a slate catches the light; its face is split into layers.
-        const float rim = 0.22f * (1 - SmoothStep(0.07f, 0.20f, fy - lower));
+        const float rim = 0.12f * (1 - SmoothStep(0.07f, 0.20f, fy - lower));
         const float layers = 0.10f * Fbm2({p.x * 8, p.y * 2}, 24, 3, 12);
-        const float tone = gap * (0.70f + 0.46f * HashUnit(id)) *
+        const float tone = gap * (0.76f + 0.34f * HashUnit(id)) *
                            (1 + 0.16f * Fbm2(p, 22, 4, 6) + layers + rim) *
                            (0.88f + 0.2f * (1 - fy));
         const float warm = 0.05f * HashUnit(id, 3);

@@ -86,7 +86,7 @@ Rgba LitPane(vec2 p, const Window& window, Rgba light) {
 
 /// The dusk in a dark pane: not so dark that each stands out of its wall.
 Rgba DarkPane(vec2 p, const Window& window) {
-    return Shade({0.20f, 0.235f, 0.31f},
+    return Shade({0.30f, 0.31f, 0.36f},
                  (0.72f + 0.4f * p.y) * (0.85f + 0.3f * HashUnit(window.own, 8)));
 }
 
@@ -95,7 +95,7 @@ Rgba Pane(vec2 p, const Window& window, const Character& character) {
     const Rgba pane =
         IsLit(window, character) ? LitPane(p, window, character.light) : DarkPane(p, window);
     const bool bar = std::abs(p.x - 0.5f) < 0.04f || std::abs(p.y - 0.62f) < 0.03f;
-    return bar ? Shade(pane, 0.62f) : pane;
+    return bar ? Shade(pane, 0.8f) : pane;
 }
 
 /// p within a rectangle, 0..1 in it.
@@ -129,11 +129,11 @@ Rgba TownCell(int column, int row, vec2 p, Rgba wall, const Character& character
         return ShopFront(p, wall, window, character);
     if (column % facadePart == character.stairwell)
         return Stairwell(p, wall, character);
-    if (Inside(p, 0.25f, 0.75f, 0.20f, 0.80f))
-        return Pane(Within(p, 0.25f, 0.75f, 0.20f, 0.80f), window, character);
+    if (Inside(p, 0.19f, 0.81f, 0.20f, 0.80f))
+        return Pane(Within(p, 0.19f, 0.81f, 0.20f, 0.80f), window, character);
     if (p.y < 0.08f)
         return Shade(wall, 0.9f);
-    return Shade(wall, Inside(p, 0.21f, 0.79f, 0.14f, 0.86f) ? 1.1f : 1.0f);
+    return Shade(wall, Inside(p, 0.15f, 0.85f, 0.14f, 0.86f) ? 1.06f : 1.0f);
 }
 
 /// Where the machines of a tower are: no windows, a band of louvres.
@@ -147,7 +147,7 @@ Rgba TowerCell(int column, int row, vec2 p, Rgba wall, const Character& characte
     if (rib < 0.10f)
         return Shade(wall, 1.05f + 0.2f * SmoothStep(0.10f, 0.0f, rib));
     if (IsMachineFloor(row))
-        return Shade(wall, Inside(p, 0.10f, 0.90f, 0.15f, 0.85f) ? 0.62f : 0.85f);
+        return Shade(wall, Inside(p, 0.10f, 0.90f, 0.15f, 0.85f) ? 0.72f : 0.88f);
     if (column % facadePart == character.stairwell)
         return Stairwell(p, wall, character);
     if (Inside(p, 0.16f, 0.84f, 0.24f, 0.88f)) {
