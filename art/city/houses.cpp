@@ -96,13 +96,9 @@ void AddCornice(Builder& b, const Box& body, float y, float reach, float thick) 
     AddBox(b, {{body.x0, body.x1}, {y, y + thick}, {body.z1, body.z1 + reach}}, trimmed, true);
 }
 
-/// A slab with a rail on thin posts, at the foot of a storey.
+/// A balcony behind a parapet of stone: no flight sees a rail as wide as a pixel.
 void AddBalcony(Builder& b, float x, float width, float y, float z) {
-    AddBox(b, {{x, x + width}, {y - 0.08f, y}, {z, z + 0.42f}}, trimmed, true);
-    const Finish iron{EvenPaint(Fitting::Iron), EvenPaint(Fitting::Iron)};
-    AddBox(b, {{x, x + width}, {y + 0.27f, y + 0.32f}, {z + 0.37f, z + 0.42f}}, iron, true);
-    for (const float post : {x + 0.04f, x + width / 2, x + width - 0.04f})
-        AddBox(b, {{post - 0.025f, post + 0.025f}, {y, y + 0.27f}, {z + 0.37f, z + 0.42f}}, iron);
+    AddBox(b, {{x, x + width}, {y - 0.08f, y + 0.3f}, {z, z + 0.42f}}, trimmed, true);
 }
 
 /// One balcony over the other on every second storey below `top`.
@@ -146,7 +142,7 @@ void AddOriel(Builder& b, float x, float y0, float y1, float z, Material materia
 }
 
 void AddDress(Builder& b, const Box& body, Material material, Random& random) {
-    AddCornice(b, body, body.y1 - 0.12f, 0.16f, 0.16f);
+    AddCornice(b, body, body.y1 - 0.30f, 0.14f, 0.16f); // under the eaves, which hide its top
     if (random.Chance(0.6f))
         AddCornice(b, body, body.y0 + storeyHeight, 0.07f, 0.1f);
     const float width = body.x1 - body.x0;

@@ -329,7 +329,7 @@ void AddLantern(Builder& b, vec3 c, float size, float power) {
 void AddLampPost(Builder& b, vec3 foot, float height) {
     const Paint iron = EvenPaint(Fitting::Iron);
     const vec2 at{foot.x, foot.z};
-    AddTaper(b, Ring(at, 0.055f, 3), at, foot.y, foot.y + height - 0.1f, 0.6f, {iron, iron}, false);
+    AddTaper(b, Ring(at, 0.07f, 3), at, foot.y, foot.y + height - 0.1f, 0.65f, {iron, iron}, false);
     AddLantern(b, {foot.x, foot.y + height, foot.z}, 0.12f, 1);
 }
 

@@ -75,8 +75,8 @@ void AddTerraceOnPosts(Builder& b, const Terrace& t) {
     for (const float side : {-1.0f, 1.0f}) {
         const float x = side * (half.x - 0.04f);
         const float z = side * (half.y - 0.04f);
-        AddBox(b, {{-half.x, half.x}, {rail - 0.05f, rail}, {z - 0.03f, z + 0.03f}}, iron, true);
-        AddBox(b, {{x - 0.03f, x + 0.03f}, {rail - 0.05f, rail}, {-half.y, half.y}}, iron, true);
+        AddBox(b, {{-half.x, half.x}, {rail - 0.12f, rail}, {z - 0.03f, z + 0.03f}}, iron, true);
+        AddBox(b, {{x - 0.03f, x + 0.03f}, {rail - 0.12f, rail}, {-half.y, half.y}}, iron, true);
         for (const float along : {-x, x})
             AddBox(b, {{along - 0.05f, along + 0.05f}, {t.foot, rail}, {z - 0.05f, z + 0.05f}},
                    iron);
