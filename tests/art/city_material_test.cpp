@@ -8,6 +8,7 @@
 
 #include <GL/glu.h>
 
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -190,14 +191,14 @@ TEST_F(CityMaterial, A_wisp_in_front_of_a_wall_reddens_it_and_one_behind_hardly_
 }
 
 TEST_F(CityMaterial, What_glows_shows_its_own_light_alone_and_is_still_opaque) {
-    // 1.25 x 0.5 = 0.63, graded by (0.99, 0.98, 0.995), less 1 % by the haze. With the light map's
-    // white besides, it would be 1.13.
+    // 1.15 x 0.5 = 0.58, graded by (0.98, 0.98, 1.005), less 1 % by the haze. With the light map's
+    // white besides, it would be 1.08.
     Paint({128, 128, 128, 0});
-    EXPECT_TRUE(Near(Middle({}), {158, 156, 159, 255}, 3));
+    EXPECT_TRUE(Near(Middle({}), {144, 142, 147, 255}, 3));
 }
 
 TEST_F(CityMaterial, A_pane_that_is_marked_as_shining_is_brighter_though_its_texture_has_no_alpha) {
-    // Near the eye it adds 1.25 of its colour: 1.25 x 0.5 x 255 = 159, more than the 131 that there
+    // Near the eye it adds 1.15 of its colour: 1.15 x 0.5 x 255 = 147, more than the 131 that there
     // are from 124 up to white.
     View pane;
     pane.shining = true;
@@ -268,15 +269,22 @@ TEST_F(CityMaterial, Distance_under_water_fades_into_the_colour_of_the_sea) {
     EXPECT_GT(colour.g, colour.r + 60);
 }
 
-TEST_F(CityMaterial, The_mirror_image_has_the_colour_of_the_thing) {
+TEST_F(CityMaterial, The_mirror_image_is_the_thing_with_a_quarter_of_it_lost_in_the_water) {
     View mirrored;
     mirrored.mirrored = true;
     mirrored.eye = Vell::vec3(0, 0.5f, 6);
     mirrored.wall = Vell::vec3(0, 1.5f, 0);
     View plain = mirrored;
     plain.mirrored = false;
-    // Nearly the same distance, so nearly the same haze; the colour of the sea would be blue.
-    EXPECT_TRUE(Near(Middle(mirrored), Middle(plain), 2));
+    // Nearly the same distance, so nearly the same haze; the colour of the sea would be blue. Of
+    // each colour 0.74 comes back, and 0.26 of (0.13, 0.12, 0.25) are added: 8.6, 8.0 and 16.6 of
+    // 255.
+    const Rgba thing = Middle(plain);
+    const auto back = [](int colour, double water) {
+        return static_cast<int>(std::lround(0.74 * colour + water));
+    };
+    const Rgba expected{back(thing.r, 8.6), back(thing.g, 8.0), back(thing.b, 16.6), 255};
+    EXPECT_TRUE(Near(Middle(mirrored), expected, 2));
 }
 
 TEST_F(CityMaterial, The_mirror_pass_clips_what_is_under_water) {

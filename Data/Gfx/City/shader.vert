@@ -26,7 +26,7 @@ const float CEILING_DEPTH = 80.0;   // how far the surface is painted on the cur
 // there must be nearly green here, and red is for fish and lit windows.
 const vec3 SURFACE_NEAR = vec3(0.00, 0.42, 0.32);
 const vec3 SURFACE_FAR = vec3(0.12, 1.02, 0.60);
-const float AIR_DENSITY = 0.0032;   // haze per unit of distance, over and under water
+const float AIR_DENSITY = 0.0045;   // haze per unit of distance, over and under water
 const float SEA_DENSITY = 0.033;
 const vec3 AIR_HAZE = vec3(0.21, 0.19, 0.36);
 const vec3 SEA_INK = vec3(0.00, 0.02, 0.07);      // the sea's own light in the depth,
@@ -34,6 +34,8 @@ const vec3 SEA_BLUE = vec3(0.00, 0.47, 0.35);     // what it gains towards the s
 const vec3 SEA_TURQUOISE = vec3(0.10, 0.58, 0.18); // and right under it
 const vec3 SEA_SUN = vec3(-0.41, 0.82, -0.40);    // towards the light under water, unit length
 const vec3 SEA_SUN_LIGHT = vec3(0.12, 0.82, 0.42);
+const float MIRRORED = 0.74;        // share of the light that the water throws back,
+const vec3 WATER = vec3(0.13, 0.12, 0.25); // and what it has of its own instead
 const float DRIFT_RISE = 5.6;       // how far bubbles rise, units
 const vec3 WEED_ROOT = vec3(-0.40, -0.10, -0.20);
 const vec3 WEED_TIP = vec3(-0.30, 1.30, -0.20);
@@ -179,14 +181,14 @@ void main()
               + Wisp(posgreen, p, gl_Normal) * vec3(0.05, 0.90, 0.20)
               + Wisp(posblue, p, gl_Normal) * vec3(0.08, 0.20, 1.0);
 
-    light.a = exp2(-distance * mix(AIR_DENSITY, SEA_DENSITY, under));
+    light.a = exp2(-distance * mix(AIR_DENSITY, SEA_DENSITY, under)) * (mirrored ? MIRRORED : 1.0);
     float shallow = clamp(p.y / 11.0 + 1.0, 0.0, 1.0);
     float near = shallow * shallow;
     vec3 sea = SEA_INK + SEA_BLUE * near + SEA_TURQUOISE * (near * near * near);
-    haze.rgb = mix(AIR_HAZE, sea, under) * (1.0 - light.a);
+    haze.rgb = (mirrored ? WATER : mix(AIR_HAZE, sea, under)) * (1.0 - light.a);
     // Far windows are smaller than a pixel: filtering mixes them with the wall before they can
     // shine, and this gives it back.
-    haze.a = 1.25 + 0.55 * smoothstep(15.0, 75.0, distance);
+    haze.a = 1.15 + 0.40 * smoothstep(15.0, 75.0, distance);
 
     // Lit windows keep what the iris takes from the walls.
     float exposure = Exposure(seen);
