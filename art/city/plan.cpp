@@ -149,9 +149,9 @@ const std::vector<Row> houseRows = {
     {{40.5f, 9.0f}, {46.0f, 9.0f}, lowFlatStyle},
     {{46.0f, 15.0f}, {41.5f, 15.0f}, lowFlatStyle},
     {{42.4f, 18.8f}, {38.5f, 18.8f}, behindStyle},
-    {{48.6f, -28.0f}, {48.5f, 3.0f}, farTownStyle},
+    {{48.6f, -28.0f}, {48.5f, 3.0f}, townStyle},
     {{48.5f, 3.2f}, {48.5f, 17.0f}, lowStyle},
-    {{48.5f, 17.2f}, {48.4f, 33.0f}, farTownStyle},
+    {{48.5f, 17.2f}, {48.4f, 33.0f}, townStyle},
     {{69.8f, 33.5f}, {69.8f, -9.0f}, farTownStyle},
     {{61.0f, 33.0f}, {61.0f, -22.0f}, highStyle},
     // South-east town.
