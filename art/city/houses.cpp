@@ -96,9 +96,22 @@ void AddCornice(Builder& b, const Box& body, float y, float reach, float thick) 
     AddBox(b, {{body.x0, body.x1}, {y, y + thick}, {body.z1, body.z1 + reach}}, trimmed, true);
 }
 
-/// A balcony behind a parapet of stone: no flight sees a rail as wide as a pixel.
+/// A slab at the foot of a storey, with a hand rail of stone on balusters of its own width: of the
+/// wall's colour, they do not come and go where they are thinner than a pixel.
 void AddBalcony(Builder& b, float x, float width, float y, float z) {
-    AddBox(b, {{x, x + width}, {y - 0.08f, y + 0.3f}, {z, z + 0.42f}}, trimmed, true);
+    constexpr float thick = 0.08f;
+    constexpr int balusters = 5;
+    const float front = z + 0.42f;
+    const float rail = y + 0.24f;
+    AddBox(b, {{x, x + width}, {y - thick, y}, {z, front}}, trimmed, true);
+    AddBox(b, {{x, x + width}, {rail, rail + thick}, {front - thick, front}}, trimmed, true);
+    for (const float side : {x, x + width - thick})
+        AddBox(b, {{side, side + thick}, {rail, rail + thick}, {z, front - thick}}, trimmed, true);
+    for (int i = 0; i < balusters; ++i) {
+        const float left =
+            Lerp(x, x + width - thick, static_cast<float>(i) / static_cast<float>(balusters - 1));
+        AddBox(b, {{left, left + thick}, {y, rail}, {front - thick, front}}, trimmed);
+    }
 }
 
 /// One balcony over the other on every second storey below `top`.
