@@ -150,7 +150,7 @@ GLuint Buffer(const std::vector<float>& numbers) {
 }
 
 const char* Offset(std::size_t floats) {
-    return static_cast<const char*>(nullptr) + floats * sizeof(float);
+    return reinterpret_cast<const char*>(floats * sizeof(float));
 }
 
 void Bind(int unit, GLuint texture) {
@@ -375,7 +375,7 @@ void Run(const std::string& folder, int frames) {
 } // namespace
 
 int main(int count, char** arguments) {
-    const int frames = count > 2 ? std::atoi(arguments[2]) : 100;
+    const int frames = count > 2 ? static_cast<int>(std::strtol(arguments[2], nullptr, 10)) : 100;
     if (count < 2 || frames < 1) {
         std::fputs("nimbrel_yardstick FOLDER [FRAMES]\n", stderr);
         return 2;

@@ -210,7 +210,9 @@ std::vector<Sheet> Sheets() {
 }
 
 struct FileCloser {
-    void operator()(FILE* file) const { std::fclose(file); }
+    void operator()(FILE* file) const {
+        static_cast<void>(std::fclose(file)); // what is short does not decode
+    }
 };
 using File = std::unique_ptr<FILE, FileCloser>;
 
@@ -235,7 +237,8 @@ void Paint(const Sheet& sheet, const std::string& path) {
         return;
     }
     const std::vector<unsigned char> png = Tools::PngOf(pixels);
-    std::fwrite(png.data(), 1, png.size(), file.get());
+    if (std::fwrite(png.data(), 1, png.size(), file.get()) != png.size())
+        throw std::runtime_error(path + ": cannot be written");
 }
 
 // ---------------------------------------------------------------------------------------- Reading

@@ -9,6 +9,7 @@ namespace {
 
 constexpr int mostArenas = 2;
 
+// NOLINTNEXTLINE(concurrency-mt-unsafe): there are no threads yet
 [[maybe_unused]] const bool arenasAreFew = mallopt(M_ARENA_MAX, mostArenas) == 1;
 
 } // namespace

@@ -29,8 +29,8 @@ using Vell::XT3DStatic;
 namespace {
 
 // Far above the scene, out of sight and out of reach of the city's shading.
-const vec3 wispParking(0, 1000, 0);
-const vec3 fishParking(10000);
+constexpr vec3 wispParking(0, 1000, 0);
+constexpr vec3 fishParking(10000);
 
 /// Calls `visit(column, row, number)` for the whole school, column by column.
 template <class Visit>

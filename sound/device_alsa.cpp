@@ -22,6 +22,7 @@ constexpr milliseconds longestWait{100}; // for room in the buffer
 constexpr const char* names[] = {"default", "plug:default"};
 
 /// Takes ALSA's messages and drops them: the demo prints nothing on the terminal.
+// NOLINTNEXTLINE(cert-dcl50-cpp): ALSA calls it so
 void Ignore(const char*, int, const char*, int, const char*, ...) {}
 
 bool ChooseFormat(snd_pcm_t* pcm, snd_pcm_hw_params_t* hardware, unsigned rate) {

@@ -14,7 +14,9 @@ namespace Art {
 namespace {
 
 struct CloseFile {
-    void operator()(FILE* file) const { std::fclose(file); }
+    void operator()(FILE* file) const {
+        static_cast<void>(std::fclose(file)); // what was written has been flushed
+    }
 };
 using File = std::unique_ptr<FILE, CloseFile>;
 
@@ -48,7 +50,7 @@ bool WriteBeside(const std::string& path, Encode encode) {
     const bool whole = encode(file.get()) && std::fflush(file.get()) == 0;
     file.reset();
     if (!whole || std::rename(beside.c_str(), path.c_str()) != 0) {
-        std::remove(beside.c_str());
+        static_cast<void>(std::remove(beside.c_str()));
         return Complain(path, "was not written whole");
     }
     return true;

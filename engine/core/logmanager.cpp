@@ -119,9 +119,10 @@ Log& Log::operator<<(const std::string& text) {
 
 std::string Log::GetDate() {
     const std::time_t now = std::time(nullptr);
-    char date[24] = "";
-    std::strftime(date, sizeof(date), "%d/%m/%Y", std::localtime(&now));
-    return date;
+    std::tm local{};
+    localtime_r(&now, &local); // localtime() keeps one date for all threads
+    char date[24];
+    return {date, std::strftime(date, sizeof(date), "%d/%m/%Y", &local)};
 }
 
 void Log::Put(const std::string& text, std::ios::openmode mode) {

@@ -31,9 +31,9 @@ bool WritePpm(const char* path, int width, int height, const std::vector<unsigne
         return false;
     std::fprintf(file, "P6 %d %d 255\n", width, height);
     const std::size_t row = static_cast<std::size_t>(width) * 3;
+    bool good = true;
     for (int y = height - 1; y >= 0; --y) // OpenGL counts rows from below
-        std::fwrite(&pixels[static_cast<std::size_t>(y) * row], 1, row, file);
-    const bool good = std::ferror(file) == 0;
+        good = std::fwrite(&pixels[static_cast<std::size_t>(y) * row], 1, row, file) == row && good;
     return std::fclose(file) == 0 && good;
 }
 
@@ -55,7 +55,7 @@ bool MakesPicture() {
 
 void GoToMoment() {
     const char* const moment = std::getenv("GALLERY_MOMENT");
-    now = moment == nullptr ? 0.0 : std::atof(moment);
+    now = moment == nullptr ? 0.0 : std::strtod(moment, nullptr);
     if (MomentListener())
         MomentListener()(now);
 }
@@ -63,7 +63,7 @@ void GoToMoment() {
 void SavePicture(int width, int height) {
     if (!WritePpm(PictureFile(), width, height, ReadPixels(width, height))) {
         std::perror(PictureFile());
-        std::exit(1);
+        std::exit(1); // NOLINT(concurrency-mt-unsafe): no thread is left that would notice
     }
     std::printf("%s, %s\n", Text(GL_RENDERER), Text(GL_VERSION));
 }

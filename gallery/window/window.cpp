@@ -17,7 +17,7 @@ constexpr int lastPictureFrame = 2;
 void EndWithoutOpenGl() {
     std::fprintf(stderr, "No OpenGL here: %s (Vell_log.html may know more)\n", SDL_GetError());
     SDL_Quit();
-    std::exit(1);
+    std::exit(1); // NOLINT(concurrency-mt-unsafe): there is no thread yet
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <fstream>
 #include <stdexcept>
 #include <vector>
 
@@ -67,13 +68,14 @@ void Scene::SavePicture(const std::string& path) {
     std::vector<unsigned char> pixels(3u * width * height);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr)
-        throw std::runtime_error("cannot write " + path);
-    std::fprintf(file, "P6 %d %d 255\n", width, height);
+    std::ofstream file(path, std::ios::binary);
+    file << "P6 " << width << ' ' << height << " 255\n";
     for (int y = height - 1; y >= 0; --y) // OpenGL counts rows from below
-        std::fwrite(&pixels[3u * width * static_cast<std::size_t>(y)], 3, width, file);
-    std::fclose(file);
+        file.write(reinterpret_cast<const char*>(&pixels[3u * width * static_cast<std::size_t>(y)]),
+                   3 * width);
+    file.close();
+    if (!file)
+        throw std::runtime_error("cannot write " + path);
 }
 
 const char* PictureAskedFor(int count, char** arguments) {

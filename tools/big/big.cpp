@@ -34,6 +34,7 @@ Function* Next(const char* name) {
 void PlaceWindow(const Big::Area& area) {
     constexpr int unlessSet = 0;
     const std::string place = std::to_string(area.x) + "," + std::to_string(area.y);
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the demo has no thread yet when it opens its window
     setenv("SDL_VIDEO_WINDOW_POS", place.c_str(), unlessSet);
 }
 

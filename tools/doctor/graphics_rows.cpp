@@ -48,7 +48,14 @@ struct Version {
 /// "2.1 Mesa 22.3.6", "1.2.15"; zeros where there is no number.
 Version ParseVersion(const std::string& text) {
     Version version;
-    std::sscanf(text.c_str(), "%d.%d.%d", &version.major, &version.minor, &version.patch);
+    const char* at = text.c_str();
+    for (int* number : {&version.major, &version.minor, &version.patch}) {
+        char* end = nullptr;
+        *number = static_cast<int>(std::strtol(at, &end, 10));
+        if (*end != '.')
+            break;
+        at = end + 1;
+    }
     return version;
 }
 

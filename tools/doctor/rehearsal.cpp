@@ -56,7 +56,7 @@ void ReadReport(const fs::path& path, Rehearsal& rehearsal) {
     std::ifstream file(path);
     for (std::string name, value; file >> name >> value;) {
         if (name == "errors")
-            rehearsal.errors = std::atoi(value.c_str());
+            rehearsal.errors = static_cast<int>(std::strtol(value.c_str(), nullptr, 10));
         if (name == "first_error")
             rehearsal.firstError = value;
     }

@@ -27,6 +27,7 @@ const char* const soundAdvice =
     "libasound2-plugins, under PipeWire pipewire-alsa; elsewhere see alsamixer in alsa-utils";
 
 /// ALSA's own messages stay off the terminal.
+// NOLINTNEXTLINE(cert-dcl50-cpp): ALSA calls it so
 void Ignore(const char*, int, const char*, int, const char*, ...) {}
 
 struct Closer {

@@ -8,18 +8,19 @@
 #include "tools/stage/scratch.h"
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
+#include <system_error>
 
 namespace Explain {
 
 namespace {
 
 [[noreturn]] void RefusePath(const std::string& path) {
-    throw std::runtime_error("cannot write \"" + path + "\": " + std::strerror(errno));
+    throw std::runtime_error("cannot write \"" + path +
+                             "\": " + std::generic_category().message(errno));
 }
 
 void CheckTime(double time) {

@@ -3,13 +3,35 @@
 #include "demo/show.h"
 
 #include <algorithm>
-#include <cinttypes>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
+#include <string_view>
 
 namespace Movie {
+
+namespace {
+
+/// Takes these words off the front of the text; false where it begins otherwise.
+bool Take(std::string_view& text, std::string_view words) {
+    if (!text.starts_with(words))
+        return false;
+    text.remove_prefix(words.size());
+    return true;
+}
+
+/// Likewise a number, which must fit its type.
+template <class Number>
+bool TakeNumber(std::string_view& text, Number& number) {
+    const char* const end = text.data() + text.size();
+    const auto [behind, error] = std::from_chars(text.data(), end, number);
+    text.remove_prefix(static_cast<std::size_t>(behind - text.data()));
+    return error == std::errc();
+}
+
+} // namespace
 
 double Piece::Begin() const {
     return rate.Seconds(first);
@@ -48,8 +70,10 @@ void TellFilm(const std::string& path, const Piece& piece) {
 std::optional<Piece> ParsePiece(const std::string& comment) {
     Piece piece;
     int last = 0;
-    if (std::sscanf(comment.c_str(), "Nimbrel, frames %d to %d at %" SCNd64 "/%" SCNd64 " a second",
-                    &piece.first, &last, &piece.rate.frames, &piece.rate.seconds) != 4 ||
+    std::string_view text = comment;
+    if (!Take(text, "Nimbrel, frames ") || !TakeNumber(text, piece.first) || !Take(text, " to ") ||
+        !TakeNumber(text, last) || !Take(text, " at ") || !TakeNumber(text, piece.rate.frames) ||
+        !Take(text, "/") || !TakeNumber(text, piece.rate.seconds) || !Take(text, " a second") ||
         !piece.rate.Usable() || piece.first < 0 || last < piece.first ||
         last >= piece.rate.FrameFrom(Show::runningTime))
         return std::nullopt;

@@ -6,9 +6,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <span>
 #include <stdexcept>
+#include <system_error>
 #include <vector>
 
 #include <cerrno>
@@ -26,7 +26,7 @@ void WriteAll(int file, std::span<const std::int16_t> samples) {
         const ssize_t written = write(file, from, left);
         if (written < 0 && errno != EINTR)
             throw std::runtime_error(std::string("no memory for the sound: ") +
-                                     std::strerror(errno));
+                                     std::generic_category().message(errno));
         from += std::max<ssize_t>(written, 0);
         left -= static_cast<std::size_t>(std::max<ssize_t>(written, 0));
     }
@@ -35,7 +35,7 @@ void WriteAll(int file, std::span<const std::int16_t> samples) {
 void SetFrames(int file, std::int64_t frames) {
     if (ftruncate(file, frames * static_cast<off_t>(Vell::Sound::sides * sizeof(std::int16_t))) !=
         0)
-        throw std::runtime_error(std::string("cannot cut the sound: ") + std::strerror(errno));
+        throw std::runtime_error("cannot cut the sound: " + std::generic_category().message(errno));
 }
 
 /// The frames from `first` up to `last`, which is not among them.
@@ -59,7 +59,8 @@ Soundtrack::Soundtrack(double begin, double end) {
         rate = music->Rate();
     file = memfd_create("soundtrack", 0); // inherited by the encoder
     if (file < 0)
-        throw std::runtime_error(std::string("no memory for the sound: ") + std::strerror(errno));
+        throw std::runtime_error("no memory for the sound: " +
+                                 std::generic_category().message(errno));
     const std::int64_t first = std::llround(begin * rate);
     const std::int64_t last = std::llround(end * rate);
     if (music)

@@ -4,9 +4,9 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 #include <vector>
 
 #include <unistd.h>
@@ -28,7 +28,7 @@ std::string WhyClosed(const fs::path& folder) {
     std::string probe = folder / ".nimbrel_XXXXXX";
     const int file = mkstemp(probe.data());
     if (file < 0)
-        return std::strerror(errno);
+        return std::generic_category().message(errno);
     close(file);
     unlink(probe.c_str());
     return {};
@@ -64,7 +64,7 @@ void CheckFileToRead(const std::string& path) {
     if (fs::is_directory(path, none))
         throw WrongUsage("cannot read " + path + ": it is a folder; name a file in it");
     if (!std::ifstream(path))
-        throw WrongUsage("cannot read " + path + ": " + std::strerror(errno) +
+        throw WrongUsage("cannot read " + path + ": " + std::generic_category().message(errno) +
                          "; name a file that you may read");
 }
 

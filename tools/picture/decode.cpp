@@ -13,7 +13,9 @@ namespace Tools {
 namespace {
 
 struct CloseFile {
-    void operator()(FILE* file) const { std::fclose(file); }
+    void operator()(FILE* file) const {
+        static_cast<void>(std::fclose(file)); // nothing was written
+    }
 };
 using File = std::unique_ptr<FILE, CloseFile>;
 

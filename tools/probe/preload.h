@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include <fcntl.h>
 
@@ -18,7 +18,7 @@ inline std::string Preloadable(const std::filesystem::path& library) {
     const int opened = open(library.c_str(), O_RDONLY); // not to be closed by exec
     if (opened < 0)
         throw std::runtime_error("cannot preload " + library.string() + ": " +
-                                 std::strerror(errno));
+                                 std::generic_category().message(errno));
     return "/proc/self/fd/" + std::to_string(opened);
 }
 

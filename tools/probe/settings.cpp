@@ -79,7 +79,7 @@ void Refuse(const std::string& reason) {
     for (const Setting& setting : all)
         std::cerr << "  " << prefix << setting.name << '=' << setting.value << "  "
                   << setting.meaning << '\n';
-    std::exit(EXIT_FAILURE);
+    std::exit(EXIT_FAILURE); // NOLINT(concurrency-mt-unsafe): before the first frame
 }
 
 void Take(Settings& settings, const std::string& name, const std::string& text) {

@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <sstream>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 
 #include <sys/prctl.h>
@@ -44,8 +46,13 @@ int StatusOf(const std::function<int()>& work) {
         _exit(EXIT_FAILURE);
     Enter(group);
     const int status = StatusOf(work);
-    std::fflush(nullptr);
+    static_cast<void>(std::fflush(nullptr));
     _exit(status); // the parent's objects and exit functions are none of the child's business
+}
+
+std::string SignalInWords(int number) {
+    const char* const words = sigdescr_np(number);
+    return words != nullptr ? words : "signal " + std::to_string(number);
 }
 
 } // namespace
@@ -68,7 +75,7 @@ std::string Ending::InWords() const {
     if (timedOut)
         how = "gave no answer";
     else if (signal != 0)
-        how = std::string("was ended by a crash (") + strsignal(signal) + ")";
+        how = "was ended by a crash (" + SignalInWords(signal) + ")";
     else
         how = "ended with exit status " + std::to_string(exitStatus);
     const std::string line = FirstError();
@@ -77,12 +84,13 @@ std::string Ending::InWords() const {
 
 ChildProcess::ChildProcess(const std::function<int()>& work, ProcessGroup itsGroup, int deathSignal)
     : group(itsGroup), start(SteadySeconds()) {
-    std::fflush(nullptr); // or the child would write what is buffered a second time
+    // Or the child would write what is buffered a second time.
+    static_cast<void>(std::fflush(nullptr));
     const pid_t parent = getpid();
     process = fork();
     if (process < 0)
         throw std::runtime_error(std::string("cannot start another process: ") +
-                                 std::strerror(errno));
+                                 std::generic_category().message(errno));
     if (process == 0)
         RunChild(work, group, deathSignal, parent);
     if (group == ProcessGroup::Own)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cerrno>
-#include <cstring>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
@@ -27,7 +27,7 @@ public:
             close(opened);
         }
         if (number < 0)
-            throw std::runtime_error(purpose + ": " + std::strerror(errno));
+            throw std::runtime_error(purpose + ": " + std::generic_category().message(errno));
     }
     ~Descriptor() { Close(); }
     Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}

@@ -7,6 +7,7 @@
 #include <ctime>
 #include <new>
 #include <stdexcept>
+#include <system_error>
 
 #include <sys/mman.h>
 
@@ -26,7 +27,7 @@ FrameRing::FrameRing() {
     void* const memory = mmap(nullptr, headerBytes + places * frameBytes, PROT_READ | PROT_WRITE,
                               MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED)
-        throw std::runtime_error(std::string("no memory for frames: ") + std::strerror(errno));
+        throw std::runtime_error("no memory for frames: " + std::generic_category().message(errno));
     shared = new (memory) Shared{};
     constexpr int betweenProcesses = 1;
     sem_init(&shared->free, betweenProcesses, places);

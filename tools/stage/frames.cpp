@@ -71,6 +71,7 @@ void ShareCores(int jobs) {
     const int cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
     const int share = std::max(1, cores / jobs);
     constexpr int keepTheUsers = 0;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing draws yet, nor are there threads
     setenv("LP_NUM_THREADS", std::to_string(share > 1 ? share : 0).c_str(), keepTheUsers);
 }
 
@@ -117,7 +118,8 @@ private:
             ring.Fail(error.what());
             status = EXIT_FAILURE;
         }
-        std::exit(status); // the demo's log gets its last lines in exit
+        // The demo's log gets its last lines in exit; the process has no threads of its own.
+        std::exit(status); // NOLINT(concurrency-mt-unsafe)
     }
 
     Tools::DemoFolder folder;

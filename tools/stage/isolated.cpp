@@ -68,7 +68,7 @@ std::string Fact(const Facts& facts, const std::string& name) {
 }
 
 int FactNumber(const Facts& facts, const std::string& name) {
-    return std::atoi(Fact(facts, name).c_str());
+    return static_cast<int>(std::strtol(Fact(facts, name).c_str(), nullptr, 10));
 }
 
 void Report::Add(const std::string& name, const std::string& value) const {

@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -60,7 +60,7 @@ void ResetSignals() {
         std::signal(number, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
 /// In the child: becomes the program; returns why not, as errno tells.
@@ -159,7 +159,7 @@ void Process::Start() {
     refusal.writing.Close();
     if (const int reason = ReadNumber(refusal.reading.Get()); reason != 0)
         throw std::runtime_error("cannot start " + command.arguments[0] + ": " +
-                                 std::strerror(reason));
+                                 std::generic_category().message(reason));
 }
 
 bool Process::Running() {
@@ -204,7 +204,7 @@ void Process::Write(const std::string& text) {
             Pause(POLLOUT);
         } else if (errno != EINTR) {
             throw std::runtime_error(command.arguments[0] +
-                                     " reads no more: " + std::strerror(errno));
+                                     " reads no more: " + std::generic_category().message(errno));
         }
     }
 }

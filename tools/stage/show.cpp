@@ -147,6 +147,7 @@ namespace Stage {
 
 void PlayShow(const Rate& rate, int last, Visitor& visitor) {
     constexpr int keepTheUsers = 0;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): the demo has not begun, nor its threads
     setenv("SDL_VIDEODRIVER", "x11", keepTheUsers); // or SDL would take the terminal for a screen
     Performance now(rate, last, visitor);
     show = &now;
