@@ -54,9 +54,10 @@ auto Call(const char* name, Act act, Arguments arguments) {
 #define EFFECT_plain(name, ...) static_cast<void>(0)
 #define EFFECT_acts(name, ...) Effect::name(__VA_ARGS__)
 
-// The texts stand in braces, so they are made from left to right.
+// The texts stand in braces, so they are made from left to right. All entry points lie in one
+// stretch of the program, so that what is counted can leave them out.
 #define DEFINE(effect, number, result, name, ...)                                                  \
-    result name(PARAMETERS_##number(__VA_ARGS__)) {                                                \
+    [[gnu::section("recorded_gl")]] result name(PARAMETERS_##number(__VA_ARGS__)) {                \
         return Call(                                                                               \
             #name, [&] { return EFFECT_##effect(name, NAMES_##number); },                          \
             [&] { return std::vector<std::string>{TEXTS_##number(__VA_ARGS__)}; });                \
@@ -124,4 +125,12 @@ const std::vector<RecordedGroup>& RecordedGroups() {
 #define GROUP_NAMES(extension, rows) {extension, {rows(CALLED_NAME, UNCALLED_NAME)}},
     static const std::vector<RecordedGroup> groups = {RECORDED_GROUPS(GROUP_NAMES)};
     return groups;
+}
+
+// The linker makes these names.
+extern "C" const char __start_recorded_gl; // NOLINT(bugprone-reserved-identifier)
+extern "C" const char __stop_recorded_gl;  // NOLINT(bugprone-reserved-identifier)
+
+Stretch RecordedFunctions() {
+    return {&__start_recorded_gl, &__stop_recorded_gl};
 }

@@ -3,6 +3,7 @@
 #include "tests/recording/matrixstack.h"
 
 #include "engine/core/labels.h"
+#include "tests/support/instructions.h"
 
 #include <map>
 #include <set>
@@ -114,3 +115,6 @@ struct RecordedGroup {
 
 /// The groups in the order in which they are fetched.
 const std::vector<RecordedGroup>& RecordedGroups();
+
+/// Where the functions of the recording OpenGL lie in this program, all but glXGetProcAddress().
+Stretch RecordedFunctions();
