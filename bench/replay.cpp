@@ -1,6 +1,7 @@
 // What the program costs beside the calls that it makes: frames of the show as the demo draws them,
 // and the same frames drawn by nothing but their calls to OpenGL, made again one after the other.
 
+#include "bench/cost.h"
 #include "bench/tape.h"
 #include "demo/show.h"
 #include "tools/options/commandline.h"
@@ -12,7 +13,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -65,13 +65,10 @@ public:
     Processor& operator=(const Processor&) = delete;
 
     Work Done() const {
-        timespec now{};
-        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
         std::uint64_t count = 0;
         if (counter < 0 || read(counter, &count, sizeof count) != sizeof count)
             count = 0;
-        return {static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6,
-                static_cast<double>(count) * 1e-6};
+        return {Bench::Milliseconds(), static_cast<double>(count) * 1e-6};
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "bench/tape.h"
 
+#include "bench/cost.h"
 #include "tests/recording/entrypoints.h"
 #include "tests/recording/parameters.h"
 
@@ -18,6 +19,8 @@ using Finder = Function (*)(const GLubyte* name);
 
 Tape* recording = nullptr;
 int depth = 0; ///< calls under way: GLU makes some of OpenGL's, and those belong to its own
+bool timed = false;
+double spent = 0; ///< milliseconds in timed calls
 
 Function Fetch(const char* name) {
     static const auto find = reinterpret_cast<Finder>(dlsym(RTLD_NEXT, "glXGetProcAddress"));
@@ -28,11 +31,19 @@ Function Linked(const char* name) {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
-struct Inside {
-    Inside() { ++depth; }
-    ~Inside() { --depth; }
+/// A call under way.
+class Inside {
+public:
+    Inside() : begin(depth++ == 0 && timed ? Bench::Milliseconds() : 0) {}
+    ~Inside() {
+        if (--depth == 0 && timed)
+            spent += Bench::Milliseconds() - begin;
+    }
     Inside(const Inside&) = delete;
     Inside& operator=(const Inside&) = delete;
+
+private:
+    const double begin;
 };
 
 // The printers of entrypoints.h, which say what an argument is: here each makes what is kept of it.
@@ -150,8 +161,12 @@ void Tape::Stop() {
     recording = nullptr;
 }
 
-Tape* Tape::Recording() {
-    return recording;
+void Tape::TakeTime(bool take) {
+    timed = take;
+}
+
+double Tape::TimeTaken() {
+    return spent;
 }
 
 } // namespace Replay

@@ -30,10 +30,12 @@ public:
 
     std::size_t Count() const { return calls.size(); }
 
-    // For the functions that stand in.
+    /// Whether milliseconds of the processor within calls are added up, and what they are; at first
+    /// they are not. No tape need record.
+    static void TakeTime(bool take);
+    static double TimeTaken();
 
-    /// The tape that records; null while none does.
-    static Tape* Recording();
+    // For the functions that stand in.
 
     template <class Result, class... Parameters>
     void Keep(Result (*function)(Parameters...), std::type_identity_t<Parameters>... arguments) {
