@@ -68,8 +68,8 @@ TEST_F(Instructions, Of_OpenGL_are_not_counted) {
     EXPECT_LE(call - nothing, 10);
 }
 
-// The frame takes 372 million instructions on Mesa's software renderer (bench/run replay): 0.05 % of
-// that are 186,000.
+// The frame takes 372 million instructions on Mesa's software renderer (bench/run replay): 0.05 %
+// of that are 186,000.
 TEST_F(Instructions, Of_a_frame_are_its_own_to_half_a_thousandth) {
     gl.extensions = LongList(gl.extensions);
     std::filesystem::create_directory_symlink(NIMBREL_SOURCE_DIR "/Data", "Data");
