@@ -257,7 +257,7 @@ class Check:
         page.until(f"{STATE} === 'ready'", 300)
         drawn = self.run_aside(page, f"environment: {{GALLERY_PICTURE: '/p.ppm', GALLERY_MOMENT: '{moment}'}}")
         mean, far = difference(ppm((self.references / "gallery" / f"{name}.ppm").read_bytes()), ppm(drawn))
-        self.expect(mean <= 0.05 and far <= 0.05,
+        self.expect(mean <= 0.01 and far <= 0.01,
                     f"{page.name}: {name}: mean {mean:.4f} of 255, off by more than 8: {far:.4f} %")
         page.run(PLAY)
         page.until("nimbrel.show && nimbrel.show.frames > 5", 120)

@@ -34,7 +34,7 @@ void ForEachPolygon(GLenum mode, const Corners& corners, With with) {
         });
     case GL_QUAD_STRIP:
         return each(2, 4, [&](std::size_t i) {
-            return Corners{c[i], c[i + 1], c[i + 3], c[i + 2]};
+            return Corners{c[i + 2], c[i], c[i + 1], c[i + 3]}; // cut from the first to the last
         });
     default:
         if (count >= 3)
