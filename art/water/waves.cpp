@@ -45,8 +45,8 @@ constexpr Scale scales[] = {
 
 // The third part of the normals. The shader makes them unit length, so the smaller it is the
 // farther a wave of the same slope moves the picture, up to the whole of what the shader allows.
-constexpr float calm = 0.30f;  // a mirror, in the lanes between the gusts
-constexpr float windy = 0.13f; // in pieces
+constexpr float calm = 0.38f;  // a mirror, in the lanes between the gusts
+constexpr float windy = 0.20f; // in pieces
 
 Wave DrawWave(const Scale& scale, Random& random) {
     for (;;) {

@@ -170,7 +170,7 @@ TEST(NatureWater, Draws_lights_out_into_columns_even_from_afar) {
     // The shader moves the mirrored picture by 2 % of 89 rows, 1.78 at most, and of 960 columns.
     const auto rows = [](Vell::vec2 steep) { return steep.y * 0.02f * 89; };
     const auto columns = [](Vell::vec2 steep) { return steep.x * 0.02f * 960; };
-    EXPECT_GT(rows(Steepness(Stored(), 0)), 1.0f);
+    EXPECT_GT(rows(Steepness(Stored(), 0)), 0.8f); // either way; more than one is glitter
     EXPECT_GT(rows(Steepness(Stored(), 5)), 0.5f) << "where 32 x 32 texels are one pixel";
     for (const int halvings : {0, 2, 5})
         EXPECT_LT(columns(Steepness(Stored(), halvings)), 4.0f) << "torn aside";
