@@ -11,7 +11,6 @@ varying vec4 haze;
 varying vec4 caustics;
 
 const float LIGHT_SCALE = 2.0;  // of the light map
-const float SHARPER = -0.4;     // levels: walls seen at an angle would be blurred across too
 const vec3 COLD = vec3(0.88, 0.95, 1.12);
 const vec3 WARM = vec3(1.06, 1.0, 0.92);
 const vec3 SEA_LIGHT = vec3(0.38, 1.60, 0.62);
@@ -21,8 +20,8 @@ const vec3 SHAFT_LIGHT = vec3(0.02, 0.90, 0.34);
 
 void main()
 {
-    vec4 surface = texture2D(texture0, coords.xy, SHARPER);
-    vec3 baked = texture2D(lightmap, coords.zw).rgb * LIGHT_SCALE;
+    vec4 surface = texture2D(texture0, coords.xy);
+    vec3 baked = texture2D(lightmap, coords.zw).rgb;
 
     // A net of bright lines: two families of arcs that bend at each other's pace, so that no two
     // meshes of it are alike, and alive because both directions drift.
@@ -35,10 +34,10 @@ void main()
     float fan = (gl_FragCoord.x - SHAFTS_FROM.x) / (SHAFTS_FROM.y - gl_FragCoord.y);
     float shaft = abs(fract(fan * 2.3 + time * 0.021) - 0.5) * abs(fract(fan * 5.3 - time * 0.034) - 0.5);
     float lit = (max(9.0 * shaft - 0.25, 0.0) + 0.4) * max(1.0 - 1.6 * fan * fan, 0.0)
-              * max(1.0 - 0.62 * light.a, 0.0) * caustics.z;
+              * (1.0 - 0.62 * light.a) * caustics.z;
 
     // What shines shows its own light: what falls on it besides would only make it white.
-    vec3 colour = surface.rgb * (baked * surface.a + light.rgb + bright * SEA_LIGHT
+    vec3 colour = surface.rgb * (baked * (surface.a * LIGHT_SCALE) + light.rgb + bright * SEA_LIGHT
                                  + (1.0 - surface.a) * haze.a);
     // Shadows lean towards blue, lights towards amber.
     colour *= mix(COLD, WARM, min(colour.g, 1.0));
