@@ -1,6 +1,5 @@
 #include "art/city/houses.h"
 
-#include "art/city/fittingparts.h"
 #include "art/city/nearwalls.h"
 #include "art/common/noise.h"
 
