@@ -158,12 +158,20 @@ class Check:
         """Escape ends the show, which can then be played again."""
         self.play(page)
         page.press("Escape", 27)
-        page.until(f"{STATE} === 'over'", 20)
+        page.until(f"{STATE} === 'over'", 60)
         self.shot(page, "escape")
         page.run(PLAY)
-        page.until(f"{STATE} === 'playing' && nimbrel.show.at && nimbrel.show.at.seconds > 1", 60)
+        page.until(f"{STATE} === 'playing' && nimbrel.show.at && nimbrel.show.at.seconds > 1", 120)
         self.shot(page, "again")
         self.expect(True, f"{page.name}: Escape ends the show, and it plays again without a reload")
+        page.press("Escape", 27)
+        page.until(f"{STATE} === 'over'", 60)
+        page.run(PLAY)
+        page.until("nimbrel.show.at && !nimbrel.show.over", 120)
+        page.run("(nimbrel.show.finish('At once.'), 0)")
+        time.sleep(2)
+        self.expect(page.run("nimbrel.music.source === null && %s === 'At once.'" % STATUS),
+                    f"{page.name}: ended before the music has begun, it stays silent")
 
     def hidden(self, page):
         """On a hidden page the show waits; music and picture go on together."""
@@ -196,7 +204,7 @@ class Check:
         time.sleep(2)
         self.grab(page, "full-screen")
         page.run("document.exitFullscreen()")
-        page.until(f"{STATE} === 'over'", 20)
+        page.until(f"{STATE} === 'over'", 60)
         self.expect(True, f"{page.name}: leaving full screen ends the show")
 
     def at_sizes(self, page, state):
@@ -216,7 +224,7 @@ class Check:
         page.run(PLAY)
         page.until("nimbrel.show && nimbrel.show.at && nimbrel.show.at.seconds > 0.5")
         page.run("(nimbrel.show.order('lose'), 0)")
-        page.until(f"{STATE} === 'over'", 20)
+        page.until(f"{STATE} === 'over'", 60)
         self.shot(page, "lost-context")
         self.expect("took the picture away" in page.run(STATUS), f"{page.name}: says that the picture is lost")
 
@@ -327,9 +335,9 @@ class Check:
                     image(pathlib.Path(folder) / "frame.png", WIDTH, HEIGHT))
 
     def speed(self, page):
-        """The same frames as natively, one every half second of the show: how fast, and how long to the first."""
-        native = Native(0.5)
-        self.open(page, "?unpaced&step=0.5")
+        """The same frames as natively, one every second and a half of the show: how fast, and how long to the first."""
+        native = Native(1.5)
+        self.open(page, "?unpaced&step=1.5")
         page.run("(new PerformanceObserver((list) => { (window.tasks ||= []).push(...list.getEntries()"
                  ".map(({duration}) => duration)); }).observe({type: 'longtask', buffered: true}), 0)")
         page.run(PAUSES)

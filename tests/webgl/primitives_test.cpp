@@ -13,8 +13,8 @@ TEST(Primitives, Quad_is_cut_from_its_second_corner_to_its_fourth) {
 }
 
 TEST(Primitives, Quad_strip_goes_to_and_fro_and_is_cut_from_its_first_corner_to_its_last) {
-    // Corners 0 1 / 2 3: the quad runs 2 0 1 3. Colours between its corners depend on the cut, which
-    // Mesa makes from 0 to 3.
+    // Corners 0 1 / 2 3: the quad runs 2 0 1 3. Colours between its corners depend on the cut,
+    // which Mesa makes from 0 to 3.
     EXPECT_THAT(Triangles(GL_QUAD_STRIP, {0, 1, 2, 3}), ElementsAre(2, 0, 3, 0, 1, 3));
 }
 

@@ -86,16 +86,25 @@ class Music {
         return this.context.outputLatency || this.context.baseLatency || 0;
     }
 
+    // Nothing sounds if stop() comes before it has begun.
     async play() {
         this.makeBuffer();
+        this.wanted = true;
         this.silent = !this.buffer || !await this.awaken();
+        if (!this.wanted)
+            return;
         if (this.silent) {
             this.begin = wallTime() / 1000;
         } else {
             this.sound(this.context.currentTime + 0.06);
         }
+        await this.goOn();
+    }
+
+    async goOn() {
         await this.anchor();
-        this.timer = setInterval(() => this.tell(false), 50);
+        if (this.wanted)
+            this.timer = setInterval(() => this.tell(false), 50);
     }
 
     // Plays so that sample 0 is, or would have been, due at `begin` of the context's time.
@@ -125,7 +134,8 @@ class Music {
                 await wait(4);
             }
         }
-        this.tell(true);
+        if (this.wanted)
+            this.tell(true);
     }
 
     heardAt(wall) {
@@ -167,11 +177,11 @@ class Music {
             this.begin += (wallTime() - this.pausedAt) / 1000;
         else
             await this.context.resume();
-        await this.anchor();
-        this.timer = setInterval(() => this.tell(false), 50);
+        await this.goOn();
     }
 
     stop() {
+        this.wanted = false;
         clearInterval(this.timer);
         this.begin = null;
         this.silence();

@@ -136,6 +136,8 @@ class Show {
     async startMusic() {
         this.music.report = (heard) => { this.heard = heard; this.order('hear', heard); };
         await this.music.play();
+        if (this.over)
+            return;
         say(this.music.silent ? texts.silent : '');
         this.order('log');
     }
