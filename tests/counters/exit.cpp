@@ -1,5 +1,6 @@
 // Coverage is written where a program ends in order. A child process of ours ends without that, for
-// what its parent has to do at its end is none of its business; what it has run counts all the same.
+// what its parent has to do at its end is none of its business; what it has run counts all the
+// same.
 
 // Names of the compiler's library, and of the linker.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
