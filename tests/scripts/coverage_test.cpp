@@ -6,6 +6,7 @@
 
 namespace fs = std::filesystem;
 
+using ::testing::HasSubstr;
 
 namespace {
 
