@@ -65,12 +65,15 @@ void AddLintel(Builder& b, const Opening& o, float reach) {
 
 namespace {
 
-/// A leaf hinged at (x, z), `width` along `direction` (local x and z), painted on both sides.
+/// A leaf hinged at (x, z), `width` along `direction` (local x and z), painted on both sides. They
+/// lie apart, for a ray that meets the one from behind goes on beyond all that is in its place.
 void AddLeaf(Builder& b, vec3 hinge, vec2 direction, float width, float height, int variant) {
     const Paint paint = FittingPaint(Fitting::Shutter, variant, {width, height});
     const vec3 along{direction.x, 0, direction.y};
     b.Rect(hinge, along, up, width, height, paint);
-    b.Rect(hinge + along * width, along * -1.0f, up, width, height, paint);
+    constexpr float thick = 0.01f;
+    const vec3 back{direction.y * thick, 0, -direction.x * thick};
+    b.Rect(hinge + along * width + back, along * -1.0f, up, width, height, paint);
 }
 
 } // namespace
