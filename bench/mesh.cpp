@@ -1,6 +1,7 @@
 // How fast the token reader reads meshes, beside formatted extraction and a loop over fast_float.
 // What it measures with, it makes too: meshes whose numbers have six decimals.
 
+#include "bench/cost.h"
 #include "engine/math/vec2.h"
 #include "engine/math/vec3.h"
 #include "engine/render/decimals.h"
@@ -15,7 +16,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -129,17 +129,10 @@ Mesh ReadMesh(const std::string& path) {
     return mesh;
 }
 
-/// Processor time, so that programs beside this one count less.
-double Milliseconds() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) * 1e-6;
-}
-
 double Time(Mesh (*read)(const std::string&), const std::string& path, Mesh& mesh) {
-    const double begin = Milliseconds();
+    const double begin = Bench::Milliseconds();
     mesh = read(path);
-    return Milliseconds() - begin;
+    return Bench::Milliseconds() - begin;
 }
 
 template <class Vector>
